@@ -1,0 +1,66 @@
+#pragma once
+
+#include <windows.h>
+
+namespace win {
+
+/// A modal window made from a DIALOGEX template. Esc arrives as the command IDCANCEL, Enter as the default
+/// button's.
+class Dialog {
+  public:
+    Dialog() = default;
+    Dialog(const Dialog&) = delete;
+    Dialog& operator=(const Dialog&) = delete;
+    Dialog(Dialog&&) = delete;
+    Dialog& operator=(Dialog&&) = delete;
+    virtual ~Dialog() = default;
+
+    /// The dialog's window; null while it is not shown.
+    [[nodiscard]] HWND Handle() const noexcept { return handle_; }
+
+    /// The window of one of the dialog's controls; null when there is none.
+    [[nodiscard]] HWND Item(int id) const noexcept { return GetDlgItem(handle_, id); }
+
+  protected:
+    /// Shows the dialog and returns when it is closed (DialogBoxParamW); the answer is what End was given,
+    /// -1 when Windows could not make the dialog.
+    INT_PTR ShowModal(HWND owner, int templateId);
+
+    /// Closes the dialog.
+    void End(INT_PTR answer) noexcept;
+
+    /// Runs once, before the dialog is shown. False when the focus was set by the dialog itself.
+    virtual bool OnInit() { return true; }
+
+    /// A control's notification; false when it was not used.
+    virtual bool OnCommand(int id, int notification) = 0;
+
+    /// Any other message; 0 when it was not used (colour messages answer with their brush).
+    virtual INT_PTR OnMessage(UINT /*message*/, WPARAM /*wParam*/, LPARAM /*lParam*/) { return 0; }
+
+  private:
+    static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+
+    HWND handle_ = nullptr;
+};
+
+/// The window that owns the next modal window: the innermost open dialog, else the one set as the main
+/// window.
+HWND ModalOwner() noexcept;
+
+/// Names the main window; null takes it back.
+void SetMainWindow(HWND window) noexcept;
+
+/// True while a dialog of this program is open.
+bool AnyDialogOpen() noexcept;
+
+/// Cancels the open dialogs from the innermost out, as Esc would.
+void CancelOpenDialogs();
+
+/// What F1 does in any window of the program; null for nothing.
+void SetHelpHandler(void (*handler)()) noexcept;
+
+/// Runs the F1 handler.
+void ShowHelp();
+
+}  // namespace win

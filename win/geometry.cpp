@@ -1,0 +1,17 @@
+#include "win/geometry.h"
+
+#include <algorithm>
+
+#include "win/handles.h"
+
+namespace win {
+
+TwipsPerPixel ScreenTwipsPerPixel() {
+    constexpr int kTwipsPerInch = 1440;
+    const WindowDc screen(nullptr);
+    const int x = GetDeviceCaps(screen.Get(), LOGPIXELSX);
+    const int y = GetDeviceCaps(screen.Get(), LOGPIXELSY);
+    return {std::max(1, kTwipsPerInch / std::max(1, x)), std::max(1, kTwipsPerInch / std::max(1, y))};
+}
+
+}  // namespace win

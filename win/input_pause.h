@@ -1,0 +1,36 @@
+#pragma once
+
+#include <windows.h>
+
+#include <vector>
+
+namespace win {
+
+/// While it lives, no visible window of this thread takes input, and none stays above other windows: for a
+/// window of the system that is to be answered first but has no window of ours for its owner.
+class InputPause {
+  public:
+    /// Disables the windows (EnableWindow); the destructor enables them again and makes the window foreground
+    /// that was active.
+    InputPause();
+    InputPause(const InputPause&) = delete;
+    InputPause& operator=(const InputPause&) = delete;
+    InputPause(InputPause&&) = delete;
+    InputPause& operator=(InputPause&&) = delete;
+    ~InputPause();
+
+  private:
+    struct Paused {
+        HWND window;
+        bool enabled;
+        bool topmost;
+    };
+
+    static BOOL CALLBACK Collect(HWND window, LPARAM paused) noexcept;
+
+    /// Frontmost first.
+    std::vector<Paused> paused_;
+    HWND active_ = nullptr;
+};
+
+}  // namespace win

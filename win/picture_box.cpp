@@ -1,0 +1,182 @@
+#include "win/picture_box.h"
+
+#include <windowsx.h>
+
+#include "win/text.h"
+
+namespace win {
+namespace {
+
+bool g_focusMarks = false;
+
+bool IsHeld(int key) noexcept { return GetKeyState(key) < 0; }
+
+PictureBox::Mouse MouseOf(MouseButton button, LPARAM lParam) noexcept {
+    return {button, HeldModifiers(), {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)}};
+}
+
+}  // namespace
+
+ShiftState HeldModifiers() noexcept {
+    return (IsHeld(VK_SHIFT) ? kShift : 0) + (IsHeld(VK_CONTROL) ? kControl : 0) +
+           (IsHeld(VK_MENU) ? kAlt : 0);
+}
+
+void ShowFocusMarks() noexcept {
+    if (g_focusMarks) return;
+    g_focusMarks = true;
+    InvalidateRect(GetFocus(), nullptr, FALSE);
+}
+
+void PictureBox::CreateOn(HWND parent, int id, RECT place, bool tabStop) {
+    CreateBareOn(parent, id, place, tabStop);
+    MakePicture();
+    Clear();
+}
+
+void PictureBox::CreateBareOn(HWND parent, int id, RECT place, bool tabStop) {
+    size_ = {place.right - place.left, place.bottom - place.top};
+    WindowOptions options;
+    options.className = L"QuonPicture";
+    options.style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | (tabStop ? WS_TABSTOP : 0U);
+    options.place = place;
+    options.parent = parent;
+    options.id = id;
+    options.classStyle = CS_DBLCLKS;
+    Create(options);
+}
+
+void PictureBox::MakePicture() {
+    const WindowDc screen(nullptr);
+    dc_.Reset(CreateCompatibleDC(screen.Get()));
+    bitmap_.Reset(CreateCompatibleBitmap(screen.Get(), size_.cx, size_.cy));
+    SelectObject(dc_.Get(), bitmap_.Get());
+    SelectObject(dc_.Get(), MessageFont());
+    SetBkMode(dc_.Get(), TRANSPARENT);
+    SetTextColor(dc_.Get(), GetSysColor(COLOR_BTNTEXT));
+}
+
+void PictureBox::Clear() {
+    const RECT all{0, 0, size_.cx, size_.cy};
+    const Brush brush(CreateSolidBrush(backColor_));
+    FillRect(dc_.Get(), &all, brush.Get());
+}
+
+void PictureBox::Refresh() noexcept {
+    // Without a window Windows would repaint all there are.
+    if (Handle() != nullptr) InvalidateRect(Handle(), nullptr, FALSE);
+}
+
+void PictureBox::SetFrame(int frame) noexcept {
+    frame_ = frame;
+    Refresh();
+}
+
+void PictureBox::SetMeaning(const std::string& text) {
+    if (WindowText(Handle()) != text) SetText(Handle(), text);
+}
+
+std::optional<LRESULT> PictureBox::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_PAINT: OnPaint(); return 0;
+        case WM_ERASEBKGND: return 1;
+        case WM_MOUSEMOVE: OnMouseMoved(MouseOf(MouseButton::kLeft, lParam)); return 0;
+        case WM_MOUSELEAVE:
+            hovered_ = false;
+            Refresh();
+            if (onMouseLeave) onMouseLeave();
+            return 0;
+        case WM_LBUTTONDOWN: OnLeftDown(MouseOf(MouseButton::kLeft, lParam)); return 0;
+        case WM_LBUTTONUP: OnLeftUp(MouseOf(MouseButton::kLeft, lParam)); return 0;
+        case WM_LBUTTONDBLCLK:
+            if (onDoubleClick) onDoubleClick();
+            return 0;
+        case WM_RBUTTONDOWN:
+            if (onMouseDown) onMouseDown(MouseOf(MouseButton::kRight, lParam));
+            return 0;
+        case WM_RBUTTONUP:
+            if (onMouseUp) onMouseUp(MouseOf(MouseButton::kRight, lParam));
+            return 0;
+        case WM_CONTEXTMENU:
+            // (-1, -1): the key, not the mouse, whose press has been handled already.
+            if (lParam == -1 && onContextKey) onContextKey();
+            return 0;
+        case WM_KEYDOWN:
+            if (onKeyDown && onKeyDown(wParam)) return 0;
+            return std::nullopt;
+        case WM_SYSKEYDOWN:
+            // ALT with Enter, which no menu wants; its character would only beep.
+            if (wParam == VK_RETURN && onKeyDown && onKeyDown(wParam)) return 0;
+            return std::nullopt;
+        case WM_SYSCHAR: return wParam == VK_RETURN ? std::optional<LRESULT>(0) : std::nullopt;
+        case WM_GETDLGCODE:
+            // Enter is ours; Tab stays the dialog manager's.
+            return DLGC_WANTARROWS | (wParam == VK_RETURN ? DLGC_WANTMESSAGE : 0);
+        case WM_SETFOCUS:
+            Refresh();
+            if (onFocus) onFocus();
+            return 0;
+        case WM_KILLFOCUS: Refresh(); return 0;
+        case WM_CAPTURECHANGED:
+            // A release of our own has cleared the mark before.
+            if (!pressed_) return 0;
+            pressed_ = false;
+            Refresh();
+            if (onCaptureLost) onCaptureLost();
+            return 0;
+        default: return std::nullopt;
+    }
+}
+
+void PictureBox::OnPaint() {
+    const Paint paint(Handle());
+    const RECT all{0, 0, size_.cx, size_.cy};
+    if (dc_) {
+        BitBlt(paint.Dc(), 0, 0, size_.cx, size_.cy, dc_.Get(), 0, 0, SRCCOPY);
+    } else {
+        const Brush brush(CreateSolidBrush(backColor_));
+        FillRect(paint.Dc(), &all, brush.Get());
+    }
+    if (onOverlay) onOverlay(paint.Dc(), all);
+    if (g_focusMarks && GetFocus() == Handle()) {
+        RECT mark = all;
+        InflateRect(&mark, -3, -3);
+        SetTextColor(paint.Dc(), RGB(0, 0, 0));
+        SetBkColor(paint.Dc(), RGB(255, 255, 255));
+        DrawFocusRect(paint.Dc(), &mark);
+    }
+}
+
+void PictureBox::OnMouseMoved(const Mouse& mouse) {
+    if (!hovered_) {
+        hovered_ = true;
+        TRACKMOUSEEVENT tracking{sizeof tracking, TME_LEAVE, Handle(), 0};
+        TrackMouseEvent(&tracking);
+        Refresh();
+    }
+    if (onMouseMove) onMouseMove(mouse);
+}
+
+void PictureBox::OnLeftDown(const Mouse& mouse) {
+    if ((GetWindowLongPtrW(Handle(), GWL_STYLE) & WS_TABSTOP) != 0) SetFocus(Handle());
+    SetCapture(Handle());
+    pressed_ = true;
+    Refresh();
+    if (onMouseDown) onMouseDown(mouse);
+}
+
+void PictureBox::OnLeftUp(const Mouse& mouse) {
+    const bool click = pressed_ && Contains(mouse.at);
+    pressed_ = false;
+    if (GetCapture() == Handle()) ReleaseCapture();
+    Refresh();
+    if (onMouseUp) onMouseUp(mouse);
+    if (click && onClick) onClick();
+}
+
+bool PictureBox::Contains(POINT point) const {
+    const RECT all{0, 0, size_.cx, size_.cy};
+    return PtInRect(&all, point) != 0;
+}
+
+}  // namespace win

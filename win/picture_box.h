@@ -1,0 +1,125 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <string>
+
+#include "win/handles.h"
+#include "win/window.h"
+
+namespace win {
+
+/// Modifier keys as a mask: 1 SHIFT, 2 CTRL, 4 ALT, summed.
+using ShiftState = int;
+constexpr ShiftState kShift = 1;    ///< a SHIFT key
+constexpr ShiftState kControl = 2;  ///< a CTRL key
+constexpr ShiftState kAlt = 4;      ///< an ALT key
+
+/// The modifier keys that are held while the current message is handled (GetKeyState).
+ShiftState HeldModifiers() noexcept;
+
+/// From now on the box with the focus is marked; until a key is used the marks would only be noise.
+void ShowFocusMarks() noexcept;
+
+/// Which button of the mouse an event is about; a move counts as the left one's.
+enum class MouseButton { kLeft, kRight };
+
+/// A child window with a persistent picture: what is drawn on its device context stays until it is cleared.
+/// The window text is its meaning, for screen readers and automation; it is not drawn.
+class PictureBox : public Window {
+  public:
+    /// One mouse event; the point is in client pixels.
+    struct Mouse {
+        MouseButton button = MouseButton::kLeft;
+        ShiftState shift = 0;
+        POINT at{};
+    };
+
+    // Events; an empty one is ignored.
+
+    /// The left button was pressed and let go inside the box; not for the second press of a double click.
+    std::function<void()> onClick;
+    /// The left button was pressed for the second time (WM_LBUTTONDBLCLK).
+    std::function<void()> onDoubleClick;
+    /// A button was pressed; not for the second press of a double click.
+    std::function<void(const Mouse&)> onMouseDown;
+    /// A button was let go, the left one wherever the pointer is by then; comes before onClick.
+    std::function<void(const Mouse&)> onMouseUp;
+    /// The pointer moved over the box, or anywhere while the left button is held.
+    std::function<void(const Mouse&)> onMouseMove;
+    /// The pointer left the box (WM_MOUSELEAVE).
+    std::function<void()> onMouseLeave;
+    /// Gets a virtual-key code; true means that the key was used.
+    std::function<bool(WPARAM)> onKeyDown;
+    /// The box has got the focus of the keyboard.
+    std::function<void()> onFocus;
+    /// The mouse was taken away while the left button was held.
+    std::function<void()> onCaptureLost;
+    /// Draws over the picture at each painting, without changing it.
+    std::function<void(HDC, RECT)> onOverlay;
+    /// Gets WM_CONTEXTMENU raised by the keyboard.
+    std::function<void()> onContextKey;
+
+    /// Creates the box on `parent`, in the parent's client pixels.
+    void CreateOn(HWND parent, int id, RECT place, bool tabStop = true);
+
+    /// Creates a box without a picture of its own: the background and onOverlay are all it shows. For boxes
+    /// that come by the hundred.
+    void CreateBareOn(HWND parent, int id, RECT place, bool tabStop);
+
+    /// The device context of the picture.
+    [[nodiscard]] HDC Dc() const noexcept { return dc_.Get(); }
+
+    /// The width of the picture in pixels.
+    [[nodiscard]] int ScaleWidth() const noexcept { return size_.cx; }
+
+    /// The height of the picture in pixels.
+    [[nodiscard]] int ScaleHeight() const noexcept { return size_.cy; }
+
+    /// The colour that Clear fills with; the system's button face unless set.
+    void SetBackColor(COLORREF color) noexcept { backColor_ = color; }
+
+    /// Fills the picture with the background colour.
+    void Clear();
+
+    /// Shows the picture as it is now (InvalidateRect).
+    void Refresh() noexcept;
+
+    /// 1 marks the box (the header of the shown tab), 0 does not; its look is onOverlay's.
+    void SetFrame(int frame) noexcept;
+
+    /// What SetFrame was given last; 0 at first.
+    [[nodiscard]] int Frame() const noexcept { return frame_; }
+
+    /// True while the pointer is over the box.
+    [[nodiscard]] bool Hovered() const noexcept { return hovered_; }
+
+    /// True while the left button that was pressed on the box is held.
+    [[nodiscard]] bool Pressed() const noexcept { return pressed_; }
+
+    /// Sets the meaning of the box, when it differs.
+    void SetMeaning(const std::string& text);
+
+  protected:
+    std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+  private:
+    void MakePicture();
+    void OnPaint();
+    void OnMouseMoved(const Mouse& mouse);
+    void OnLeftDown(const Mouse& mouse);
+    void OnLeftUp(const Mouse& mouse);
+    [[nodiscard]] bool Contains(POINT point) const;
+
+    // In this order: a bitmap can be deleted only after the device context that holds it.
+    Bitmap bitmap_;
+    MemoryDc dc_;
+    SIZE size_{};
+    COLORREF backColor_ = GetSysColor(COLOR_BTNFACE);
+    int frame_ = 0;
+    bool hovered_ = false;
+    bool pressed_ = false;
+};
+
+}  // namespace win

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace win {
+
+// Text is kept as bytes in the process code page: UTF-8 where the manifest is honoured, the system's
+// code page elsewhere.
+
+/// The wide form of a text (MultiByteToWideChar); bytes that are no character become U+FFFD.
+std::wstring ToWide(std::string_view text);
+
+/// The bytes of a wide text in the process code page (WideCharToMultiByte).
+std::string ToBytes(std::wstring_view text);
+
+/// True when both texts are the same ignoring case (CompareStringOrdinal).
+bool EqualIgnoringCase(std::string_view a, std::string_view b);
+
+/// The text in upper case, as the system sees it (CharUpperBuffW); it keeps its length.
+std::wstring UpperCase(std::wstring text);
+
+/// The wide form of a text in upper case.
+std::wstring UpperCase(std::string_view text);
+
+/// The part of `text` before the first `separator`, or all of it when there is none.
+std::string Before(std::string_view text, char separator);
+
+/// The part of `text` after the first `separator`; "" when there is none.
+std::string After(std::string_view text, char separator);
+
+/// The pieces between separators, empty ones kept; an empty text gives one empty piece.
+std::vector<std::string> Split(std::string_view text, char separator);
+
+/// The pieces joined by `separator`.
+std::string Join(const std::vector<std::string>& pieces, char separator);
+
+/// The text of a window, in full (GetWindowTextW).
+std::string WindowText(HWND window);
+
+/// Sets the text of a window (SetWindowTextW).
+void SetText(HWND window, std::string_view text);
+
+/// The wide form of a text in which "&" stands for itself wherever Windows takes it for a mnemonic's mark.
+std::wstring WithPlainAmpersands(std::string_view text);
+
+/// DrawTextExW with the given DT_ flags. GDI does not honour the process code page, so nothing may be
+/// drawn with the 8-bit form. "&" is drawn as itself. Returns the height of the text in pixels.
+int DrawPlainText(HDC dc, std::string_view text, RECT& rect, UINT format);
+
+/// The width of one line of text in the font that is selected, in pixels (GetTextExtentPoint32W).
+int TextWidth(HDC dc, std::string_view text);
+
+/// The system's message font, made once for the life of the process; owned here.
+HFONT MessageFont();
+
+}  // namespace win
