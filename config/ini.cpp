@@ -1,0 +1,132 @@
+#include "config/ini.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <unordered_set>
+
+#include "win/errors.h"
+#include "win/text.h"
+
+namespace config {
+
+std::string IniPath;
+
+namespace {
+
+constexpr DWORD kSectionSize = 20000;
+// A section that was cut short comes back at most this much shorter than the buffer: two NULs, the NUL of the
+// last entry, and a character of several bytes that did not fit.
+constexpr size_t kSectionSlack = 8;
+// The buffer is larger than the size that is passed, which counts the NUL too.
+constexpr size_t kValueBuffer = 1000;
+constexpr DWORD kValueSize = kLongestValue + 1;
+
+/// The first `count` characters of a profile function's answer. Where a character of several bytes did not
+/// fit, NULs in its place are counted too: they are no text.
+std::string Answer(const std::string& buffer, size_t count) {
+    const size_t last = buffer.find_last_not_of('\0', count - 1);
+    return count == 0 || last == std::string::npos ? std::string() : buffer.substr(0, last + 1);
+}
+
+/// Whether a section's text was cut because the section is too long.
+bool WasCut(const std::string& sectionText) { return sectionText.size() + kSectionSlack >= kSectionSize; }
+
+/// Whether rewriting the section entry by entry without `key` gives back all the others: a line that is no
+/// entry stops it, one without a name would be lost, and of a double key only the last value would be left.
+bool CanBeRewritten(const std::vector<std::string>& entries, const std::string& key) {
+    std::unordered_set<std::wstring> keys;
+    return std::all_of(entries.begin(), entries.end(), [&](const std::string& entry) {
+        const size_t end = entry.find('=');
+        return end != std::string::npos && (end > 0 || key.empty()) &&
+               keys.insert(win::UpperCase(win::Before(entry, '='))).second;
+    });
+}
+
+std::string NotAnEntry(const std::string& section, const std::string& entry) {
+    return "Section \"" + section + "\" of " + IniPath + " has an entry without \"=\": " + entry;
+}
+
+}  // namespace
+
+std::string ReadIniSection(const std::string& section) {
+    std::string buffer(kSectionSize, '\0');
+    const DWORD count =
+        GetPrivateProfileSectionA(section.c_str(), buffer.data(), kSectionSize, IniPath.c_str());
+    if (count == 0 || buffer.front() == '\0') return {};
+    return Answer(buffer, count - 1);
+}
+
+std::string ReadIni(const std::string& section, const std::string& key) {
+    std::string buffer(kValueBuffer, '\0');
+    const DWORD count = GetPrivateProfileStringA(section.c_str(), key.c_str(), "", buffer.data(), kValueSize,
+                                                 IniPath.c_str());
+    return Answer(buffer, count);
+}
+
+void WriteIni(const std::string& section, const std::string& key, const std::string& value) {
+    WritePrivateProfileStringA(section.c_str(), key.c_str(), value.c_str(), IniPath.c_str());
+}
+
+void WriteIniSection(const std::string& section, const std::string& data) {
+    // The NUL added here ends the last entry, the string's own the list.
+    const std::string list = data + '\0';
+    WritePrivateProfileSectionA(section.c_str(), list.c_str(), IniPath.c_str());
+}
+
+std::vector<std::string> SectionEntries(const std::string& sectionText) {
+    if (sectionText.empty()) return {};
+    return win::Split(sectionText, '\0');
+}
+
+std::string ListIniKeys(const std::string& section) {
+    const std::string text = ReadIniSection(section);
+    std::vector<std::string> keys = SectionEntries(text);
+    // An entry that was cut before its "=" is no fault of the file.
+    if (WasCut(text) && keys.back().find('=') == std::string::npos) keys.pop_back();
+    for (std::string& entry : keys) {
+        const size_t end = entry.find('=');
+        if (end == std::string::npos) throw win::InvalidArgumentError(NotAnEntry(section, entry));
+        entry.resize(end);
+    }
+    return win::Join(keys, '|');
+}
+
+void DeleteIniKey(const std::string& section, const std::string& key) {
+    const std::vector<std::string> entries = SectionEntries(ReadIniSection(section));
+    // Checked before the section is emptied, so that a bad entry costs no record.
+    for (const std::string& entry : entries)
+        if (entry.find('=') == std::string::npos) throw win::SubscriptError(NotAnEntry(section, entry));
+    size_t doomed = 0;
+    const auto match = std::find_if(entries.begin(), entries.end(),
+                                    [&](const std::string& entry) { return win::Before(entry, '=') == key; });
+    if (match != entries.end()) doomed = static_cast<size_t>(match - entries.begin());
+    WriteIniSection(section, "");
+    for (size_t index = 0; index < entries.size(); ++index) {
+        if (index == doomed) continue;
+        const std::vector<std::string> parts = win::Split(entries[index], '=');
+        WriteIni(section, parts[0], parts[1]);
+    }
+}
+
+void RemoveRecord(const std::string& section, const std::string& key) {
+    const std::string text = ReadIniSection(section);
+    const std::vector<std::string> entries = SectionEntries(text);
+    if (WasCut(text) || !CanBeRewritten(entries, key)) {
+        // Nor can a section be rewritten that was not read to its end. Windows takes out the one key.
+        if (!key.empty()) WritePrivateProfileStringA(section.c_str(), key.c_str(), nullptr, IniPath.c_str());
+        return;
+    }
+    const auto match = std::find_if(entries.begin(), entries.end(), [&](const std::string& entry) {
+        return win::EqualIgnoringCase(win::Before(entry, '='), key);
+    });
+    if (match == entries.end()) return;
+    DeleteIniKey(section, win::Before(*match, '='));
+    for (const std::string& entry : entries) {
+        const std::string value = win::After(entry, '=');
+        if (&entry != &*match && value.find('=') != std::string::npos)
+            WriteIni(section, win::Before(entry, '='), value);
+    }
+}
+
+}  // namespace config
