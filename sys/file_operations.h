@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace sys {
+
+/// What clsBmenu::FileOperation does, by its code.
+enum FileOperationCode : std::int16_t {
+    kCopyFile = 0,     ///< to a folder
+    kMoveFile = 1,     ///< to a folder
+    kRenameFile = 2,   ///< to a new full path
+    kRecycleFile = 3,  ///< into the Recycle Bin
+    kDeleteFile = 4,   ///< for good, after the shell's own question
+};
+
+/// The shell's services for files: their properties, the two pickers, and what can be done with a file.
+class clsBmenu {
+  public:
+    /// Opens the shell's properties sheet of a path (ShellExecuteEx). Nothing tells whether it came up.
+    static void ShowProperties(const std::string& path);
+
+    /// Asks for a folder of the file system (SHBrowseForFolder); "" when the user cancels.
+    static std::string GetFolder();
+
+    /// Asks for a file (GetOpenFileName); "" when the user cancels, and for a path that takes more than 254
+    /// bytes.
+    static std::string GetFile();
+
+    /// Copies, moves, renames, recycles or deletes one file or folder (SHFileOperation); `destination` counts
+    /// for the first three only. Returns 0 for success, else the shell's error; an unknown code is an error.
+    static int FileOperation(std::int16_t operation, const std::string& source,
+                             const std::string& destination);
+};
+
+}  // namespace sys

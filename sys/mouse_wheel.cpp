@@ -1,0 +1,68 @@
+#include "sys/mouse_wheel.h"
+
+#include <utility>
+
+#include "win/errors.h"
+
+namespace sys {
+namespace {
+
+std::function<void(const WheelTurn&)> g_wheelForm;
+HWND g_wheelWindow = nullptr;
+WNDPROC g_oldProcedure = nullptr;
+
+/// The low 32 bits as a signed number, divided by 65536 and rounded to the nearest whole number.
+std::int32_t HighPart(std::uint64_t parameter) noexcept {
+    constexpr std::int64_t kHalf = 0x8000;
+    const auto value = static_cast<std::int32_t>(static_cast<std::uint32_t>(parameter));
+    return static_cast<std::int32_t>((value + kHalf) >> 16);
+}
+
+std::int32_t LowPart(std::uint64_t parameter) noexcept {
+    return static_cast<std::int32_t>(parameter & 0xFFFF);
+}
+
+WNDPROC SetProcedure(HWND window, WNDPROC procedure) noexcept {
+    // The wide form: the 8-bit one would make the window one that gets its characters in the code page.
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the procedure that was set before.
+    return reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
+}
+
+}  // namespace
+
+WheelTurn WheelTurnOf(WPARAM wParam, LPARAM lParam) noexcept {
+    const auto keys = static_cast<std::uint64_t>(wParam);
+    const auto place = static_cast<std::uint64_t>(lParam);
+    return {LowPart(keys), HighPart(keys), LowPart(place), HighPart(place)};
+}
+
+void HookWheel(HWND window, std::function<void(const WheelTurn&)> mouseWheel) {
+    // Hooked twice, a window would have the hook itself for its former procedure.
+    UnhookWheel();
+    g_oldProcedure = SetProcedure(window, &WheelWndProc);
+    if (g_oldProcedure == nullptr) return;
+    g_wheelWindow = window;
+    g_wheelForm = std::move(mouseWheel);
+}
+
+void UnhookWheel() noexcept {
+    if (g_wheelWindow == nullptr) return;
+    SetProcedure(std::exchange(g_wheelWindow, nullptr), g_oldProcedure);
+    g_wheelForm = nullptr;
+}
+
+LRESULT CALLBACK WheelWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+    // Taken now: the form may end its hook meanwhile.
+    const WNDPROC old = g_oldProcedure;
+    if (message == WM_MOUSEWHEEL) {
+        win::Guarded(window, false, [&] {
+            const std::function<void(const WheelTurn&)> tell = g_wheelForm;
+            if (tell) tell(WheelTurnOf(wParam, lParam));
+            return true;
+        });
+    }
+    return CallWindowProcW(old, window, message, wParam, lParam);
+}
+
+}  // namespace sys

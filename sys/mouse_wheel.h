@@ -1,0 +1,33 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <functional>
+
+namespace sys {
+
+/// One turn of the wheel.
+struct WheelTurn {
+    std::int32_t Keys = 0;      ///< the mouse buttons and modifier keys that are held, as MK_ flags
+    std::int32_t Rotation = 0;  ///< 120 a notch away from the user, -120 toward the user
+    std::int32_t X = 0;         ///< the pointer's place on the screen
+    std::int32_t Y = 0;
+
+    bool operator==(const WheelTurn&) const = default;
+};
+
+/// What a WM_MOUSEWHEEL message says. Only the low 32 bits of each parameter count.
+WheelTurn WheelTurnOf(WPARAM wParam, LPARAM lParam) noexcept;
+
+/// Lets a window tell of each turn of the wheel, by putting WheelWndProc before its own procedure. There is
+/// one hook at a time: another window's ends.
+void HookWheel(HWND window, std::function<void(const WheelTurn&)> mouseWheel);
+
+/// Puts the window's own procedure back; harmless without a hook.
+void UnhookWheel() noexcept;
+
+/// The procedure of the hooked window: tells of the wheel and passes every message on.
+LRESULT CALLBACK WheelWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+
+}  // namespace sys

@@ -1,0 +1,61 @@
+#include "sys/shell_link.h"
+
+#include <windows.h>
+
+#include <shlobj.h>
+
+#include "win/com.h"
+#include "win/text.h"
+
+namespace sys {
+namespace {
+
+struct Link {
+    std::string target;
+    std::string arguments;
+};
+
+Link ReadWithScriptShell(const std::string& path) {
+    CLSID shellClass{};
+    win::ComPtr<IDispatch> shell;
+    if (FAILED(CLSIDFromProgID(L"WScript.Shell", &shellClass)) ||
+        FAILED(
+            CoCreateInstance(shellClass, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, shell.ReceiveVoid())))
+        return {};
+    win::Variant file(win::ToWide(path));
+    win::Variant created;
+    win::InvokeByName(shell.Get(), L"CreateShortcut", DISPATCH_METHOD, &file, created);
+    if (created.Get()->vt != VT_DISPATCH || created.Get()->pdispVal == nullptr) return {};
+    win::Variant target;
+    win::Variant arguments;
+    win::InvokeByName(created.Get()->pdispVal, L"TargetPath", DISPATCH_PROPERTYGET, nullptr, target);
+    win::InvokeByName(created.Get()->pdispVal, L"Arguments", DISPATCH_PROPERTYGET, nullptr, arguments);
+    return {target.Text(), arguments.Text()};
+}
+
+Link ReadWithShellLink(const std::string& path) {
+    win::ComPtr<IShellLinkW> link;
+    if (FAILED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW,
+                                link.ReceiveVoid())))
+        return {};
+    win::ComPtr<IPersistFile> file;
+    if (FAILED(link->QueryInterface(IID_IPersistFile, file.ReceiveVoid())) ||
+        FAILED(file->Load(win::ToWide(path).c_str(), STGM_READ)))
+        return {};
+    std::wstring target(INFOTIPSIZE, L'\0');
+    std::wstring arguments(INFOTIPSIZE, L'\0');
+    link->GetPath(target.data(), static_cast<int>(target.size()), nullptr, 0);
+    link->GetArguments(arguments.data(), static_cast<int>(arguments.size()));
+    return {win::ToBytes(target.c_str()), win::ToBytes(arguments.c_str())};
+}
+
+}  // namespace
+
+std::string ReadLinkTarget(const std::string& path) {
+    if (!path.ends_with("lnk")) return path + "|";
+    Link link = ReadWithScriptShell(path);
+    if (link.target.empty()) link = ReadWithShellLink(path);
+    return link.target + "|" + link.arguments;
+}
+
+}  // namespace sys

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <string>
+
+namespace sys {
+
+/// One tooltip window attached to one control: a bold title and a text of several lines on pale grey-green.
+class clsToolTip {
+  public:
+    clsToolTip() = default;
+    clsToolTip(const clsToolTip&) = delete;
+    clsToolTip& operator=(const clsToolTip&) = delete;
+    clsToolTip(clsToolTip&&) = delete;
+    clsToolTip& operator=(clsToolTip&&) = delete;
+    ~clsToolTip();
+
+    /// Makes the tooltip window anew; without a parent control it only destroys the old one.
+    /// The answer is always false and says nothing.
+    bool Create();
+
+    /// The control the tip belongs to; null for none.
+    void SetParentControl(HWND control) noexcept { parentControl_ = control; }
+
+    /// What SetParentControl was given last.
+    [[nodiscard]] HWND ParentControl() const noexcept { return parentControl_; }
+
+    /// The bold first line; a live tip is changed unless the title is empty.
+    void SetTitle(const std::string& title);
+
+    /// What SetTitle was given last.
+    [[nodiscard]] const std::string& Title() const noexcept { return title_; }
+
+    /// The text, a new line at each "\n"; a live tip is changed.
+    void SetTipText(const std::string& text);
+
+    /// What SetTipText was given last.
+    [[nodiscard]] const std::string& TipText() const noexcept { return tipText_; }
+
+    /// Lets the tip come up, or keeps it down while something else covers its control (TTM_ACTIVATE). One
+    /// that is made anew comes up again.
+    void Activate(bool active) noexcept;
+
+    /// The tooltip window; null when none exists.
+    [[nodiscard]] HWND Handle() const noexcept { return window_; }
+
+  private:
+    [[nodiscard]] TTTOOLINFOA ToolRecord() noexcept;
+    void DestroyTip() noexcept;
+
+    std::string title_;
+    HWND parentControl_ = nullptr;
+    HWND window_ = nullptr;
+    std::string tipText_;
+};
+
+}  // namespace sys

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace sys {
+
+/// Which piece of a path PathPart gives.
+enum PathPartCode : std::int16_t {
+    kExtension = 0,  ///< the text after the last "."; "" without one
+    kBareName = 1,   ///< the name without folder and extension; of a URL its last element
+    kFileName = 2,   ///< the name with extension
+    kFolder = 3,     ///< the parent folder without a trailing "\"; "" without a "\"
+    kIsFolder = 4,   ///< "yes" when the path is an existing folder, else "no" (PathIsDirectoryA)
+};
+
+/// A piece of a path or URL by its code; "" for any other code.
+std::string PathPart(const std::string& path, std::int16_t part);
+
+/// True when the text has the form of a URL (PathIsURLA).
+bool IsUrl(const std::string& path);
+
+/// The size of a file as a tip shows it; "" for a URL, for no path, for what cannot be read and for 2 GiB and
+/// more.
+std::string FileSizeText(const std::string& path);
+
+/// The text for a length in bytes, "" for exactly 1 GiB; the digits are grouped as the user has it
+/// (GetNumberFormatEx).
+std::string SizeText(std::int32_t length);
+
+/// When a file was last modified, in the user's short date and time; "" when it cannot be read.
+std::string FileTimeText(const std::string& path);
+
+}  // namespace sys
