@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <unordered_set>
+
+namespace model {
+
+/// Collects the programs that the system opens some type of file with.
+class clsCollectedApps {
+  public:
+    /// Lets the waiting window messages run, then asks for the program of every file type in
+    /// HKEY_CLASSES_ROOT and writes each program once into section "Collected", under the name of its file.
+    /// Takes seconds. Does nothing when the messages have ended the program.
+    void CreateAppList();
+
+  private:
+    void CollectFor(const std::string& extension);
+    [[nodiscard]] bool IsNewProgram(const std::string& answer, const std::string& probe);
+
+    // In upper case.
+    std::unordered_set<std::wstring> collected_;
+};
+
+}  // namespace model

@@ -1,0 +1,65 @@
+#include "model/tab.h"
+
+#include "config/ini.h"
+#include "config/settings.h"
+#include "model/button_records.h"
+#include "model/text_shortcut.h"
+#include "win/errors.h"
+#include "win/text.h"
+
+namespace model {
+namespace {
+
+constexpr COLORREF kLabelColor = 0x565656;
+
+}  // namespace
+
+void clsTab::SetINIstring(const std::string& record) {
+    if (record.empty()) return;
+    if (record.find('|') == std::string::npos)
+        throw win::InvalidArgumentError("The record of tab " + std::to_string(number_) + ", key \"" +
+                                        ButtonKey(number_, 0) + "\" in section \"" + kButtonsSection +
+                                        "\" of " + config::IniPath + ", has no \"|\": " + record);
+    Label = win::Before(record, '|');
+    Description = win::After(record, '|');
+    DrawTabText();
+}
+
+void clsTab::ShowTip(bool suppress) {
+    std::string text;
+    if (!config::Settings.TabDescriptions)
+        text = Content();
+    else
+        text = Description.empty() ? "Right-click to define tab" : Description;
+    tip_.SetTitle(Label);
+    tip_.SetTipText(suppress ? std::string() : text);
+    tip_.SetParentControl(header_ != nullptr ? header_->Handle() : nullptr);
+    tip_.Create();
+}
+
+std::string clsTab::Content() const {
+    std::string content;
+    for (int button = 1; button <= kButtonCount; ++button) {
+        const std::string key = ButtonKey(number_, button);
+        const std::string record = config::ReadIni(kButtonsSection, key);
+        if (record.empty()) continue;
+        const std::string name = RecordName(key, record);
+        const std::string value = config::ReadIni(kCutsSection, name);
+        const bool group = value.find('|') != std::string::npos;
+        content += std::to_string(button) + (group ? ". Group: " + name : ". " + value) + "\n";
+    }
+    if (!content.empty()) content.pop_back();
+    return content;
+}
+
+void clsTab::DrawTabText() {
+    if (header_ == nullptr) return;
+    header_->Clear();
+    SetTextColor(header_->Dc(), kLabelColor);
+    RECT place{3, 5, header_->ScaleWidth() - 3, 22};
+    win::DrawPlainText(header_->Dc(), Label, place, DT_CENTER);
+    header_->SetMeaning(Label);
+    header_->Refresh();
+}
+
+}  // namespace model

@@ -1,0 +1,62 @@
+#include "model/target_icon.h"
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include "model/launching.h"
+#include "res/resource.h"
+#include "sys/utility.h"
+#include "win/process_start.h"
+#include "win/text.h"
+#include "win/window.h"
+
+namespace model {
+namespace {
+
+/// The Windows icon functions answer null or 1 for "no icon".
+win::Icon Extracted(HICON icon) {
+    const auto value = reinterpret_cast<UINT_PTR>(icon);
+    return win::Icon(value > 1 ? icon : nullptr);
+}
+
+win::Icon ProgramIcon(const std::string& path, std::int32_t index) {
+    // For index -1 the answer is not an icon but how many there are.
+    if (index == -1) return {};
+    return Extracted(
+        ExtractIconA(win::ModuleInstance(), FindAssociatedExe(path).c_str(), static_cast<UINT>(index)));
+}
+
+win::Icon AssociatedIcon(const std::string& path, std::int32_t index) {
+    // The function has room for so many characters, and does not look whether they are enough.
+    if (win::ToWide(path).size() >= MAX_PATH) return {};
+    // The function writes the icon's file into the path it is given.
+    std::string copy = path;
+    copy.resize(4 * MAX_PATH);
+    WORD position = static_cast<WORD>(index);
+    win::Icon icon = Extracted(ExtractAssociatedIconA(win::ModuleInstance(), copy.data(), &position));
+    // For a target without a picture of its own the answer may be one of this program's.
+    if (win::EqualIgnoringCase(copy.c_str(), win::ProgramPath())) icon.Reset();
+    return icon;
+}
+
+win::Icon ShellIcon(const std::string& path) {
+    SHFILEINFOA info{};
+    if (path.empty() ||
+        SHGetFileInfoA(path.c_str(), 0, &info, sizeof info, SHGFI_ICON | SHGFI_LARGEICON) == 0)
+        return {};
+    return Extracted(info.hIcon);
+}
+
+}  // namespace
+
+win::Icon TargetIcon(const std::string& target, std::int32_t index) {
+    const std::string path = sys::IsUrl(target) ? DefaultBrowserPath : target;
+    win::Icon icon = ProgramIcon(path, index);
+    if (!icon) icon = AssociatedIcon(path, index);
+    if (!icon) icon = ShellIcon(path);
+    if (!icon) icon = win::Icon(CopyIcon(LoadIconW(win::ModuleInstance(), MAKEINTRESOURCEW(IDI_QUON))));
+    return icon;
+}
+
+}  // namespace model

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "win/handles.h"
+
+namespace model {
+
+/// The icon of a target, 32 pixels: of its associated program, else the one that Windows associates with it,
+/// else the shell's, else the program's own. A URL has the default browser's. `index` counts in the file that
+/// the icon comes from.
+win::Icon TargetIcon(const std::string& target, std::int32_t index);
+
+}  // namespace model

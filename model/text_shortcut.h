@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "win/combo_box.h"
+
+namespace model {
+
+/// The item that ends the drop-down's list.
+constexpr const char* kRefreshItem = "[Refresh list]";
+/// The section of the text shortcuts: name = target, or several targets joined by "|".
+constexpr const char* kCutsSection = "Cuts";
+/// The section of the collected applications: name = path.
+constexpr const char* kCollectedSection = "Collected";
+/// The section of the command switches: shortcut name = switch.
+constexpr const char* kSwitchSection = "Switch";
+
+/// Gives a shortcut's command switch to its new name; nothing happens without one.
+void MoveSwitch(const std::string& former, const std::string& name, const std::string& commandSwitch);
+
+/// The target of the text shortcut `name`, of which `read` is what ReadIni gives: a value too long for that
+/// whole, any other as it was read. For whoever writes it back; the rest would be lost.
+std::string WholeTarget(const std::string& name, const std::string& read);
+
+/// What became of opening a text shortcut.
+enum class FireResult : std::uint8_t {
+    kDone,               ///< it was opened, as far as is known
+    kSearchToolMissing,  ///< a query was typed and the companion search tool is not in the program folder
+};
+
+/// The message for kSearchToolMissing.
+std::string SearchToolMessage();
+
+/// The names for the drop-down, from the sections' texts as ReadIniSection gives them: collected
+/// applications first when they are wanted, then text shortcuts, each once ignoring case, last the refresh
+/// item. Entries without "=" are names among the collected ones and skipped among the shortcuts.
+std::vector<std::string> TextShortcutNames(const std::string& collected, const std::string& cuts,
+                                           bool showCollected);
+
+/// The uptime text for a tick count in milliseconds; days are not split out.
+std::string UptimeText(std::uint32_t ticks);
+
+/// The named text shortcuts of the drop-down, made for one call and released.
+class CTextShortcut {
+  public:
+    /// `list` is the drop-down that FillCombo fills; it may be null for every other call.
+    explicit CTextShortcut(win::ComboBox* list = nullptr) noexcept : list_(list) {}
+
+    /// A text that is kept and has no further meaning.
+    std::string FileList;
+
+    // The links of the system are none of this class's business.
+
+    /// Does nothing.
+    void DeleteShortcut() {}
+    /// Does nothing.
+    void CreateShortcut() {}
+    /// Does nothing.
+    void ResolveShortcut() {}
+
+    /// The names of a section in file order, joined by "|"; "" for an empty or missing section.
+    /// Throws InvalidArgumentError for an entry without "=".
+    static std::string CreateShortcutString(const std::string& section);
+
+    /// Fills the drop-down anew; what the user has typed stays.
+    void FillCombo();
+
+    /// Opens the text shortcut of this name; a name that is not stored goes to the URL handler as it stands.
+    static FireResult FireShortcut(const std::string& name);
+
+    /// Starts the default mail client, minimised; nothing happens without one (HKEY_LOCAL_MACHINE).
+    static void LauchMail();
+
+    /// How long Windows has been running (GetTickCount).
+    static std::string HowLong();
+
+  private:
+    win::ComboBox* list_;
+};
+
+}  // namespace model
