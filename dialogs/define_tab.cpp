@@ -1,0 +1,75 @@
+#include "dialogs/define_tab.h"
+
+#include <windows.h>
+
+#include <string>
+
+#include "config/settings.h"
+#include "dialogs/caption_gap.h"
+#include "res/resource.h"
+#include "win/text.h"
+#include "win/window.h"
+
+namespace dialogs {
+namespace {
+
+constexpr WPARAM kLongestLabel = 7;  // characters
+
+}  // namespace
+
+void frmTabPrep::Open() { ShowModal(win::ModalOwner(), IDD_DEFINE_TAB); }
+
+bool frmTabPrep::OnInit() {
+    // Before a tip exists: a window that has topmost windows of its own may not become one itself.
+    win::SetTopmost(true, Handle());
+    PlaceInCaptionGap(Item(IDC_TAB_CAPTION + 1), Item(IDC_TAB_LABEL), 0);
+    SendMessageW(Item(IDC_TAB_LABEL), EM_LIMITTEXT, kLongestLabel, 0);
+    SendMessageW(Item(IDC_TAB_DESCRIPTION), EM_LIMITTEXT, 0, 0);
+    const model::clsTab& tab = host_.Tab(tab_);
+    win::SetText(Item(IDC_TAB_LABEL), tab.Label);
+    win::SetText(Item(IDC_TAB_DESCRIPTION), tab.Description);
+    CheckDlgButton(Handle(), IDC_TAB_SHOW_DESCRIPTION,
+                   config::Settings.TabDescriptions ? BST_CHECKED : BST_UNCHECKED);
+    return true;
+}
+
+bool frmTabPrep::OnCommand(int id, int notification) {
+    if (notification != BN_CLICKED) return false;
+    switch (id) {
+        case IDC_TAB_APPLY: Apply(); return true;
+        case IDC_TAB_CANCEL:
+        case IDCANCEL: End(0); return true;
+        default: return false;
+    }
+}
+
+INT_PTR frmTabPrep::OnMessage(UINT message, WPARAM wParam, LPARAM /*lParam*/) {
+    // Comes to the dialog for each of its controls, before the move itself does.
+    if (message == WM_SETCURSOR) {
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): Windows passes a window there.
+        const HWND window = reinterpret_cast<HWND>(wParam);
+        if (window == Item(IDC_TAB_SHOW_DESCRIPTION)) ShowContentsTip();
+    }
+    return FALSE;
+}
+
+void frmTabPrep::ShowContentsTip() {
+    if (tip_) return;
+    tip_ = std::make_unique<sys::clsToolTip>();
+    tip_->SetTitle("Tab contents:");
+    tip_->SetTipText("List of shortcuts (files, URLs) assigned to buttons on the tab.");
+    tip_->SetParentControl(Item(IDC_TAB_SHOW_DESCRIPTION));
+    tip_->Create();
+}
+
+void frmTabPrep::Apply() {
+    // A "|" in the label is not refused: what follows it is read back as the description's beginning.
+    const std::string record =
+        win::WindowText(Item(IDC_TAB_LABEL)) + "|" + win::WindowText(Item(IDC_TAB_DESCRIPTION));
+    host_.Context().Write(model::ButtonKey(tab_, 0), record);
+    host_.Tab(tab_).SetINIstring(record);
+    config::Settings.TabDescriptions = IsDlgButtonChecked(Handle(), IDC_TAB_SHOW_DESCRIPTION) == BST_CHECKED;
+    End(0);
+}
+
+}  // namespace dialogs

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+
+#include "dialogs/panel_host.h"
+#include "sys/tooltip.h"
+#include "win/dialog.h"
+
+namespace dialogs {
+
+/// Asks for the label and the description of a tab, and for what the tips of all tabs show.
+class frmTabPrep : public win::Dialog {
+  public:
+    /// `tab` is 1 to 6.
+    frmTabPrep(PanelHost& host, int tab) noexcept : host_(host), tab_(tab) {}
+
+    /// Shows the dialog with the tab's present texts and returns when it is closed.
+    void Open();
+
+  protected:
+    bool OnInit() override;
+    bool OnCommand(int id, int notification) override;
+    INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+  private:
+    void ShowContentsTip();
+    void Apply();
+
+    PanelHost& host_;
+    int tab_;
+    std::unique_ptr<sys::clsToolTip> tip_;
+};
+
+}  // namespace dialogs

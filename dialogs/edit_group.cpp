@@ -1,0 +1,149 @@
+#include "dialogs/edit_group.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "config/ini.h"
+#include "dialogs/message_box.h"
+#include "dialogs/pick_target.h"
+#include "model/storable_name.h"
+#include "model/text_shortcut.h"
+#include "res/resource.h"
+#include "sys/utility.h"
+#include "win/text.h"
+#include "win/window.h"
+
+namespace dialogs {
+namespace {
+
+constexpr RowLook kLook{.firstTop = 4,
+                        .height = 18,
+                        .gap = 6,
+                        .bottom = 5,
+                        .icon = {4, 1},
+                        .name = {26, 1},
+                        .highlightLeft = 22,
+                        .smallStep = 20,
+                        .largeStep = 60};
+
+}  // namespace
+
+frmEditB::frmEditB(model::ButtonContext& context) : context_(context), list_(kLook) {}
+
+void frmEditB::PrepareWindow(const std::string& groupName) {
+    oldName_ = groupName;
+    storedName_.clear();
+    firstItems_.clear();
+    const std::string members =
+        model::WholeTarget(groupName, config::ReadIni(model::kCutsSection, groupName));
+    if (members.empty()) return;
+    for (const std::string& path : win::Split(members, '|'))
+        firstItems_.push_back({path, path, ""});
+}
+
+void frmEditB::Show(HWND owner) { ShowModal(owner, IDD_EDIT_GROUP); }
+
+bool frmEditB::OnInit() {
+    // Before the tip exists: a window that has topmost windows of its own may not become one itself.
+    win::SetTopmost(true, Handle());
+    list_.CreateOn(Item(IDC_GROUP_FRAME), Item(IDC_GROUP_SCROLL), IDC_GROUP_BASKET);
+    list_.onDelete = [this] { DeleteItem(); };
+    list_.Assign(std::exchange(firstItems_, {}));
+    name_.Attach(Handle(), IDC_GROUP_NAME, IDC_GROUP_LABEL, IDC_GROUP_EXISTS);
+    name_.SetName(oldName_);
+    name_.SelectAll();
+    return false;
+}
+
+bool frmEditB::OnCommand(int id, int notification) {
+    if (name_.OnCommand(id, notification)) return true;
+    if (notification != BN_CLICKED) return false;
+    switch (id) {
+        case IDC_GROUP_ADD_FILE: Pick(false); return true;
+        case IDC_GROUP_ADD_FOLDER: Pick(true); return true;
+        case IDC_GROUP_ADD_URL: AddUrl(); return true;
+        case IDC_GROUP_DELETE_ITEM: DeleteItem(); return true;
+        case IDC_GROUP_APPLY: Apply(); return true;
+        case IDC_GROUP_CANCEL:
+        case IDCANCEL: End(0); return true;
+        default: return false;
+    }
+}
+
+INT_PTR frmEditB::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_VSCROLL: list_.OnScroll(LOWORD(wParam)); return TRUE;
+        case WM_MOUSEWHEEL:
+            list_.OnScroll(GET_WHEEL_DELTA_WPARAM(wParam) < 0 ? SB_PAGEDOWN : SB_PAGEUP);
+            return TRUE;
+        case WM_CTLCOLOREDIT: {
+            const auto dc = reinterpret_cast<HDC>(wParam);
+            SetBkColor(dc, GetSysColor(COLOR_WINDOW));
+            name_.ColorText(reinterpret_cast<HWND>(lParam), dc);
+            return reinterpret_cast<INT_PTR>(GetSysColorBrush(COLOR_WINDOW));
+        }
+        default: return FALSE;
+    }
+}
+
+void frmEditB::AddItem(const std::string& path) { list_.Add({path, path, ""}); }
+
+void frmEditB::Pick(bool folder) {
+    const std::string path = PickTarget(folder);
+    if (!path.empty()) AddItem(path);
+}
+
+void frmEditB::AddUrl() {
+    const std::string answer =
+        ShowMessage("Enter complete URL (please include 'http://' or similar if exists): ", 2, "OK", "Cancel",
+                    "", true, "http://");
+    if (answer == "Cancel") return;
+    if (sys::IsUrl(answer))
+        AddItem(answer);
+    else
+        ShowNote(
+            "Sorry, couldn't recognize this as valid URL.\n"
+            "Quon will not be able to open it, and so can not add it to the group.");
+}
+
+void frmEditB::DeleteItem() {
+    std::vector<Row> rows = list_.Rows();
+    if (rows.empty()) return;
+    rows.erase(rows.begin() + list_.Selected());
+    list_.Assign(std::move(rows));
+}
+
+std::vector<std::string> frmEditB::Items() const {
+    std::vector<std::string> items;
+    std::transform(list_.Rows().begin(), list_.Rows().end(), std::back_inserter(items),
+                   [](const Row& row) { return row.name; });
+    return items;
+}
+
+std::string frmEditB::NameToStore() const {
+    std::string name = model::StorableName(name_.Name());
+    return name.empty() ? model::StorableName(oldName_) : name;
+}
+
+void frmEditB::Apply() {
+    const std::string items = win::Join(Items(), '|');
+    const std::string name = NameToStore();
+    if (name.empty()) {
+        ShowNote("Couldn't make this shortcut, sorry.");
+        name_.SelectAll();
+        return;
+    }
+    if (name != oldName_) {
+        const std::string key = model::FindButtonKey(oldName_);
+        if (!key.empty()) {
+            config::WriteIni(model::kButtonsSection, key, "");
+            context_.Write(key, name + "|0");
+        }
+    }
+    config::RemoveRecord(model::kCutsSection, oldName_);
+    config::WriteIni(model::kCutsSection, name, items);
+    storedName_ = name;
+    End(1);
+}
+
+}  // namespace dialogs

@@ -1,0 +1,113 @@
+#include "dialogs/edit_shortcut.h"
+
+#include "config/ini.h"
+#include "dialogs/pick_target.h"
+#include "model/storable_name.h"
+#include "model/target_icon.h"
+#include "model/text_shortcut.h"
+#include "res/resource.h"
+#include "win/text.h"
+#include "win/window.h"
+
+namespace dialogs {
+namespace {
+
+constexpr int kIconSize = 32;  // pixels
+
+}  // namespace
+
+void frmEdit::PrepareWindow(const std::string& name, const std::string& fileText, COLORREF color) {
+    oldName_ = name;
+    oldFile_ = win::Before(fileText, '\n');
+    color_ = color;
+}
+
+void frmEdit::Show(HWND owner) { ShowModal(owner, IDD_EDIT_SHORTCUT); }
+
+bool frmEdit::OnInit() {
+    // Before the tip exists: a window that has topmost windows of its own may not become one itself.
+    win::SetTopmost(true, Handle());
+    CreatePicture();
+    background_.Reset(CreateSolidBrush(color_));
+    SendMessageW(Item(IDC_SHORTCUT_FILE), EM_LIMITTEXT, 0, 0);
+    name_.Attach(Handle(), IDC_SHORTCUT_NAME, IDC_SHORTCUT_LABEL, IDC_SHORTCUT_EXISTS);
+    win::SetText(Item(IDC_SHORTCUT_FILE), oldFile_);
+    name_.SetName(oldName_);
+    DrawFileIcon();
+    return true;
+}
+
+/// The template says where the picture stands; its size is an icon's.
+void frmEdit::CreatePicture() {
+    RECT place{};
+    GetWindowRect(Item(IDC_SHORTCUT_ICON), &place);
+    DestroyWindow(Item(IDC_SHORTCUT_ICON));
+    MapWindowPoints(nullptr, Handle(), reinterpret_cast<POINT*>(&place), 2);
+    picture_.CreateOn(Handle(), IDC_SHORTCUT_ICON,
+                      {place.left, place.top, place.left + kIconSize, place.top + kIconSize}, false);
+}
+
+bool frmEdit::OnCommand(int id, int notification) {
+    if (name_.OnCommand(id, notification)) return true;
+    if (id == IDC_SHORTCUT_FILE && notification == EN_CHANGE) {
+        name_.Test();
+        return true;
+    }
+    if (notification != BN_CLICKED) return false;
+    switch (id) {
+        case IDC_SHORTCUT_SELECT_FILE: Pick(false); return true;
+        case IDC_SHORTCUT_SELECT_FOLDER: Pick(true); return true;
+        case IDC_SHORTCUT_APPLY: Apply(); return true;
+        case IDC_SHORTCUT_CANCEL:
+        case IDCANCEL: End(0); return true;
+        default: return false;
+    }
+}
+
+INT_PTR frmEdit::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message != WM_CTLCOLOREDIT) return FALSE;
+    const auto dc = reinterpret_cast<HDC>(wParam);
+    SetBkColor(dc, color_);
+    name_.ColorText(reinterpret_cast<HWND>(lParam), dc);
+    return reinterpret_cast<INT_PTR>(background_.Get());
+}
+
+void frmEdit::DrawFileIcon() {
+    const win::Icon icon = model::TargetIcon(File(), 0);
+    picture_.Clear();
+    DrawIcon(picture_.Dc(), 0, 0, icon.Get());
+    picture_.Refresh();
+}
+
+void frmEdit::Pick(bool folder) {
+    const std::string path = PickTarget(folder);
+    if (path.empty()) return;
+    win::SetText(Item(IDC_SHORTCUT_FILE), path);
+    DrawFileIcon();
+}
+
+std::string frmEdit::File() const { return win::WindowText(Item(IDC_SHORTCUT_FILE)); }
+
+std::string frmEdit::NameToStore() const {
+    const std::string typed = name_.Name();
+    const std::string name = model::StorableName(typed);
+    // No name at all is written as it stands; one of which nothing can be stored changes nothing.
+    return typed.empty() || !name.empty() ? name : oldName_;
+}
+
+void frmEdit::Apply() {
+    const std::string name = NameToStore();
+    const std::string file = File();
+    const std::string commandSwitch = config::ReadIni(model::kSwitchSection, oldName_);
+    const std::string key = model::FindButtonKey(oldName_);
+    if (!key.empty()) {
+        const std::string record = config::ReadIni(model::kButtonsSection, key);
+        context_.Write(key, name + "|" + win::After(record, '|'));
+    }
+    config::RemoveRecord(model::kCutsSection, oldName_);
+    config::WriteIni(model::kCutsSection, name, file);
+    model::MoveSwitch(oldName_, name, commandSwitch);
+    End(0);
+}
+
+}  // namespace dialogs

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "dialogs/shortcut_name.h"
+#include "model/button_records.h"
+#include "win/dialog.h"
+#include "win/handles.h"
+#include "win/picture_box.h"
+
+namespace dialogs {
+
+/// The editor of a single shortcut: its name and the file, folder or URL that it opens.
+class frmEdit : public win::Dialog {
+  public:
+    /// The table of `context` follows when a button's record does.
+    explicit frmEdit(model::ButtonContext& context) noexcept : context_(context) {}
+
+    /// Takes a shortcut by its name. Of `fileText` the part before the first line feed is its target; both
+    /// boxes get `color` for their background.
+    void PrepareWindow(const std::string& name, const std::string& fileText, COLORREF color);
+
+    /// Shows the editor above all windows until it is applied or cancelled.
+    void Show(HWND owner);
+
+  protected:
+    bool OnInit() override;
+    bool OnCommand(int id, int notification) override;
+    INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+  private:
+    void CreatePicture();
+    void DrawFileIcon();
+    void Pick(bool folder);
+    void Apply();
+    [[nodiscard]] std::string NameToStore() const;
+    [[nodiscard]] std::string File() const;
+
+    model::ButtonContext& context_;
+    std::string oldName_;
+    std::string oldFile_;
+    COLORREF color_ = 0;
+    win::Brush background_;
+    ShortcutNameBox name_;
+    win::PictureBox picture_;
+};
+
+}  // namespace dialogs

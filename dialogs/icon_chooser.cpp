@@ -1,0 +1,244 @@
+#include "dialogs/icon_chooser.h"
+
+#include <commctrl.h>
+#include <shellapi.h>
+
+#include <algorithm>
+
+#include "res/resource.h"
+#include "win/errors.h"
+#include "win/geometry.h"
+#include "win/window.h"
+
+namespace dialogs {
+namespace {
+
+// Pixels.
+constexpr int kWidth = 238;  // of the window, and how far it slides
+constexpr int kMargin = 5;
+constexpr int kBoxStep = 45;
+constexpr int kBoxSize = 36;
+constexpr int kFirstBoxLeft = 4;
+constexpr POINT kIconPlace{2, 2};
+constexpr int kStripHeight = 44;
+constexpr int kBarHeight = 17;
+
+constexpr int kSlideStep = 34;
+constexpr DWORD kSlidePause = 12;  // milliseconds
+
+/// The rectangle of a monitor that windows may take up.
+RECT WorkArea(HWND window) {
+    MONITORINFO info{};
+    info.cbSize = sizeof info;
+    GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTOPRIMARY), &info);
+    return info.rcWork;
+}
+
+void DrawCross(const win::PictureBox& box, HDC dc, RECT all) {
+    const UINT state = box.Pressed() ? DFCS_PUSHED : 0U;
+    DrawFrameControl(dc, &all, DFC_CAPTION, DFCS_CAPTIONCLOSE | DFCS_FLAT | state);
+}
+
+}  // namespace
+
+void IcoChooser::ReadIcons(const std::string& file) {
+    const win::Hourglass hourglass;
+    icons_.clear();
+    for (std::int32_t index = FirstIcon;; ++index) {
+        HICON icon = ExtractIconA(win::ModuleInstance(), file.c_str(), static_cast<UINT>(index));
+        // 1 stands for a file that can hold no icons.
+        if (reinterpret_cast<UINT_PTR>(icon) <= 1) return;
+        icons_.emplace_back(icon);
+    }
+}
+
+void IcoChooser::Show(HWND owner) {
+    owner_ = owner;
+    closing_ = false;
+    ShowModal(owner, IDD_ICON_CHOOSER);
+    if (owner != nullptr) RemoveWindowSubclass(owner, &IcoChooser::WatchOwner, 0);
+    boxes_.clear();
+    icons_.clear();
+}
+
+bool IcoChooser::OnInit() {
+    win::SetTopmost(true, Handle());
+    if (owner_ != nullptr)
+        SetWindowSubclass(owner_, &IcoChooser::WatchOwner, 0, reinterpret_cast<DWORD_PTR>(this));
+    LayOut();
+    MakeBoxes();
+    if (boxes_.empty())
+        SetFocus(Image1_.Handle());
+    else
+        SetFocus(boxes_.front()->Handle());
+    return false;
+}
+
+void IcoChooser::LayOut() {
+    constexpr int kBarTop = kMargin + kStripHeight + 4;
+    constexpr int kClientHeight = kBarTop + kBarHeight + kMargin;
+    RECT frame{0, 0, 0, kClientHeight};
+    AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongPtrW(Handle(), GWL_STYLE)), FALSE,
+                       static_cast<DWORD>(GetWindowLongPtrW(Handle(), GWL_EXSTYLE)));
+    PlaceBeside(win::Height(frame));
+    RECT client{};
+    GetClientRect(Handle(), &client);
+    const int right = client.right - kMargin;
+    const HWND view = Item(IDC_CHOOSER_VIEW);
+    MoveWindow(view, kMargin, kMargin, right - kMargin, kStripHeight, FALSE);
+    MoveWindow(Item(IDC_CHOOSER_SCROLL), kMargin, kBarTop, right - kMargin - kBarHeight - 4, kBarHeight,
+               FALSE);
+    Image1_.CreateBareOn(Handle(), IDC_CHOOSER_CLOSE,
+                         {right - kBarHeight, kBarTop, right, kBarTop + kBarHeight}, true);
+    Image1_.SetMeaning("Close");
+    Image1_.onOverlay = [this](HDC dc, RECT all) { DrawCross(Image1_, dc, all); };
+    Image1_.onClick = [this] { HideChooser(); };
+    Image1_.onKeyDown = [this](WPARAM key) {
+        if (key != VK_RETURN && key != VK_SPACE) return false;
+        HideChooser();
+        return true;
+    };
+    RECT inside{};
+    GetClientRect(view, &inside);
+    visibleWidth_ = inside.right;
+    strip_ = Item(IDC_CHOOSER_STRIP);
+    SetParent(strip_, view);
+    scroll_.Attach(Item(IDC_CHOOSER_SCROLL), kBoxStep, visibleWidth_);
+}
+
+void IcoChooser::PlaceBeside(int height) {
+    RECT beside{};
+    const RECT area = WorkArea(owner_);
+    if (owner_ == nullptr || GetWindowRect(owner_, &beside) == 0)
+        beside = {area.right, area.top, area.right, area.top};
+    rightOfOwner_ = beside.left - kWidth < area.left;
+    const int left = rightOfOwner_ ? beside.right : beside.left - kWidth;
+    const int lowest = std::max(area.top, area.bottom - height);
+    SetWindowPos(Handle(), nullptr, left, std::clamp<int>(beside.top, area.top, lowest), kWidth, height,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void IcoChooser::MakeBoxes() {
+    boxes_.reserve(icons_.size());
+    for (int index = 0; index < IconCount(); ++index)
+        MakeBox(index);
+    const int width = kFirstBoxLeft + IconCount() * kBoxStep;
+    MoveWindow(strip_, 0, 0, width, kStripHeight, FALSE);
+    scroll_.SetMaximum(width - visibleWidth_);
+}
+
+void IcoChooser::MakeBox(int index) {
+    boxes_.push_back(std::make_unique<win::PictureBox>());
+    win::PictureBox& box = *boxes_.back();
+    box.SetBackColor(GetSysColor(COLOR_WINDOW));
+    const int left = kFirstBoxLeft + index * kBoxStep;
+    // One of them only is a stop of the Tab key; the arrows walk over the others.
+    box.CreateBareOn(strip_, IDC_CHOOSER_ICON + FirstIcon + index, {left, 2, left + kBoxSize, 2 + kBoxSize},
+                     index == 0);
+    box.SetMeaning("Icon " + std::to_string(FirstIcon + index));
+    HICON icon = icons_[static_cast<size_t>(index)].Get();
+    box.onOverlay = [&box, icon](HDC dc, RECT all) {
+        DrawIcon(dc, kIconPlace.x, kIconPlace.y, icon);
+        if (box.Hovered()) DrawEdge(dc, &all, box.Pressed() ? BDR_SUNKENOUTER : BDR_RAISEDINNER, BF_RECT);
+    };
+    box.onClick = [this, index] { Pick(index); };
+    box.onKeyDown = [this, index](WPARAM key) { return OnKey(index, key); };
+}
+
+bool IcoChooser::OnKey(int index, WPARAM key) {
+    switch (key) {
+        case VK_RETURN:
+        case VK_SPACE: Pick(index); return true;
+        case VK_LEFT: FocusOn(index - 1); return true;
+        case VK_RIGHT: FocusOn(index + 1); return true;
+        case VK_HOME: FocusOn(0); return true;
+        case VK_END: FocusOn(IconCount() - 1); return true;
+        default: return false;
+    }
+}
+
+void IcoChooser::FocusOn(int index) {
+    if (index < 0 || index >= IconCount()) return;
+    win::ShowFocusMarks();
+    SetFocus(boxes_[static_cast<size_t>(index)]->Handle());
+    const int left = kFirstBoxLeft + index * kBoxStep;
+    if (left < scroll_.Value() || index == 0)
+        scroll_.SetValue(left - kFirstBoxLeft);
+    else if (left + kBoxStep > scroll_.Value() + visibleWidth_)
+        scroll_.SetValue(left + kBoxStep - visibleWidth_);
+    PlaceStrip();
+}
+
+bool IcoChooser::OnCommand(int id, int /*notification*/) {
+    if (id != IDCANCEL) return false;
+    HideChooser();
+    return true;
+}
+
+INT_PTR IcoChooser::OnMessage(UINT message, WPARAM wParam, LPARAM /*lParam*/) {
+    switch (message) {
+        case WM_HSCROLL: Scroll(LOWORD(wParam)); return TRUE;
+        case WM_MOUSEWHEEL:
+            Scroll(GET_WHEEL_DELTA_WPARAM(wParam) < 0 ? SB_LINERIGHT : SB_LINELEFT);
+            return TRUE;
+        case WM_ACTIVATE:
+            if (LOWORD(wParam) == WA_INACTIVE) HideChooser();
+            return FALSE;
+        default: return FALSE;
+    }
+}
+
+void IcoChooser::Scroll(int code) {
+    scroll_.Act(code);
+    PlaceStrip();
+}
+
+void IcoChooser::PlaceStrip() {
+    SetWindowPos(strip_, nullptr, -scroll_.Value(), 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void IcoChooser::Pick(int index) {
+    if (closing_) return;
+    closing_ = true;
+    SelectedIcon = static_cast<std::int16_t>(FirstIcon + index);
+    // Whatever becomes of the pick, the chooser closes.
+    win::Guarded(Handle(), false, [&] {
+        if (IconSelected) IconSelected(SelectedIcon);
+        return true;
+    });
+    End(1);
+}
+
+void IcoChooser::HideChooser() {
+    if (closing_) return;
+    closing_ = true;
+    RECT place{};
+    GetWindowRect(Handle(), &place);
+    // Under the edge of the main window: what is left of it keeps that side.
+    for (int position = -kWidth; position < 0; position += kSlideStep) {
+        const int left = rightOfOwner_ ? static_cast<int>(place.left) : place.right + position;
+        SetWindowPos(Handle(), nullptr, left, place.top, -position, win::Height(place),
+                     SWP_NOZORDER | SWP_NOACTIVATE);
+        UpdateWindow(Handle());
+        Sleep(kSlidePause);
+    }
+    End(0);
+}
+
+LRESULT CALLBACK IcoChooser::WatchOwner(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                        UINT_PTR /*id*/, DWORD_PTR chooser) noexcept {
+    // A press on a disabled window tells of itself by no other message.
+    const bool pressed = HIWORD(lParam) == WM_LBUTTONDOWN || HIWORD(lParam) == WM_RBUTTONDOWN ||
+                         HIWORD(lParam) == WM_MBUTTONDOWN;
+    if (message == WM_SETCURSOR && static_cast<short>(LOWORD(lParam)) == HTERROR && pressed) {
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): the subclass's own value.
+        auto* self = reinterpret_cast<IcoChooser*>(chooser);
+        return win::Guarded(window, LRESULT{TRUE}, [&]() -> LRESULT {
+            self->HideChooser();
+            return TRUE;
+        });
+    }
+    return DefSubclassProc(window, message, wParam, lParam);
+}
+
+}  // namespace dialogs

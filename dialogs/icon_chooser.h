@@ -1,0 +1,74 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "win/dialog.h"
+#include "win/handles.h"
+#include "win/picture_box.h"
+#include "win/scroll_bar.h"
+
+namespace dialogs {
+
+/// Shows all icons of one file in a strip beside the main window and lets the user pick one.
+class IcoChooser : public win::Dialog {
+  public:
+    /// Index of the first icon to read; 0 for a whole file.
+    std::int32_t FirstIcon = 0;
+
+    /// Index in the file of the icon that was picked; meaningful after a pick only.
+    std::int16_t SelectedIcon = 0;
+
+    /// Gets the index in the file of the icon that is picked, before the chooser closes.
+    std::function<void(std::int16_t)> IconSelected;
+
+    /// Reads the icons of a program, library or icon file, up to the first index without one (ExtractIconA).
+    /// A file without icons, or none, gives an empty strip.
+    void ReadIcons(const std::string& file);
+
+    /// How many icons have been read.
+    [[nodiscard]] int IconCount() const noexcept { return static_cast<int>(icons_.size()); }
+
+    /// Shows the chooser beside `owner` until an icon is picked or it is dismissed: by Esc, by its cross, by
+    /// a press on the owner or by another program's window. The icons are released then.
+    void Show(HWND owner);
+
+    /// Slides the chooser away and closes it without a choice.
+    void HideChooser();
+
+  protected:
+    bool OnInit() override;
+    bool OnCommand(int id, int notification) override;
+    INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+  private:
+    static LRESULT CALLBACK WatchOwner(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                       DWORD_PTR chooser) noexcept;
+
+    void LayOut();
+    void MakeBoxes();
+    void MakeBox(int index);
+    void PlaceBeside(int height);
+    void Scroll(int code);
+    void PlaceStrip();
+    void Pick(int index);
+    bool OnKey(int index, WPARAM key);
+    void FocusOn(int index);
+
+    HWND owner_ = nullptr;
+    HWND strip_ = nullptr;
+    int visibleWidth_ = 0;
+    bool rightOfOwner_ = false;
+    bool closing_ = false;
+    std::vector<win::Icon> icons_;
+    std::vector<std::unique_ptr<win::PictureBox>> boxes_;
+    win::PictureBox Image1_;
+    win::ScrollBar scroll_;
+};
+
+}  // namespace dialogs

@@ -1,0 +1,239 @@
+#include "dialogs/message_box.h"
+
+#include <shellapi.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "res/resource.h"
+#include "win/geometry.h"
+#include "win/text.h"
+#include "win/window.h"
+
+namespace dialogs {
+
+std::string MessageAnswer;
+std::int16_t OpenDialogCount = 0;
+
+namespace {
+
+constexpr int kButtonLimit = 3;
+constexpr const char* kSupportPage = "https://quon.example/support";
+constexpr const char* kHomePage = "https://quon.example/";
+constexpr COLORREF kLinkColor = RGB(0x17, 0x66, 0x8A);
+
+bool IsLink(HWND control) {
+    const int id = GetDlgCtrlID(control);
+    return id == IDC_ABOUT_SUPPORT || id == IDC_ABOUT_WEB;
+}
+
+}  // namespace
+
+std::string ShowMessage(const std::string& sMessage, int iButtons, const std::string& sCap1,
+                        const std::string& sCap2, const std::string& sCap3, bool InBox,
+                        const std::string& sInBox) {
+    frmMsg window;
+    window.RetMessage(sMessage, iButtons, sCap1, sCap2, sCap3, InBox, sInBox);
+    return std::exchange(MessageAnswer, {});
+}
+
+void ShowNote(const std::string& sMessage) { ShowMessage(sMessage, 1, "OK"); }
+
+void frmMsg::RetMessage(const std::string& sMessage, int iButtons, const std::string& sCap1,
+                        const std::string& sCap2, const std::string& sCap3, bool InBox,
+                        const std::string& sInBox) {
+    message_ = sMessage;
+    captions_[0] = sCap1;
+    captions_[1] = sCap2;
+    captions_[2] = sCap3;
+    buttons_ = ButtonCount(iButtons);
+    inBox_ = InBox;
+    preset_ = sInBox;
+    answer_.clear();
+    ShowModal(win::ModalOwner(), IDD_MESSAGE);
+    // Only now: messages that are open inside one another may be closed all at once.
+    MessageAnswer = answer_;
+}
+
+void frmMsg::AboutQuon() {
+    about_ = true;
+    ShowModal(win::ModalOwner(), IDD_MESSAGE);
+}
+
+bool frmMsg::OnInit() {
+    ++OpenDialogCount;
+    // Before the tip exists: a window that has topmost windows of its own may not become one itself.
+    win::SetTopmost(true, Handle());
+    for (HWND child = GetWindow(Handle(), GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))
+        SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(win::MessageFont()), FALSE);
+    if (about_)
+        FillAbout();
+    else
+        FillMessage();
+    return false;
+}
+
+void frmMsg::FillMessage() {
+    const MessageLayout layout = LayOutMessage(MessageHeight(), buttons_, inBox_);
+    win::SetText(Item(IDC_MESSAGE_TEXT), message_);
+    Place(IDC_MESSAGE_TEXT, layout.text);
+    for (int index = 0; index < buttons_; ++index) {
+        const HWND button = Item(IDC_ANSWER + index);
+        win::SetText(button, Caption(index));
+        Place(IDC_ANSWER + index, layout.buttons[static_cast<size_t>(index)]);
+        if (index == 0 || !Caption(index).empty()) ShowWindow(button, SW_SHOW);
+    }
+    SizeClient(layout.clientWidth, layout.clientHeight);
+    const int chosen = DefaultButton();
+    SendMessageW(Handle(), DM_SETDEFID, static_cast<WPARAM>(IDC_ANSWER + chosen), 0);
+    if (inBox_) {
+        const HWND input = Item(IDC_INPUT);
+        Place(IDC_INPUT, layout.input);
+        if (!preset_.empty()) win::SetText(input, preset_);
+        ShowWindow(input, SW_SHOW);
+        SendMessageW(input, EM_SETSEL, 0, -1);
+        SetFocus(input);
+    } else if (buttons_ > 0) {
+        SetFocus(Item(IDC_ANSWER + chosen));
+    }
+}
+
+void frmMsg::FillAbout() {
+    constexpr int kWidth = 4200;
+    constexpr int kHeight = 4050;
+    win::SetText(Handle(), "About Quon");
+    Place(IDC_ABOUT_PANEL, {150, 75, kWidth - 300, kHeight - 225});
+    Place(IDC_ABOUT_PICTURE, {(kWidth - 960) / 2, 480, 960, 960});
+    Place(IDC_ABOUT_VERSION, {300, 1590, kWidth - 600, 270});
+    Place(IDC_ABOUT_SUPPORT, {900, 2130, kWidth - 1800, 270});
+    Place(IDC_ABOUT_WEB, {900, 2475, kWidth - 1800, 270});
+    Place(IDC_ABOUT_CLOSE, {(kWidth - 1335) / 2, 3150, 1335, 390});
+    SizeClient(kWidth, kHeight);
+    ShowWindow(Item(IDC_MESSAGE_TEXT), SW_HIDE);
+    for (const int id : {IDC_ABOUT_PANEL, IDC_ABOUT_PICTURE, IDC_ABOUT_VERSION, IDC_ABOUT_SUPPORT,
+                         IDC_ABOUT_WEB, IDC_ABOUT_CLOSE})
+        ShowWindow(Item(id), SW_SHOW);
+    picture_.Reset(static_cast<HICON>(
+        LoadImageW(win::ModuleInstance(), MAKEINTRESOURCEW(IDI_QUON), IMAGE_ICON, 64, 64, 0)));
+    SendMessageW(Item(IDC_ABOUT_PICTURE), STM_SETICON, reinterpret_cast<WPARAM>(picture_.Get()), 0);
+    LOGFONTW font{};
+    GetObjectW(win::MessageFont(), sizeof font, &font);
+    font.lfUnderline = TRUE;
+    linkFont_.Reset(CreateFontIndirectW(&font));
+    for (const int id : {IDC_ABOUT_SUPPORT, IDC_ABOUT_WEB})
+        SendMessageW(Item(id), WM_SETFONT, reinterpret_cast<WPARAM>(linkFont_.Get()), FALSE);
+    supportTip_.SetTipText(" If you have questions, suggestions, or just want to say hi ");
+    supportTip_.SetParentControl(Item(IDC_ABOUT_SUPPORT));
+    supportTip_.Create();
+    SendMessageW(Handle(), DM_SETDEFID, IDC_ABOUT_CLOSE, 0);
+    SetFocus(Item(IDC_ABOUT_CLOSE));
+}
+
+int frmMsg::MessageHeight() const {
+    const win::TwipsPerPixel twips = win::ScreenTwipsPerPixel();
+    const win::WindowDc dc(Handle());
+    const win::Selection font(dc.Get(), win::MessageFont());
+    RECT rect{0, 0, win::ToPixels(MessageTextWidth(), twips.x), 0};
+    win::DrawPlainText(dc.Get(), message_.empty() ? " " : message_, rect,
+                       DT_CALCRECT | DT_WORDBREAK | DT_EDITCONTROL);
+    // A text taller than the screen would put the buttons out of reach.
+    const int limit = GetSystemMetrics(SM_CYSCREEN) * 2 / 3;
+    return win::ToTwips(std::min(win::Height(rect), limit), twips.y);
+}
+
+const std::string& frmMsg::Caption(int index) const { return captions_[index]; }
+
+int frmMsg::ButtonCount(int asked) const {
+    if (asked == 0) return 0;
+    // Every caption is shown, whatever the count says.
+    int captioned = kButtonLimit;
+    while (captioned > 1 && Caption(captioned - 1).empty())
+        --captioned;
+    return std::clamp(asked, captioned, kButtonLimit);
+}
+
+int frmMsg::DefaultButton() const {
+    for (int index = 0; index < buttons_; ++index)
+        if (Caption(index) == "OK") return index;
+    return 0;
+}
+
+void frmMsg::Place(int id, const TwipsRect& rect) const {
+    const win::TwipsPerPixel twips = win::ScreenTwipsPerPixel();
+    SetWindowPos(Item(id), nullptr, win::ToPixels(rect.left, twips.x), win::ToPixels(rect.top, twips.y),
+                 win::ToPixels(rect.width, twips.x), win::ToPixels(rect.height, twips.y),
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void frmMsg::SizeClient(int width, int height) const {
+    const win::TwipsPerPixel twips = win::ScreenTwipsPerPixel();
+    RECT frame{0, 0, win::ToPixels(width, twips.x), win::ToPixels(height, twips.y)};
+    AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongPtrW(Handle(), GWL_STYLE)), FALSE,
+                       static_cast<DWORD>(GetWindowLongPtrW(Handle(), GWL_EXSTYLE)));
+    const int outerWidth = win::Width(frame);
+    const int outerHeight = win::Height(frame);
+    SetWindowPos(Handle(), nullptr, (GetSystemMetrics(SM_CXSCREEN) - outerWidth) / 2,
+                 (GetSystemMetrics(SM_CYSCREEN) - outerHeight) / 2, outerWidth, outerHeight,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+bool frmMsg::OnCommand(int id, int notification) {
+    if (id == IDCANCEL) {
+        Dismiss();
+        return true;
+    }
+    if (id >= IDC_ANSWER && id < IDC_ANSWER + kButtonLimit && notification == BN_CLICKED) {
+        Answer(id - IDC_ANSWER);
+        return true;
+    }
+    // The links also tell of the second press of a double click, with the same command.
+    if (notification != 0) return false;
+    switch (id) {
+        case IDC_ABOUT_CLOSE: End(0); return true;
+        case IDC_ABOUT_SUPPORT: OpenAddress(kSupportPage); return true;
+        case IDC_ABOUT_WEB: OpenAddress(kHomePage); return true;
+        default: return false;
+    }
+}
+
+INT_PTR frmMsg::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_CLOSE:
+            // The title bar's button: no answer at all, unlike Esc, which presses "Cancel".
+            End(0);
+            return TRUE;
+        case WM_DESTROY: --OpenDialogCount; return FALSE;
+        case WM_PAINT: win::SetTopmost(true, Handle()); return FALSE;
+        case WM_CTLCOLORSTATIC:
+            if (!IsLink(reinterpret_cast<HWND>(lParam))) return FALSE;
+            SetTextColor(reinterpret_cast<HDC>(wParam), kLinkColor);
+            SetBkMode(reinterpret_cast<HDC>(wParam), TRANSPARENT);
+            return reinterpret_cast<INT_PTR>(GetSysColorBrush(COLOR_BTNFACE));
+        case WM_SETCURSOR:
+            if (!IsLink(reinterpret_cast<HWND>(wParam))) return FALSE;
+            SetCursor(LoadCursor(nullptr, IDC_HAND));
+            SetWindowLongPtrW(Handle(), DWLP_MSGRESULT, TRUE);
+            return TRUE;
+        default: return FALSE;
+    }
+}
+
+void frmMsg::Answer(int index) {
+    // What counts is the caption that the button carries.
+    const std::string caption = win::WindowText(Item(IDC_ANSWER + index));
+    const bool typed = (caption == "OK" && inBox_) || caption == "Create group";
+    answer_ = typed ? win::WindowText(Item(IDC_INPUT)) : caption;
+    End(0);
+}
+
+void frmMsg::Dismiss() {
+    for (int index = 0; index < buttons_; ++index)
+        if (Caption(index) == "Cancel") return Answer(index);
+    End(0);
+}
+
+void frmMsg::OpenAddress(const char* address) {
+    ShellExecuteA(GetDesktopWindow(), nullptr, address, nullptr, nullptr, SW_SHOWNORMAL);
+}
+
+}  // namespace dialogs

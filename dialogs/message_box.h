@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "dialogs/message_layout.h"
+#include "sys/tooltip.h"
+#include "win/dialog.h"
+#include "win/handles.h"
+
+namespace dialogs {
+
+/// What the user answered to the last message; cleared by ShowMessage once it is read.
+extern std::string MessageAnswer;
+
+/// How many message boxes and options dialogs are open.
+extern std::int16_t OpenDialogCount;
+
+/// Asks the user with up to three buttons and, when `InBox` is set, one line of input with `sInBox` in it.
+/// Returns the caption of the button pressed, the typed text for "OK" beside an input line and for
+/// "Create group", or "" when the window was closed otherwise.
+std::string ShowMessage(const std::string& sMessage, int iButtons, const std::string& sCap1,
+                        const std::string& sCap2 = {}, const std::string& sCap3 = {}, bool InBox = false,
+                        const std::string& sInBox = {});
+
+/// Shows a note with the single button "OK".
+void ShowNote(const std::string& sMessage);
+
+/// The message window, which is the About box in its other mode.
+class frmMsg : public win::Dialog {
+  public:
+    /// Lays the window out and shows it; the answer is left in MessageAnswer.
+    void RetMessage(const std::string& sMessage, int iButtons, const std::string& sCap1,
+                    const std::string& sCap2, const std::string& sCap3, bool InBox,
+                    const std::string& sInBox);
+
+    /// Shows the window as the About box.
+    void AboutQuon();
+
+  protected:
+    bool OnInit() override;
+    bool OnCommand(int id, int notification) override;
+    INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+  private:
+    void FillMessage();
+    void FillAbout();
+    void Answer(int index);
+    void Dismiss();
+    [[nodiscard]] int MessageHeight() const;
+    [[nodiscard]] int DefaultButton() const;
+    [[nodiscard]] const std::string& Caption(int index) const;
+    [[nodiscard]] int ButtonCount(int asked) const;
+    void Place(int id, const TwipsRect& rect) const;
+    void SizeClient(int width, int height) const;
+    static void OpenAddress(const char* address);
+
+    bool about_ = false;
+    std::string message_;
+    int buttons_ = 0;
+    std::string captions_[3];
+    bool inBox_ = false;
+    std::string preset_;
+    std::string answer_;
+    sys::clsToolTip supportTip_;
+    win::Font linkFont_;
+    win::Icon picture_;
+};
+
+}  // namespace dialogs

@@ -1,0 +1,244 @@
+#include "dialogs/options.h"
+
+#include <windows.h>
+
+#include <array>
+#include <string>
+
+#include "config/settings.h"
+#include "dialogs/caption_gap.h"
+#include "dialogs/message_box.h"
+#include "res/resource.h"
+#include "win/errors.h"
+#include "win/process_start.h"
+#include "win/text.h"
+#include "win/window.h"
+
+namespace dialogs {
+namespace {
+
+using config::Settings;
+using config::SettingsRecord;
+
+struct Option {
+    bool SettingsRecord::*setting;
+    const char* title;
+    const char* text;
+};
+
+constexpr const char* kChecked = "Default: checked";
+constexpr const char* kUnchecked = "Default: unchecked";
+
+constexpr std::array<Option, 10> kOptions{
+    {{&SettingsRecord::StartWithWindows, kUnchecked,
+      "If checked, Quon will start when you turn on your computer."},
+     {&SettingsRecord::StartGlued, kUnchecked, "If checked, Quon will start on the edge of your screen."},
+     {&SettingsRecord::HideAfterLaunch, kChecked,
+      "If checked, Quon will move to the edge of your screen\nafter you open a file with it."},
+     {&SettingsRecord::TaskbarProcessesOnly, kChecked,
+      "If checked, Quon will show only processes that appear in taskbar.\n"
+      "Otherwise, it will show all processes (even ones that have no window attached to it \n"
+      "- usefull if program is in tray."},
+     {&SettingsRecord::CloseButtonCloses, kUnchecked,
+      "Means that Quon will move to the edge of the screen, and not close down."},
+     {&SettingsRecord::ExtensiveTooltips, kChecked,
+      "If checked, buttons in menu will show titles of menu buttons\n"
+      "with all the files associated to buttons in appropriate group."},
+     {&SettingsRecord::SingleClickOpen, kUnchecked,
+      "If checked, you will need only one click to open the files\nassigned to buttons."},
+     {&SettingsRecord::ShowCollected, kChecked,
+      "If checked, Quon will include applications with file associations\nin the list of shortcuts."},
+     {&SettingsRecord::PopOnHover, kChecked,
+      "Show how much time Quon will wait before poping-up.\n"
+      "If unchecked, Quon won't pop-up while you hover mouse over its window."},
+     {&SettingsRecord::ClickShows, kChecked,
+      "If checked, Quon will pop-up even if 'Hover XXX ms before poping-up' is disabled."}}};
+
+constexpr int kPopOnHover = 8;
+constexpr int kClickShows = 9;
+constexpr int kEdgeCount = 4;
+constexpr COLORREF kWarningColor = RGB(0xE0, 0x10, 0x10);
+constexpr int kWarningWidth = 2;    // pixels
+constexpr int kCheckMarkSize = 13;  // pixels, beside the caption of a check box
+
+constexpr const char* kRunKey = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
+constexpr const char* kRunValue = "Quon";
+
+win::RegistryKey OpenRunKey(REGSAM access) {
+    HKEY key = nullptr;
+    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, kRunKey, 0, access, &key) != ERROR_SUCCESS) return {};
+    return win::RegistryKey(key);
+}
+
+/// Makes Windows start the program. That it could not is not reported.
+void WriteRunEntry() {
+    const win::RegistryKey key = OpenRunKey(KEY_SET_VALUE);
+    if (!key) return;
+    const std::string program = win::ProgramFolder() + "\\Quon.exe";
+    RegSetValueExA(key.Get(), kRunValue, 0, REG_SZ, reinterpret_cast<const BYTE*>(program.c_str()),
+                   static_cast<DWORD>(program.size() + 1));
+}
+
+/// Makes Windows start the program no more; false when the key cannot be opened for full access.
+bool DeleteRunEntry() {
+    const win::RegistryKey key = OpenRunKey(KEY_ALL_ACCESS);
+    if (!key) return false;
+    RegDeleteValueA(key.Get(), kRunValue);
+    return true;
+}
+
+}  // namespace
+
+void frmSettings::Open() { ShowModal(win::ModalOwner(), IDD_OPTIONS); }
+
+bool frmSettings::OnInit() {
+    // The docked panel must not cover the dialog every half second.
+    host_.ShowQuon(false, false);
+    host_.EnableTimer(false);
+    ++OpenDialogCount;
+    // Before the tips exist: a window that has topmost windows of its own may not become one itself.
+    win::SetTopmost(true, Handle());
+    collectedBefore_ = Settings.ShowCollected;
+    PlaceInCaptionGap(Item(IDC_OPTION + kPopOnHover), Item(IDC_POP_DELAY), kCheckMarkSize);
+    ShapeWarning();
+    ShowSettings();
+    delayTip_.SetTipText("One second = 1000 ms");
+    delayTip_.SetParentControl(Item(IDC_POP_DELAY));
+    delayTip_.Create();
+    return true;
+}
+
+void frmSettings::ShowSettings() {
+    for (int index = 0; index < static_cast<int>(kOptions.size()); ++index) {
+        const bool on = Settings.*kOptions.at(static_cast<size_t>(index)).setting;
+        CheckDlgButton(Handle(), IDC_OPTION + index, on ? BST_CHECKED : BST_UNCHECKED);
+        if (index == kPopOnHover) win::SetText(Item(IDC_POP_DELAY), std::to_string(Settings.PopDelay));
+    }
+    // A stored number that is no edge marks none, nor another control, and stays until an edge is chosen.
+    edge_ = Settings.Edge;
+    if (edge_ >= 1 && edge_ <= kEdgeCount) CheckDlgButton(Handle(), IDC_EDGE + edge_, BST_CHECKED);
+}
+
+/// Leaves of the warning's window a frame alone: what it frames is seen and clicked through it.
+void frmSettings::ShapeWarning() {
+    warningBrush_.Reset(CreateSolidBrush(kWarningColor));
+    RECT all{};
+    GetClientRect(Item(IDC_OPTIONS_WARNING), &all);
+    InflateRect(&all, -kWarningWidth, -kWarningWidth);
+    win::CutHole(Item(IDC_OPTIONS_WARNING), all);
+}
+
+bool frmSettings::OnCommand(int id, int notification) {
+    if (notification != BN_CLICKED) return false;
+    switch (id) {
+        case IDC_OPTIONS_ACCEPT: Accept(); return true;
+        case IDC_OPTIONS_CANCEL:
+        case IDCANCEL: End(0); return true;
+        default: break;
+    }
+    if (id >= IDC_OPTION && id < IDC_OPTION + kNoOption) {
+        WarnOfUnreachablePanel();
+        return true;
+    }
+    // An edge option that only gets the focus also tells of a click.
+    if (id > IDC_EDGE && id <= IDC_EDGE + kEdgeCount && IsDlgButtonChecked(Handle(), id) == BST_CHECKED)
+        edge_ = id - IDC_EDGE;
+    return false;
+}
+
+INT_PTR frmSettings::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_SETCURSOR:
+            // Comes to the dialog for each of its controls, before the move itself does.
+            // NOLINTNEXTLINE(performance-no-int-to-ptr): Windows passes a window there.
+            if (LOWORD(lParam) == HTCLIENT) OnPointer(reinterpret_cast<HWND>(wParam));
+            return FALSE;
+        case WM_CTLCOLORSTATIC:
+            if (reinterpret_cast<HWND>(lParam) != Item(IDC_OPTIONS_WARNING)) return FALSE;
+            return reinterpret_cast<INT_PTR>(warningBrush_.Get());
+        case WM_DESTROY: Unload(); return FALSE;
+        default: return FALSE;
+    }
+}
+
+void frmSettings::OnPointer(HWND window) {
+    const int index = GetDlgCtrlID(window) - IDC_OPTION;
+    if (window == Handle()) {
+        hovered_ = kNoOption;
+        tip_.reset();
+    } else if (index >= 0 && index < kNoOption && index != hovered_) {
+        ShowTip(index);
+    }
+}
+
+void frmSettings::ShowTip(int index) {
+    const Option& option = kOptions.at(static_cast<size_t>(index));
+    if (!tip_) tip_ = std::make_unique<sys::clsToolTip>();
+    tip_->SetTitle(option.title);
+    tip_->SetTipText(option.text);
+    tip_->SetParentControl(Item(IDC_OPTION + index));
+    tip_->Create();
+    hovered_ = index;
+}
+
+void frmSettings::WarnOfUnreachablePanel() {
+    if (Checked(kPopOnHover) || Checked(kClickShows)) return;
+    ShowWindow(Item(IDC_OPTIONS_WARNING), SW_SHOWNA);
+    ShowMessage(
+        "Please note:\n\nSince you cleared both settings for poping-up Quon, (framed in red), the only way "
+        "to call it is clicking on the tray icon.",
+        1, "Accept");
+    ShowWindow(Item(IDC_OPTIONS_WARNING), SW_HIDE);
+}
+
+bool frmSettings::Checked(int index) const {
+    return IsDlgButtonChecked(Handle(), IDC_OPTION + index) == BST_CHECKED;
+}
+
+void frmSettings::Accept() {
+    CopySettings();
+    if (Settings.StartWithWindows) {
+        WriteRunEntry();
+    } else if (!DeleteRunEntry()) {
+        MessageBoxW(Handle(), L"Couldn't make startup entry.", L"Quon: Error report", MB_OK);
+        return;
+    }
+    End(0);
+}
+
+/// In this order: what comes before a delay that is no number stays copied.
+void frmSettings::CopySettings() {
+    for (int index = 0; index <= 4; ++index)
+        Copy(index);
+    Settings.Edge = edge_;
+    for (const int index : {5, 7, kPopOnHover, kClickShows})
+        Copy(index);
+    Settings.PopDelay = TypedDelay();
+    host_.ShowTooltipSetting();
+    Copy(6);
+    host_.TakeCloseSetting();
+}
+
+void frmSettings::Copy(int index) const {
+    Settings.*kOptions.at(static_cast<size_t>(index)).setting = Checked(index);
+}
+
+std::int32_t frmSettings::TypedDelay() const {
+    const HWND box = Item(IDC_POP_DELAY);
+    try {
+        return config::ToNumber(win::WindowText(box), "the delay in milliseconds before showing Quon");
+    } catch (const win::RuntimeError&) {
+        SetFocus(box);
+        SendMessageW(box, EM_SETSEL, 0, -1);
+        throw;
+    }
+}
+
+void frmSettings::Unload() {
+    --OpenDialogCount;
+    host_.EnableTimer(true);
+    host_.ShowQuon(true, false);
+    if (Settings.ShowCollected != collectedBefore_) host_.RefillList();
+}
+
+}  // namespace dialogs

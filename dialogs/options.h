@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "dialogs/panel_host.h"
+#include "sys/tooltip.h"
+#include "win/dialog.h"
+#include "win/handles.h"
+
+namespace dialogs {
+
+/// The options dialog: edits the settings in memory and the entry that starts Quon with Windows.
+class frmSettings : public win::Dialog {
+  public:
+    explicit frmSettings(PanelHost& host) noexcept : host_(host) {}
+
+    /// Docks the panel, shows the dialog and returns when it is closed; the panel is out again then.
+    void Open();
+
+  protected:
+    bool OnInit() override;
+    bool OnCommand(int id, int notification) override;
+    INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+  private:
+    static constexpr int kNoOption = 10;
+
+    void ShowSettings();
+    void ShapeWarning();
+    void OnPointer(HWND window);
+    void ShowTip(int index);
+    void WarnOfUnreachablePanel();
+    [[nodiscard]] bool Checked(int index) const;
+    void Accept();
+    void CopySettings();
+    void Copy(int index) const;
+    [[nodiscard]] std::int32_t TypedDelay() const;
+    void Unload();
+
+    PanelHost& host_;
+    std::int32_t edge_ = 0;
+    bool collectedBefore_ = false;
+    /// The check box whose tip was built last.
+    int hovered_ = kNoOption;
+    std::unique_ptr<sys::clsToolTip> tip_;
+    sys::clsToolTip delayTip_;
+    win::Brush warningBrush_;
+};
+
+}  // namespace dialogs

@@ -1,0 +1,183 @@
+#include "dialogs/organize_shortcuts.h"
+
+#include <utility>
+#include <vector>
+
+#include "config/ini.h"
+#include "dialogs/edit_group.h"
+#include "dialogs/edit_shortcut.h"
+#include "dialogs/message_box.h"
+#include "model/text_shortcut.h"
+#include "res/resource.h"
+#include "sys/mouse_wheel.h"
+#include "win/text.h"
+#include "win/window.h"
+
+namespace dialogs {
+namespace {
+
+constexpr const char* kGroupTag = "g";
+constexpr int kNotch = 102;  // pixels
+constexpr RowLook kLook{.height = 47,
+                        .gap = 4,
+                        .icon = {10, 15},
+                        .name = {36, 6},
+                        .targetTop = 24,
+                        .framed = true,
+                        .smallStep = 51,
+                        .largeStep = 102};
+
+/// The value as a single read gives it: without the pair of quotes around it.
+std::string Unquoted(const std::string& value) {
+    const bool quoted =
+        value.size() > 1 && value.front() == value.back() && (value.front() == '"' || value.front() == '\'');
+    return quoted ? value.substr(1, value.size() - 2) : value;
+}
+
+std::vector<Row> StoredShortcuts() {
+    std::vector<Row> rows;
+    for (const std::string& entry : config::SectionEntries(config::ReadIniSection(model::kCutsSection))) {
+        if (entry.find('=') == std::string::npos) continue;
+        Row row{win::Before(entry, '='), Unquoted(win::After(entry, '=')), ""};
+        if (row.target.find('|') != std::string::npos) row.tag = kGroupTag;
+        rows.push_back(std::move(row));
+    }
+    return rows;
+}
+
+/// Keeps the names where automation can read them: the rows are no windows.
+void ListNames(HWND box, const std::vector<Row>& rows) {
+    SendMessageW(box, LB_RESETCONTENT, 0, 0);
+    for (const Row& row : rows)
+        SendMessageW(box, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(win::ToWide(row.name).c_str()));
+}
+
+/// The target of a row in full: the last entry of a very long section was read cut short.
+std::string WholeTarget(const Row& row) {
+    const std::string stored = config::ReadIni(model::kCutsSection, row.name);
+    return stored.starts_with(row.target) ? stored : row.target;
+}
+
+}  // namespace
+
+frmCuts::frmCuts(model::ButtonContext& context) : context_(context), list_(kLook) {}
+
+void frmCuts::Show(HWND owner) {
+    ShowModal(owner, IDD_ORGANIZE_SHORTCUTS);
+    sys::UnhookWheel();
+}
+
+bool frmCuts::OnInit() {
+    win::SetTopmost(true, Handle());
+    list_.CreateOn(Item(IDC_ORGANIZE_FRAME), Item(IDC_ORGANIZE_SCROLL), IDC_ORGANIZE_BASKET);
+    list_.onOpen = [this] { EditShortcut(); };
+    list_.onDelete = [this] { DeleteShortcut(); };
+    ReadShortcuts();
+    SetFocus(list_.Rows().empty() ? Item(IDC_ORGANIZE_QUIT) : list_.Handle());
+    return false;
+}
+
+void frmCuts::ReadShortcuts() {
+    const HWND frame = Item(IDC_ORGANIZE_FRAME);
+    const HWND focus = GetFocus();
+    ShowWindow(frame, SW_HIDE);
+    Say("Refreshing list...");
+    std::vector<Row> rows = StoredShortcuts();
+    const size_t count = rows.size();
+    ListNames(Item(IDC_ORGANIZE_KEYS), rows);
+    list_.Assign(std::move(rows));
+    win::SetText(Handle(), "Organize shortcuts - " + std::to_string(count) + " shortcuts found");
+    EnableCommands(count > 0);
+    if (count == 0) {
+        Say("No shortcuts found");
+        if (focus == list_.Handle()) SetFocus(Item(IDC_ORGANIZE_QUIT));
+        return;
+    }
+    Say("");
+    ShowWindow(frame, SW_SHOW);
+    // Hiding the list took the focus from it.
+    if (focus == list_.Handle()) SetFocus(focus);
+}
+
+void frmCuts::Say(const char* text) const {
+    const HWND label = Item(IDC_ORGANIZE_LABEL);
+    win::SetText(label, text);
+    ShowWindow(label, *text == '\0' ? SW_HIDE : SW_SHOW);
+    UpdateWindow(label);
+}
+
+void frmCuts::EnableCommands(bool enabled) const {
+    const bool focused = GetFocus() == Item(IDC_ORGANIZE_EDIT) || GetFocus() == Item(IDC_ORGANIZE_DELETE);
+    // A disabled control that has the focus would leave the keyboard without effect.
+    if (!enabled && focused) SetFocus(Item(IDC_ORGANIZE_QUIT));
+    for (const int id : {IDC_ORGANIZE_EDIT, IDC_ORGANIZE_DELETE})
+        EnableWindow(Item(id), enabled ? TRUE : FALSE);
+}
+
+bool frmCuts::OnCommand(int id, int notification) {
+    if (notification != BN_CLICKED) return false;
+    switch (id) {
+        case IDC_ORGANIZE_EDIT: EditShortcut(); return true;
+        case IDC_ORGANIZE_DELETE: DeleteShortcut(); return true;
+        case IDC_ORGANIZE_QUIT:
+        case IDCANCEL: End(0); return true;
+        default: return false;
+    }
+}
+
+INT_PTR frmCuts::OnMessage(UINT message, WPARAM wParam, LPARAM /*lParam*/) {
+    switch (message) {
+        case WM_VSCROLL: list_.OnScroll(LOWORD(wParam)); return TRUE;
+        case WM_ACTIVATE: OnActivate(LOWORD(wParam) != WA_INACTIVE); return FALSE;
+        default: return FALSE;
+    }
+}
+
+void frmCuts::OnActivate(bool active) {
+    if (!active) {
+        sys::UnhookWheel();
+        return;
+    }
+    sys::HookWheel(Handle(), [this](const sys::WheelTurn& turn) {
+        MouseWheel(turn.Keys, turn.Rotation, turn.X, turn.Y);
+    });
+}
+
+void frmCuts::MouseWheel(std::int32_t /*Keys*/, std::int32_t Rotation, std::int32_t /*X*/,
+                         std::int32_t /*Y*/) {
+    if (Rotation < 0) list_.ScrollTo(list_.ScrollValue() + kNotch);
+    if (Rotation > 0) list_.ScrollTo(list_.ScrollValue() - kNotch);
+}
+
+void frmCuts::EditShortcut() {
+    if (list_.SelectedRow() == nullptr) return;
+    const Row row = *list_.SelectedRow();
+    if (row.tag == kGroupTag) {
+        frmEditB editor(context_);
+        editor.PrepareWindow(row.name);
+        editor.Show(Handle());
+    } else {
+        frmEdit editor(context_);
+        editor.PrepareWindow(row.name, WholeTarget(row) + "\n", list_.RowColor(list_.Selected()));
+        editor.Show(Handle());
+    }
+    ReadShortcuts();
+}
+
+void frmCuts::DeleteShortcut() {
+    if (list_.SelectedRow() == nullptr) return;
+    const std::string name = list_.SelectedRow()->name;
+    const std::string key = model::FindButtonKey(name);
+    if (!key.empty()) {
+        const std::string answer =
+            ShowMessage("You have this shortcut on the button too (Tab " + key.substr(0, 1) + ", button " +
+                            key.substr(1) + ").\nPlease confirm deletion.",
+                        2, "Delete", "Cancel");
+        if (answer != "Delete") return;
+        context_.Write(key, "");
+    }
+    config::RemoveRecord(model::kCutsSection, name);
+    ReadShortcuts();
+}
+
+}  // namespace dialogs

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "dialogs/row_list.h"
+#include "model/button_records.h"
+#include "win/dialog.h"
+
+namespace dialogs {
+
+/// The organiser: all text shortcuts and groups in one list, to be edited and deleted.
+class frmCuts : public win::Dialog {
+  public:
+    /// The table of `context` follows when a button's record does.
+    explicit frmCuts(model::ButtonContext& context);
+
+    /// Shows the organiser above all windows until it is closed.
+    void Show(HWND owner);
+
+    /// Builds the list anew from the configuration file.
+    void ReadShortcuts();
+
+    /// Scrolls by one notch: forward for a rotation toward the user, which is negative, else back.
+    void MouseWheel(std::int32_t Keys, std::int32_t Rotation, std::int32_t X, std::int32_t Y);
+
+  protected:
+    bool OnInit() override;
+    bool OnCommand(int id, int notification) override;
+    INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+  private:
+    void Say(const char* text) const;
+    void EnableCommands(bool enabled) const;
+    void OnActivate(bool active);
+    void EditShortcut();
+    void DeleteShortcut();
+
+    model::ButtonContext& context_;
+    RowList list_;
+};
+
+}  // namespace dialogs

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "model/button_records.h"
+#include "model/tab.h"
+
+namespace dialogs {
+
+/// What the dialogs need of the main window.
+class PanelHost {
+  public:
+    PanelHost() = default;
+    PanelHost(const PanelHost&) = delete;
+    PanelHost& operator=(const PanelHost&) = delete;
+    PanelHost(PanelHost&&) = delete;
+    PanelHost& operator=(PanelHost&&) = delete;
+    virtual ~PanelHost() = default;
+
+    /// Brings the panel out, or docks it and keeps it on top by the timer unless bUnTimer is set.
+    virtual void ShowQuon(bool bShow, bool bUnTimer) = 0;
+
+    /// Switches the timer that keeps the docked panel on top.
+    virtual void EnableTimer(bool enabled) = 0;
+
+    /// Makes the check mark of "Extensive tooltips" follow the setting.
+    virtual void ShowTooltipSetting() = 0;
+
+    /// Makes the close button follow the setting.
+    virtual void TakeCloseSetting() = 0;
+
+    /// Fills the drop-down of text shortcuts anew.
+    virtual void RefillList() = 0;
+
+    /// The records of tabs and buttons.
+    virtual model::ButtonContext& Context() = 0;
+
+    /// The tab object 1 to 6, made on first use; throws SubscriptError for another number.
+    virtual model::clsTab& Tab(int number) = 0;
+};
+
+}  // namespace dialogs

@@ -1,0 +1,307 @@
+#include "dialogs/row_list.h"
+
+#include <commctrl.h>
+#include <shellapi.h>
+#include <windowsx.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "model/launching.h"
+#include "sys/utility.h"
+#include "win/geometry.h"
+#include "win/handles.h"
+#include "win/text.h"
+
+namespace dialogs {
+namespace {
+
+constexpr int kRightMargin = 4;
+// Windows keeps the coordinates of a window in 16 bits.
+constexpr int kHighestWindow = 30000;
+constexpr COLORREF kEvenRowColor = RGB(0xFF, 0xFF, 0xFF);
+constexpr COLORREF kOddRowColor = RGB(0xF1, 0xF5, 0xF1);
+constexpr COLORREF kQuietBarColor = RGB(0xCF, 0xE3, 0xEC);  // of the selected row while others have the focus
+constexpr COLORREF kTargetColor = RGB(0x60, 0x60, 0x60);
+
+}  // namespace
+
+void RowList::CreateOn(HWND frame, HWND scrollBar, int id) {
+    frame_ = frame;
+    rows_.clear();
+    selected_ = 0;
+    paintOffset_ = 0;
+    RECT inside{};
+    GetClientRect(frame, &inside);
+    win::WindowOptions options;
+    options.className = L"QuonRowList";
+    options.style = WS_CHILD | WS_VISIBLE | WS_TABSTOP;
+    options.place = {0, 0, inside.right, inside.bottom};
+    options.parent = frame;
+    options.id = id;
+    options.classStyle = CS_DBLCLKS;
+    Create(options);
+    scroll_.Attach(scrollBar, look_.smallStep, look_.largeStep);
+    Layout();
+}
+
+void RowList::Assign(std::vector<Row> rows) {
+    rows_ = std::move(rows);
+    icons_.assign(rows_.size(), std::nullopt);
+    selected_ = std::clamp(selected_, 0, std::max(0, Count() - 1));
+    Layout();
+    Repaint();
+    TellName();
+}
+
+void RowList::Add(Row row) {
+    rows_.push_back(std::move(row));
+    icons_.emplace_back();
+    Layout();
+    Reveal(Count() - 1);
+    Repaint();
+    TellName();
+}
+
+const Row* RowList::SelectedRow() const noexcept {
+    return selected_ < Count() ? &rows_[static_cast<size_t>(selected_)] : nullptr;
+}
+
+void RowList::Select(int index) {
+    if (rows_.empty()) return;
+    selected_ = std::clamp(index, 0, Count() - 1);
+    Reveal(selected_);
+    Repaint();
+    TellName();
+}
+
+RECT RowList::RowPlace(int index) const {
+    RECT inside{};
+    GetClientRect(frame_, &inside);
+    const int top = look_.firstTop + index * Step();
+    return {0, top, inside.right, top + look_.height};
+}
+
+RECT RowList::HighlightPlace(int index) const {
+    RECT place = RowPlace(index);
+    place.left = look_.highlightLeft;
+    return place;
+}
+
+COLORREF RowList::RowColor(int index) const {
+    return look_.framed && index % 2 != 0 ? kOddRowColor : kEvenRowColor;
+}
+
+int RowList::ContentHeight() const noexcept {
+    if (rows_.empty()) return 0;
+    return look_.firstTop + (Count() - 1) * Step() + look_.height + look_.bottom;
+}
+
+int RowList::FrameHeight() const {
+    RECT inside{};
+    GetClientRect(frame_, &inside);
+    return inside.bottom;
+}
+
+int RowList::RowAt(int contentY) const noexcept {
+    if (contentY < look_.firstTop) return 0;
+    return (contentY - look_.firstTop) / Step();
+}
+
+void RowList::Layout() {
+    scroll_.SetMaximum(ContentHeight() - FrameHeight());
+    PlaceContent();
+}
+
+void RowList::ScrollTo(int value) {
+    scroll_.SetValue(value);
+    PlaceContent();
+}
+
+void RowList::OnScroll(int code) {
+    scroll_.Act(code);
+    PlaceContent();
+}
+
+void RowList::PlaceContent() {
+    const int frameHeight = FrameHeight();
+    // An empty list fills its frame, so that there is something to have the focus.
+    const int height = rows_.empty() ? frameHeight : std::min(ContentHeight(), kHighestWindow);
+    const int shift = std::min(ScrollValue(), std::max(0, height - frameHeight));
+    const int offset = ScrollValue() - shift;
+    if (std::exchange(paintOffset_, offset) != offset) Repaint();
+    RECT inside{};
+    GetClientRect(frame_, &inside);
+    SetWindowPos(Handle(), nullptr, 0, -shift, inside.right, height, SWP_NOZORDER | SWP_NOACTIVATE);
+    if (IsWindowVisible(frame_) != 0) UpdateWindow(Handle());
+}
+
+void RowList::Reveal(int index) {
+    const RECT place = RowPlace(index);
+    const int bottom = place.bottom + (index == Count() - 1 ? look_.bottom : 0);
+    const int top = index == 0 ? 0 : static_cast<int>(place.top);
+    if (top < ScrollValue())
+        ScrollTo(top);
+    else if (bottom > ScrollValue() + FrameHeight())
+        ScrollTo(bottom - FrameHeight());
+}
+
+void RowList::TellName() const {
+    const Row* row = SelectedRow();
+    const std::string name = row == nullptr ? std::string() : row->name;
+    if (win::WindowText(Handle()) != name) win::SetText(Handle(), name);
+}
+
+void RowList::Repaint() const noexcept {
+    // Without a window Windows would repaint all there are.
+    if (Handle() != nullptr) InvalidateRect(Handle(), nullptr, FALSE);
+}
+
+std::optional<LRESULT> RowList::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_PAINT: OnPaint(); return 0;
+        case WM_PRINTCLIENT: Print(reinterpret_cast<HDC>(wParam)); return 0;
+        case WM_ERASEBKGND: return 1;
+        case WM_LBUTTONDOWN:
+        case WM_RBUTTONDOWN: OnPress(GET_Y_LPARAM(lParam)); return 0;
+        case WM_LBUTTONDBLCLK:
+            if (OnPress(GET_Y_LPARAM(lParam)) && onOpen) onOpen();
+            return 0;
+        case WM_GETDLGCODE: return DLGC_WANTARROWS;
+        case WM_KEYDOWN: return OnKey(wParam) ? std::optional<LRESULT>(0) : std::nullopt;
+        case WM_SETFOCUS:
+        case WM_KILLFOCUS:
+        case WM_UPDATEUISTATE: Repaint(); return std::nullopt;
+        default: return std::nullopt;
+    }
+}
+
+bool RowList::OnKey(WPARAM key) {
+    const int page = std::max(1, FrameHeight() / Step());
+    switch (key) {
+        case VK_UP: Select(selected_ - 1); return true;
+        case VK_DOWN: Select(selected_ + 1); return true;
+        case VK_PRIOR: Select(selected_ - page); return true;
+        case VK_NEXT: Select(selected_ + page); return true;
+        case VK_HOME: Select(0); return true;
+        case VK_END: Select(Count() - 1); return true;
+        case VK_DELETE:
+            if (onDelete && !rows_.empty()) onDelete();
+            return true;
+        default: return false;
+    }
+}
+
+bool RowList::OnPress(int y) {
+    SetFocus(Handle());
+    const int index = RowAt(y + paintOffset_);
+    if (index >= Count()) return false;
+    Select(index);
+    return true;
+}
+
+RowList::ShellIcon RowList::FetchIcon(const std::string& target) {
+    std::string path = win::Before(target, '|');
+    if (sys::IsUrl(path)) path = model::DefaultBrowserPath.empty() ? ".htm" : model::DefaultBrowserPath;
+    constexpr UINT kSmall = SHGFI_SYSICONINDEX | SHGFI_SMALLICON;
+    SHFILEINFOA info{};
+    DWORD_PTR list = SHGetFileInfoA(path.c_str(), 0, &info, sizeof info, kSmall);
+    // What is gone still has the icon of its kind.
+    if (list == 0)
+        list = SHGetFileInfoA(path.c_str(), FILE_ATTRIBUTE_NORMAL, &info, sizeof info,
+                              kSmall | SHGFI_USEFILEATTRIBUTES);
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the function's answer is the handle of the list.
+    return {reinterpret_cast<HANDLE>(list), info.iIcon};
+}
+
+void RowList::FetchIcons(int top, int bottom) {
+    for (int index = RowAt(top); index < Count() && RowPlace(index).top < bottom; ++index) {
+        const auto slot = static_cast<size_t>(index);
+        if (icons_[slot]) continue;
+        // The shell may let messages run, and they may change the rows.
+        const std::string target = rows_[slot].target;
+        const ShellIcon icon = FetchIcon(target);
+        if (slot < rows_.size() && rows_[slot].target == target) icons_[slot] = icon;
+    }
+}
+
+void RowList::OnPaint() {
+    RECT dirty{};
+    GetUpdateRect(Handle(), &dirty, FALSE);
+    FetchIcons(dirty.top + paintOffset_, dirty.bottom + paintOffset_);
+    const win::Paint paint(Handle());
+    GetClipBox(paint.Dc(), &dirty);
+    const int width = win::Width(dirty);
+    const int height = win::Height(dirty);
+    if (width <= 0 || height <= 0) return;
+    // In this order: a bitmap can be deleted only after the device context that holds it.
+    const win::Bitmap bitmap(CreateCompatibleBitmap(paint.Dc(), width, height));
+    const win::MemoryDc dc(CreateCompatibleDC(paint.Dc()));
+    SelectObject(dc.Get(), bitmap.Get());
+    SetViewportOrgEx(dc.Get(), -dirty.left, -dirty.top, nullptr);
+    Draw(dc.Get(), dirty);
+    BitBlt(paint.Dc(), dirty.left, dirty.top, width, height, dc.Get(), dirty.left, dirty.top, SRCCOPY);
+}
+
+void RowList::Print(HDC dc) {
+    RECT part{};
+    GetClipBox(dc, &part);
+    FetchIcons(part.top + paintOffset_, part.bottom + paintOffset_);
+    Draw(dc, part);
+}
+
+void RowList::Draw(HDC dc, const RECT& part) const {
+    FillRect(dc, &part, GetSysColorBrush(COLOR_WINDOW));
+    const win::Selection font(dc, win::MessageFont());
+    SetBkMode(dc, TRANSPARENT);
+    POINT origin{};
+    OffsetViewportOrgEx(dc, 0, -paintOffset_, &origin);
+    for (int index = RowAt(part.top + paintOffset_);
+         index < Count() && RowPlace(index).top < part.bottom + paintOffset_; ++index)
+        DrawRow(dc, index);
+    DrawFocus(dc);
+    SetViewportOrgEx(dc, origin.x, origin.y, nullptr);
+}
+
+void RowList::DrawRow(HDC dc, int index) const {
+    const auto slot = static_cast<size_t>(index);
+    RECT place = RowPlace(index);
+    const bool selected = index == selected_;
+    const bool focused = GetFocus() == Handle();
+    const win::Brush back(CreateSolidBrush(RowColor(index)));
+    FillRect(dc, &place, back.Get());
+    if (selected) {
+        const RECT bar = HighlightPlace(index);
+        const win::Brush color(CreateSolidBrush(focused ? GetSysColor(COLOR_HIGHLIGHT) : kQuietBarColor));
+        FillRect(dc, &bar, color.Get());
+    }
+    if (look_.framed) DrawEdge(dc, &place, BDR_RAISEDOUTER | BDR_SUNKENINNER, BF_RECT);
+    if (const auto& icon = icons_[slot]; icon && icon->list != nullptr)
+        ImageList_Draw(static_cast<HIMAGELIST>(icon->list), icon->index, dc, place.left + look_.icon.x,
+                       place.top + look_.icon.y, ILD_NORMAL);
+    const bool bright = selected && focused;
+    const int right = place.right - kRightMargin;
+    SetTextColor(dc, GetSysColor(bright ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
+    DrawLine(dc, rows_[slot].name, place.left + look_.name.x, place.top + look_.name.y, right);
+    if (look_.targetTop == 0) return;
+    if (!bright) SetTextColor(dc, kTargetColor);
+    DrawLine(dc, rows_[slot].target, place.left + look_.name.x, place.top + look_.targetTop, right);
+}
+
+void RowList::DrawLine(HDC dc, const std::string& text, int left, int top, int right) const {
+    RECT place{left, top, right, top + look_.height};
+    // Of a path too long for its row the end says most.
+    const UINT cut = text.find('\\') == std::string::npos ? DT_END_ELLIPSIS : DT_PATH_ELLIPSIS;
+    win::DrawPlainText(dc, text, place, DT_SINGLELINE | DT_NOPREFIX | cut);
+}
+
+void RowList::DrawFocus(HDC dc) const {
+    if (GetFocus() != Handle()) return;
+    if ((SendMessageW(Handle(), WM_QUERYUISTATE, 0, 0) & UISF_HIDEFOCUS) != 0) return;
+    const RECT mark = HighlightPlace(selected_);
+    SetTextColor(dc, RGB(0, 0, 0));
+    SetBkColor(dc, RGB(255, 255, 255));
+    DrawFocusRect(dc, &mark);
+}
+
+}  // namespace dialogs

@@ -1,0 +1,132 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "win/scroll_bar.h"
+#include "win/window.h"
+
+namespace dialogs {
+
+/// One record that a list shows.
+struct Row {
+    std::string name;    ///< the first line
+    std::string target;  ///< a path, a URL or several joined by "|": the second line, and what the icon is of
+    std::string tag;     ///< the user's own mark
+};
+
+/// Where a list puts things, in pixels. Offsets are from a row's left and top.
+struct RowLook {
+    int firstTop = 0;       ///< top of row 0
+    int height = 0;         ///< of each row
+    int gap = 0;            ///< between two rows
+    int bottom = 0;         ///< what the content is higher than its last row's bottom
+    POINT icon{};           ///< of the 16 x 16 icon
+    POINT name{};           ///< of the first line of text
+    int targetTop = 0;      ///< of the second line, below the first; 0 for none
+    int highlightLeft = 0;  ///< of the bar behind the selected row
+    bool framed = false;    ///< an edge around each row
+    int smallStep = 0;      ///< of the scroll bar's arrows
+    int largeStep = 0;      ///< of the scroll bar's shaft
+};
+
+/// A scrollable list of painted rows: one window, however many rows there are. It is the content of a frame
+/// and moves inside it. A row's icon is fetched when the row is first seen.
+class RowList : public win::Window {
+  public:
+    explicit RowList(const RowLook& look) : look_(look) {}
+
+    /// Creates the list, empty, as the child `id` of its frame. `scrollBar` is a vertical scroll bar, whose
+    /// WM_VSCROLL its own parent passes on to OnScroll.
+    void CreateOn(HWND frame, HWND scrollBar, int id);
+
+    /// Replaces all rows. Selection and scrolling stay where they are as far as there are rows.
+    void Assign(std::vector<Row> rows);
+
+    /// Puts a row behind the others and scrolls to it.
+    void Add(Row row);
+
+    [[nodiscard]] const std::vector<Row>& Rows() const noexcept { return rows_; }
+
+    /// The number of the selected row; 0 in an empty list.
+    [[nodiscard]] int Selected() const noexcept { return selected_; }
+
+    /// The selected row; null in an empty list. Valid until the rows change.
+    [[nodiscard]] const Row* SelectedRow() const noexcept;
+
+    /// Selects a row, the nearest one for a number beyond the rows, and scrolls so that it is seen.
+    void Select(int index);
+
+    /// A row's place in the content.
+    [[nodiscard]] RECT RowPlace(int index) const;
+
+    /// The colour behind a row that is not selected.
+    [[nodiscard]] COLORREF RowColor(int index) const;
+
+    /// How far the list is scrolled, in pixels; the content's top is its negative.
+    [[nodiscard]] int ScrollValue() const noexcept { return scroll_.Value(); }
+
+    /// How far it can be scrolled: by what the content is higher than the frame, or 0.
+    [[nodiscard]] int ScrollMaximum() const noexcept { return scroll_.Maximum(); }
+
+    /// Scrolls to a value, or to the end that is nearest to it.
+    void ScrollTo(int value);
+
+    /// Acts on a code of the scroll bar (SB_LINEDOWN and its like).
+    void OnScroll(int code);
+
+    // Events; an empty one is ignored.
+    /// A row was double-clicked.
+    std::function<void()> onOpen;
+    /// The Delete key was pressed while a row was selected.
+    std::function<void()> onDelete;
+
+  protected:
+    std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+  private:
+    /// The place of an icon in the system's list of small icons.
+    struct ShellIcon {
+        HANDLE list = nullptr;
+        int index = 0;
+    };
+
+    [[nodiscard]] static ShellIcon FetchIcon(const std::string& target);
+    [[nodiscard]] int Count() const noexcept { return static_cast<int>(rows_.size()); }
+    [[nodiscard]] int Step() const noexcept { return look_.height + look_.gap; }
+    [[nodiscard]] int ContentHeight() const noexcept;
+    [[nodiscard]] int FrameHeight() const;
+    [[nodiscard]] int RowAt(int contentY) const noexcept;
+    void Layout();
+    void PlaceContent();
+    void Reveal(int index);
+    void TellName() const;
+    void Repaint() const noexcept;
+    bool OnKey(WPARAM key);
+    /// False below the last row, where there is nothing to select.
+    bool OnPress(int y);
+    void OnPaint();
+    void FetchIcons(int top, int bottom);
+    void Print(HDC dc);
+    void Draw(HDC dc, const RECT& part) const;
+    void DrawRow(HDC dc, int index) const;
+    void DrawLine(HDC dc, const std::string& text, int left, int top, int right) const;
+    void DrawFocus(HDC dc) const;
+    [[nodiscard]] RECT HighlightPlace(int index) const;
+
+    RowLook look_;
+    HWND frame_ = nullptr;
+    win::ScrollBar scroll_;
+    std::vector<Row> rows_;
+    /// The rows' icons, as far as they have been seen.
+    std::vector<std::optional<ShellIcon>> icons_;
+    int selected_ = 0;
+    /// What the content is painted higher than the window stands: Windows allows no window of any height.
+    int paintOffset_ = 0;
+};
+
+}  // namespace dialogs
