@@ -1,0 +1,46 @@
+#pragma once
+
+#include <windows.h>
+
+#include "app/button_commands.h"
+#include "app/edge_dock.h"
+#include "app/panel_state.h"
+#include "win/menu_array.h"
+
+namespace app {
+
+/// The menu of a button `mnuButton` with its submenus `mnuButAct` and `mnuButB`.
+class ButtonMenu {
+  public:
+    ButtonMenu(PanelState& state, EdgeDock& dock);
+
+    /// Takes the main window, which owns the popup.
+    void Attach(HWND owner) noexcept {
+        owner_ = owner;
+        commands_.Attach(owner);
+    }
+
+    /// Prepares the menu for the current button and lists the running programs, which may take a second for
+    /// each that hangs.
+    void Prepare();
+
+    /// Prepares the menu, shows it at a point of the screen and runs the chosen command.
+    void PopUp(POINT at);
+
+    /// Frees the current button; its target and its switch go with it. A free button is left untouched.
+    void FreeButton() { commands_.Free(); }
+
+    win::MenuArray mnuButton;
+    win::MenuArray mnuButAct;
+    win::MenuArray mnuButB;
+
+  private:
+    void ListActivePrograms();
+    void Run(int command);
+
+    PanelState& state_;
+    ButtonCommands commands_;
+    HWND owner_ = nullptr;
+};
+
+}  // namespace app

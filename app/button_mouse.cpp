@@ -1,0 +1,176 @@
+#include "app/button_mouse.h"
+
+#include <string>
+
+#include "app/panel_layout.h"
+#include "config/ini.h"
+#include "config/settings.h"
+#include "dialogs/message_box.h"
+#include "model/launching.h"
+#include "model/storable_name.h"
+#include "model/text_shortcut.h"
+
+namespace app {
+ButtonAction ActionFor(win::ShiftState shift) {
+    switch (shift) {
+        case win::kShift: return {ButtonAction::kLaunch, SW_SHOWMAXIMIZED};
+        case win::kControl: return {ButtonAction::kFreeButton, SW_SHOWNORMAL};
+        case win::kAlt: return {ButtonAction::kLaunch, SW_MINIMIZE};
+        case win::kAlt + win::kControl: return {ButtonAction::kEditSwitch, SW_SHOWNORMAL};
+        default: return {};
+    }
+}
+
+void ButtonMouse::Attach() {
+    for (int index = 1; index <= model::kButtonCount; ++index)
+        AttachTo(buttons_.Picture(index), index);
+    AttachHoverPicture();
+}
+
+void ButtonMouse::AttachTo(win::PictureBox& picture, int index) {
+    picture.onClick = [this, index] { Click(index); };
+    picture.onDoubleClick = [this, index] {
+        if (!config::Settings.SingleClickOpen) DoubleClick(index);
+    };
+    picture.onMouseDown = [this, index](const win::PictureBox::Mouse& mouse) { MouseDown(index, mouse); };
+    picture.onMouseUp = [this](const win::PictureBox::Mouse&) { drag_.Drop(); };
+    picture.onMouseMove = [this, index](const win::PictureBox::Mouse&) { MouseMove(index); };
+    picture.onMouseLeave = [this] { buttons_.HideHoverOutside(); };
+    picture.onCaptureLost = [this] { drag_.Cancel(); };
+    picture.onKeyDown = [this, index](WPARAM key) { return Key(index, key); };
+    picture.onFocus = [this, index] { Select(index); };
+    picture.onContextKey = [this, &picture, index] {
+        RECT place{};
+        GetWindowRect(picture.Handle(), &place);
+        Select(index);
+        OpenMenu({(place.left + place.right) / 2, (place.top + place.bottom) / 2});
+    };
+    picture.onOverlay = [&picture](HDC dc, RECT all) {
+        if (picture.Pressed()) DrawEdge(dc, &all, EDGE_SUNKEN, BF_RECT);
+    };
+}
+
+void ButtonMouse::AttachHoverPicture() {
+    // The mark covers a corner of its button: what is done to it is meant for the button.
+    win::PictureBox& hover = buttons_.HoverPicture();
+    hover.onMouseMove = [this, &hover](const win::PictureBox::Mouse&) {
+        drag_.OnMove();
+        tip_.OnHoverPictureMove(hover.Handle(), buttons_.HoveredButton());
+    };
+    hover.onMouseLeave = [this] { buttons_.HideHoverOutside(); };
+    hover.onMouseDown = [this](const win::PictureBox::Mouse& mouse) {
+        MouseDown(buttons_.HoveredButton(), mouse);
+    };
+    hover.onMouseUp = [this](const win::PictureBox::Mouse&) { drag_.Drop(); };
+    hover.onClick = [this] { Click(buttons_.HoveredButton()); };
+    hover.onDoubleClick = [this] {
+        if (!config::Settings.SingleClickOpen) DoubleClick(buttons_.HoveredButton());
+    };
+    hover.onCaptureLost = [this] { drag_.Cancel(); };
+}
+
+void ButtonMouse::Select(int index) { state_.Context.Select(index); }
+
+void ButtonMouse::Click(int index) {
+    Select(index);
+    if (config::Settings.SingleClickOpen && !dragged_) DoubleClick(index);
+}
+
+void ButtonMouse::MouseDown(int index, const win::PictureBox::Mouse& mouse) {
+    Select(index);
+    lastShift_ = mouse.shift;
+    dragged_ = false;
+    if (mouse.button == win::MouseButton::kRight) {
+        OpenMenu(win::PointerPlace());
+    } else if (mouse.shift == win::kShift + win::kControl) {
+        drag_.Begin();
+        dragged_ = drag_.Active();
+    }
+}
+
+void ButtonMouse::OpenMenu(POINT at) {
+    menu_.PopUp(at);
+    // Nobody tells when the pointer leaves while a menu is open.
+    buttons_.HideHoverOutside();
+}
+
+void ButtonMouse::MouseMove(int index) {
+    if (drag_.Active()) {
+        drag_.OnMove();
+        return;
+    }
+    Select(index);
+    buttons_.Hover(index);
+}
+
+void ButtonMouse::DoubleClick(int index) {
+    Select(index);
+    if (state_.Current().FilePath.empty()) return;
+    RunAction();
+}
+
+void ButtonMouse::RunAction() {
+    const ButtonAction action = ActionFor(lastShift_);
+    switch (action.kind) {
+        case ButtonAction::kFreeButton: menu_.FreeButton(); return;
+        case ButtonAction::kEditSwitch: EditSwitch(); return;
+        case ButtonAction::kLaunch: Launch(action.showCommand); return;
+    }
+}
+
+void ButtonMouse::Launch(int showCommand) {
+    const model::CButtonShortcut& button = state_.Current();
+    if (!button.IsFree()) {
+        // A copy: a switch is appended to it and must not stay with the button.
+        std::string target = button.FilePath;
+        model::LaunchTarget(target, button.Group, showCommand, button.Switch);
+        if (config::Settings.HideAfterLaunch) dock_.ShowQuon(false, false);
+    }
+    lastShift_ = 0;
+}
+
+void ButtonMouse::EditSwitch() {
+    // The question lets events run, so the button is remembered by its number and key.
+    const int index = state_.Context.CurrentButtonIndex;
+    const std::string key = state_.Context.CurrentButtonKey;
+    model::CButtonShortcut& button = state_.Button(index);
+    if (button.Group) {
+        dialogs::ShowNote("Sorry, can not add switch to group button.");
+        return;
+    }
+    const std::string name = button.Naziv;
+    const std::string answer = dialogs::ShowMessage("Please enter command switch for this file:", 3, "Cancel",
+                                                    "Delete", "OK", true, button.Switch);
+    if (answer == "Delete")
+        config::RemoveRecord(model::kSwitchSection, name);
+    else if (!answer.empty() && answer != "Cancel")
+        config::WriteIni(model::kSwitchSection, name, model::StorableSwitch(answer));
+    button.RefreshButton(key);
+    state_.TipButton = 0;
+}
+
+void ButtonMouse::OpenByKey(int index) {
+    lastShift_ = win::HeldModifiers();
+    DoubleClick(index);
+}
+
+bool ButtonMouse::Key(int index, WPARAM key) {
+    switch (key) {
+        case VK_LEFT: MoveFocus(index, -1, 0); return true;
+        case VK_RIGHT: MoveFocus(index, 1, 0); return true;
+        case VK_UP: MoveFocus(index, 0, -1); return true;
+        case VK_DOWN: MoveFocus(index, 0, 1); return true;
+        case VK_RETURN:
+        case VK_SPACE: OpenByKey(index); return true;
+        default: return false;
+    }
+}
+
+void ButtonMouse::MoveFocus(int index, int columns, int rows) {
+    const int column = (index - 1) % layout::kColumns + columns;
+    const int row = (index - 1) / layout::kColumns + rows;
+    if (column < 0 || column >= layout::kColumns || row < 0 || row >= layout::kRows) return;
+    SetFocus(buttons_.Picture(row * layout::kColumns + column + 1).Handle());
+}
+
+}  // namespace app

@@ -1,0 +1,111 @@
+#include "app/button_panel.h"
+
+#include <string>
+
+#include "app/panel_layout.h"
+#include "config/settings.h"
+#include "res/resource.h"
+#include "win/errors.h"
+#include "win/geometry.h"
+
+namespace app {
+namespace {
+
+// Where the hover picture stands, in twips from the button's place in its container; the container's own
+// top is part of the second.
+constexpr int kHoverRight = 45;
+constexpr int kHoverBelow = 1365;
+constexpr int kHoverSize = 14;  // pixels
+
+}  // namespace
+
+void ButtonContainer::CreateOn(HWND parent, RECT place) {
+    win::WindowOptions options;
+    options.className = L"QuonButtons";
+    options.style = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_CLIPSIBLINGS;
+    options.extendedStyle = WS_EX_CONTROLPARENT;
+    options.place = place;
+    options.parent = parent;
+    options.id = IDC_BUTTON_CONTAINER;
+    Create(options);
+    // The margins stay the main window's: the docked strip must be its own.
+    SetWindowRgn(Handle(),
+                 CreateRectRgn(layout::kMargin, 0, layout::kMargin + layout::kColumns * layout::kButtonWidth,
+                               layout::kRows * layout::kButtonHeight),
+                 FALSE);
+}
+
+std::optional<LRESULT> ButtonContainer::OnMessage(UINT message, WPARAM /*wParam*/, LPARAM /*lParam*/) {
+    // The buttons cover everything that the region leaves.
+    if (message == WM_ERASEBKGND) return 1;
+    return std::nullopt;
+}
+
+RECT ButtonPanel::ButtonPlace(int index) {
+    const int column = (index - 1) % layout::kColumns;
+    const int row = (index - 1) / layout::kColumns;
+    return layout::At(layout::kMargin + column * layout::kButtonWidth, row * layout::kButtonHeight,
+                      layout::kButtonWidth, layout::kButtonHeight);
+}
+
+void ButtonPanel::CreateOn(HWND parent) {
+    container_.CreateOn(parent, layout::At(0, layout::kContainerTop, layout::kClientWidth,
+                                           layout::kRows * layout::kButtonHeight));
+    for (int index = 1; index <= model::kButtonCount; ++index)
+        Picture(index).CreateOn(container_.Handle(), IDC_BUTTON + index, ButtonPlace(index));
+    hover_.CreateOn(parent, IDC_HOVER_PICTURE, layout::At(0, 0, kHoverSize, kHoverSize), false);
+    ShowWindow(hover_.Handle(), SW_HIDE);
+    const win::Icon mark(static_cast<HICON>(LoadImageW(win::ModuleInstance(), MAKEINTRESOURCEW(IDI_INFO),
+                                                       IMAGE_ICON, kHoverSize, kHoverSize, 0)));
+    DrawIconEx(hover_.Dc(), 0, 0, mark.Get(), kHoverSize, kHoverSize, 0, nullptr, DI_NORMAL);
+    hover_.SetMeaning("Button information");
+}
+
+win::PictureBox& ButtonPanel::Picture(int index) {
+    if (index < 1 || index > model::kButtonCount)
+        throw win::SubscriptError("There is no button " + std::to_string(index));
+    return pictures_.at(static_cast<size_t>(index) - 1);
+}
+
+void ButtonPanel::RefreshShownTab() {
+    state_.TipButton = 0;
+    for (int index = 1; index <= model::kButtonCount; ++index)
+        state_.Button(index).RefreshButton(model::ButtonKey(config::Settings.CurrentTab, index));
+}
+
+void ButtonPanel::Hover(int index) {
+    if (hovered_ == index && IsWindowVisible(hover_.Handle()) != 0) return;
+    hovered_ = index;
+    const win::TwipsPerPixel twips = win::ScreenTwipsPerPixel();
+    const RECT place = ButtonPlace(index);
+    SetWindowPos(hover_.Handle(), HWND_TOP, place.left + win::ToPixels(kHoverRight, twips.x),
+                 place.top + win::ToPixels(kHoverBelow, twips.y), 0, 0,
+                 SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+}
+
+void ButtonPanel::HideHover() { ShowWindow(hover_.Handle(), SW_HIDE); }
+
+void ButtonPanel::HideHoverOutside() {
+    const POINT pointer = win::PointerPlace();
+    const HWND below = WindowFromPoint(pointer);
+    // Only over the mark itself or a button does the mark stay.
+    if (below != hover_.Handle() && !ButtonAt(pointer)) HideHover();
+}
+
+std::optional<int> ButtonPanel::ButtonAt(POINT screen) const {
+    POINT point = screen;
+    ScreenToClient(container_.Handle(), &point);
+    for (int index = 1; index <= model::kButtonCount; ++index) {
+        const RECT place = ButtonPlace(index);
+        if (PtInRect(&place, point) != 0) return index;
+    }
+    return std::nullopt;
+}
+
+RECT ButtonPanel::PlaceInWindow(int index) const {
+    RECT place = ButtonPlace(index);
+    MapWindowPoints(container_.Handle(), GetParent(container_.Handle()), reinterpret_cast<POINT*>(&place), 2);
+    return place;
+}
+
+}  // namespace app

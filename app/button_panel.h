@@ -1,0 +1,70 @@
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <optional>
+
+#include "app/panel_state.h"
+#include "win/picture_box.h"
+#include "win/window.h"
+
+namespace app {
+
+/// The area that holds the nine buttons; moves and presses between them go to the main window.
+class ButtonContainer : public win::Window {
+  public:
+    /// Creates the area, in the parent's client pixels; throws RuntimeError when Windows refuses.
+    void CreateOn(HWND parent, RECT place);
+
+  protected:
+    std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+};
+
+/// The nine button pictures `pb1` in their container, and the hover picture over one of them.
+class ButtonPanel {
+  public:
+    explicit ButtonPanel(PanelState& state) noexcept : state_(state) {}
+
+    /// Creates the container with the nine buttons, and the hover picture, hidden.
+    void CreateOn(HWND parent);
+
+    /// The picture of a button, 1 to 9; throws SubscriptError for another index.
+    win::PictureBox& Picture(int index);
+
+    /// The small picture in the corner of the hovered button.
+    win::PictureBox& HoverPicture() noexcept { return hover_; }
+
+    /// Reloads and repaints all nine buttons from the records of the shown tab.
+    void RefreshShownTab();
+
+    /// Makes a button the hovered one and puts the hover picture onto it.
+    void Hover(int index);
+
+    /// Hides the hover picture.
+    void HideHover();
+
+    /// Hides the hover picture when the pointer has left the buttons.
+    void HideHoverOutside();
+
+    /// The button last under the mouse, 0 before the first.
+    [[nodiscard]] int HoveredButton() const noexcept { return hovered_; }
+
+    /// The button at a point of the screen.
+    [[nodiscard]] std::optional<int> ButtonAt(POINT screen) const;
+
+    /// The place of a button in the main window's client pixels.
+    [[nodiscard]] RECT PlaceInWindow(int index) const;
+
+    /// The place of a button in its container, pixels.
+    static RECT ButtonPlace(int index);
+
+  private:
+    PanelState& state_;
+    ButtonContainer container_;
+    std::array<win::PictureBox, model::kButtonCount> pictures_;
+    win::PictureBox hover_;
+    int hovered_ = 0;
+};
+
+}  // namespace app

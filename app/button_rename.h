@@ -1,0 +1,51 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <string>
+
+#include "app/button_panel.h"
+#include "app/panel_state.h"
+
+namespace app {
+
+/// Renaming a button in place with the edit box `t1`.
+class ButtonRename {
+  public:
+    ButtonRename(PanelState& state, ButtonPanel& buttons) noexcept : state_(state), buttons_(buttons) {}
+
+    /// Creates the box, hidden.
+    void CreateOn(HWND parent);
+
+    /// Shows the box over the current button with its name; nothing happens on a free button.
+    void Begin();
+
+    /// Gives the button the typed name; an empty box does nothing.
+    void Accept();
+
+    /// Hides the box without renaming.
+    void Abandon();
+
+    /// True while the box is shown.
+    [[nodiscard]] bool IsOpen() const { return IsWindowVisible(box_) != 0; }
+
+    /// The edit box itself.
+    [[nodiscard]] HWND Box() const noexcept { return box_; }
+
+    /// The window of the button that the box was opened for.
+    [[nodiscard]] HWND Button() const { return buttons_.Picture(index_).Handle(); }
+
+  private:
+    PanelState& state_;
+    ButtonPanel& buttons_;
+    HWND box_ = nullptr;
+    // The button that the box belongs to, wherever the mouse goes meanwhile.
+    int index_ = 0;
+};
+
+/// Moves the shortcut of the current button to another name: its target, its record and its switch.
+/// Refills the drop-down and repaints the button. A name that cannot be stored at all changes nothing.
+void RenameCurrentButton(PanelState& state, const std::string& name);
+
+}  // namespace app

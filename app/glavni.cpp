@@ -1,0 +1,176 @@
+#include "app/glavni.h"
+
+#include <string>
+
+#include "app/add_to_button.h"
+#include "app/panel_layout.h"
+#include "dialogs/define_tab.h"
+#include "dialogs/options.h"
+#include "dialogs/organize_shortcuts.h"
+#include "res/resource.h"
+#include "win/dialog.h"
+#include "win/geometry.h"
+#include "win/text.h"
+
+namespace app {
+namespace {
+
+constexpr DWORD kStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
+constexpr DWORD kExtendedStyle = WS_EX_TOOLWINDOW | WS_EX_TOPMOST | WS_EX_CONTROLPARENT;
+enum TrayCommand { kShowQuon = 0, kClose = 2 };
+
+RECT OuterRect() {
+    RECT rect = layout::At(0, 0, layout::kClientWidth, layout::kClientHeight);
+    AdjustWindowRectEx(&rect, kStyle, FALSE, kExtendedStyle);
+    return layout::At(0, 0, win::Width(rect), win::Height(rect));
+}
+
+}  // namespace
+
+Glavni::Glavni() : mnuTray_(IDM_TRAY, {{"Show Quon", {}}, {"-", {}}, {"Close", {}}}) {}
+
+void Glavni::CreateParts() {
+    icon_ = LoadIconW(win::ModuleInstance(), MAKEINTRESOURCEW(IDI_QUON));
+    win::WindowOptions options;
+    options.className = L"QuonMain";
+    options.text = "Quon";
+    options.style = kStyle;
+    options.extendedStyle = kExtendedStyle;
+    options.place = OuterRect();
+    options.icon = icon_;
+    Create(options);
+    win::SetMainWindow(Handle());
+    menus_.CreateOn(Handle());
+    shortcuts_.CreateOn(Handle());
+    tabs_.CreateOn(Handle());
+    buttons_.CreateOn(Handle());
+    rename_.CreateOn(Handle());
+    JoinParts();
+}
+
+void Glavni::JoinParts() {
+    dock_.Attach(Handle(), [this](MSG& message) { return PreTranslate(message); });
+    dock_.EnableTimer(true);
+    buttonMenu_.Attach(Handle());
+    mouse_.Attach();
+    drag_.onDrop = [this](int target, const DragSource& source) { MoveToButton(state_, target, source); };
+    tabs_.onDefineTab = [this](int tab) { dialogs::frmTabPrep(*this, tab).Open(); };
+    menus_.onGo = [this] { shortcuts_.Go(); };
+    menus_.onOrganize = [this] { Organize(); };
+    menus_.onOptions = [this] { dialogs::frmSettings(*this).Open(); };
+    state_.RefillList = [this] { shortcuts_.Refill(); };
+}
+
+void Glavni::Organize() {
+    dialogs::frmCuts(state_.Context).Show(Handle());
+    // What was edited or deleted may be on a button.
+    buttons_.RefreshShownTab();
+    shortcuts_.Refill();
+}
+
+bool Glavni::PreTranslate(MSG& message) {
+    if (message.hwnd != Handle() && IsChild(Handle(), message.hwnd) == 0) return false;
+    const bool pressed = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
+    if (pressed && KeyDown(message.wParam, win::HeldModifiers())) return true;
+    return shortcuts_.PreTranslate(message) || IsDialogMessageW(Handle(), &message) != 0;
+}
+
+std::optional<LRESULT> Glavni::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_PAINT: OnPaint(); return 0;
+        case WM_ERASEBKGND: return 1;
+        case WM_NCHITTEST:
+            // Docked, the strip is frame or caption: its moves and presses are the window's own all the same.
+            return dock_.Hidden() ? std::optional<LRESULT>(HTCLIENT) : std::nullopt;
+        case WM_MOUSEMOVE: OnMouseMove(wParam, lParam); return 0;
+        case WM_LBUTTONDOWN:
+        case WM_RBUTTONDOWN:
+        case WM_MBUTTONDOWN: dock_.OnPress(); return 0;
+        case WM_ACTIVATE: OnActivate(LOWORD(wParam) != WA_INACTIVE); return 0;
+        case WM_TIMER: dock_.OnTimer(); return 0;
+        case WM_HELP: win::ShowHelp(); return 0;
+        case WM_COMMAND:
+            if (LOWORD(wParam) == IDC_RENAME && HIWORD(wParam) == EN_KILLFOCUS) rename_.Abandon();
+            if (LOWORD(wParam) == IDC_SHORTCUTS) shortcuts_.OnNotification(HIWORD(wParam));
+            return 0;
+        case WM_SYSCOMMAND: return OnSystemCommand(wParam & 0xFFF0, lParam);
+        case WM_CLOSE: CloseRequest(UnloadMode::kTaskManager); return 0;
+        case WM_QUERYENDSESSION: return TRUE;
+        case WM_ENDSESSION:
+            if (wParam != 0) EndSession();
+            return 0;
+        case WM_QUON_UNLOAD: Unload(); return 0;
+        case WM_QUON_CHOSEN: shortcuts_.OnChosen(); return 0;
+        case WM_QUON_DROP:
+            drops_.Act();
+            shortcuts_.ActOnDrops();
+            return 0;
+        case WM_DESTROY:
+            drops_.Detach();
+            shortcuts_.Detach();
+            PostQuitMessage(0);
+            return 0;
+        default: return std::nullopt;
+    }
+}
+
+std::optional<LRESULT> Glavni::OnSystemCommand(WPARAM command, LPARAM lParam) {
+    if (command == SC_CLOSE) {
+        CloseRequest(UnloadMode::kUser);
+        return 0;
+    }
+    // ALT by itself, let go after an ALT+click: the menu bar that it would lead to is not there.
+    if (command == SC_KEYMENU && lParam == 0) return 0;
+    return std::nullopt;
+}
+
+void Glavni::OnActivate(bool active) {
+    // The focus goes back to the child that had it, not to the window itself.
+    if (!active) {
+        // The rename box goes with the focus; its button gets the focus back.
+        lastFocus_ = rename_.IsOpen() ? rename_.Button() : GetFocus();
+        return;
+    }
+    const bool usable = IsChild(Handle(), lastFocus_) != 0 && IsWindowVisible(lastFocus_) != 0;
+    SetFocus(usable ? lastFocus_ : buttons_.Picture(1).Handle());
+}
+
+void Glavni::OnPaint() {
+    const win::Paint paint(Handle());
+    const RECT all = ClientRect();
+    FillRect(paint.Dc(), &all, GetSysColorBrush(COLOR_BTNFACE));
+    const win::Selection font(paint.Dc(), win::MessageFont());
+    SetBkMode(paint.Dc(), TRANSPARENT);
+    SetTextColor(paint.Dc(), GetSysColor(COLOR_GRAYTEXT));
+    RECT name = layout::At(0, layout::kImageButtonTop, layout::kClientWidth - layout::kMargin - 3,
+                           layout::kImageButtonSize);
+    win::DrawPlainText(paint.Dc(), "Quon", name, DT_RIGHT | DT_VCENTER | DT_SINGLELINE);
+}
+
+void Glavni::OnMouseMove(WPARAM wParam, LPARAM lParam) {
+    switch (TrayIcon::CallbackEvent(wParam, lParam)) {
+        case WM_LBUTTONUP:
+            dock_.ShowQuon(true, true);
+            // Not this window while a dialog is open: it takes no input, and would cover the dialog.
+            SetForegroundWindow(win::ModalOwner());
+            return;
+        case WM_RBUTTONUP: OnTrayRightClick(); return;
+        default: dock_.OnHover(); return;
+    }
+}
+
+void Glavni::OnTrayRightClick() {
+    if (!PointerOverNotificationArea()) return;
+    dock_.ShowQuon(true, true);
+    const POINT pointer = win::PointerPlace();
+    // Without the foreground the menu would stay open when the user clicks elsewhere.
+    SetForegroundWindow(win::ModalOwner());
+    const int command = win::TrackMenu(mnuTray_, pointer, win::ModalOwner());
+    if (mnuTray_.IndexOf(command) == kShowQuon) dock_.ShowQuon(true, false);
+    if (mnuTray_.IndexOf(command) == kClose) {
+        closeButtonCloses_ = true;
+        CloseRequest(UnloadMode::kCode);
+    }
+}
+
+}  // namespace app

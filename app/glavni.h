@@ -1,0 +1,102 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <optional>
+
+#include "app/button_drag.h"
+#include "app/button_drops.h"
+#include "app/button_menu.h"
+#include "app/button_mouse.h"
+#include "app/button_panel.h"
+#include "app/button_rename.h"
+#include "app/button_tip.h"
+#include "app/edge_dock.h"
+#include "app/panel_menus.h"
+#include "app/panel_state.h"
+#include "app/shortcut_box.h"
+#include "app/tab_strip.h"
+#include "app/tray_icon.h"
+#include "config/settings.h"
+#include "dialogs/panel_host.h"
+#include "win/window.h"
+
+namespace app {
+
+/// Who asks the main window to close.
+enum class UnloadMode : std::uint8_t {
+    kUser = 0,         ///< the close button, the system menu, Alt+F4
+    kCode = 1,         ///< the program itself
+    kSession = 2,      ///< Windows ends the session
+    kTaskManager = 3,  ///< another program
+};
+
+/// The main window: the panel, made of its parts, which it creates and joins.
+class Glavni : public win::Window, public dialogs::PanelHost {
+  public:
+    Glavni();
+
+    /// Creates the window with all its parts, hidden.
+    void CreateParts();
+
+    /// Runs the steps of the start and shows the window. An error gets out of it and ends the program.
+    void Load();
+
+    /// Gives a waiting message to the keyboard handling; true when it was used.
+    bool PreTranslate(MSG& message);
+
+    // What the dialogs ask for.
+    void ShowQuon(bool bShow, bool bUnTimer) override { dock_.ShowQuon(bShow, bUnTimer); }
+    void EnableTimer(bool enabled) override { dock_.EnableTimer(enabled); }
+    void ShowTooltipSetting() override { menus_.ShowTooltipSetting(); }
+    void TakeCloseSetting() override { closeButtonCloses_ = config::Settings.CloseButtonCloses; }
+    void RefillList() override { shortcuts_.Refill(); }
+    model::ButtonContext& Context() override { return state_.Context; }
+    model::clsTab& Tab(int number) override { return state_.Tab(number); }
+
+  protected:
+    std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+  private:
+    // Start and end: startup.cpp.
+    void LoadTabs();
+    void LoadButtons();
+    void ShowStoredTab();
+    void ShowFirst();
+    void CloseRequest(UnloadMode mode);
+    void EndSession();
+    void Unload();
+    void UnloadNow();
+    bool KeyDown(WPARAM key, win::ShiftState shift);
+
+    void JoinParts();
+    void Organize();
+    void OnPaint();
+    std::optional<LRESULT> OnSystemCommand(WPARAM command, LPARAM lParam);
+    void OnActivate(bool active);
+    void OnMouseMove(WPARAM wParam, LPARAM lParam);
+    void OnTrayRightClick();
+
+    PanelState state_;
+    EdgeDock dock_;
+    TrayIcon tray_;
+    ButtonPanel buttons_{state_};
+    TabStrip tabs_{state_, buttons_};
+    ButtonDrag drag_{state_, buttons_, tabs_};
+    ButtonDrops drops_{state_, buttons_};
+    ButtonMenu buttonMenu_{state_, dock_};
+    ButtonTip tip_{state_};
+    ButtonMouse mouse_{state_, buttons_, drag_, buttonMenu_, tip_, dock_};
+    ButtonRename rename_{state_, buttons_};
+    ShortcutBox shortcuts_{dock_};
+    PanelMenus menus_{dock_};
+    win::MenuArray mnuTray_;
+
+    HICON icon_ = nullptr;
+    HWND lastFocus_ = nullptr;
+    bool closeButtonCloses_ = false;
+    bool unloaded_ = false;
+};
+
+}  // namespace app

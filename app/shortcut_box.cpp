@@ -1,0 +1,172 @@
+#include "app/shortcut_box.h"
+
+#include <utility>
+
+#include "app/add_to_button.h"
+#include "app/panel_layout.h"
+#include "config/ini.h"
+#include "config/settings.h"
+#include "dialogs/message_box.h"
+#include "model/collected_apps.h"
+#include "model/storable_name.h"
+#include "model/text_shortcut.h"
+#include "res/resource.h"
+#include "win/handles.h"
+#include "win/picture_box.h"
+#include "win/text.h"
+
+namespace app {
+namespace {
+
+constexpr int kOpenListHeight = 240;  // pixels
+
+bool IsNameKey(WPARAM key) { return (key >= '0' && key <= '9') || (key >= 'A' && key <= 'Z'); }
+
+}  // namespace
+
+void ShortcutBox::CreateOn(HWND parent) {
+    cMain_.CreateOn(
+        parent, IDC_SHORTCUTS,
+        layout::At(layout::kMargin, layout::kShortcutsTop,
+                   layout::kClientWidth - 2 * layout::kMargin - layout::kGoWidth - 2, kOpenListHeight));
+}
+
+void ShortcutBox::Attach(HWND window) {
+    // The edit field covers most of the box: a drop there must not depend on the search for a parent that
+    // takes it.
+    const std::array windows{cMain_.Handle(), cMain_.Edit()};
+    for (size_t index = 0; index < windows.size(); ++index) {
+        targets_.at(index).Register(windows.at(index), [this, window](const sys::DroppedData& data) {
+            waiting_.push_back(data);
+            PostMessageW(window, WM_QUON_DROP, 0, 0);
+        });
+    }
+}
+
+void ShortcutBox::Detach() noexcept {
+    for (DropTarget& target : targets_)
+        target.Revoke();
+}
+
+void ShortcutBox::Refill() { model::CTextShortcut(&cMain_).FillCombo(); }
+
+void ShortcutBox::Go() {
+    if (config::Settings.HideAfterLaunch) dock_.ShowQuon(false, false);
+    Fire();
+}
+
+void ShortcutBox::Fire() {
+    if (model::CTextShortcut::FireShortcut(cMain_.Text()) == model::FireResult::kSearchToolMissing)
+        dialogs::ShowNote(model::SearchToolMessage());
+}
+
+void ShortcutBox::Enter() {
+    Fire();
+    cMain_.ClearSelection();
+    if (config::Settings.HideAfterLaunch) dock_.ShowQuon(false, false);
+}
+
+void ShortcutBox::Escape() {
+    if (cMain_.Text().empty()) dock_.ShowQuon(false, false);
+    cMain_.SetText("");
+}
+
+bool ShortcutBox::PreTranslate(const MSG& message) {
+    if (message.hwnd != cMain_.Edit()) return false;
+    if (message.message == WM_KEYUP) OnKeyUp(message.wParam);
+    if (message.message != WM_KEYDOWN) return false;
+    // A fast typist presses Enter before letting go of the last letter: what opens must not hang on that.
+    if (message.wParam == VK_RETURN) CompleteTyped();
+    NoteKeyDown(message.wParam);
+    // While the list is open, Enter and Esc are the list's own.
+    if ((message.wParam != VK_RETURN && message.wParam != VK_ESCAPE) || cMain_.IsOpen()) return false;
+    if (message.wParam == VK_RETURN)
+        Enter();
+    else
+        Escape();
+    return true;
+}
+
+void ShortcutBox::NoteKeyDown(WPARAM key) {
+    if (key == VK_SHIFT || key == VK_CONTROL || key == VK_MENU) return;
+    const win::ShiftState held = win::HeldModifiers() & (win::kControl | win::kAlt);
+    // CTRL and ALT together are AltGr, which types.
+    typing_ = IsNameKey(key) && (held == 0 || held == (win::kControl | win::kAlt));
+    if (typing_) beforeKey_ = cMain_.Text();
+}
+
+void ShortcutBox::OnKeyUp(WPARAM key) {
+    if (IsNameKey(key)) CompleteTyped();
+}
+
+void ShortcutBox::CompleteTyped() {
+    // A fast typist presses the next key before letting go of this one: whichever goes up first completes,
+    // once.
+    if (!typing_ || cMain_.Text() == beforeKey_) return;
+    typing_ = false;
+    // In the midst of a text the caret stays where the user works.
+    if (cMain_.CaretIsAtEnd()) Complete();
+}
+
+void ShortcutBox::Complete() {
+    const std::wstring typed = win::ToWide(cMain_.Text());
+    SendMessageA(cMain_.Handle(), WM_SETREDRAW, 0, 0);
+    if (const auto found = cMain_.FindContaining(typed)) {
+        // From its beginning the item is shown as it is spelt.
+        const std::wstring shown =
+            found->at == 0 ? found->item : typed + found->item.substr(found->at + typed.size());
+        cMain_.SetText(win::ToBytes(shown));
+        cMain_.SelectFrom(typed.size());
+    }
+    SendMessageA(cMain_.Handle(), WM_SETREDRAW, static_cast<WPARAM>(-1), 0);
+    // What was painted in between is lost; the rest of the box has not changed.
+    InvalidateRect(cMain_.Edit(), nullptr, TRUE);
+}
+
+void ShortcutBox::OnNotification(int code) {
+    // The arrow keys choose without opening the list. The text follows only after the notification.
+    if (code == CBN_SELENDOK || (code == CBN_SELCHANGE && !cMain_.IsOpen()))
+        PostMessageW(GetParent(cMain_.Handle()), WM_QUON_CHOSEN, 0, 0);
+}
+
+void ShortcutBox::OnChosen() {
+    if (cMain_.Text() != model::kRefreshItem) return;
+    Refill();
+    cMain_.SetText("");
+    if (config::Settings.ShowCollected) CollectApplications();
+}
+
+void ShortcutBox::CollectApplications() {
+    {
+        const win::Hourglass hourglass;
+        cMain_.SetText("Please wait...");
+        model::clsCollectedApps().CreateAppList();
+        // Messages that ran meanwhile may have ended the program.
+        if (IsWindow(cMain_.Handle()) == 0) return;
+        Refill();
+        cMain_.SetText("");
+    }
+    dialogs::ShowNote("To start the application, just choose it from drop-down box.");
+}
+
+void ShortcutBox::ActOnDrops() {
+    // Taken out first: the notes let further drops come in.
+    for (const sys::DroppedData& data : std::exchange(waiting_, {}))
+        Store(data);
+}
+
+void ShortcutBox::Store(const sys::DroppedData& data) {
+    const DroppedShortcut shortcut = ShortcutFromDrop(data);
+    if (!model::IsStorableTarget(shortcut.target)) {
+        dialogs::ShowNote(kCouldNotMake);
+        return;
+    }
+    config::WriteIni(model::kCutsSection, shortcut.name, shortcut.target);
+    if (!shortcut.commandSwitch.empty())
+        dialogs::ShowNote(
+            "This shortcut has command switch. Quon will make this text shortcut, but you can use command "
+            "switches only with button shortcuts.");
+    Refill();
+}
+
+}  // namespace app

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "app/drop_target.h"
+#include "app/edge_dock.h"
+#include "win/combo_box.h"
+
+namespace app {
+
+/// The drop-down of text shortcuts `cMain`: lists them, completes their names, opens them and takes drops.
+class ShortcutBox {
+  public:
+    explicit ShortcutBox(EdgeDock& dock) noexcept : dock_(dock) {}
+
+    /// Creates the empty drop-down.
+    void CreateOn(HWND parent);
+
+    /// Makes box and edit field drop targets; `window` gets WM_QUON_DROP after a drop.
+    void Attach(HWND window);
+
+    /// Takes the registrations back, before the windows go.
+    void Detach() noexcept;
+
+    /// Fills the list anew from the configuration file.
+    void Refill();
+
+    /// The Go button: docks when launching hides the window, then opens what is typed.
+    void Go();
+
+    /// Takes Enter and Esc in the edit field and completes what is typed there; true when the message was
+    /// used.
+    bool PreTranslate(const MSG& message);
+
+    /// A notification (CBN_) of the box; after a choice the parent gets WM_QUON_CHOSEN, when the box shows
+    /// it.
+    void OnNotification(int code);
+
+    /// An item was chosen: the refresh item fills the list anew and collects applications, when those are to
+    /// be shown.
+    void OnChosen();
+
+    /// Stores the drops that wait as text shortcuts.
+    void ActOnDrops();
+
+    /// Collects the associated applications and fills the list with them. Takes seconds.
+    void CollectApplications();
+
+    /// The drop-down itself.
+    win::ComboBox& List() noexcept { return cMain_; }
+
+  private:
+    void Fire();
+    void Enter();
+    void Escape();
+    void NoteKeyDown(WPARAM key);
+    void OnKeyUp(WPARAM key);
+    void CompleteTyped();
+    void Complete();
+    void Store(const sys::DroppedData& data);
+
+    EdgeDock& dock_;
+    win::ComboBox cMain_;
+    std::array<DropTarget, 2> targets_;
+    std::vector<sys::DroppedData> waiting_;
+    bool typing_ = false;    // the last key that went down types a character of a name
+    std::string beforeKey_;  // the text that it found
+};
+
+}  // namespace app

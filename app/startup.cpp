@@ -1,0 +1,153 @@
+// The start and the end of the main window: loading, the request to close, unloading, and its keys.
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <string>
+
+#include "app/glavni.h"
+#include "config/ini.h"
+#include "config/settings.h"
+#include "model/launching.h"
+#include "model/text_shortcut.h"
+#include "res/resource.h"
+#include "sys/shell_folders.h"
+#include "win/dialog.h"
+#include "win/errors.h"
+#include "win/process_start.h"
+
+namespace app {
+namespace {
+
+std::string g_helpFile;
+
+void OpenHelpFile() {
+    ShellExecuteA(GetDesktopWindow(), nullptr, g_helpFile.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+}
+
+}  // namespace
+
+void Glavni::Load() {
+    // The order matters: each step uses what the ones before it have brought.
+    g_helpFile = win::ProgramFolder() + "\\Manual.chm";
+    win::SetHelpHandler(&OpenHelpFile);
+    config::IniPath = win::ProgramFolder() + "\\Quon.ini";
+    LoadTabs();
+    LoadButtons();
+    state_.Context.Records.LoadButtonRecords();
+    shortcuts_.Refill();
+    sys::clsShell::ListShellFolders(menus_.mnuShell);
+    model::FindDefaultBrowser();
+    config::LoadMainSettings();
+    // Showing the tab frees buttons in the file: whatever would stop the load has to stop it before.
+    config::CheckPopUpSettings();
+    ShowStoredTab();
+    config::LoadPopUpSettings();
+    menus_.ShowTooltipSetting();
+    TakeCloseSetting();
+    tray_.AddTrayIcon(Handle(), icon_);
+    menus_.AddCompanionPrograms();
+    ShowFirst();
+    // The panel stands there painted before the rest, which nobody sees and OLE takes its time for.
+    RedrawWindow(Handle(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    drops_.Attach(Handle());
+    shortcuts_.Attach(Handle());
+    // Nothing reads the answer; the lookup is kept.
+    FindWindowA("Shell_traywnd", nullptr);
+    // The list was filled before it was known whether collected applications belong to it.
+    if (config::Settings.ShowCollected) shortcuts_.Refill();
+}
+
+void Glavni::LoadTabs() {
+    for (int number = 1; number <= model::kTabCount; ++number) {
+        model::clsTab& tab = state_.Tab(number);
+        tab.SetParentTab(&tabs_.Header(number));
+        tab.SetINIstring(config::ReadIni(model::kButtonsSection, model::ButtonKey(number, 0)));
+    }
+}
+
+void Glavni::LoadButtons() {
+    for (int index = 1; index <= model::kButtonCount; ++index)
+        state_.Button(index).SetParentButton(&buttons_.Picture(index));
+}
+
+void Glavni::ShowStoredTab() {
+    const int tab = config::Settings.CurrentTab;
+    if (tab < 1 || tab > model::kTabCount)
+        throw win::SubscriptError("There is no tab " + std::to_string(tab) +
+                                  ": field 0 (CurrentTab) of \"Main\" in section \"Settings\" of " +
+                                  config::IniPath);
+    tabs_.b1_MouseUp(tab, win::MouseButton::kLeft, 0, 0, 0);
+}
+
+void Glavni::ShowFirst() {
+    if (config::Settings.StartGlued)
+        dock_.ShowQuon(false, true);
+    else
+        dock_.ShowQuon(true, false);
+    // Docked it must not take the focus from what the user is doing.
+    ShowWindow(Handle(), dock_.Hidden() ? SW_SHOWNOACTIVATE : SW_SHOW);
+}
+
+void Glavni::CloseRequest(UnloadMode mode) {
+    if (closeButtonCloses_) {
+        Unload();
+        return;
+    }
+    dock_.SavePosition();
+    dock_.MoveAside();
+    dock_.ShowQuon(false, false);
+    if (mode == UnloadMode::kTaskManager) Unload();
+}
+
+void Glavni::EndSession() {
+    // Nothing after this is sure to run, so no open dialog is waited for.
+    CloseRequest(UnloadMode::kSession);
+    UnloadNow();
+}
+
+void Glavni::Unload() {
+    if (!win::AnyDialogOpen()) {
+        UnloadNow();
+        return;
+    }
+    // What called the dialog still works on the window: it goes after that has come back.
+    win::CancelOpenDialogs();
+    PostMessageW(Handle(), WM_QUON_UNLOAD, 0, 0);
+}
+
+void Glavni::UnloadNow() {
+    if (unloaded_) return;
+    unloaded_ = true;
+    tray_.RemoveTrayIcon();
+    config::SaveSettings();
+    win::SetMainWindow(nullptr);
+    Destroy();
+}
+
+bool Glavni::KeyDown(WPARAM key, win::ShiftState shift) {
+    switch (key) {
+        case VK_TAB:
+        case VK_LEFT:
+        case VK_UP:
+        case VK_RIGHT:
+        case VK_DOWN: win::ShowFocusMarks(); return false;
+        case VK_F4:
+            if (shift == win::kAlt) closeButtonCloses_ = true;
+            return false;
+        case VK_F2: rename_.Begin(); return true;
+        case VK_ESCAPE:
+            if (drag_.Active()) ReleaseCapture();
+            if (!rename_.IsOpen()) return false;
+            rename_.Abandon();
+            return true;
+        case VK_RETURN:
+            if (GetFocus() != rename_.Box()) return false;
+            rename_.Accept();
+            return true;
+        default: return false;
+    }
+}
+
+}  // namespace app

@@ -1,0 +1,108 @@
+#include "app/tab_strip.h"
+
+#include <string>
+
+#include "app/panel_layout.h"
+#include "config/settings.h"
+#include "res/resource.h"
+#include "win/errors.h"
+
+namespace app {
+namespace {
+
+constexpr COLORREF kAccent = RGB(0x17, 0x78, 0x8A);
+constexpr int kAccentHeight = 3;
+
+void FillPart(HDC dc, RECT part, COLORREF color) {
+    const win::Brush brush(CreateSolidBrush(color));
+    FillRect(dc, &part, brush.Get());
+}
+
+/// The shown tab's header is a raised card with a coloured top; the others lie flat on a line.
+void DrawFrame(HDC dc, RECT all, bool shown, bool hovered) {
+    const COLORREF line = GetSysColor(COLOR_BTNSHADOW);
+    if (!shown) {
+        FillPart(dc, {all.left, all.bottom - 1, all.right, all.bottom}, line);
+        if (hovered) FillPart(dc, {all.left + 6, all.bottom - 3, all.right - 6, all.bottom - 1}, kAccent);
+        return;
+    }
+    FillPart(dc, {all.left, all.top, all.left + 1, all.bottom}, line);
+    FillPart(dc, {all.right - 1, all.top, all.right, all.bottom}, line);
+    FillPart(dc, {all.left, all.top, all.right, all.top + kAccentHeight}, kAccent);
+}
+
+}  // namespace
+
+void TabStrip::CreateOn(HWND parent) {
+    for (int index = 1; index <= model::kTabCount; ++index) {
+        win::PictureBox& header = Header(index);
+        header.CreateOn(parent, IDC_TAB_HEADER + index,
+                        layout::At(layout::kMargin + (index - 1) * layout::kHeaderWidth, layout::kHeaderTop,
+                                   layout::kHeaderWidth, layout::kHeaderHeight));
+        header.onMouseUp = [this, index](const win::PictureBox::Mouse& mouse) {
+            b1_MouseUp(index, mouse.button, mouse.shift, static_cast<float>(mouse.at.x),
+                       static_cast<float>(mouse.at.y));
+        };
+        header.onMouseMove = [this, index](const win::PictureBox::Mouse&) { OnHover(index); };
+        header.onKeyDown = [this, index](WPARAM key) { return OnKey(index, key); };
+        header.onContextKey = [this, index] { b1_MouseUp(index, win::MouseButton::kRight, 0, 0, 0); };
+        header.onOverlay = [&header](HDC dc, RECT all) {
+            DrawFrame(dc, all, header.Frame() == 1, header.Hovered());
+        };
+    }
+}
+
+win::PictureBox& TabStrip::Header(int index) {
+    if (index < 1 || index > model::kTabCount)
+        throw win::SubscriptError("There is no tab " + std::to_string(index));
+    return headers_.at(static_cast<size_t>(index) - 1);
+}
+
+void TabStrip::b1_MouseUp(int index, win::MouseButton button, win::ShiftState /*shift*/, float /*x*/,
+                          float /*y*/) {
+    state_.NoteActivity();
+    if (button == win::MouseButton::kLeft) {
+        ShowTab(index);
+    } else if (onDefineTab) {
+        onDefineTab(index);
+        // The next move tells what the tab is now.
+        hovered_ = 0;
+    }
+}
+
+void TabStrip::ShowTab(int index) {
+    win::PictureBox& header = Header(index);
+    Header(config::Settings.CurrentTab).SetFrame(0);
+    config::Settings.CurrentTab = static_cast<std::int16_t>(index);
+    header.SetFrame(1);
+    buttons_.HideHover();
+    buttons_.RefreshShownTab();
+}
+
+void TabStrip::OnHover(int index) {
+    if (hovered_ == index) return;
+    hovered_ = index;
+    state_.Tab(index).ShowTip(!config::Settings.ExtensiveTooltips);
+    state_.NoteActivity();
+}
+
+bool TabStrip::OnKey(int index, WPARAM key) {
+    switch (key) {
+        case VK_LEFT: SetFocus(Header(index == 1 ? model::kTabCount : index - 1).Handle()); return true;
+        case VK_RIGHT: SetFocus(Header(index == model::kTabCount ? 1 : index + 1).Handle()); return true;
+        case VK_RETURN:
+        case VK_SPACE: b1_MouseUp(index, win::MouseButton::kLeft, 0, 0, 0); return true;
+        default: return false;
+    }
+}
+
+std::optional<int> TabStrip::HeaderAt(POINT screen) const {
+    for (int index = 1; index <= model::kTabCount; ++index) {
+        RECT place{};
+        GetWindowRect(headers_.at(static_cast<size_t>(index) - 1).Handle(), &place);
+        if (PtInRect(&place, screen) != 0) return index;
+    }
+    return std::nullopt;
+}
+
+}  // namespace app
