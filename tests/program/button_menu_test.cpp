@@ -1,0 +1,199 @@
+// The button's menu, opened by the right mouse button, and its commands on real files and programs.
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/program/quon_panel.h"
+#include "tests/support/neighbour.h"
+
+namespace testkit {
+namespace {
+
+using ::testing::HasSubstr;
+
+class ButtonMenuProgramTest : public ::testing::Test {
+  protected:
+    QuonPanel Start(const QuonIni& ini) const {
+        folder_.WriteIniText(ini.Text());
+        return QuonPanel(folder_);
+    }
+    static void Choose(const QuonPanel& quon, int button, std::initializer_list<std::string_view> path) {
+        mouse::RightClick(quon.Button(button));
+        PopupMenu::Wait(quon.Id()).Choose(path);
+    }
+    static void Choose(const QuonPanel& quon, int button, std::string_view command) {
+        Choose(quon, button, {command});
+    }
+    /// Reads the note, closes it by its button and gives its text.
+    static std::string ReadNote(const QuonPanel& quon) {
+        const MessageBoxWindow box = MessageBoxWindow::Wait(quon.Id());
+        std::string text = box.Text();
+        box.ClickButton(0);
+        return text;
+    }
+    /// The picker that the program shows; the panel takes no input meanwhile.
+    static Window WaitForPicker(QuonPanel& quon) {
+        const Window picker = WaitFor("a picker", [&] {
+            for (const Window window : quon.Program().Windows())
+                if (window != quon.Main() && window.Class() == "#32770") return window;
+            return Window();
+        });
+        EXPECT_FALSE(quon.Main().IsEnabled());
+        EXPECT_FALSE(quon.Main().IsTopmost());
+        return picker;
+    }
+    static void ExpectPanelBack(const QuonPanel& quon) {
+        WaitFor("the panel takes input again", [&] { return quon.Main().IsEnabled(); });
+        WaitFor("the panel is topmost again", [&] { return quon.Main().IsTopmost(); });
+    }
+    void WaitForRecord(const std::string& section, const std::string& key, const std::string& value) const {
+        WaitFor(section + " " + key + " to be " + value,
+                [&] { return folder_.IniValue(section, key) == value; });
+    }
+
+    ProgramFolder folder_;
+};
+
+TEST_F(ButtonMenuProgramTest, RenamesAFileAndLetsGoOfOneThatHasVanished) {
+    const std::string path = folder_.MakeFile("Извор\\writ č.txt", "text");
+    QuonIni ini;
+    ini.AddShortcut("11", "Име", path);
+    QuonPanel quon = Start(ini);
+    Choose(quon, 1, {"File operations", "Rename file"});
+    {
+        const MessageBoxWindow box = MessageBoxWindow::Wait(quon.Id());
+        EXPECT_THAT(box.Text(), HasSubstr("old extension (txt) will be kept.)"));
+        box.SetInput("ново 文");
+        box.ClickButton(0);
+    }
+    EXPECT_EQ(ReadNote(quon), "Operation completed.");
+    EXPECT_EQ(folder_.ReadFile("Извор\\ново 文.txt"), "text");
+    const std::string renamed = folder_.FullPath("Извор\\ново 文.txt");
+    WaitForRecord("Buttons", "11", renamed + "|0");
+    // A vanished file: the shell says no, and the button goes with it.
+    folder_.RemoveFile("Извор\\ново 文.txt");
+    Choose(quon, 1, {"File operations", "Delete file"});
+    const Window question = WaitForPicker(quon);
+    question.Child(IDYES).Post(BM_CLICK);
+    EXPECT_EQ(ReadNote(quon), "Couldn't perform the operation, sorry.");
+    quon.ExpectName(1, "Empty");
+    WaitForRecord("Buttons", "11", "");
+}
+
+TEST_F(ButtonMenuProgramTest, RecyclesAndDeletesFiles) {
+    QuonIni ini;
+    ini.AddShortcut("11", "one", folder_.MakeFile("један.txt", "1"));
+    ini.AddShortcut("12", "two", folder_.MakeFile("два.txt", "2"));
+    QuonPanel quon = Start(ini);
+    for (const auto& [button, command, file] :
+         {std::tuple{1, "Move to Recycle bin", "један.txt"}, std::tuple{2, "Delete file", "два.txt"}}) {
+        Choose(quon, button, {"File operations", command});
+        WaitForPicker(quon).Child(IDYES).Post(BM_CLICK);
+        EXPECT_EQ(ReadNote(quon), "Operation completed.");
+        EXPECT_FALSE(folder_.Exists(file));
+        quon.ExpectName(button, "Empty");
+    }
+    EXPECT_EQ(folder_.IniValue("Cuts", "one"), folder_.FullPath("један.txt"));
+}
+
+TEST_F(ButtonMenuProgramTest, PickersReturnAndCancel) {
+    const std::string path = folder_.MakeFile("Picked.txt", "text");
+    QuonPanel quon = Start({});
+    Choose(quon, 2, "Add file to button");
+    {
+        const Window picker = WaitForPicker(quon);
+        EXPECT_EQ(picker.Text(), "Select file");
+        CaptureScreen().SaveAs("file-picker.bmp");
+        keyboard::Press(VK_ESCAPE);
+        WaitFor("the picker closes", [&] { return !picker.Exists(); });
+    }
+    ExpectPanelBack(quon);
+    EXPECT_EQ(quon.Button(2).Text(), "Empty");
+    Choose(quon, 2, "Add file to button");
+    {
+        const Window picker = WaitForPicker(quon);
+        WaitFor("the picker to be in front", [&] { return picker.IsForeground(); });
+        keyboard::Chord({VK_CONTROL, 'A'});
+        keyboard::Type(path + "\n");
+        WaitFor("the picker closes", [&] { return !picker.Exists(); });
+    }
+    quon.ExpectName(2, "Picked");
+    ExpectPanelBack(quon);
+    EXPECT_EQ(folder_.IniValue("Cuts", "Picked"), path);
+    Choose(quon, 3, "Add folder to button");
+    {
+        const Window picker = WaitForPicker(quon);
+        CaptureScreen().SaveAs("folder-picker.bmp");
+        picker.Child(IDCANCEL).Post(BM_CLICK);
+        WaitFor("the picker closes", [&] { return !picker.Exists(); });
+    }
+    ExpectPanelBack(quon);
+    EXPECT_EQ(quon.Button(3).Text(), "Empty");
+}
+
+TEST_F(ButtonMenuProgramTest, AssignsARunningProgramAndNeverOffersItself) {
+    const Neighbour neighbour(folder_, "Сусед č.exe", "a neighbour");
+    QuonPanel quon = Start({});
+    mouse::RightClick(quon.Button(4));
+    const PopupMenu programs = PopupMenu::Wait(quon.Id()).Open("Assign from active");
+    CaptureScreen().SaveAs("assign-from-active.bmp");
+    EXPECT_FALSE(programs.Has("Quon"));
+    programs.Choose("Сусед č");
+    quon.ExpectName(4, "Сусед č");
+    EXPECT_EQ(folder_.IniValue("Cuts", "Сусед č"), neighbour.Path());
+    EXPECT_EQ(folder_.IniValue("Buttons", "14"), "Сусед č|0");
+}
+
+TEST_F(ButtonMenuProgramTest, PastesTextAndFiles) {
+    const Neighbour neighbour(folder_, "copier.exe");
+    const std::string first = folder_.MakeFile("Прва.txt");
+    const std::string second = folder_.MakeFile("druga č.txt");
+    QuonPanel quon = Start({});
+    neighbour.CopyText("http://example.test/strana.html");
+    Choose(quon, 1, "Paste from clipboard");
+    quon.ExpectName(1, "strana");
+    neighbour.CopyText(first);
+    Choose(quon, 2, "Paste from clipboard");
+    quon.ExpectName(2, "Прва");
+    neighbour.CopyFiles({second});
+    Choose(quon, 3, "Paste from clipboard");
+    quon.ExpectName(3, "druga č");
+    neighbour.CopyFiles({first, second});
+    Choose(quon, 4, "Paste from clipboard");
+    quon.ExpectName(4, "Прва");
+    WaitForRecord("Cuts", "Прва", first + "|" + second);
+    // A megabyte of text is neither a path nor a URL.
+    neighbour.CopyText("megabyte", 1 << 17);
+    Choose(quon, 5, "Paste from clipboard");
+    quon.Settle();
+    EXPECT_FALSE(MessageBoxWindow::IsShown(quon.Id()));
+    EXPECT_EQ(quon.Button(5).Text(), "Empty");
+}
+
+TEST_F(ButtonMenuProgramTest, EditsAGroupAndChangesAnIcon) {
+    const std::string target = folder_.CopyIn(TestTargetExe(), "target.exe");
+    QuonIni ini;
+    ini.AddShortcut("11", "Група", target + "|" + folder_.Path());
+    ini.AddShortcut("12", "Single", QuonExe());
+    QuonPanel quon = Start(ini);
+    Choose(quon, 1, "Edit group");
+    const Window editor = quon.Program().WaitForWindow({.title = "Edit group"});
+    EXPECT_FALSE(quon.Main().IsEnabled());
+    editor.Child(700).SetText("Нова");
+    editor.Child(722).Post(BM_CLICK);
+    quon.ExpectName(1, "Нова");
+    ExpectPanelBack(quon);
+    Choose(quon, 2, "Change icon");
+    const Window chooser = quon.Program().WaitForWindow({.title = "Icon Chooser"});
+    WaitFor("the chooser shows icons", [&] { return bool(chooser.FindChild(1001)); });
+    mouse::Click(chooser.Child(1001));
+    WaitForRecord("Buttons", "12", "Single|1");
+    ExpectPanelBack(quon);
+}
+
+}  // namespace
+}  // namespace testkit

@@ -1,0 +1,133 @@
+// Defining a tab on the whole program: by a right click on its header, until Quon.ini shows it.
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/program/quon_panel.h"
+
+namespace testkit {
+namespace {
+
+constexpr int kLabel = 810;
+constexpr int kDescription = 811;
+constexpr int kShowDescription = 820;
+
+class DefineTabDialogTest : public ::testing::Test {
+  protected:
+    QuonPanel Start(const QuonIni& ini) const {
+        folder_.WriteIniText(ini.Text());
+        return QuonPanel(folder_);
+    }
+    static Window Open(QuonPanel& quon, int tab) {
+        mouse::RightClick(quon.Header(tab));
+        const Window dialog = quon.Program().WaitForWindow({.title = "Define tab"});
+        WaitFor("the label has the focus", [&] { return dialog.Child(kLabel).IsFocused(); });
+        return dialog;
+    }
+    static void TypeInto(Window dialog, int id, const std::string& text) {
+        WaitFor("the box has the focus", [&] { return dialog.Child(id).IsFocused(); });
+        keyboard::Type(text);
+        WaitFor("the text is typed", [&] { return dialog.Child(id).Text() == text; });
+    }
+    static void WaitUntilClosed(Window dialog) {
+        WaitFor("the dialog closes", [&] { return !dialog.Exists(); });
+    }
+    /// Moves off the headers, then onto one and a little further: the tip follows the second move.
+    static void Hover(QuonPanel& quon, int tab) {
+        const POINT centre = quon.Header(tab).Centre();
+        mouse::MoveTo(centre);
+        quon.Header(tab).Send(WM_NULL);
+        mouse::MoveTo({centre.x + 2, centre.y + 1});
+    }
+
+    ProgramFolder folder_;
+};
+
+TEST_F(DefineTabDialogTest, AppliesLabelDescriptionAndOption) {
+    QuonIni ini;
+    ini.extensive_tooltips = true;
+    QuonPanel quon = Start(ini);
+    const ToolTipWatch tips(quon.Main());
+    {
+        const Window dialog = Open(quon, 3);
+        EXPECT_EQ(dialog.Owner(), quon.Main());
+        EXPECT_TRUE(dialog.IsTopmost());
+        TypeInto(dialog, kLabel, "Раб 文");
+        keyboard::Press(VK_TAB);
+        TypeInto(dialog, kDescription, "Office files: Ћирилица и 漢字");
+        keyboard::Press(VK_TAB);
+        keyboard::Press(VK_SPACE);
+        WaitFor("the option is on",
+                [&] { return dialog.Child(kShowDescription).Send(BM_GETCHECK) == BST_CHECKED; });
+        CaptureScreen().SaveAs("define-tab.bmp");
+        keyboard::Press(VK_RETURN);
+        WaitUntilClosed(dialog);
+    }
+    WaitFor("the header follows", [&] { return quon.Header(3).Text() == "Раб 文"; });
+    EXPECT_EQ(folder_.IniValue("Buttons", "30"), "Раб 文|Office files: Ћирилица и 漢字");
+    // Though the pointer was on this header when it was clicked.
+    Hover(quon, 3);
+    const ToolTipText tip = tips.Wait();
+    EXPECT_EQ(tip.title, "Раб 文");
+    EXPECT_EQ(tip.text, "Office files: Ћирилица и 漢字");
+    {
+        const Window dialog = Open(quon, 3);
+        EXPECT_EQ(dialog.Child(kLabel).Text(), "Раб 文");
+        EXPECT_EQ(dialog.Child(kDescription).Text(), "Office files: Ћирилица и 漢字");
+        keyboard::Press(VK_ESCAPE);
+        WaitUntilClosed(dialog);
+    }
+    EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
+    ini.tab_descriptions = true;
+    EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini.Main());
+}
+
+TEST_F(DefineTabDialogTest, TakesNoEighthCharacterAndCancelsEverything) {
+    QuonIni ini;
+    ini.buttons.emplace_back("20", "Before|Опис");
+    QuonPanel quon = Start(ini);
+    const std::string before = folder_.IniBytes();
+    const Window dialog = Open(quon, 2);
+    keyboard::Type("12345678");
+    WaitFor("seven characters", [&] { return dialog.Child(kLabel).Text() == "1234567"; });
+    CaptureScreen().SaveAs("define-tab-full.bmp");
+    mouse::Click(dialog.Child(kShowDescription).Centre());
+    WaitFor("the option is on",
+            [&] { return dialog.Child(kShowDescription).Send(BM_GETCHECK) == BST_CHECKED; });
+    mouse::Click(dialog.Child(831).Centre());
+    WaitUntilClosed(dialog);
+    EXPECT_EQ(quon.Header(2).Text(), "Before");
+    EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
+    EXPECT_EQ(folder_.IniBytes(), before);
+}
+
+TEST_F(DefineTabDialogTest, ALabelWithABarGoesOnInTheDescription) {
+    QuonPanel quon = Start({});
+    const Window dialog = Open(quon, 6);
+    TypeInto(dialog, kLabel, "a|b");
+    mouse::Click(dialog.Child(830).Centre());
+    WaitUntilClosed(dialog);
+    WaitFor("the header follows", [&] { return quon.Header(6).Text() == "a"; });
+    EXPECT_EQ(folder_.IniValue("Buttons", "60"), "a|b|");
+}
+
+TEST_F(DefineTabDialogTest, ExplainsItsBox) {
+    QuonPanel quon = Start({});
+    const Window dialog = Open(quon, 1);
+    const ToolTipWatch tips(dialog);
+    const POINT centre = dialog.Child(kShowDescription).Centre();
+    mouse::MoveTo(centre);
+    dialog.Send(WM_NULL);
+    mouse::MoveTo({centre.x + 2, centre.y + 1});
+    const ToolTipText tip = tips.Wait();
+    EXPECT_EQ(tip.title, "Tab contents:");
+    EXPECT_EQ(tip.text, "List of shortcuts (files, URLs) assigned to buttons on the tab.");
+    keyboard::Press(VK_ESCAPE);
+    WaitUntilClosed(dialog);
+}
+
+}  // namespace
+}  // namespace testkit

@@ -1,0 +1,249 @@
+// The docked panel on a real screen: what brings it out, what does not, and that it stays on top.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "tests/program/other_window.h"
+#include "tests/program/quon_panel.h"
+
+namespace testkit {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr Edge kEdges[] = {Edge::kLeft, Edge::kTop, Edge::kRight, Edge::kBottom};
+
+class EdgeTest : public ::testing::Test {
+  protected:
+    EdgeTest() {
+        ini_.start_glued = true;
+        mouse::MoveTo(kAway);
+    }
+
+    QuonPanel Start() {
+        folder_.WriteIniText(ini_.Text());
+        QuonPanel quon(folder_);
+        quon.Program().WaitUntilIdle();
+        return quon;
+    }
+    static Edge EdgeOf(const QuonIni& ini) { return static_cast<Edge>(ini.edge); }
+    void DockAt(Edge edge) { ini_.edge = static_cast<int>(edge); }
+
+    /// A pixel in the middle of what is to be seen of the docked panel.
+    static POINT Strip(const QuonPanel& quon) {
+        const RECT place = quon.Main().Rect();
+        return {std::clamp((place.left + place.right) / 2, 1L, GetSystemMetrics(SM_CXSCREEN) - 2L),
+                std::clamp((place.top + place.bottom) / 2, 1L, GetSystemMetrics(SM_CYSCREEN) - 2L)};
+    }
+    static void ExpectInTheMiddle(const QuonPanel& quon) {
+        const RECT place = quon.Main().Rect();
+        EXPECT_EQ(place.left, (GetSystemMetrics(SM_CXSCREEN) - (place.right - place.left)) / 2);
+        EXPECT_EQ(place.top, (GetSystemMetrics(SM_CYSCREEN) - (place.bottom - place.top)) / 2);
+    }
+    /// Docks a panel that is out.
+    void Dock(const QuonPanel& quon) const {
+        mouse::MoveTo(kAway);
+        quon.Main().Post(WM_SYSCOMMAND, SC_CLOSE);
+        WaitFor("the panel docks", [&] { return quon.IsDockedAt(EdgeOf(ini_)); });
+    }
+    /// How long the docked panel takes to come out for the pointer.
+    static milliseconds TimeToComeOut(const QuonPanel& quon) {
+        const auto start = std::chrono::steady_clock::now();
+        mouse::MoveTo(Strip(quon));
+        WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+        return std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - start);
+    }
+    /// Puts the pointer onto the strip and waits until the panel waits the hover out: then it answers only
+    /// between two sleeps of 100 ms.
+    static void BeginHoverWait(const QuonPanel& quon) {
+        constexpr milliseconds kLongerThanAnyAnswer{50};
+        constexpr int kInARow = 3;
+        mouse::MoveTo(Strip(quon));
+        int slow = 0;
+        WaitFor("the wait begins", [&] {
+            const auto start = std::chrono::steady_clock::now();
+            quon.Main().Send(WM_NULL);
+            slow = std::chrono::steady_clock::now() - start >= kLongerThanAnyAnswer ? slow + 1 : 0;
+            return slow >= kInARow;
+        });
+    }
+    /// What a click on the tray icon sends.
+    static void ClickTrayIcon(const QuonPanel& quon) { quon.Main().Post(WM_MOUSEMOVE, 1, WM_LBUTTONUP); }
+
+    static constexpr POINT kAway{700, 300};
+    ProgramFolder folder_;
+    QuonIni ini_;
+};
+
+TEST_F(EdgeTest, TheStripIsThePanelItselfInAllItsLengthAtEveryEdge) {
+    for (const Edge edge : kEdges) {
+        DockAt(edge);
+        QuonPanel quon = Start();
+        ASSERT_TRUE(quon.IsDockedAt(edge)) << ini_.edge;
+        const RECT place = quon.Main().Rect();
+        const RECT screen{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+        RECT strip{};
+        ASSERT_TRUE(IntersectRect(&strip, &place, &screen));
+        EXPECT_EQ(std::min(strip.right - strip.left, strip.bottom - strip.top), 4);
+        int foreign = 0;
+        for (LONG y = strip.top; y < strip.bottom; ++y)
+            for (LONG x = strip.left; x < strip.right; ++x)
+                foreign += Window::At({x, y}) != quon.Main() ? 1 : 0;
+        EXPECT_EQ(foreign, 0) << "pixels at edge " << ini_.edge << " belong to another window";
+    }
+}
+
+TEST_F(EdgeTest, RestingOnTheStripBringsThePanelOutAfterTheDelayAtEveryEdge) {
+    ini_.pop_on_hover = true;
+    ini_.pop_delay = 600;
+    for (const Edge edge : kEdges) {
+        DockAt(edge);
+        QuonPanel quon = Start();
+        const auto start = std::chrono::steady_clock::now();
+        mouse::MoveTo(Strip(quon));
+        WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+        EXPECT_GE(std::chrono::steady_clock::now() - start, milliseconds(600)) << ini_.edge;
+        ExpectInTheMiddle(quon);
+        mouse::MoveTo(kAway);
+    }
+}
+
+TEST_F(EdgeTest, LeavingTheStripBeforeTheDelayIsOverLeavesThePanelDocked) {
+    ini_.pop_on_hover = true;
+    ini_.pop_delay = 2000;
+    QuonPanel quon = Start();
+    mouse::MoveTo(Strip(quon));
+    mouse::MoveTo(kAway);
+    EXPECT_TRUE(HoldsThroughout(milliseconds(2600), [&] { return quon.IsDockedAt(EdgeOf(ini_)); }));
+    // The next rest on the strip counts again.
+    mouse::MoveTo(Strip(quon));
+    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+}
+
+TEST_F(EdgeTest, WithoutADelayThePanelComesOutAtOnce) {
+    ini_.pop_on_hover = true;
+    ini_.pop_delay = 50;
+    QuonPanel quon = Start();
+    // A single wait would take 100 ms each time. A busy machine is too slow only now and then.
+    EXPECT_TRUE(HappensWithin(kPatience, [&] {
+        const bool at_once = TimeToComeOut(quon) < milliseconds(100);
+        Dock(quon);
+        return at_once;
+    }));
+}
+
+TEST_F(EdgeTest, AClickOnTheStripBringsThePanelOutAtEveryEdgeWithEveryButton) {
+    using mouse::Button;
+    constexpr std::pair<Edge, Button> kClicks[] = {{Edge::kLeft, Button::kLeft},
+                                                   {Edge::kTop, Button::kRight},
+                                                   {Edge::kRight, Button::kMiddle},
+                                                   {Edge::kBottom, Button::kLeft}};
+    ini_.click_shows = true;
+    for (const auto& [edge, button] : kClicks) {
+        DockAt(edge);
+        QuonPanel quon = Start();
+        mouse::Click(Strip(quon), {}, button);
+        WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+        ExpectInTheMiddle(quon);
+        mouse::MoveTo(kAway);
+    }
+}
+
+TEST_F(EdgeTest, WithBothTriggersOffOnlyTheTrayIconBringsThePanelOut) {
+    ini_.pop_delay = 100;
+    QuonPanel quon = Start();
+    mouse::MoveTo(Strip(quon));
+    mouse::Click(Strip(quon));
+    mouse::Click(Strip(quon), {}, mouse::Button::kRight);
+    EXPECT_TRUE(HoldsThroughout(milliseconds(700), [&] { return quon.IsDockedAt(EdgeOf(ini_)); }));
+    ClickTrayIcon(quon);
+    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    ExpectInTheMiddle(quon);
+}
+
+TEST_F(EdgeTest, TheTimerKeepsTheStripOnTopWithoutTakingTheFocus) {
+    ini_.start_glued = false;
+    QuonPanel quon = Start();
+    mouse::Click(quon.CloseButtonPlace());
+    WaitFor("the panel docks", [&] { return quon.IsDockedAt(EdgeOf(ini_)); });
+    mouse::MoveTo(kAway);
+    const POINT strip = Strip(quon);
+    const OtherWindow cover({strip.x - 20, strip.y - 20, strip.x + 20, strip.y + 20});
+    const OtherWindow typing({100, 100, 300, 200});
+    typing.AsWindow().Activate();
+    for (int round = 0; round < 2; ++round) {
+        cover.Raise();
+        ASSERT_EQ(Window::At(strip), cover.AsWindow());
+        WaitFor("the strip is on top again", [&] { return Window::At(strip) == quon.Main(); });
+        EXPECT_TRUE(typing.AsWindow().IsForeground()) << "the panel has taken the focus";
+    }
+}
+
+TEST_F(EdgeTest, StartedAtItsEdgeThePanelDoesNotRiseByItself) {
+    QuonPanel quon = Start();
+    const POINT strip = Strip(quon);
+    const OtherWindow cover({strip.x - 20, strip.y - 20, strip.x + 20, strip.y + 20});
+    cover.Raise();
+    EXPECT_TRUE(HoldsThroughout(milliseconds(1300), [&] { return Window::At(strip) == cover.AsWindow(); }));
+}
+
+TEST_F(EdgeTest, ADockedPanelThatIsClosedAgainForgetsNothing) {
+    ini_.start_glued = false;
+    QuonPanel quon = Start();
+    SetWindowPos(quon.Main().Handle(), nullptr, 37, 61, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_ASYNCWINDOWPOS);
+    WaitFor("the panel moves", [&] { return quon.Main().Rect().left == 37; });
+    for (int round = 0; round < 2; ++round) {
+        quon.Main().Post(WM_SYSCOMMAND, SC_CLOSE);
+        WaitFor("the panel docks", [&] { return quon.IsDockedAt(EdgeOf(ini_)); });
+        quon.Program().WaitUntilIdle();
+    }
+    ClickTrayIcon(quon);
+    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    EXPECT_EQ(quon.Main().Rect().left, 37);
+    EXPECT_EQ(quon.Main().Rect().top, 61);
+}
+
+TEST_F(EdgeTest, EndingWhileTheHoverIsWaitedOutIsSurvived) {
+    ini_.pop_on_hover = true;
+    ini_.pop_delay = 60000;
+    ini_.close_button_closes = true;
+    for (const UINT message : {UINT{WM_CLOSE}, UINT{WM_SYSCOMMAND}}) {
+        QuonPanel quon = Start();
+        BeginHoverWait(quon);
+        quon.Main().Post(message, SC_CLOSE);
+        EXPECT_EQ(quon.Program().WaitForExit(), 0u);
+        EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini_.Main()) << "the settings were not saved whole";
+        mouse::MoveTo(kAway);
+    }
+}
+
+TEST_F(EdgeTest, AltF4EndsTheProgramWhileTheHoverIsWaitedOutWhateverTheSettingSays) {
+    ini_.pop_on_hover = true;
+    ini_.pop_delay = 60000;
+    QuonPanel quon = Start();
+    quon.Main().Activate();
+    BeginHoverWait(quon);
+    keyboard::Chord({VK_MENU, VK_F4});
+    EXPECT_EQ(quon.Program().WaitForExit(), 0u);
+    EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini_.Main());
+}
+
+TEST_F(EdgeTest, ALongWaitTakesFurtherMovesAndClicksIn) {
+    ini_.pop_on_hover = true;
+    ini_.click_shows = true;
+    ini_.pop_delay = 60000;
+    QuonPanel quon = Start();
+    const POINT strip = Strip(quon);
+    BeginHoverWait(quon);
+    for (LONG step = 1; step <= 20; ++step)
+        mouse::MoveTo({strip.x + step, strip.y});
+    mouse::Click(strip);
+    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+}
+
+}  // namespace
+}  // namespace testkit

@@ -1,0 +1,360 @@
+// The options dialog on the whole program: opened from the settings menu, accepted and cancelled, and what
+// Quon.ini, the registry and the panel show afterwards.
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tests/program/quon_panel.h"
+
+namespace testkit {
+namespace {
+
+using ::testing::HasSubstr;
+
+constexpr int kDelay = 420;
+constexpr int kCancel = 440;
+constexpr int kAccept = 441;
+constexpr int kFrame = 450;
+constexpr COLORREF kRed = RGB(0xE0, 0x10, 0x10);
+constexpr char kRunKey[] = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
+
+/// What Windows starts as "Quon" with itself.
+std::optional<std::string> StartEntry() {
+    char data[4 * MAX_PATH] = {};
+    DWORD size = sizeof data;
+    if (RegGetValueA(HKEY_LOCAL_MACHINE, kRunKey, "Quon", RRF_RT_REG_SZ, nullptr, data, &size) != 0)
+        return std::nullopt;
+    // The stored length counts one NUL.
+    EXPECT_EQ(size, std::string(data).size() + 1);
+    return data;
+}
+
+void RemoveStartEntry() { RegDeleteKeyValueA(HKEY_LOCAL_MACHINE, kRunKey, "Quon"); }
+
+/// Takes the whole key of what Windows starts away, and puts it back at the end.
+class RunKeyGone {
+  public:
+    RunKeyGone() {
+        HKEY key = nullptr;
+        EXPECT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, kRunKey, 0, KEY_READ, &key), ERROR_SUCCESS);
+        for (DWORD index = 0;; ++index) {
+            char name[256] = {};
+            DWORD length = sizeof name;
+            Entry entry;
+            entry.data.resize(4096);
+            auto size = static_cast<DWORD>(entry.data.size());
+            if (RegEnumValueA(key, index, name, &length, nullptr, &entry.type, entry.data.data(), &size) != 0)
+                break;
+            entry.name = name;
+            entry.data.resize(size);
+            entries_.push_back(entry);
+        }
+        RegCloseKey(key);
+        EXPECT_EQ(RegDeleteTreeA(HKEY_LOCAL_MACHINE, kRunKey), ERROR_SUCCESS);
+    }
+    ~RunKeyGone() {
+        HKEY key = nullptr;
+        RegCreateKeyA(HKEY_LOCAL_MACHINE, kRunKey, &key);
+        for (const Entry& entry : entries_)
+            RegSetValueExA(key, entry.name.c_str(), 0, entry.type, entry.data.data(),
+                           static_cast<DWORD>(entry.data.size()));
+        RegCloseKey(key);
+    }
+    RunKeyGone(const RunKeyGone&) = delete;
+    RunKeyGone& operator=(const RunKeyGone&) = delete;
+
+  private:
+    struct Entry {
+        std::string name;
+        DWORD type = 0;
+        std::vector<BYTE> data;
+    };
+    std::vector<Entry> entries_;
+};
+
+class OptionsDialogTest : public ::testing::Test {
+  protected:
+    OptionsDialogTest() { RemoveStartEntry(); }
+    ~OptionsDialogTest() override { RemoveStartEntry(); }
+
+    QuonPanel Start(const QuonIni& ini) const {
+        folder_.WriteIniText(ini.Text());
+        return QuonPanel(folder_);
+    }
+    static Window OpenOptions(QuonPanel& quon) {
+        mouse::Click(quon.ImageButton(2));
+        PopupMenu::Wait(quon.Id()).Choose("Options");
+        const Window dialog = quon.Program().WaitForWindow({.title = "Quon settings"});
+        WaitFor("the first option has the focus", [&] { return dialog.Child(400).IsFocused(); });
+        return dialog;
+    }
+    static bool IsChecked(Window dialog, int id) { return dialog.Child(id).Send(BM_GETCHECK) == BST_CHECKED; }
+    /// By its place: seen from outside, the transparent frame around a control is in front of it.
+    static void Click(Window dialog, int id) { mouse::Click(dialog.Child(id).Centre()); }
+    static void Toggle(Window dialog, int id) {
+        const bool before = IsChecked(dialog, id);
+        Click(dialog, id);
+        WaitFor("the box changes", [&] { return IsChecked(dialog, id) != before; });
+    }
+    static void WaitUntilClosed(Window dialog) {
+        WaitFor("the options close", [&] { return !dialog.Exists(); });
+    }
+    /// Closes the dialog with one of its buttons.
+    static void Leave(Window dialog, int button) {
+        Click(dialog, button);
+        WaitUntilClosed(dialog);
+    }
+
+    ProgramFolder folder_;
+};
+
+TEST_F(OptionsDialogTest, AppliesEverySettingAndQuonIniKeepsIt) {
+    QuonPanel quon = Start({});
+    const Window dialog = OpenOptions(quon);
+    EXPECT_EQ(dialog.Owner(), quon.Main());
+    EXPECT_TRUE(dialog.IsTopmost());
+    for (const int id : {408, 409, 400, 401, 402, 403, 404, 405, 406, 407})
+        Toggle(dialog, id);
+    Click(dialog, 432);
+    WaitFor("the top edge is chosen", [&] { return IsChecked(dialog, 432); });
+    Click(dialog, kDelay);
+    WaitFor("the delay has the focus", [&] { return dialog.Child(kDelay).IsFocused(); });
+    dialog.Child(kDelay).Send(EM_SETSEL, 0, -1);
+    keyboard::Type("1250");
+    WaitFor("the delay is typed", [&] { return dialog.Child(kDelay).Text() == "1250"; });
+    CaptureScreen().SaveAs("options.bmp");
+    Leave(dialog, kAccept);
+    EXPECT_EQ(StartEntry(), folder_.FullPath("Quon.exe"));
+    EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
+    const QuonIni expected{.start_with_windows = true,
+                           .start_glued = true,
+                           .hide_after_launch = true,
+                           .taskbar_processes_only = false,
+                           .close_button_closes = true,
+                           .extensive_tooltips = true,
+                           .edge = 2,
+                           .single_click = true,
+                           .show_collected = true};
+    EXPECT_EQ(folder_.IniValue("Settings", "Main"), expected.Main());
+    EXPECT_EQ(folder_.IniValue("Settings", "poptf"), "True");
+    EXPECT_EQ(folder_.IniValue("Settings", "popdelay"), "1250");
+    EXPECT_EQ(folder_.IniValue("Settings", "clickshow"), "True");
+}
+
+TEST_F(OptionsDialogTest, CancelLeavesEverySettingAndBringsThePanelOut) {
+    QuonIni ini;
+    ini.start_glued = true;
+    ini.edge = 3;
+    ini.click_shows = true;
+    ini.pop_delay = 350;
+    QuonPanel quon = Start(ini);
+    WaitFor("the panel is docked", [&] { return quon.IsDockedAt(Edge::kRight); });
+    const RECT strip = quon.Main().Rect();
+    mouse::Click({strip.left + 1, (strip.top + strip.bottom) / 2});
+    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    const Window dialog = OpenOptions(quon);
+    WaitFor("the panel docks", [&] { return quon.IsDockedAt(Edge::kRight); });
+    for (const int id : {400, 402, 403, 404, 405, 406, 407, 408})
+        Toggle(dialog, id);
+    Click(dialog, 431);
+    Leave(dialog, kCancel);
+    WaitFor("the panel comes out again", [&] { return quon.IsOut(); });
+    EXPECT_FALSE(StartEntry());
+    EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
+    EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini.Main());
+    EXPECT_EQ(folder_.IniValue("Settings", "popdelay"), "350");
+    EXPECT_EQ(folder_.IniValue("Settings", "poptf"), "False");
+}
+
+TEST_F(OptionsDialogTest, RemovesTheStartEntryAgain) {
+    QuonIni ini;
+    ini.click_shows = true;
+    ini.start_with_windows = true;
+    QuonPanel quon = Start(ini);
+    Leave(OpenOptions(quon), kAccept);
+    EXPECT_EQ(StartEntry(), folder_.FullPath("Quon.exe"));
+    const Window dialog = OpenOptions(quon);
+    Toggle(dialog, 400);
+    Leave(dialog, kAccept);
+    EXPECT_FALSE(StartEntry());
+    // There is nothing left to remove: no error.
+    Leave(OpenOptions(quon), kAccept);
+    EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
+}
+
+TEST_F(OptionsDialogTest, TellsThatTheStartEntrysKeyCannotBeOpenedAndStays) {
+    QuonIni ini;
+    ini.click_shows = true;
+    QuonPanel quon = Start(ini);
+    {
+        const RunKeyGone gone;
+        const Window dialog = OpenOptions(quon);
+        Toggle(dialog, 406);
+        Click(dialog, kAccept);
+        const Window box = WaitForSystemMessageBox(quon.Id(), "Quon: Error report");
+        EXPECT_EQ(box.Child(65535).Text(), "Couldn't make startup entry.");
+        EXPECT_EQ(box.Owner(), dialog);
+        CaptureScreen().SaveAs("options-entry.bmp");
+        keyboard::Press(VK_RETURN);
+        WaitFor("the message closes", [&] { return !box.Exists(); });
+        EXPECT_TRUE(quon.IsDockedAt(Edge::kBottom)) << "the dialog is still open";
+        // To be started with Windows fails as well, but silently.
+        Toggle(dialog, 400);
+        Leave(dialog, kAccept);
+        EXPECT_FALSE(StartEntry());
+    }
+    EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
+    const QuonIni expected{.start_with_windows = true, .single_click = true};
+    EXPECT_EQ(folder_.IniValue("Settings", "Main"), expected.Main());
+}
+
+TEST_F(OptionsDialogTest, ADelayThatIsNoNumberIsToldAndTheDialogStays) {
+    QuonIni ini;
+    ini.click_shows = true;
+    QuonPanel quon = Start(ini);
+    const Window dialog = OpenOptions(quon);
+    Toggle(dialog, 401);
+    Toggle(dialog, 406);
+    for (const std::string typed : {"abc", "", "99999999999"}) {
+        dialog.Child(kDelay).SetText(typed);
+        Click(dialog, kAccept);
+        const Window box = WaitForSystemMessageBox(quon.Id(), "Quon: Error report");
+        EXPECT_THAT(box.Child(65535).Text(), HasSubstr("\"" + typed + "\""));
+        EXPECT_EQ(box.Owner(), dialog);
+        CaptureScreen().SaveAs("options-delay.bmp");
+        keyboard::Press(VK_RETURN);
+        WaitFor("the error closes", [&] { return !box.Exists(); });
+        WaitFor("the delay has the focus", [&] { return dialog.Child(kDelay).IsFocused(); });
+    }
+    EXPECT_TRUE(quon.IsDockedAt(Edge::kBottom)) << "the dialog is still open";
+    Leave(dialog, kCancel);
+    EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
+    // What was copied before the delay stays, what comes after it is not copied.
+    EXPECT_EQ(folder_.IniValue("Settings", "Main"), QuonIni{.start_glued = true}.Main());
+    EXPECT_EQ(folder_.IniValue("Settings", "popdelay"), "500");
+}
+
+TEST_F(OptionsDialogTest, FramesBothTriggersInRedWhileItWarns) {
+    QuonIni ini;
+    ini.pop_on_hover = true;
+    ini.click_shows = true;
+    QuonPanel quon = Start(ini);
+    const Window dialog = OpenOptions(quon);
+    const RECT place = dialog.Child(kFrame).Rect();
+    Toggle(dialog, 408);
+    EXPECT_EQ(CaptureScreen(place).PixelCount(kRed), 0u);
+    Click(dialog, 409);
+    const MessageBoxWindow box = MessageBoxWindow::Wait(quon.Id());
+    WaitFor("the red frame", [&] { return CaptureScreen(place).PixelCount(kRed) > 100; });
+    CaptureScreen().SaveAs("options-warning.bmp");
+    // A frame, not a cover: what it frames is still to be seen.
+    EXPECT_GT(CaptureScreen(dialog.Child(409).Rect()).ColourCount(), 2u);
+    EXPECT_EQ(CaptureScreen(dialog.Child(409).Rect()).PixelCount(kRed), 0u);
+    box.ClickButton(0);
+    WaitFor("the frame goes", [&] { return CaptureScreen(place).PixelCount(kRed) == 0; });
+    EXPECT_FALSE(IsChecked(dialog, 408));
+    EXPECT_FALSE(IsChecked(dialog, 409));
+    Leave(dialog, kCancel);
+}
+
+TEST_F(OptionsDialogTest, ExplainsTheBoxUnderThePointer) {
+    QuonIni ini;
+    ini.click_shows = true;
+    QuonPanel quon = Start(ini);
+    const Window dialog = OpenOptions(quon);
+    const ToolTipWatch tips(dialog);
+    const auto hover = [&](int id) {
+        const POINT centre = dialog.Child(id).Centre();
+        mouse::MoveTo(centre);
+        dialog.Send(WM_NULL);
+        mouse::MoveTo({centre.x + 2, centre.y + 1});
+    };
+    hover(402);
+    const ToolTipText tip = tips.Wait();
+    EXPECT_EQ(tip.title, "Default: checked");
+    EXPECT_EQ(tip.text,
+              "If checked, Quon will move to the edge of your screen\nafter you open a file with it.");
+    CaptureScreen().SaveAs("options-tip.bmp");
+    hover(409);
+    WaitFor("the next box's tip",
+            [&] { return tips.Wait().text.find("'Hover XXX ms") != std::string::npos; });
+    // Between the frames there is only the dialog.
+    mouse::MoveTo({dialog.ClientRect().left + 3, dialog.ClientRect().top + 3});
+    WaitFor("the tip goes", [&] { return !tips.Shown(); });
+    hover(kDelay);
+    EXPECT_EQ(tips.Wait().text, "One second = 1000 ms");
+    Leave(dialog, kCancel);
+}
+
+TEST_F(OptionsDialogTest, TheMenuTheListAndTheCloseButtonFollow) {
+    QuonIni ini;
+    ini.click_shows = true;
+    folder_.WriteIniText(ini.Text() + "[Collected]\r\nПрограм=C:\\a.exe\r\n");
+    QuonPanel quon(folder_);
+    EXPECT_EQ(quon.Shortcuts().Send(CB_GETCOUNT), 1);
+    const Window dialog = OpenOptions(quon);
+    for (const int id : {404, 405, 407})
+        Toggle(dialog, id);
+    Leave(dialog, kAccept);
+    WaitFor("the list is filled anew", [&] { return quon.Shortcuts().Send(CB_GETCOUNT) == 2; });
+    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    mouse::Click(quon.ImageButton(2));
+    {
+        const PopupMenu menu = PopupMenu::Wait(quon.Id());
+        EXPECT_TRUE(menu.Item("Extensive tooltips").checked);
+        menu.Dismiss();
+    }
+    mouse::Click(quon.CloseButtonPlace());
+    EXPECT_EQ(quon.Program().WaitForExit(), 0u);
+}
+
+TEST_F(OptionsDialogTest, GoesByTheKeyboardAlone) {
+    QuonIni ini;
+    ini.edge = 9;
+    ini.click_shows = true;
+    QuonPanel quon = Start(ini);
+    {
+        const Window dialog = OpenOptions(quon);
+        keyboard::Press(VK_SPACE);
+        WaitFor("the first box is checked", [&] { return IsChecked(dialog, 400); });
+        keyboard::Press(VK_ESCAPE);
+        WaitUntilClosed(dialog);
+    }
+    {
+        const Window dialog = OpenOptions(quon);
+        EXPECT_FALSE(IsChecked(dialog, 400));
+        for (int id = 431; id <= 434; ++id)
+            EXPECT_FALSE(IsChecked(dialog, id)) << "a number that is no edge marks none";
+        // Past the edges: having had the focus is no choice.
+        for (const int id : {401, 403, 405, 406, 431, 402}) {
+            keyboard::Press(VK_TAB);
+            WaitFor("control " + std::to_string(id) + " has the focus",
+                    [&] { return dialog.Child(id).IsFocused(); });
+        }
+        keyboard::Press(VK_SPACE);
+        WaitFor("that box is checked", [&] { return IsChecked(dialog, 402); });
+        keyboard::Press(VK_RETURN);
+        WaitUntilClosed(dialog);
+    }
+    EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
+    const QuonIni expected{.hide_after_launch = true, .edge = 9};
+    EXPECT_EQ(folder_.IniValue("Settings", "Main"), expected.Main());
+}
+
+TEST_F(OptionsDialogTest, ClosesWithTheProgram) {
+    QuonIni ini;
+    ini.click_shows = true;
+    QuonPanel quon = Start(ini);
+    Toggle(OpenOptions(quon), 401);
+    quon.Main().Post(WM_CLOSE);
+    EXPECT_EQ(quon.Program().WaitForExit(), 0u);
+    EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini.Main());
+}
+
+}  // namespace
+}  // namespace testkit

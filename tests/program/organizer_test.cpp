@@ -1,0 +1,114 @@
+// The organiser and the editors it opens on the whole program: by mouse, wheel and keyboard, and what
+// Quon.ini, the panel and the drop-down show afterwards.
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/program/quon_panel.h"
+
+namespace testkit {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::Not;
+
+constexpr int kEdit = 500;
+constexpr int kDelete = 501;
+constexpr int kQuit = 502;
+constexpr int kList = 511;
+constexpr int kBar = 512;
+
+class OrganizerTest : public ::testing::Test {
+  protected:
+    QuonPanel Start(const QuonIni& ini) const {
+        folder_.WriteIniText(ini.Text());
+        return QuonPanel(folder_);
+    }
+    static Window Open(QuonPanel& quon, int shortcuts) {
+        mouse::Click(quon.ImageButton(2));
+        PopupMenu::Wait(quon.Id()).Choose("Organize shortcuts");
+        const Window organiser = quon.Program().WaitForWindow(
+            {.title = "Organize shortcuts - " + std::to_string(shortcuts) + " shortcuts found"});
+        WaitFor("the list has the focus", [&] { return organiser.Child(kList).IsFocused(); });
+        return organiser;
+    }
+    static void WaitForName(Window organiser, const std::string& name) {
+        WaitFor("the row is selected", [&] { return organiser.Child(kList).Text() == name; });
+    }
+    static void Leave(Window organiser) {
+        mouse::Click(organiser.Child(kQuit));
+        WaitFor("the organiser closes", [&] { return !organiser.Exists(); });
+    }
+    static int BarValue(Window organiser) { return static_cast<int>(organiser.Child(kBar).Send(SBM_GETPOS)); }
+
+    ProgramFolder folder_;
+};
+
+TEST_F(OrganizerTest, AShortcutDeletedHereFreesItsButton) {
+    QuonIni ini;
+    ini.AddShortcut("13", "Белешке", folder_.MakeFile("белешке.txt"));
+    ini.AddShortcut("12", "Other", folder_.MakeFile("other.txt"));
+    QuonPanel quon = Start(ini);
+    quon.ExpectName(3, "Белешке");
+    const Window organiser = Open(quon, 2);
+    EXPECT_TRUE(quon.IsDockedAt(Edge::kBottom));
+    EXPECT_TRUE(organiser.IsTopmost());
+    WaitForName(organiser, "Белешке");
+    mouse::Click(organiser.Child(kDelete));
+    const MessageBoxWindow box = MessageBoxWindow::Wait(quon.Id());
+    EXPECT_EQ(box.Text(),
+              "You have this shortcut on the button too (Tab 1, button 3).\nPlease confirm deletion.");
+    box.ClickButton(0);
+    WaitForName(organiser, "Other");
+    Leave(organiser);
+    quon.ExpectName(3, "Empty");
+    quon.ExpectName(2, "Other");
+    EXPECT_EQ(folder_.IniValue("Buttons", "13"), "");
+    EXPECT_THAT(folder_.Ini().Keys("Cuts"), ElementsAre("Other"));
+}
+
+TEST_F(OrganizerTest, AGroupRenamedHereIsRenamedOnItsButton) {
+    QuonIni ini;
+    const std::string members = folder_.MakeFile("a.txt") + "|" + folder_.MakeFile("文件.txt");
+    ini.AddShortcut("11", "Work", members);
+    QuonPanel quon = Start(ini);
+    const Window organiser = Open(quon, 1);
+    mouse::Click(organiser.Child(kEdit));
+    const Window editor = quon.Program().WaitForWindow({.title = "Edit group"});
+    WaitFor("the name has the focus", [&] { return editor.Child(700).IsFocused(); });
+    EXPECT_TRUE(editor.Child(713).IsVisible());
+    keyboard::Type("Play");
+    WaitFor("the name is free", [&] { return !editor.Child(713).IsVisible(); });
+    keyboard::Press(VK_RETURN);
+    WaitForName(organiser, "Play");
+    Leave(organiser);
+    quon.ExpectName(1, "Play");
+    EXPECT_EQ(folder_.IniValue("Buttons", "11"), "Play|0");
+    EXPECT_EQ(folder_.IniValue("Cuts", "Play"), members);
+    EXPECT_THAT(folder_.Ini().Keys("Cuts"), Not(Contains("Work")));
+}
+
+TEST_F(OrganizerTest, TheRealWheelScrollsTheList) {
+    QuonIni ini;
+    for (int index = 0; index < 100; ++index)
+        ini.cuts.emplace_back("n" + std::to_string(index), "C:\\windows");
+    QuonPanel quon = Start(ini);
+    const Window organiser = Open(quon, 100);
+    mouse::MoveTo(organiser.Child(510).Centre());
+    mouse::Wheel(-1);
+    WaitFor("the list scrolls", [&] { return BarValue(organiser) == 102; });
+    mouse::Wheel(1);
+    WaitFor("the list scrolls back", [&] { return BarValue(organiser) == 0; });
+    keyboard::Press(VK_END);
+    WaitForName(organiser, "n99");
+    EXPECT_GT(BarValue(organiser), 4000);
+    keyboard::Press(VK_ESCAPE);
+    WaitFor("the organiser closes", [&] { return !organiser.Exists(); });
+}
+
+}  // namespace
+}  // namespace testkit

@@ -1,0 +1,376 @@
+// The panel worked by keys, and what is dragged and renamed on it.
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include "tests/program/other_window.h"
+#include "tests/program/quon_panel.h"
+#include "tests/support/text.h"
+
+namespace testkit {
+namespace {
+
+using ::testing::ElementsAreArray;
+using ::testing::SizeIs;
+
+class PanelKeyboardTest : public ::testing::Test {
+  protected:
+    QuonPanel Start(const QuonIni& ini) const {
+        folder_.WriteIniText(ini.Text());
+        QuonPanel quon(folder_);
+        quon.Main().Activate();
+        WaitFor("the first button has the focus", [&] { return quon.Button(1).IsFocused(); });
+        return quon;
+    }
+    static void PressAndExpectFocus(const QuonPanel& quon, const Keys& keys, int id) {
+        keyboard::Chord(keys);
+        HappensWithin(kPatience, [&] { return FocusId(quon) == id; });
+        EXPECT_EQ(FocusId(quon), id);
+    }
+    /// The id of the focused child; the drop-down's edit field counts as the drop-down.
+    static int FocusId(const QuonPanel& quon) {
+        GUITHREADINFO info = {};
+        info.cbSize = sizeof info;
+        GetGUIThreadInfo(quon.Main().ThreadId(), &info);
+        const Window focus(info.hwndFocus);
+        return focus.IsDescendantOf(quon.Shortcuts()) ? quon.Shortcuts().Id() : focus.Id();
+    }
+    std::string Record(const std::string& section, const std::string& key) const {
+        return folder_.IniValue(section, key).value_or("(no such key)");
+    }
+
+    ProgramFolder folder_;
+};
+
+TEST_F(PanelKeyboardTest, TabGoesThroughEverythingAndArrowsThroughItsKind) {
+    QuonPanel quon = Start({});
+    for (const int id :
+         {202, 203, 204, 205, 206, 207, 208, 209, 240, 241, 242, 243, 230, 101, 102, 103, 104, 105, 106, 201})
+        PressAndExpectFocus(quon, {VK_TAB}, id);
+    // The image buttons and the headers each make a circle, the buttons a field with borders.
+    PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, 106);
+    PressAndExpectFocus(quon, {VK_RIGHT}, 101);
+    PressAndExpectFocus(quon, {VK_LEFT}, 106);
+    PressAndExpectFocus(quon, {VK_TAB}, 201);
+    PressAndExpectFocus(quon, {VK_LEFT}, 201);
+    PressAndExpectFocus(quon, {VK_UP}, 201);
+    PressAndExpectFocus(quon, {VK_RIGHT}, 202);
+    PressAndExpectFocus(quon, {VK_DOWN}, 205);
+    PressAndExpectFocus(quon, {VK_DOWN}, 208);
+    PressAndExpectFocus(quon, {VK_DOWN}, 208);
+    PressAndExpectFocus(quon, {VK_RIGHT}, 209);
+    PressAndExpectFocus(quon, {VK_RIGHT}, 209);
+    PressAndExpectFocus(quon, {VK_TAB}, 240);
+    for (const int id : {241, 242, 243, 240})
+        PressAndExpectFocus(quon, {VK_RIGHT}, id);
+    for (const int id : {243, 242})
+        PressAndExpectFocus(quon, {VK_LEFT}, id);
+    for (const int id : {241, 240, 209})
+        PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, id);
+    PressAndExpectFocus(quon, {VK_UP}, 206);
+    PressAndExpectFocus(quon, {VK_LEFT}, 205);
+}
+
+TEST_F(PanelKeyboardTest, EnterAndSpaceOpenButtonsAndShowTabs) {
+    const std::string target = folder_.CopyIn(TestTargetExe(), "target.exe");
+    QuonIni ini;
+    ini.AddShortcut("12", "Editor", target);
+    ini.AddShortcut("61", "Sixth", folder_.Path());
+    QuonPanel quon = Start(ini);
+    PressAndExpectFocus(quon, {VK_RIGHT}, 202);
+    keyboard::Press(VK_RETURN);
+    RunningProgram::Attach(WaitForTargetLaunches(target, 1).back().process_id).CloseAndWait();
+    quon.Main().Activate();
+    keyboard::Chord({VK_SHIFT, VK_SPACE});
+    const TargetLaunch launch = WaitForTargetLaunches(target, 2).back();
+    EXPECT_EQ(launch.show_state, SW_SHOWMAXIMIZED);
+    RunningProgram::Attach(launch.process_id).CloseAndWait();
+    quon.Main().Activate();
+    keyboard::Chord({VK_MENU, VK_RETURN});
+    const TargetLaunch minimized = WaitForTargetLaunches(target, 3).back();
+    EXPECT_EQ(minimized.show_state, SW_MINIMIZE);
+    RunningProgram::Attach(minimized.process_id).CloseAndWait();
+    quon.Main().Activate();
+    PressAndExpectFocus(quon, {VK_LEFT}, 201);
+    PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, 106);
+    keyboard::Press(VK_SPACE);
+    quon.ExpectName(1, "Sixth");
+    PressAndExpectFocus(quon, {VK_RIGHT}, 101);
+    keyboard::Press(VK_RETURN);
+    quon.ExpectName(1, "Empty");
+    EXPECT_THAT(TargetLaunches(target), SizeIs(3));
+}
+
+TEST_F(PanelKeyboardTest, TheFocusIsMarkedOnceAKeyIsUsed) {
+    QuonPanel quon = Start({});
+    quon.LeaveAlone();
+    const auto face = [&](int button) { return CaptureWindow(quon.Button(button)); };
+    const Picture plain = face(9);
+    EXPECT_EQ(face(1), plain) << "marked before a key was used";
+    PressAndExpectFocus(quon, {VK_RIGHT}, 202);
+    WaitFor("the mark", [&] { return face(2) != plain; });
+    const Picture marked = face(2);
+    // A dotted line three pixels inside the face, and nothing else.
+    for (const RECT untouched : {RECT{0, 0, 102, 3}, RECT{0, 87, 102, 90}, RECT{0, 0, 3, 90},
+                                 RECT{99, 0, 102, 90}, RECT{4, 4, 98, 86}})
+        EXPECT_EQ(marked.Part(untouched), plain.Part(untouched));
+    for (const RECT line : {RECT{3, 3, 99, 4}, RECT{3, 86, 99, 87}, RECT{3, 3, 4, 87}, RECT{98, 3, 99, 87}}) {
+        const Picture part = marked.Part(line);
+        const int length = part.Width() * part.Height();
+        EXPECT_NEAR(static_cast<double>(part.DifferenceCount(plain.Part(line))), length / 2.0, 3.0);
+    }
+    EXPECT_EQ(face(1), plain);
+    PressAndExpectFocus(quon, {VK_RIGHT}, 203);
+    WaitFor("the mark goes on", [&] { return face(2) == plain && face(3) == marked; });
+}
+
+/// Has the test's target open files of one type, as long as it lives.
+class OpenedByTarget {
+  public:
+    OpenedByTarget(const std::string& extension, const std::string& target) : extension_(Wide(extension)) {
+        Write(extension_, kType);
+        Write(std::wstring(kType) + L"\\shell\\open\\command", L"\"" + Wide(target) + L"\" \"%1\"");
+    }
+    ~OpenedByTarget() {
+        Write(extension_, former_);
+        RegDeleteTreeW(HKEY_CLASSES_ROOT, kType);
+    }
+    OpenedByTarget(const OpenedByTarget&) = delete;
+    OpenedByTarget& operator=(const OpenedByTarget&) = delete;
+
+  private:
+    static constexpr wchar_t kType[] = L"QuonTestType";
+
+    static std::wstring Read(const std::wstring& key) {
+        wchar_t value[256] = L"";
+        DWORD size = sizeof value;
+        RegGetValueW(HKEY_CLASSES_ROOT, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, value, &size);
+        return value;
+    }
+    static void Write(const std::wstring& key, const std::wstring& value) {
+        RegSetKeyValueW(HKEY_CLASSES_ROOT, key.c_str(), nullptr, REG_SZ, value.c_str(),
+                        static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
+    }
+
+    std::wstring extension_;
+    std::wstring former_ = Read(extension_);
+};
+
+TEST_F(PanelKeyboardTest, F1OpensTheManualWhereverTheFocusIs) {
+    const std::string target = folder_.CopyIn(TestTargetExe(), "target.exe");
+    const std::string manual = folder_.MakeFile("Manual.chm", "pages");
+    const OpenedByTarget type(".chm", target);
+    QuonIni ini;
+    ini.AddShortcut("11", "Editor", target);
+    QuonPanel quon = Start(ini);
+    std::size_t launches = 0;
+    const auto press = [&] {
+        keyboard::Press(VK_F1);
+        const TargetLaunch launch = WaitForTargetLaunches(target, ++launches).back();
+        EXPECT_EQ(launch.command_line, "\"" + target + "\" \"" + manual + "\"");
+        RunningProgram::Attach(launch.process_id).CloseAndWait();
+    };
+    press();
+    for (const int id : {106, 105, 104, 103, 102, 101, 230, 243}) {
+        quon.Main().Activate();
+        PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, id);
+        if (id == 106 || id == 230 || id == 243) press();
+    }
+    // In a dialog too.
+    quon.OpenButton(1, {VK_MENU, VK_CONTROL});
+    const MessageBoxWindow question = MessageBoxWindow::Wait(quon.Id());
+    WaitFor("the input line has the focus", [&] { return question.Input().IsFocused(); });
+    press();
+    question.AnswerByKey(VK_ESCAPE);
+    EXPECT_THAT(TargetLaunches(target), SizeIs(launches));
+}
+
+TEST_F(PanelKeyboardTest, TheMenuKeysOpenTheButtonMenu) {
+    QuonIni ini;
+    ini.AddShortcut("11", "Folder", folder_.Path());
+    ini.AddShortcut("12", "Group", folder_.Path() + "|C:\\");
+    QuonPanel quon = Start(ini);
+    std::vector<std::string> captions = {"Add file to button",
+                                         "Add folder to button",
+                                         "Add group to button",
+                                         "-",
+                                         "Free button",
+                                         "-",
+                                         "Show file properties",
+                                         "Find target",
+                                         "-",
+                                         "Assign from active",
+                                         "File operations",
+                                         "Paste from clipboard",
+                                         "Change icon"};
+    keyboard::Chord({VK_SHIFT, VK_F10});
+    {
+        const PopupMenu menu = PopupMenu::Wait(quon.Id());
+        EXPECT_THAT(menu.Captions(), ElementsAreArray(captions));
+        CaptureScreen().SaveAs("button-menu.bmp");
+        menu.Dismiss();
+    }
+    PressAndExpectFocus(quon, {VK_RIGHT}, 202);
+    keyboard::Press(VK_APPS);
+    captions[2] = "Edit group";
+    const PopupMenu menu = PopupMenu::Wait(quon.Id());
+    EXPECT_THAT(menu.Captions(), ElementsAreArray(captions));
+    for (const char* single : {"Show file properties", "Find target", "File operations", "Change icon"})
+        EXPECT_FALSE(menu.Item(single).enabled) << single;
+    constexpr std::chrono::milliseconds kOneStep{300};
+    const auto reached = [&] { return menu.Item("Free button").highlighted; };
+    for (std::size_t step = 0; step < captions.size() && !reached(); ++step) {
+        keyboard::Press(VK_DOWN);
+        HappensWithin(kOneStep, reached);
+    }
+    keyboard::Press(VK_RETURN);
+    quon.ExpectName(2, "Empty");
+    EXPECT_EQ(Record("Buttons", "12"), "");
+    EXPECT_EQ(Record("Cuts", "Group"), "(no such key)");
+}
+
+TEST_F(PanelKeyboardTest, F2RenamesInPlace) {
+    const std::string target = folder_.CopyIn(TestTargetExe(), "target.exe");
+    QuonIni ini;
+    ini.AddShortcut("11", "Editor", target, "/x");
+    ini.AddShortcut("12", "Other", target);
+    QuonPanel quon = Start(ini);
+    keyboard::Press(VK_F2);
+    WaitFor("the rename box has the focus", [&] { return quon.RenameBox().IsFocused(); });
+    EXPECT_EQ(quon.RenameBox().Text(), "Editor");
+    EXPECT_GE(static_cast<short>(LOWORD(quon.RenameBox().Send(EM_POSFROMCHAR, 0))), 0)
+        << "the name's start is out of sight";
+    // Over its button, and its button stays the same wherever the pointer goes.
+    EXPECT_GT(quon.RenameBox().Rect().top, quon.Button(1).Rect().top);
+    EXPECT_LT(quon.RenameBox().Rect().bottom, quon.Button(1).Rect().bottom);
+    quon.Settle();
+    CaptureScreen().SaveAs("rename.bmp");
+    keyboard::Type("Нове име 文字\n");
+    quon.ExpectName(1, "Нове име 文字");
+    WaitFor("the box hides", [&] { return !quon.RenameBox().IsVisible(); });
+    EXPECT_EQ(Record("Buttons", "11"), "Нове име 文字|0");
+    EXPECT_EQ(Record("Cuts", "Нове име 文字"), target);
+    EXPECT_EQ(Record("Cuts", "Editor"), "(no such key)");
+    EXPECT_EQ(Record("Switch", "Нове име 文字"), "/x");
+    EXPECT_EQ(Record("Switch", "Editor"), "(no such key)");
+    EXPECT_EQ(quon.Button(2).Text(), "Other");
+}
+
+TEST_F(PanelKeyboardTest, EscapeAndALostFocusAbandonARename) {
+    QuonIni ini;
+    ini.AddShortcut("11", "Editor", folder_.Path());
+    QuonPanel quon = Start(ini);
+    const std::string before = folder_.IniBytes();
+    const auto begin = [&] {
+        keyboard::Press(VK_F2);
+        WaitFor("the rename box has the focus", [&] { return quon.RenameBox().IsFocused(); });
+        EXPECT_EQ(quon.RenameBox().Text(), "Editor");
+    };
+    const auto hidden = [&] { return !quon.RenameBox().IsVisible(); };
+    begin();
+    keyboard::Type("abc");
+    keyboard::Press(VK_ESCAPE);
+    WaitFor("the box hides on Esc", hidden);
+    WaitFor("the button has the focus again", [&] { return quon.Button(1).IsFocused(); });
+    begin();
+    // An empty name is no name: Enter leaves the box as it is.
+    keyboard::Press(VK_DELETE);
+    keyboard::Press(VK_RETURN);
+    keyboard::Type("x");
+    WaitFor("the box takes more", [&] { return quon.RenameBox().Text() == "x"; });
+    EXPECT_TRUE(quon.RenameBox().IsVisible());
+    mouse::Click(quon.Button(5));
+    WaitFor("the box hides when the focus goes", hidden);
+    // The free button is the current one now and has no name to change.
+    keyboard::Press(VK_F2);
+    quon.Settle();
+    EXPECT_FALSE(quon.RenameBox().IsVisible());
+    EXPECT_EQ(quon.Button(1).Text(), "Editor");
+    EXPECT_EQ(folder_.IniBytes(), before);
+}
+
+TEST_F(PanelKeyboardTest, LeavingForAnotherProgramAbandonsARename) {
+    QuonIni ini;
+    ini.AddShortcut("15", "Editor", folder_.Path());
+    QuonPanel quon = Start(ini);
+    const std::string before = folder_.IniBytes();
+    PressAndExpectFocus(quon, {VK_RIGHT}, 202);
+    PressAndExpectFocus(quon, {VK_DOWN}, 205);
+    keyboard::Press(VK_F2);
+    WaitFor("the rename box has the focus", [&] { return quon.RenameBox().IsFocused(); });
+    keyboard::Type("abc");
+    WaitFor("the name is typed", [&] { return quon.RenameBox().Text() == "abc"; });
+    const OtherWindow other({20, 20, 120, 120});
+    other.AsWindow().Activate();
+    WaitFor("the box hides", [&] { return !quon.RenameBox().IsVisible(); });
+    quon.Main().Activate();
+    WaitFor("the button has the focus again", [&] { return quon.Button(5).IsFocused(); });
+    EXPECT_EQ(quon.Button(5).Text(), "Editor");
+    EXPECT_EQ(folder_.IniBytes(), before);
+}
+
+TEST_F(PanelKeyboardTest, ADragOverAHeaderShowsItsTabAndADropElsewhereChangesNothing) {
+    QuonIni ini;
+    ini.AddShortcut("11", "First", folder_.Path());
+    ini.AddShortcut("31", "Third", folder_.Path());
+    QuonPanel quon = Start(ini);
+    const auto record = [&] { return Record("Buttons", "11") + " " + Record("Buttons", "31"); };
+    const std::string before = record();
+    const Keys moving = {VK_CONTROL, VK_SHIFT};
+    mouse::Drag(quon.Button(1).Centre(), quon.Header(3).Centre(), moving);
+    quon.ExpectName(1, "Third");
+    // A press without the keys, or with the right button, moves nothing.
+    mouse::Drag(quon.Button(1).Centre(), quon.Header(1).Centre());
+    quon.Settle();
+    EXPECT_EQ(quon.Button(1).Text(), "Third");
+    // Esc ends the move where it is.
+    mouse::MoveTo(quon.Button(1).Centre());
+    {
+        const HeldKeys keys(moving);
+        mouse::Press();
+        mouse::Glide(quon.Button(5).Centre());
+        keyboard::Press(VK_ESCAPE);
+        mouse::Release();
+    }
+    quon.Settle();
+    EXPECT_EQ(quon.Button(1).Text(), "Third");
+    EXPECT_EQ(quon.Button(5).Text(), "Empty");
+    EXPECT_FALSE(MessageBoxWindow::IsShown(quon.Id()));
+    // There is nothing to move on a free button: the header under the pointer does not show its tab.
+    mouse::Drag(quon.Button(6).Centre(), quon.Header(1).Centre(), moving);
+    quon.Settle();
+    EXPECT_EQ(quon.Button(1).Text(), "Third");
+    EXPECT_EQ(record(), before);
+}
+
+TEST_F(PanelKeyboardTest, ADragMovesAShortcutToAButtonOfAnotherTab) {
+    const std::string target = folder_.CopyIn(TestTargetExe(), "target.exe");
+    QuonIni ini;
+    ini.AddShortcut("11", "Премештен 文", target, "/x");
+    QuonPanel quon = Start(ini);
+    mouse::MoveTo(quon.Button(1).Centre());
+    {
+        const HeldKeys keys({VK_CONTROL, VK_SHIFT});
+        mouse::Press();
+        mouse::Glide(quon.Header(2).Centre());
+        mouse::Glide(quon.Button(6).Centre());
+        mouse::Release();
+    }
+    quon.ExpectName(6, "Премештен 文");
+    EXPECT_FALSE(MessageBoxWindow::IsShown(quon.Id())) << "a free button asks nothing";
+    EXPECT_EQ(Record("Buttons", "11"), "");
+    EXPECT_EQ(Record("Buttons", "26"), "Премештен 文|0");
+    EXPECT_EQ(Record("Cuts", "Премештен 文"), target);
+    EXPECT_EQ(Record("Switch", "Премештен 文"), "/x");
+    mouse::Click(quon.Header(1));
+    quon.Settle();
+    EXPECT_EQ(quon.Button(1).Text(), "Empty");
+}
+
+}  // namespace
+}  // namespace testkit

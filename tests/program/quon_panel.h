@@ -1,0 +1,100 @@
+// A running Quon with its panel, and the Quon.ini it starts with.
+//
+//     ProgramFolder folder;
+//     QuonIni ini;
+//     ini.single_click = true;
+//     ini.AddShortcut("11", "Editor", folder.CopyIn(TestTargetExe(), "target.exe"));
+//     folder.WriteIniText(ini.Text());
+//     QuonPanel quon(folder);
+//     mouse::Click(quon.Button(1));
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "tests/support/desktop.h"
+
+namespace testkit {
+
+/// The settings by their names and the records by their keys. What a test does not set is as quiet as can be:
+/// nothing docks, collects or pops up by itself.
+struct QuonIni {
+    using Records = std::vector<std::pair<std::string, std::string>>;
+
+    int current_tab = 1;
+    bool start_with_windows = false;
+    bool start_glued = false;
+    bool hide_after_launch = false;
+    bool taskbar_processes_only = true;
+    bool close_button_closes = false;
+    bool extensive_tooltips = false;
+    int edge = 4;
+    bool single_click = false;
+    bool show_collected = false;
+    bool tab_descriptions = false;
+    bool pop_on_hover = false;
+    int pop_delay = 500;
+    bool click_shows = false;
+    Records buttons = {};
+    Records cuts = {};
+    Records switches = {};
+
+    /// Binds the button of this key ("11" to "69") to a shortcut; several members joined by "|" are a group.
+    void AddShortcut(const std::string& key, const std::string& name, const std::string& value,
+                     const std::string& command_switch = {});
+    /// The value of "Main".
+    std::string Main() const;
+    /// The whole file.
+    std::string Text() const;
+};
+
+enum class Edge { kLeft = 1, kTop, kRight, kBottom };
+
+class QuonPanel {
+  public:
+    /// Starts Quon in the folder and waits until its panel takes input and drops.
+    explicit QuonPanel(const ProgramFolder& folder);
+
+    RunningProgram& Program() { return program_; }
+    DWORD Id() const { return program_.Id(); }
+
+    Window Main() const { return main_; }
+    /// 1 to 6.
+    Window Header(int index) const { return main_.Child(100 + index); }
+    /// 1 to 9.
+    Window Button(int index) const { return main_.Child(200 + index); }
+    Window HoverPicture() const { return main_.Child(210); }
+    Window RenameBox() const { return main_.Child(220); }
+    Window Shortcuts() const { return main_.Child(230); }
+    /// 0 to 3.
+    Window ImageButton(int index) const { return main_.Child(240 + index); }
+
+    /// Whether only the strip at this edge is on the screen.
+    bool IsDockedAt(Edge edge) const;
+    /// Whether the whole panel is on the screen.
+    bool IsOut() const;
+    /// A pixel of the caption bar's close button.
+    POINT CloseButtonPlace() const;
+    /// A double click on a button with keys held, the panel being in front: Wine forgets held keys when a
+    /// click brings a window to the front.
+    void OpenButton(int index, const Keys& held = {}) const;
+    /// Waits until the panel has handled all the input so far, seen by the hover picture following the
+    /// pointer.
+    void Settle() const;
+    /// Takes the pointer off the panel and waits until that has painted itself without the hover picture.
+    void LeaveAlone() const;
+    /// Waits until headers and buttons are to be seen on the screen.
+    void WaitUntilPainted() const;
+    /// Waits until a button bears this name; fails the test naming both when it never does.
+    void ExpectName(int button, const std::string& name) const;
+
+  private:
+    RunningProgram program_;
+    Window main_;
+};
+
+}  // namespace testkit

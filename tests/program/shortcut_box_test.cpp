@@ -1,0 +1,396 @@
+// The drop-down of text shortcuts under the user's hands: typing, opening, refreshing, drops, the Go button.
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <ole2.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tests/program/quon_panel.h"
+#include "tests/support/drag_source.h"
+#include "tests/support/text.h"
+
+namespace testkit {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+class ShortcutBoxProgramTest : public ::testing::Test {
+  protected:
+    /// Starts Quon with the panel in front and the focus in the edit field.
+    void Start() {
+        folder_.WriteIniText(ini_.Text() + rest_);
+        quon_.emplace(folder_);
+        quon_->WaitUntilPainted();
+        FocusBox();
+    }
+    void FocusBox() {
+        mouse::Click(Edit().ClientPoint(5, 5));
+        WaitFor("the box has the focus", [&] { return Edit().IsFocused(); });
+    }
+    Window Edit() const { return quon_->Shortcuts().Descendants().front(); }
+    /// The text with its selected part between "[" and "]"; "|" is the caret where nothing is selected.
+    std::string Shown() const {
+        std::wstring text = Wide(Edit().Text());
+        const LRESULT selection = Edit().Send(EM_GETSEL);
+        const std::size_t start = LOWORD(selection);
+        const std::size_t end = HIWORD(selection);
+        if (start > text.size() || end > text.size()) return "(in between)";
+        if (start == end) return Utf8(text.insert(start, L"|"));
+        return Utf8(text.insert(end, L"]").insert(start, L"["));
+    }
+    void ExpectShown(const std::string& shown) const {
+        HappensWithin(kPatience, [&] { return Shown() == shown; });
+        EXPECT_EQ(Shown(), shown);
+    }
+    void Clear() const {
+        keyboard::Press(VK_ESCAPE);
+        ExpectShown("|");
+    }
+    LRESULT Count() const { return quon_->Shortcuts().Send(CB_GETCOUNT); }
+    bool IsListed(const std::string& name) const {
+        return quon_->Shortcuts().Send(CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                       reinterpret_cast<LPARAM>(Wide(name).c_str())) >= 0;
+    }
+    void ExpectListed(const std::string& name, bool listed = true) const {
+        HappensWithin(kPatience, [&] { return IsListed(name) == listed; });
+        EXPECT_EQ(IsListed(name), listed) << name;
+    }
+    /// Opens the list with the mouse and clicks its last item.
+    void ChooseRefresh() const {
+        const RECT place = quon_->Shortcuts().Rect();
+        mouse::Click(POINT{place.right - 8, place.top + 10});
+        const Window list = WaitForTopWindow({.class_name = "ComboLBox", .process_id = quon_->Id()});
+        mouse::Click(POINT{list.Rect().left + 20, list.Rect().bottom - 8});
+    }
+
+    ProgramFolder folder_;
+    QuonIni ini_;
+    std::string rest_;
+    std::optional<QuonPanel> quon_;
+};
+
+class TypingTest : public ShortcutBoxProgramTest {
+  protected:
+    struct KeyMove {
+        WORD key;
+        bool up;
+    };
+    static void SendKeys(const std::vector<KeyMove>& moves) {
+        std::vector<INPUT> inputs;
+        for (const auto& [key, up] : moves) {
+            INPUT input = {};
+            input.type = INPUT_KEYBOARD;
+            input.ki.wVk = key;
+            input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(key, MAPVK_VK_TO_VSC));
+            input.ki.dwFlags = up ? KEYEVENTF_KEYUP : 0;
+            inputs.push_back(input);
+        }
+        ASSERT_EQ(SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT)), inputs.size());
+    }
+    TypingTest() {
+        for (const char* name : {"Calc", "Notepad", "Notes 2", "Заметки", "日本語の本"})
+            ini_.cuts.emplace_back(name, "C:\\nothing");
+    }
+};
+
+TEST_F(TypingTest, CompletesLetterByLetterAndAllAtOnce) {
+    Start();
+    keyboard::Press('N');
+    ExpectShown("N[otepad]");
+    keyboard::Press('O');
+    ExpectShown("No[tepad]");
+    keyboard::Press('T');
+    keyboard::Press('E');
+    keyboard::Press('S');
+    ExpectShown("Notes[ 2]");
+    CaptureWindow(quon_->Main()).SaveAs("completion.bmp");
+    Clear();
+    keyboard::Type("notepad");
+    ExpectShown("Notepad|");
+    Clear();
+    keyboard::Type("otep");
+    ExpectShown("otep[ad]");
+    Clear();
+    keyboard::Type("cal and more");
+    ExpectShown("Cal and more|");
+}
+
+TEST_F(TypingTest, AFastTypistsKeysOverlap) {
+    Start();
+    for (int round = 0; round < 3; ++round) {
+        // Each key goes down before the one before it goes up.
+        SendKeys({{'N', false}, {'O', false}, {'N', true}, {'O', true}});
+        ExpectShown("No[tepad]");
+        SendKeys({{'T', false}, {'E', false}, {'T', true}, {'S', false}, {'S', true}, {'E', true}});
+        ExpectShown("Notes[ 2]");
+        Clear();
+    }
+    keyboard::Chord({VK_SHIFT, 'N'});
+    ExpectShown("N[otepad]");
+}
+
+TEST_F(TypingTest, CorrectionsAreLeftAsTheyAre) {
+    Start();
+    keyboard::Type("nox");
+    ExpectShown("Nox|");
+    keyboard::Press(VK_BACK);
+    ExpectShown("No|");
+    keyboard::Type("t");
+    ExpectShown("Not[epad]");
+    keyboard::Press(VK_BACK);
+    ExpectShown("Not|");
+    keyboard::Press(VK_BACK);
+    ExpectShown("No|");
+    keyboard::Type("tes");
+    ExpectShown("Notes[ 2]");
+    keyboard::Press(VK_DELETE);
+    ExpectShown("Notes|");
+    // In the midst of a text.
+    keyboard::Press(VK_HOME);
+    keyboard::Press(VK_DELETE);
+    ExpectShown("|otes");
+    keyboard::Type("n");
+    ExpectShown("n|otes");
+}
+
+TEST_F(TypingTest, TypingReplacesWhatIsSelected) {
+    Start();
+    keyboard::Type("nothing at all");
+    ExpectShown("Nothing at all|");
+    keyboard::Chord({VK_SHIFT, VK_HOME});
+    ExpectShown("[Nothing at all]");
+    keyboard::Type("c");
+    ExpectShown("C[alc]");
+    keyboard::Press(VK_END);
+    keyboard::Chord({VK_CONTROL, VK_SHIFT, VK_LEFT});
+    keyboard::Type("n");
+    ExpectShown("N[otepad]");
+}
+
+TEST_F(TypingTest, TakesEveryScript) {
+    Start();
+    keyboard::Type("Заметки 日本");
+    ExpectShown("Заметки 日本|");
+    Clear();
+    // The text comes from anywhere; a digit key asks for the rest.
+    keyboard::Type("notes ");
+    keyboard::Press('2');
+    ExpectShown("Notes 2|");
+}
+
+class OpeningTest : public ShortcutBoxProgramTest {
+  protected:
+    std::string MakeTarget(const std::string& name) const { return folder_.CopyIn(TestTargetExe(), name); }
+    static TargetLaunch CloseAfterLaunch(const std::string& target, std::size_t count) {
+        const TargetLaunch launch = WaitForTargetLaunches(target, count).back();
+        RunningProgram::Attach(launch.process_id).CloseAndWait();
+        return launch;
+    }
+};
+
+TEST_F(OpeningTest, EnterOpensWhatIsCompletedAndLeavesItThere) {
+    const std::string target = MakeTarget("алати\\уредник.exe");
+    ini_.cuts.emplace_back("Editor č 文", target);
+    Start();
+    keyboard::Type("ed");
+    ExpectShown("Ed[itor č 文]");
+    keyboard::Press(VK_RETURN);
+    const TargetLaunch launch = CloseAfterLaunch(target, 1);
+    EXPECT_EQ(launch.work_folder, folder_.FullPath("алати"));
+    EXPECT_EQ(launch.show_state, SW_SHOWNORMAL);
+    ExpectShown("Editor č 文|");
+    EXPECT_TRUE(quon_->IsOut());
+}
+
+TEST_F(OpeningTest, EnterDocksThePanelAfterwardsWhenTheSettingSaysSo) {
+    const std::string target = MakeTarget("target.exe");
+    ini_.hide_after_launch = true;
+    ini_.edge = static_cast<int>(Edge::kTop);
+    ini_.cuts.emplace_back("Editor", target);
+    Start();
+    keyboard::Type("editor\n");
+    CloseAfterLaunch(target, 1);
+    WaitFor("the panel docks", [&] { return quon_->IsDockedAt(Edge::kTop); });
+}
+
+TEST_F(OpeningTest, EscEmptiesTheBoxAndDocksThePanelOnlyFromAnEmptyOne) {
+    ini_.edge = static_cast<int>(Edge::kRight);
+    Start();
+    keyboard::Type("text");
+    ExpectShown("text|");
+    keyboard::Press(VK_ESCAPE);
+    ExpectShown("|");
+    EXPECT_TRUE(quon_->IsOut());
+    keyboard::Press(VK_ESCAPE);
+    WaitFor("the panel docks", [&] { return quon_->IsDockedAt(Edge::kRight); });
+}
+
+TEST_F(OpeningTest, TheGoButtonDocksThePanelAndOpens) {
+    const std::string target = MakeTarget("target.exe");
+    ini_.hide_after_launch = true;
+    ini_.edge = static_cast<int>(Edge::kLeft);
+    ini_.cuts.emplace_back("Editor", target);
+    Start();
+    keyboard::Type("editor");
+    ExpectShown("Editor|");
+    mouse::Click(quon_->ImageButton(3));
+    WaitFor("the panel docks", [&] { return quon_->IsDockedAt(Edge::kLeft); });
+    CloseAfterLaunch(target, 1);
+    EXPECT_EQ(Edit().Text(), "Editor");
+}
+
+TEST_F(OpeningTest, AChosenNameIsOpenedByEnterOnly) {
+    const std::string first = MakeTarget("first.exe");
+    const std::string second = MakeTarget("second.exe");
+    ini_.cuts.emplace_back("First", first);
+    ini_.cuts.emplace_back("Second", second);
+    Start();
+    keyboard::Press(VK_DOWN);
+    ExpectShown("[First]");
+    keyboard::Press(VK_DOWN);
+    ExpectShown("[Second]");
+    keyboard::Press(VK_RETURN);
+    CloseAfterLaunch(second, 1);
+    EXPECT_THAT(TargetLaunches(first), IsEmpty());
+    ExpectShown("Second|");
+}
+
+TEST_F(OpeningTest, AQueryStartsTheSearchToolOrSaysThatItIsMissing) {
+    Start();
+    keyboard::Type("?budget 2 план\n");
+    const MessageBoxWindow note = MessageBoxWindow::Wait(quon_->Id());
+    EXPECT_EQ(note.Text(),
+              "You need to have Quon Search Utility to execute this command.\n\nYou can download it from "
+              "Quon's web site.");
+    note.ClickButton(0);
+    const std::string tool = MakeTarget("QSU.exe");
+    FocusBox();
+    keyboard::Press(VK_RETURN);
+    const TargetLaunch launch = CloseAfterLaunch(tool, 1);
+    EXPECT_EQ(launch.command_line, "\"" + tool + "\" \"budget 2 план\"");
+    EXPECT_EQ(launch.show_state, SW_SHOWNORMAL);
+}
+
+class RefreshTest : public ShortcutBoxProgramTest {
+  protected:
+    bool HasProbes() const {
+        WIN32_FIND_DATAW found = {};
+        const HANDLE listing = FindFirstFileW(Wide(folder_.FullPath("tempfile*")).c_str(), &found);
+        if (listing != INVALID_HANDLE_VALUE) FindClose(listing);
+        return listing != INVALID_HANDLE_VALUE;
+    }
+};
+
+TEST_F(RefreshTest, TheRefreshItemReadsTheFileAnew) {
+    ini_.cuts.emplace_back("Old", "C:\\old");
+    Start();
+    EXPECT_TRUE(IsListed("Old"));
+    ini_.cuts.front().first = "Новый";
+    folder_.WriteIniText(ini_.Text());
+    ChooseRefresh();
+    ExpectListed("Новый");
+    EXPECT_FALSE(IsListed("Old"));
+    EXPECT_TRUE(IsListed("[Refresh list]"));
+    ExpectShown("|");
+    EXPECT_FALSE(MessageBoxWindow::IsShown(quon_->Id()));
+    EXPECT_FALSE(folder_.Ini().HasSection("Collected"));
+}
+
+TEST_F(RefreshTest, CollectsTheProgramsThatAreRegistered) {
+    ini_.show_collected = true;
+    ini_.cuts.emplace_back("Mine", "C:\\mine");
+    rest_ = "[Collected]\r\nGone=C:\\gone.exe\r\n";
+    Start();
+    EXPECT_TRUE(IsListed("Gone")) << "the list is filled again once the settings are known";
+    ChooseRefresh();
+    const MessageBoxWindow note = MessageBoxWindow::Wait(quon_->Id());
+    EXPECT_EQ(note.Text(), "To start the application, just choose it from drop-down box.");
+    EXPECT_EQ(note.BoxWindow().Owner(), quon_->Main());
+    EXPECT_EQ(Edit().Text(), "");
+    EXPECT_FALSE(HasProbes());
+    CaptureScreen().SaveAs("collected.bmp");
+    note.ClickButton(0);
+    ExpectListed("notepad");
+    EXPECT_TRUE(IsListed("Mine"));
+    EXPECT_TRUE(IsListed("[Refresh list]"));
+    std::vector<std::string> paths;
+    for (const IniText::Entry& entry : folder_.Ini().Entries("Collected")) {
+        ExpectListed(entry.key);
+        EXPECT_THAT(paths, ::testing::Not(Contains(entry.value)));
+        paths.push_back(entry.value);
+    }
+    EXPECT_GT(paths.size(), 2u);
+}
+
+class BoxDropProgramTest : public ShortcutBoxProgramTest {
+  protected:
+    DWORD DropOnEdit(const DragOffer& offer) { return source_.Drop(offer, Edit().Centre()); }
+    /// Onto the arrow beside the edit field.
+    DWORD DropOnBox(const DragOffer& offer) {
+        const RECT place = quon_->Shortcuts().Rect();
+        return source_.Drop(offer, {place.right - 8, place.top + 10});
+    }
+    std::optional<std::string> Cut(const std::string& name) const { return folder_.IniValue("Cuts", name); }
+
+    ProgramFolder files_{"drop"};
+    DragSource source_{files_};
+    const std::string file_ = files_.MakeFile("План č.txt");
+    const std::string other_ = files_.MakeFile("文書.txt");
+};
+
+TEST_F(BoxDropProgramTest, StoresFilesLinksAndTextFromAnotherProgram) {
+    Start();
+    keyboard::Type("zzz");
+    EXPECT_EQ(DropOnEdit({.files = {file_, other_}}), static_cast<DWORD>(DROPEFFECT_COPY));
+    ExpectListed("План č");
+    EXPECT_EQ(Cut("План č"), file_);
+    EXPECT_EQ(Cut("文書"), std::nullopt) << "only the first file counts";
+    ExpectShown("zzz|");
+
+    EXPECT_EQ(DropOnBox({.text = "https://example.org/page.html\r\nA page"}),
+              static_cast<DWORD>(DROPEFFECT_COPY));
+    ExpectListed("page");
+    EXPECT_EQ(Cut("page"), "https://example.org/page.html");
+
+    DropOnEdit({.files = {files_.MakeLink("link.lnk", {.target = other_, .arguments = "/a"})}});
+    const MessageBoxWindow note = MessageBoxWindow::Wait(quon_->Id());
+    EXPECT_EQ(note.Text(),
+              "This shortcut has command switch. Quon will make this text shortcut, but you can use command "
+              "switches only with button shortcuts.");
+    note.ClickButton(0);
+    ExpectListed("文書");
+    EXPECT_EQ(Cut("文書"), other_);
+    EXPECT_EQ(Count(), 4);
+    EXPECT_EQ(DropOnEdit({}), static_cast<DWORD>(DROPEFFECT_NONE)) << "neither text nor files";
+}
+
+TEST_F(BoxDropProgramTest, TheListFollowsTheButtons) {
+    ini_.AddShortcut("12", "Second", other_);
+    Start();
+    source_.Drop({.files = {file_}}, quon_->Button(1).Centre());
+    ExpectListed("План č");
+    // Renaming.
+    quon_->Main().Activate();
+    mouse::MoveTo(quon_->Button(1).Centre());
+    quon_->Main().Send(WM_NULL);
+    keyboard::Press(VK_F2);
+    WaitFor("the rename box opens", [&] { return quon_->RenameBox().IsFocused(); });
+    keyboard::Type("Переименовано\n");
+    ExpectListed("Переименовано");
+    EXPECT_FALSE(IsListed("План č"));
+    // Freeing.
+    quon_->OpenButton(2, {VK_CONTROL});
+    quon_->ExpectName(2, "Empty");
+    ExpectListed("Second", false);
+    EXPECT_EQ(Count(), 2);
+}
+
+}  // namespace
+}  // namespace testkit

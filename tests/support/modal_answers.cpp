@@ -1,0 +1,73 @@
+#include "tests/support/modal_answers.h"
+
+#include <gtest/gtest.h>
+
+#include <exception>
+
+#include "tests/support/wait.h"
+
+namespace testkit {
+namespace {
+
+constexpr wchar_t kAnswered[] = L"testkit.answered";
+
+ModalAnswers* g_answers = nullptr;
+
+BOOL CALLBACK TakeDialog(HWND handle, LPARAM found) {
+    const Window window(handle);
+    if (!window.IsVisible() || !window.IsEnabled() || window.Class() != "#32770") return TRUE;
+    *reinterpret_cast<HWND*>(found) = handle;
+    return FALSE;
+}
+
+/// The innermost dialog of this thread: all others are disabled.
+HWND OpenDialog() {
+    HWND dialog = nullptr;
+    EnumThreadWindows(GetCurrentThreadId(), &TakeDialog, reinterpret_cast<LPARAM>(&dialog));
+    return dialog;
+}
+
+}  // namespace
+
+ModalAnswers::ModalAnswers(std::vector<Step> steps)
+    : steps_(std::move(steps)),
+      timer_(SetTimer(nullptr, 0, USER_TIMER_MINIMUM, &ModalAnswers::Tick)),
+      last_answer_(GetTickCount64()),
+      before_(std::exchange(g_answers, this)) {}
+
+ModalAnswers::~ModalAnswers() {
+    KillTimer(nullptr, timer_);
+    g_answers = before_;
+    EXPECT_EQ(used_, steps_.size()) << "not every dialog that was expected has come up";
+}
+
+void CALLBACK ModalAnswers::Tick(HWND, UINT, UINT_PTR, DWORD) {
+    const HWND dialog = OpenDialog();
+    if (!dialog || !g_answers) return;
+    const bool answered = GetPropW(dialog, kAnswered) != nullptr;
+    if (!answered) {
+        SetPropW(dialog, kAnswered, dialog);
+        g_answers->Answer(Window(dialog));
+    } else if (GetTickCount64() > g_answers->last_answer_ + static_cast<ULONGLONG>(kPatience.count())) {
+        ADD_FAILURE() << "the dialog stays open: " << Window(dialog).Describe();
+        EndDialog(dialog, 0);
+    }
+}
+
+void ModalAnswers::Answer(Window dialog) {
+    last_answer_ = GetTickCount64();
+    if (used_ == steps_.size()) {
+        ADD_FAILURE() << "unexpected: " << dialog.Describe();
+        EndDialog(dialog.Handle(), 0);
+        return;
+    }
+    const Step step = steps_[used_++];
+    try {
+        step(dialog);
+    } catch (const std::exception& error) {
+        ADD_FAILURE() << error.what();
+        EndDialog(dialog.Handle(), 0);
+    }
+}
+
+}  // namespace testkit

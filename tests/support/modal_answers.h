@@ -1,0 +1,46 @@
+// Answers the modal dialogs that code under test opens in the test's own thread.
+//
+//     ModalAnswers user({[](Window box) { box.Child(310).Send(BM_CLICK); }});
+//     EXPECT_EQ(dialogs::ShowMessage("Go on?", 1, "OK"), "OK");
+//
+// Each step gets one dialog, in the order in which they open; a dialog opened by a step's own doing counts
+// too. A step runs in the dialog's message loop, when nothing else is left to do there: everything is
+// painted by then. It may leave the dialog open after posting a message that will close it.
+// A dialog without a step, a step without a dialog, an exception in a step and a dialog that stays open
+// fail the test; the dialog is closed then.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <functional>
+#include <vector>
+
+#include "tests/support/window.h"
+
+namespace testkit {
+
+class ModalAnswers {
+  public:
+    using Step = std::function<void(Window)>;
+
+    explicit ModalAnswers(std::vector<Step> steps);
+    ~ModalAnswers();
+    ModalAnswers(const ModalAnswers&) = delete;
+    ModalAnswers& operator=(const ModalAnswers&) = delete;
+
+    /// How many dialogs have been answered by now.
+    std::size_t Used() const { return used_; }
+
+  private:
+    static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD);
+    void Answer(Window dialog);
+
+    std::vector<Step> steps_;
+    std::size_t used_ = 0;
+    UINT_PTR timer_ = 0;
+    ULONGLONG last_answer_ = 0;
+    ModalAnswers* before_ = nullptr;
+};
+
+}  // namespace testkit

@@ -1,0 +1,181 @@
+// Replaces a function of Windows for the time of a test: in this test program alone, without any seam in the
+// product's code, which is linked into the test program and calls Windows through its import table.
+//
+//     std::vector<std::string> opened;
+//     RecordedCall shell = FAKE_CALL(ShellExecuteA, [&](HWND, LPCSTR, LPCSTR file, LPCSTR, LPCSTR, INT) {
+//         opened.push_back(file);
+//         return reinterpret_cast<HINSTANCE>(33);
+//     });
+//     model::Open("C:\\a.txt");                 // the product's call lands in the lambda
+//
+// The fake is in force until the RecordedCall is destroyed. Faking a function that is already faked puts the
+// new fake on top of the old one; the old one is in force again when the new one goes.
+//
+// Inside a fake (and anywhere else) ORIGINAL_CALL calls the true function; calling it by its bare name would
+// run the fake again:
+//
+//     RecordedCall read = FAKE_CALL(GetPrivateProfileIntA, [&](LPCSTR section, LPCSTR key, INT value, LPCSTR
+//     file) {
+//         ++reads;
+//         return ORIGINAL_CALL(GetPrivateProfileIntA)(section, key, value, file);
+//     });
+//
+// The two commonest fakes have short forms that write to a CallLog (call_log.h), arguments included:
+//
+//     RecordedCall write = LOG_CALL(log, WritePrivateProfileStringA);     // logs and lets the call through
+//     RecordedCall box = STUB_CALL(log, MessageBoxA, IDYES);              // logs and answers IDYES
+//
+// To know before using it:
+// - The name must be the exported one: ShellExecuteA, not ShellExecute.
+// - A function that nothing in the test program imports cannot be faked: the constructor throws and the test
+//   fails, saying so. Product code that uses the function must be linked in (call it from the test).
+// - Only calls that go out of this program's own code are caught. What one system library calls in another
+//   is not, nor what is fetched with GetProcAddress (fake GetProcAddress then).
+// - The compiler may read an import's address once for several calls in one function body. Put the calls
+//   under test into functions of their own; product code is that already.
+// - Any thread may call a fake. Make and destroy RecordedCalls on one thread only, while nobody calls.
+#pragma once
+
+#include <windows.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+#include "tests/support/call_log.h"
+
+namespace testkit {
+
+/// Owns one fake; its destruction takes the fake away. Move-only; an empty one owns nothing.
+class RecordedCall {
+  public:
+    RecordedCall() = default;
+    explicit RecordedCall(std::function<void()> restore) : restore_(std::move(restore)) {}
+    RecordedCall(RecordedCall&& other) noexcept : restore_(std::exchange(other.restore_, nullptr)) {}
+    RecordedCall& operator=(RecordedCall&& other) noexcept {
+        Restore();
+        restore_ = std::exchange(other.restore_, nullptr);
+        return *this;
+    }
+    ~RecordedCall() { Restore(); }
+
+    /// Takes the fake away before the end of the scope.
+    void Restore() {
+        if (const std::function<void()> restore = std::exchange(restore_, nullptr)) restore();
+    }
+
+  private:
+    std::function<void()> restore_;
+};
+
+/// Several fakes that live and go together.
+using RecordedCalls = std::vector<RecordedCall>;
+
+namespace recorded_call_internal {
+
+using AnyFunction = void (*)();
+
+/// All places in this program's import table that hold `name`, from whichever library.
+/// Throws std::runtime_error when there is none.
+std::vector<AnyFunction*> ImportSlots(const char* name);
+/// Writes `function` into a place of the import table, which is read-only otherwise.
+void WriteSlot(AnyFunction* slot, AnyFunction function);
+
+template <std::size_t Size>
+struct FunctionName {
+    // NOLINTNEXTLINE(google-explicit-constructor): a text literal is to become a template argument.
+    constexpr FunctionName(const char (&name)[Size]) { std::copy_n(name, Size, text); }
+    char text[Size] = {};
+};
+
+/// The fakes of one imported function. The table entry leads to Enter() while there is at least one.
+template <FunctionName Name, class Signature>
+class Fakes;
+
+template <FunctionName Name, class Result, class... Arguments>
+class Fakes<Name, Result WINAPI(Arguments...)> {
+  public:
+    using Function = Result(WINAPI*)(Arguments...);
+    using Replacement = std::function<Result(Arguments...)>;
+
+    static RecordedCall Add(Replacement replacement) {
+        const auto shared = std::make_shared<Replacement>(std::move(replacement));
+        const std::scoped_lock lock(mutex_);
+        if (stack_.empty()) Patch();
+        stack_.push_back(shared);
+        return RecordedCall([shared] { Remove(shared); });
+    }
+
+    /// The function as Windows has it, whether it is faked now or not.
+    static Function Original() {
+        const std::scoped_lock lock(mutex_);
+        if (!stack_.empty()) return original_;
+        return reinterpret_cast<Function>(*ImportSlots(Name.text).front());
+    }
+
+    static RecordedCall AddLogged(CallLog& log) {
+        return Add([&log](Arguments... arguments) -> Result {
+            log.Add(Name.text, arguments...);
+            return Original()(arguments...);
+        });
+    }
+
+    template <class Answer>
+    static RecordedCall AddStub(CallLog& log, Answer answer) {
+        return Add([&log, answer](Arguments... arguments) -> Result {
+            log.Add(Name.text, arguments...);
+            return static_cast<Result>(answer);
+        });
+    }
+
+  private:
+    static Result WINAPI Enter(Arguments... arguments) {
+        std::shared_ptr<Replacement> top;
+        Function original = nullptr;
+        {
+            const std::scoped_lock lock(mutex_);
+            original = original_;
+            if (!stack_.empty()) top = stack_.back();
+        }
+        return top ? (*top)(arguments...) : original(arguments...);
+    }
+
+    static void Patch() {
+        const std::vector<AnyFunction*> slots = ImportSlots(Name.text);
+        original_ = reinterpret_cast<Function>(*slots.front());
+        for (AnyFunction* slot : slots)
+            WriteSlot(slot, reinterpret_cast<AnyFunction>(&Enter));
+    }
+
+    static void Remove(const std::shared_ptr<Replacement>& replacement) {
+        const std::scoped_lock lock(mutex_);
+        std::erase(stack_, replacement);
+        if (!stack_.empty()) return;
+        for (AnyFunction* slot : ImportSlots(Name.text)) {
+            WriteSlot(slot, reinterpret_cast<AnyFunction>(original_));
+        }
+    }
+
+    static inline std::mutex mutex_;
+    static inline std::vector<std::shared_ptr<Replacement>> stack_;
+    static inline Function original_ = nullptr;
+};
+
+}  // namespace recorded_call_internal
+}  // namespace testkit
+
+#define TESTKIT_FAKES_OF(function) ::testkit::recorded_call_internal::Fakes<#function, decltype(function)>
+
+// The outer brackets let each of these stand inside another macro's argument.
+/// FAKE_CALL(function, callable): a RecordedCall that sends this program's calls of `function` to `callable`.
+#define FAKE_CALL(function, ...) (TESTKIT_FAKES_OF(function)::Add(__VA_ARGS__))
+/// ORIGINAL_CALL(function)(arguments): calls the function of Windows itself.
+#define ORIGINAL_CALL(function) (TESTKIT_FAKES_OF(function)::Original())
+/// LOG_CALL(log, function): writes name and arguments to the log and lets the call through.
+#define LOG_CALL(log, function) (TESTKIT_FAKES_OF(function)::AddLogged(log))
+/// STUB_CALL(log, function, answer): writes name and arguments to the log and answers without calling.
+#define STUB_CALL(log, function, answer) (TESTKIT_FAKES_OF(function)::AddStub(log, answer))

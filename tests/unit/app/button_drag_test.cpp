@@ -1,0 +1,127 @@
+#include "app/button_drag.h"
+
+#include <gmock/gmock.h>
+
+#include "tests/unit/app/panel_parts.h"
+
+namespace app {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class ButtonDragTest : public PanelParts {
+  protected:
+    ButtonDragTest() {
+        Load(
+            "[Buttons]\r\n11=Име|0\r\n31=C|0\r\n[Cuts]\r\nИме=http://a/\r\nC=http://c/\r\n[Switch]\r\nИме=/"
+            "x\r\n");
+        drag_.onDrop = [this](int target, const DragSource& source) {
+            log_.Add("drop", target, source.Key, source.FilePath, source.Naziv, source.Switch);
+        };
+        before_ = folder_.IniBytes();
+    }
+
+    void Start() { Press(Button(1), {VK_CONTROL, VK_SHIFT}); }
+    void MoveTo(HWND window) {
+        pointer_ = Inside(window);
+        SendMessageW(Button(1), WM_MOUSEMOVE, MK_LBUTTON, 0);
+    }
+    void ReleaseAt(HWND window) {
+        MoveTo(window);
+        Release(Button(1));
+    }
+    HWND Header(int index) { return tabs_.Header(index).Handle(); }
+
+    std::string before_;
+};
+
+TEST_F(ButtonDragTest, StartsOnlyWithCtrlShiftAndTheLeftButton) {
+    for (const std::initializer_list<int> held :
+         {std::initializer_list<int>{}, {VK_CONTROL}, {VK_SHIFT}, {VK_CONTROL, VK_SHIFT, VK_MENU}}) {
+        Press(Button(1), held);
+        EXPECT_FALSE(drag_.Active());
+        Release(Button(1));
+    }
+    Start();
+    EXPECT_TRUE(drag_.Active());
+}
+
+TEST_F(ButtonDragTest, DoesNotStartOnAFreeButton) {
+    Press(Button(2), {VK_CONTROL, VK_SHIFT});
+    EXPECT_FALSE(drag_.Active());
+}
+
+TEST_F(ButtonDragTest, HandsOverACopyOfWhatTheSourceHeld) {
+    Start();
+    state_.Button(1).FilePath = "changed";
+    state_.Button(1).Naziv = "changed";
+    ReleaseAt(Button(5));
+    EXPECT_THAT(log_.Lines(), ElementsAre("drop 5 11 http://a/ Име /x"));
+    EXPECT_FALSE(drag_.Active());
+}
+
+TEST_F(ButtonDragTest, DropsOnItselfToo) {
+    Start();
+    ReleaseAt(Button(1));
+    EXPECT_THAT(log_.Lines(), ElementsAre("drop 1 11 http://a/ Име /x"));
+}
+
+TEST_F(ButtonDragTest, ShowsATabOnceWhenThePointerEntersItsHeader) {
+    Start();
+    MoveTo(Header(3));
+    EXPECT_EQ(config::Settings.CurrentTab, 3);
+    EXPECT_EQ(testkit::Window(Button(1)).Text(), "C");
+    EXPECT_EQ(state_.PopCount, 10);
+    // Further moves on the header repaint nothing.
+    state_.PopCount = 0;
+    MoveTo(Header(3));
+    EXPECT_EQ(state_.PopCount, 0);
+    // Entering it again shows it again.
+    MoveTo(Button(4));
+    MoveTo(Header(3));
+    EXPECT_EQ(state_.PopCount, 10);
+    ReleaseAt(Button(2));
+    EXPECT_THAT(log_.Lines(), ElementsAre("drop 2 11 http://a/ Име /x"));
+}
+
+TEST_F(ButtonDragTest, ChangesNothingWhenDroppedElsewhere) {
+    Start();
+    pointer_ = {-20000, -20000};
+    Release(Button(1));
+    EXPECT_THAT(log_.Lines(), IsEmpty());
+    EXPECT_FALSE(drag_.Active());
+    EXPECT_EQ(folder_.IniBytes(), before_);
+}
+
+TEST_F(ButtonDragTest, ChangesNothingWhenTheMouseIsTakenAway) {
+    Start();
+    ReleaseCapture();
+    EXPECT_FALSE(drag_.Active());
+    ReleaseAt(Button(5));
+    EXPECT_THAT(log_.Lines(), IsEmpty());
+    EXPECT_EQ(folder_.IniBytes(), before_);
+}
+
+TEST_F(ButtonDragTest, DoesNotMakeAnotherButtonTheCurrentOneOnItsWay) {
+    Start();
+    pointer_ = Inside(Button(6));
+    SendMessageW(Button(6), WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(5, 5));
+    EXPECT_EQ(state_.Context.CurrentButtonIndex, 1);
+}
+
+TEST_F(ButtonDragTest, IsNoClick) {
+    config::Settings.SingleClickOpen = true;
+    int opened = 0;
+    const auto shell = FAKE_CALL(ShellExecuteA, [&](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
+        ++opened;
+        return reinterpret_cast<HINSTANCE>(33);
+    });
+    Start();
+    pointer_ = Inside(Button(1));
+    Release(Button(1));
+    EXPECT_EQ(opened, 0);
+}
+
+}  // namespace
+}  // namespace app

@@ -1,0 +1,121 @@
+#include "app/button_panel.h"
+
+#include <gmock/gmock.h>
+
+#include "app/panel_layout.h"
+#include "tests/unit/app/panel_parts.h"
+#include "win/errors.h"
+#include "win/geometry.h"
+
+namespace app {
+namespace {
+
+/// A child's place in its parent's client pixels.
+RECT PlaceIn(HWND parent, HWND child) {
+    RECT place{};
+    GetWindowRect(child, &place);
+    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&place), 2);
+    return place;
+}
+
+class ButtonPanelTest : public PanelParts {};
+
+TEST(PanelLayoutTest, IsNarrowerThanTheTrayIconsMessages) {
+    EXPECT_LT(layout::kClientWidth, 512);
+    EXPECT_GE(layout::kMargin, 4);
+}
+
+TEST(PanelLayoutTest, HasTheContainer1320TwipsBelowTheTop) { EXPECT_EQ(layout::kContainerTop * 15, 1320); }
+
+TEST_F(ButtonPanelTest, PlacesNineButtonsThreeByThree) {
+    for (int index = 1; index <= 9; ++index) {
+        const RECT place = PlaceIn(GetParent(Button(index)), Button(index));
+        EXPECT_EQ(win::Width(place), 102);
+        EXPECT_EQ(win::Height(place), 90);
+        EXPECT_EQ(place.top, (index - 1) / 3 * 90);
+        EXPECT_EQ(place.left - layout::kMargin, (index - 1) % 3 * 102);
+        EXPECT_EQ(testkit::Window(Button(index)).Id(), 200 + index);
+    }
+    EXPECT_THROW(buttons_.Picture(0), win::SubscriptError);
+    EXPECT_THROW(buttons_.Picture(10), win::SubscriptError);
+}
+
+TEST_F(ButtonPanelTest, HasTheirContainerAtTheLeftEdge) {
+    const HWND container = GetParent(Button(1));
+    EXPECT_EQ(testkit::Window(container).Id(), 200);
+    const RECT place = PlaceIn(host_.Handle(), container);
+    EXPECT_EQ(place.left, 0);
+    EXPECT_EQ(place.top, 88);
+}
+
+TEST_F(ButtonPanelTest, PutsTheHoverPictureThreePixelsInsideTheButton) {
+    const HWND hover = buttons_.HoverPicture().Handle();
+    EXPECT_EQ(testkit::Window(hover).Id(), 210);
+    EXPECT_EQ(GetParent(hover), host_.Handle());
+    for (const int index : {1, 5, 9}) {
+        SendMessageW(Button(index), WM_MOUSEMOVE, 0, MAKELPARAM(50, 50));
+        const RECT picture = PlaceIn(host_.Handle(), hover);
+        const RECT button = PlaceIn(host_.Handle(), Button(index));
+        EXPECT_EQ(picture.left - button.left, 3);
+        EXPECT_EQ(picture.top - button.top, 3);
+        EXPECT_EQ(buttons_.HoveredButton(), index);
+        EXPECT_NE(GetWindowLongPtrW(hover, GWL_STYLE) & WS_VISIBLE, 0);
+    }
+}
+
+TEST_F(ButtonPanelTest, HasNoHoveredButtonBeforeTheFirstMove) {
+    EXPECT_EQ(buttons_.HoveredButton(), 0);
+    EXPECT_EQ(GetWindowLongPtrW(buttons_.HoverPicture().Handle(), GWL_STYLE) & WS_VISIBLE, 0);
+}
+
+TEST_F(ButtonPanelTest, HidesTheHoverPictureWhenThePointerHasLeftTheButtons) {
+    const HWND hover = buttons_.HoverPicture().Handle();
+    buttons_.Hover(2);
+    pointer_ = Inside(Button(7));
+    SendMessageW(Button(2), WM_MOUSELEAVE, 0, 0);
+    EXPECT_NE(GetWindowLongPtrW(hover, GWL_STYLE) & WS_VISIBLE, 0);
+    pointer_ = {-20000, -20000};
+    SendMessageW(Button(7), WM_MOUSELEAVE, 0, 0);
+    EXPECT_EQ(GetWindowLongPtrW(hover, GWL_STYLE) & WS_VISIBLE, 0);
+}
+
+TEST_F(ButtonPanelTest, FindsTheButtonAtAPointOfTheScreen) {
+    for (int index = 1; index <= 9; ++index)
+        EXPECT_EQ(buttons_.ButtonAt(Inside(Button(index))), index);
+    EXPECT_FALSE(buttons_.ButtonAt({-20000, -20000}));
+}
+
+TEST_F(ButtonPanelTest, GivesAButtonsPlaceInTheWindow) {
+    const RECT place = buttons_.PlaceInWindow(6);
+    const RECT real = PlaceIn(host_.Handle(), Button(6));
+    EXPECT_NE(EqualRect(&place, &real), 0);
+}
+
+TEST_F(ButtonPanelTest, MovesTheFocusByTheArrowKeysInsideTheRows) {
+    const std::vector<std::tuple<int, WPARAM, int>> cases{{1, VK_RIGHT, 2}, {2, VK_DOWN, 5}, {5, VK_LEFT, 4},
+                                                          {4, VK_UP, 1},    {1, VK_LEFT, 1}, {3, VK_RIGHT, 3},
+                                                          {9, VK_DOWN, 9},  {2, VK_UP, 2}};
+    for (const auto& [from, key, to] : cases) {
+        SetFocus(Button(from));
+        SendMessageW(Button(from), WM_KEYDOWN, key, 0);
+        EXPECT_EQ(GetFocus(), Button(to)) << from;
+    }
+}
+
+TEST(PanelStateTest, NumbersItsPartsFromOne) {
+    PanelState state;
+    EXPECT_THROW(state.Button(0), win::SubscriptError);
+    EXPECT_THROW(state.Button(10), win::SubscriptError);
+    EXPECT_THROW(state.Tab(0), win::SubscriptError);
+    EXPECT_THROW(state.Tab(7), win::SubscriptError);
+    EXPECT_EQ(&state.Button(9), &state.Button(9));
+    EXPECT_NE(&state.Button(1), &state.Button(2));
+    EXPECT_EQ(&state.Tab(6), &state.Tab(6));
+    state.Context.Select(9);
+    EXPECT_EQ(&state.Current(), &state.Button(9));
+    state.NoteActivity();
+    EXPECT_EQ(state.PopCount, 10);
+}
+
+}  // namespace
+}  // namespace app

@@ -1,0 +1,180 @@
+#include "app/button_rename.h"
+
+#include <gmock/gmock.h>
+
+#include "tests/unit/app/panel_parts.h"
+
+namespace app {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using testkit::IniText;
+
+class ButtonRenameTest : public PanelParts {
+  protected:
+    ButtonRenameTest() {
+        Load(
+            "[Buttons]\r\n11=Старо|4\r\n12=B|0\r\n[Cuts]\r\nСтаро=http://a/?q=1\r\nB=http://b/?x=1\r\n"
+            "[Switch]\r\nСтаро=/x=1\r\nB=/y=z\r\n");
+    }
+
+    testkit::Window Box() { return testkit::Window(rename_.Box()); }
+};
+
+TEST_F(ButtonRenameTest, MovesTargetRecordAndSwitchToTheNewName) {
+    RenameCurrentButton(state_, "新 Ново");
+    const IniText ini = folder_.Ini();
+    EXPECT_THAT(ini.Entries("Cuts"), ElementsAre(IniText::Entry{"B", "http://b/?x=1"},
+                                                 IniText::Entry{"新 Ново", "http://a/?q=1"}));
+    EXPECT_EQ(ini.Value("Buttons", "11"), "新 Ново|4");
+    EXPECT_THAT(ini.Entries("Switch"),
+                ElementsAre(IniText::Entry{"B", "/y=z"}, IniText::Entry{"新 Ново", "/x=1"}));
+    EXPECT_EQ(state_.Context.Records.At("11"), "新 Ново|4");
+    EXPECT_EQ(state_.Button(1).Naziv, "新 Ново");
+    EXPECT_EQ(testkit::Window(Button(1)).Text(), "新 Ново");
+    EXPECT_THAT(log_.Lines(), ElementsAre("refill"));
+}
+
+TEST_F(ButtonRenameTest, TakesItsStepsInOrder) {
+    const auto section =
+        FAKE_CALL(WritePrivateProfileSectionA, [this](LPCSTR name, LPCSTR text, LPCSTR file) {
+            log_.Add("empty", name);
+            return ORIGINAL_CALL(WritePrivateProfileSectionA)(name, text, file);
+        });
+    const auto write =
+        FAKE_CALL(WritePrivateProfileStringA, [this](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR file) {
+            log_.Add("write", name, key, value);
+            return ORIGINAL_CALL(WritePrivateProfileStringA)(name, key, value, file);
+        });
+    RenameCurrentButton(state_, "new");
+    EXPECT_TRUE(InOrder(log_, {"empty Cuts", "write Cuts new http://a/?q=1", "write Buttons 11 new|4",
+                               "empty Switch", "write Switch new /x=1", "refill"}));
+}
+
+TEST_F(ButtonRenameTest, WritesNoSwitchWhereThereIsNone) {
+    state_.Button(1).Switch.clear();
+    RenameCurrentButton(state_, "new");
+    EXPECT_FALSE(folder_.IniValue("Switch", "new"));
+}
+
+TEST_F(ButtonRenameTest, MakesNamesStorable) {
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"a=b|c", "a-b-c"}, {" [;x ", "x"}, {"Empty", "Empty_"}, {"empty", "empty_"}, {"a\tb", "a b"}};
+    for (const auto& [typed, stored] : cases) {
+        RenameCurrentButton(state_, typed);
+        EXPECT_EQ(state_.Button(1).Naziv, stored) << typed;
+        EXPECT_EQ(folder_.IniValue("Cuts", stored), "http://a/?q=1") << typed;
+        EXPECT_EQ(folder_.IniValue("Switch", stored), "/x=1") << typed;
+    }
+}
+
+TEST_F(ButtonRenameTest, ChangesNothingForANameThatCannotBeStored) {
+    const std::string before = folder_.IniBytes();
+    for (const std::string name : {"", " ", " [;", "\t"})
+        RenameCurrentButton(state_, name);
+    EXPECT_EQ(folder_.IniBytes(), before);
+    EXPECT_THAT(log_.Lines(), IsEmpty());
+}
+
+TEST_F(ButtonRenameTest, KeepsEverythingForTheSameNameAndForAnotherSpelling) {
+    for (const std::string name : {"Старо", "СТАРО"}) {
+        RenameCurrentButton(state_, name);
+        EXPECT_EQ(state_.Button(1).FilePath, "http://a/?q=1");
+        EXPECT_EQ(folder_.IniValue("Buttons", "11"), name + "|4");
+        EXPECT_EQ(folder_.IniValue("Cuts", name), "http://a/?q=1");
+        EXPECT_EQ(folder_.IniValue("Switch", name), "/x=1");
+    }
+}
+
+TEST_F(ButtonRenameTest, DoesNothingOnAFreeButton) {
+    state_.Context.Select(5);
+    const std::string before = folder_.IniBytes();
+    RenameCurrentButton(state_, "new");
+    rename_.Begin();
+    EXPECT_EQ(Box().Style() & WS_VISIBLE, 0);
+    EXPECT_EQ(folder_.IniBytes(), before);
+}
+
+/// The same with the box: it counts as open only on a window that is shown.
+TEST_F(ButtonRenameTest, KeepsAGroupThatIsLongerThanCanBeReadAtOnce) {
+    std::string members = "http://start/";
+    for (int index = 0; index < 200; ++index)
+        members += "|http://страна/" + std::to_string(index);
+    Load("[Buttons]\r\n11=G|0\r\n[Cuts]\r\nG=" + members + "\r\n");
+    RenameCurrentButton(state_, "Ново");
+    EXPECT_EQ(folder_.IniValue("Cuts", "Ново"), members);
+    EXPECT_EQ(folder_.IniValue("Cuts", "G"), std::nullopt);
+}
+
+TEST_F(ButtonRenameTest, StoresWhereTheFileWasMovedTo) {
+    Load("[Buttons]\r\n11=A|0\r\n[Cuts]\r\nA=http://a/old\r\n");
+    state_.Button(1).FilePath = "http://a/";
+    RenameCurrentButton(state_, "B");
+    EXPECT_EQ(folder_.IniValue("Cuts", "B"), "http://a/");
+}
+
+class RenameBoxTest : public ButtonRenameTest {
+  protected:
+    RenameBoxTest() { ShowWindow(host_.Handle(), SW_SHOWNOACTIVATE); }
+};
+
+TEST_F(RenameBoxTest, OpensOverTheButtonWithItsNameSelected) {
+    rename_.Begin();
+    EXPECT_TRUE(rename_.IsOpen());
+    EXPECT_EQ(Box().Id(), 220);
+    EXPECT_EQ(Box().Text(), "Старо");
+    EXPECT_EQ(GetFocus(), rename_.Box());
+    DWORD start = 9;
+    DWORD end = 0;
+    Box().Send(EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+    EXPECT_EQ(start, 0u);
+    EXPECT_EQ(end, 5u);
+    RECT shared{};
+    const RECT box = Box().Rect();
+    const RECT button = testkit::Window(Button(1)).Rect();
+    IntersectRect(&shared, &box, &button);
+    EXPECT_NE(EqualRect(&shared, &box), 0);
+}
+
+TEST_F(RenameBoxTest, OpensOverTheButtonLastUnderTheMouse) {
+    SetFocus(Button(1));
+    SendMessageW(Button(2), WM_MOUSEMOVE, 0, MAKELPARAM(5, 5));
+    rename_.Begin();
+    EXPECT_EQ(Box().Text(), "B");
+    EXPECT_GT(Box().Rect().left, testkit::Window(Button(2)).Rect().left);
+    EXPECT_LT(Box().Rect().right, testkit::Window(Button(2)).Rect().right);
+}
+
+TEST_F(RenameBoxTest, RenamesTheButtonItWasOpenedForWhereverTheMouseGoes) {
+    rename_.Begin();
+    Box().SetText("Ново");
+    state_.Context.Select(2);
+    rename_.Accept();
+    EXPECT_EQ(folder_.IniValue("Buttons", "11"), "Ново|4");
+    EXPECT_EQ(folder_.IniValue("Buttons", "12"), "B|0");
+    EXPECT_FALSE(rename_.IsOpen());
+}
+
+TEST_F(RenameBoxTest, StaysOpenAndDoesNothingWhileItIsEmpty) {
+    rename_.Begin();
+    Box().SetText("");
+    const std::string before = folder_.IniBytes();
+    rename_.Accept();
+    EXPECT_TRUE(rename_.IsOpen());
+    EXPECT_EQ(folder_.IniBytes(), before);
+}
+
+TEST_F(RenameBoxTest, IsAbandonedWithoutRenaming) {
+    rename_.Begin();
+    Box().SetText("Ново");
+    const std::string before = folder_.IniBytes();
+    rename_.Abandon();
+    EXPECT_FALSE(rename_.IsOpen());
+    rename_.Accept();
+    EXPECT_EQ(folder_.IniBytes(), before);
+    EXPECT_EQ(GetFocus(), Button(1)) << "the keyboard stays with the button";
+}
+
+}  // namespace
+}  // namespace app

@@ -1,0 +1,194 @@
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "config/settings.h"
+#include "dialogs/message_box.h"
+#include "tests/support/modal_answers.h"
+#include "tests/unit/app/panel_harness.h"
+#include "win/window.h"
+
+namespace app {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::StartsWith;
+
+constexpr const char* kHides =
+    "Main=1,False,False,False,False,False,False,3,False,False,False\r\n"
+    "popdelay=250\r\npoptf=True\r\nclickshow=True\r\n";
+constexpr const char* kEnds = "Main=1,False,False,False,False,True,False,3,False,False,False\r\n";
+
+/// The lines of the log about writing and the tray.
+std::vector<std::string> EndOf(const testkit::CallLog& log) {
+    std::vector<std::string> lines;
+    for (const std::string& line : log.Lines())
+        if (line.starts_with("tray") || line.starts_with("write Settings")) lines.push_back(line);
+    return lines;
+}
+
+struct ClosingPanel : PanelHarness {
+    explicit ClosingPanel(const char* settings) : PanelHarness(settings) {
+        Load();
+        Log().Clear();
+    }
+
+    bool Ended() { return Panel().Handle() == nullptr; }
+    bool Docked() { return Window().Rect().left == GetSystemMetrics(SM_CXSCREEN) - 4; }
+};
+
+TEST(CloseRequestTest, HidesThePanelForTheCloseButton) {
+    ClosingPanel panel(kHides);
+    panel.Window().Send(WM_SYSCOMMAND, SC_CLOSE);
+    ASSERT_FALSE(panel.Ended());
+    EXPECT_TRUE(panel.Docked());
+    EXPECT_THAT(EndOf(panel.Log()), ElementsAre());
+    EXPECT_FALSE(TakeQuitMessage());
+}
+
+TEST(CloseRequestTest, TakesTheLowBitsOfTheSystemCommandForNothing) {
+    ClosingPanel panel(kHides);
+    panel.Window().Send(WM_SYSCOMMAND, SC_CLOSE | 3);
+    ASSERT_FALSE(panel.Ended());
+    EXPECT_TRUE(panel.Docked());
+}
+
+TEST(CloseRequestTest, MovesThePanel5300TwipsAsideBeforeItDocks) {
+    ClosingPanel panel(kHides);
+    const RECT place = panel.Window().Rect();
+    panel.Window().Send(WM_SYSCOMMAND, SC_CLOSE);
+    const auto& lines = panel.Log().Lines();
+    ASSERT_EQ(lines.size(), 4u) << panel.Log().Text();
+    EXPECT_EQ(lines[0], "place -353 " + std::to_string(place.top));
+    EXPECT_THAT(lines[1], StartsWith("place " + std::to_string(GetSystemMetrics(SM_CXSCREEN) - 4)));
+    EXPECT_EQ(lines[2], "timer on 500");
+    EXPECT_EQ(lines[3], "topmost");
+}
+
+TEST(CloseRequestTest, BringsThePanelBackToWhereItWasClosed) {
+    ClosingPanel panel(kHides);
+    SetWindowPos(panel.Window().Handle(), nullptr, 77, 55, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    panel.Window().Send(WM_SYSCOMMAND, SC_CLOSE);
+    // The close button of the docked strip must not save the strip's place.
+    panel.Window().Send(WM_SYSCOMMAND, SC_CLOSE);
+    panel.Window().Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(1, 1));
+    EXPECT_EQ(panel.Window().Rect().left, 77);
+    EXPECT_EQ(panel.Window().Rect().top, 55);
+}
+
+TEST(CloseRequestTest, EndsTheProgramForTheCloseButtonWhenTheSettingSaysSo) {
+    ClosingPanel panel(kEnds);
+    panel.Window().Send(WM_SYSCOMMAND, SC_CLOSE);
+    EXPECT_TRUE(panel.Ended());
+    EXPECT_TRUE(TakeQuitMessage());
+    EXPECT_EQ(panel.Log().Count("place"), 0u);
+}
+
+TEST(CloseRequestTest, DeletesTheTrayIconAndThenWritesTheFourSettings) {
+    ClosingPanel panel(kHides);
+    panel.Window().Send(WM_CLOSE);
+    EXPECT_THAT(EndOf(panel.Log()),
+                ElementsAre("tray delete",
+                            "write Settings Main 1,False,False,False,False,False,False,3,False,False,False",
+                            "write Settings popdelay 250", "write Settings poptf True",
+                            "write Settings clickshow True"));
+    EXPECT_TRUE(TakeQuitMessage());
+}
+
+TEST(CloseRequestTest, WritesNothingButTheSettings) {
+    ClosingPanel panel(kEnds);
+    panel.Window().Send(WM_SYSCOMMAND, SC_CLOSE);
+    EXPECT_EQ(panel.Log().Count("write"), 4u);
+}
+
+TEST(CloseRequestTest, WritesTheSettingsAsTheyAreNow) {
+    ClosingPanel panel(kEnds);
+    config::Settings.CurrentTab = 4;
+    config::Settings.PopDelay = 700;
+    panel.Window().Send(WM_SYSCOMMAND, SC_CLOSE);
+    EXPECT_EQ(panel.Folder().IniValue("Settings", "Main"),
+              "4,False,False,False,False,True,False,3,False,False,False");
+    EXPECT_EQ(panel.Folder().IniValue("Settings", "popdelay"), "700");
+}
+
+TEST(CloseRequestTest, HidesAndThenEndsForAMessageFromOutside) {
+    ClosingPanel panel(kHides);
+    panel.Window().Send(WM_CLOSE);
+    EXPECT_TRUE(panel.Ended());
+    EXPECT_TRUE(InOrder(panel.Log(), {"place -353", "topmost", "tray delete"}));
+}
+
+TEST(CloseRequestTest, AgreesToTheEndOfTheSessionAndEndsOnceItIsCertain) {
+    for (const char* settings : {kHides, kEnds}) {
+        ClosingPanel panel(settings);
+        EXPECT_EQ(panel.Window().Send(WM_QUERYENDSESSION), TRUE);
+        panel.Window().Send(WM_ENDSESSION, FALSE);
+        ASSERT_FALSE(panel.Ended());
+        EXPECT_THAT(EndOf(panel.Log()), ElementsAre());
+        panel.Window().Send(WM_ENDSESSION, TRUE);
+        EXPECT_TRUE(panel.Ended());
+        EXPECT_EQ(EndOf(panel.Log()).size(), 5u);
+    }
+}
+
+TEST(CloseRequestTest, EndsTheProgramForAltF4WithoutChangingTheSetting) {
+    ClosingPanel panel(kHides);
+    panel.PressKey(WM_SYSKEYDOWN, VK_F4, {VK_MENU});
+    panel.Window().Send(WM_SYSCOMMAND, SC_CLOSE);
+    EXPECT_TRUE(panel.Ended());
+    EXPECT_EQ(panel.Folder().IniValue("Settings", "Main"),
+              "1,False,False,False,False,False,False,3,False,False,False");
+}
+
+TEST(CloseRequestTest, TakesF4WithOtherModifiersForNoRequestToEnd) {
+    for (const int other : {VK_SHIFT, VK_CONTROL}) {
+        ClosingPanel panel(kHides);
+        panel.PressKey(WM_SYSKEYDOWN, VK_F4, {VK_MENU, other});
+        panel.Window().Send(WM_SYSCOMMAND, SC_CLOSE);
+        EXPECT_FALSE(panel.Ended());
+    }
+}
+
+/// Two messages inside one another; `end` runs in the inner one. Gives their answers, the inner first.
+std::vector<std::string> AnswersOfOpenMessages(const std::function<void()>& end) {
+    std::vector<std::string> answers;
+    const auto openAnother = [&](testkit::Window) {
+        answers.push_back(dialogs::ShowMessage("inner", 2, "OK", "Cancel"));
+    };
+    testkit::ModalAnswers user({openAnother, [&](testkit::Window) { end(); }});
+    answers.push_back(dialogs::ShowMessage("outer", 2, "Accept", "Cancel"));
+    return answers;
+}
+
+TEST(CloseRequestTest, CancelsOpenDialogsFromTheInnermostOutAndThenEnds) {
+    ClosingPanel panel(kEnds);
+    EXPECT_THAT(AnswersOfOpenMessages([&] { panel.Window().Send(WM_SYSCOMMAND, SC_CLOSE); }),
+                ElementsAre("Cancel", "Cancel"));
+    // What opened the dialogs has come back before the window goes.
+    ASSERT_FALSE(panel.Ended());
+    win::ProcessPendingMessages();
+    EXPECT_TRUE(panel.Ended());
+    EXPECT_EQ(EndOf(panel.Log()).size(), 5u);
+}
+
+TEST(CloseRequestTest, WaitsForNoDialogWhenTheSessionEnds) {
+    for (const char* settings : {kHides, kEnds}) {
+        ClosingPanel panel(settings);
+        std::vector<std::string> end;
+        AnswersOfOpenMessages([&] {
+            panel.Window().Send(WM_ENDSESSION, TRUE);
+            end = EndOf(panel.Log());
+        });
+        EXPECT_EQ(end.size(), 5u);
+        win::ProcessPendingMessages();
+        EXPECT_EQ(EndOf(panel.Log()).size(), 5u) << "it ended twice";
+    }
+}
+
+}  // namespace
+}  // namespace app

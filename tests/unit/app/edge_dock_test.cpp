@@ -1,0 +1,398 @@
+#include "app/edge_dock.h"
+
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "config/settings.h"
+#include "tests/support/call_log.h"
+#include "tests/support/recorded_call.h"
+#include "win/window.h"
+
+namespace app {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using testkit::CallLog;
+
+struct Docking {
+    std::int32_t edge;
+    int left;
+    int top;
+};
+
+// A window of 4800 x 5700 twips on a screen of 20480 x 11520 twips, 15 twips a pixel across, 12 down.
+constexpr win::Twips kWindow{4800, 5700};
+constexpr win::Twips kScreen{20480, 11520};
+constexpr win::TwipsPerPixel kTwips{15, 12};
+
+class DockedPositionTest : public ::testing::TestWithParam<Docking> {};
+
+TEST_P(DockedPositionTest, LeavesAStripOfFourPixelsAtTheEdge) {
+    const auto place = DockedPosition(GetParam().edge, kWindow, kScreen, kTwips);
+    ASSERT_TRUE(place);
+    EXPECT_EQ(place->x, GetParam().left);
+    EXPECT_EQ(place->y, GetParam().top);
+}
+
+INSTANTIATE_TEST_SUITE_P(Edges, DockedPositionTest,
+                         ::testing::Values(Docking{1, -4800 + 60, 2910}, Docking{2, 7840, -5700 + 48},
+                                           Docking{3, 20480 - 60, 2910}, Docking{4, 7840, 11520 - 48}));
+
+TEST(DockedPositionTest, HalvesWhatIsOddTowardsZero) {
+    // 1001 x 768 pixels of 15 twips, a window of 318 x 401: half a pixel is left over on both axes.
+    constexpr win::Twips kOddWindow{318 * 15, 401 * 15};
+    constexpr win::Twips kOddScreen{1001 * 15, 768 * 15};
+    const auto pixels = [&](std::int32_t edge) {
+        const win::Twips place = DockedPosition(edge, kOddWindow, kOddScreen, {15, 15}).value();
+        return std::pair(win::ToPixels(place.x, 15), win::ToPixels(place.y, 15));
+    };
+    EXPECT_EQ(pixels(kLeftEdge), std::pair(4 - 318, 183));
+    EXPECT_EQ(pixels(kTopEdge), std::pair(341, 4 - 401));
+    EXPECT_EQ(pixels(kRightEdge), std::pair(1001 - 4, 183));
+    EXPECT_EQ(pixels(kBottomEdge), std::pair(341, 768 - 4));
+    // At 144 dots an inch a pixel is 10 twips.
+    EXPECT_EQ(DockedPosition(kRightEdge, {3180, 4010}, {10010, 7680}, {10, 10})->x, 10010 - 40);
+    EXPECT_EQ(DockedPosition(kRightEdge, {3180, 4010}, {10010, 7680}, {10, 10})->y, 1835);
+}
+
+TEST(DockedPositionTest, HasNoPlaceForANumberThatIsNoEdge) {
+    for (const std::int32_t edge : {0, 5, -1, 2147483647})
+        EXPECT_FALSE(DockedPosition(edge, kWindow, kScreen, kTwips)) << edge;
+}
+
+TEST(EdgeDockTest, CentresBySizesInTwips) {
+    EXPECT_EQ(CentredPosition(kWindow, kScreen).x, 7840);
+    EXPECT_EQ(CentredPosition(kWindow, kScreen).y, 2910);
+    EXPECT_EQ(CentredPosition({400, 600}, {300, 400}).x, -50) << "a window wider than the screen";
+    EXPECT_EQ(CentredPosition({400, 600}, {300, 400}).y, -100);
+}
+
+TEST(EdgeDockTest, RoundsTheHoverDelayToTheNearestWaitAndTiesToEven) {
+    const std::vector<std::pair<std::int32_t, int>> cases{{500, 5}, {250, 2}, {350, 4}, {450, 4},
+                                                          {549, 5}, {551, 6}, {50, 0},  {51, 1},
+                                                          {0, 0},   {1, 0},   {150, 2}, {60000, 600}};
+    for (const auto& [delay, waits] : cases)
+        EXPECT_EQ(HoverWaits(delay), waits) << delay;
+}
+
+TEST(EdgeDockTest, NamesTheWindowUnderTheMouseByAtMost99Characters) {
+    CallLog log;
+    const HWND below = reinterpret_cast<HWND>(INT_PTR{0x1234});
+    const auto cursor = FAKE_CALL(GetCursorPos, [](LPPOINT point) {
+        *point = {31, 47};
+        return TRUE;
+    });
+    const auto find = FAKE_CALL(WindowFromPoint, [&](POINT point) {
+        log.Add("WindowFromPoint", point.x, point.y);
+        return below;
+    });
+    const auto text = FAKE_CALL(GetWindowTextA, [&](HWND window, LPSTR buffer, int size) {
+        log.Add("GetWindowTextA", window, size);
+        std::memset(buffer, 'x', static_cast<size_t>(size) - 1);
+        buffer[size - 1] = '\0';
+        return size - 1;
+    });
+    EXPECT_EQ(WindowTextUnderMouse(), std::string(99, 'x'));
+    EXPECT_THAT(log.Lines(), ElementsAre("WindowFromPoint 31 47", "GetWindowTextA 0x1234 100"));
+}
+
+/// A dock with a window that is never on the screen, on a screen of 1000 x 800 pixels.
+class DockingTest : public ::testing::Test {
+  protected:
+    DockingTest()
+        : window_(CreateWindowExW(0, L"STATIC", L"Quon", WS_POPUP, 100, 200, 300, 200, nullptr, nullptr,
+                                  nullptr, nullptr)) {
+        config::Settings = {};
+        dock_.Attach(window_);
+        SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+        SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&DockingTest::Procedure));
+        fakes_.push_back(FAKE_CALL(GetSystemMetrics, [](int index) {
+            if (index == SM_CXSCREEN) return 1000;
+            return index == SM_CYSCREEN ? 800 : ORIGINAL_CALL(GetSystemMetrics)(index);
+        }));
+        fakes_.push_back(FAKE_CALL(SetWindowPos,
+                                   [this](HWND window, HWND after, int x, int y, int cx, int cy, UINT flags) {
+                                       if (window == window_) {
+                                           if ((flags & SWP_NOMOVE) == 0)
+                                               log_.Add("place", x, y);
+                                           else
+                                               log_.Add(after == HWND_TOPMOST ? "topmost" : "after", flags);
+                                       }
+                                       return ORIGINAL_CALL(SetWindowPos)(window, after, x, y, cx, cy, flags);
+                                   }));
+        fakes_.push_back(FAKE_CALL(SetTimer, [this](HWND, UINT_PTR, UINT interval, TIMERPROC) -> UINT_PTR {
+            log_.Add("timer", interval);
+            return 1;
+        }));
+        fakes_.push_back(FAKE_CALL(KillTimer, [this](HWND, UINT_PTR) {
+            log_.Add("no timer");
+            return TRUE;
+        }));
+        fakes_.push_back(FAKE_CALL(GetWindowTextA, [this](HWND, LPSTR buffer, int size) {
+            std::strncpy(buffer, underMouse_.c_str(), static_cast<size_t>(size));
+            return static_cast<int>(underMouse_.size());
+        }));
+        fakes_.push_back(FAKE_CALL(Sleep, [this](DWORD time) {
+            log_.Add("Sleep", time);
+            if (onSleep_) onSleep_();
+        }));
+    }
+    ~DockingTest() override {
+        DestroyWindow(window_);
+        config::Settings = {};
+    }
+
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        auto* self = reinterpret_cast<DockingTest*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+        if (message == WM_APP && self->onEvent_) self->onEvent_();
+        return DefWindowProcW(window, message, wParam, lParam);
+    }
+
+    void Dock(std::int32_t edge) {
+        config::Settings.Edge = edge;
+        dock_.ShowQuon(false, true);
+        log_.Clear();
+    }
+    /// Docked, with the settings and the mouse as a hover wants them.
+    void DockUnderTheMouse(std::int32_t delay) {
+        Dock(kLeftEdge);
+        config::Settings.PopOnHover = true;
+        config::Settings.PopDelay = delay;
+        underMouse_ = "Quon";
+    }
+    RECT Place() const {
+        RECT place{};
+        GetWindowRect(window_, &place);
+        return place;
+    }
+
+    CallLog log_;
+    std::string underMouse_;
+    std::function<void()> onSleep_;
+    std::function<void()> onEvent_;
+    EdgeDock dock_;
+    HWND window_;
+    testkit::RecordedCalls fakes_;
+};
+
+const std::string kTopmost = "topmost " + std::to_string(SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+
+TEST_F(DockingTest, DocksAtEachEdgeInPixels) {
+    const std::vector<std::pair<std::int32_t, std::string>> cases{
+        {1, "place -296 300"}, {2, "place 350 -196"}, {3, "place 996 300"}, {4, "place 350 796"}};
+    for (const auto& [edge, place] : cases) {
+        config::Settings.Edge = edge;
+        log_.Clear();
+        dock_.ShowQuon(false, false);
+        EXPECT_THAT(log_.Lines(), ElementsAre(place, "timer 500", kTopmost));
+        EXPECT_TRUE(dock_.Hidden());
+    }
+}
+
+TEST_F(DockingTest, StaysWhereItIsForANumberThatIsNoEdge) {
+    config::Settings.Edge = 9;
+    dock_.ShowQuon(false, false);
+    EXPECT_THAT(log_.Lines(), ElementsAre("timer 500", kTopmost));
+    EXPECT_TRUE(dock_.Hidden());
+    EXPECT_EQ(Place().left, 100);
+}
+
+TEST_F(DockingTest, SwitchesTheTimerOffWhenAsked) {
+    config::Settings.Edge = kTopEdge;
+    dock_.ShowQuon(false, true);
+    EXPECT_THAT(log_.Lines(), ElementsAre("place 350 -196", "no timer", kTopmost));
+}
+
+TEST_F(DockingTest, ComesOutInTheMiddleFirstAndLeavesTheTimerAlone) {
+    Dock(kLeftEdge);
+    for (const bool unTimer : {false, true}) {
+        log_.Clear();
+        dock_.ShowQuon(true, unTimer);
+        EXPECT_THAT(log_.Lines(), ElementsAre("place 350 300", kTopmost));
+        EXPECT_FALSE(dock_.Hidden());
+    }
+}
+
+TEST_F(DockingTest, ComesOutWhereItWasSaved) {
+    dock_.SavePosition();
+    Dock(kLeftEdge);
+    dock_.ShowQuon(true, true);
+    EXPECT_THAT(log_.Lines(), ElementsAre("place 100 200", kTopmost));
+}
+
+TEST_F(DockingTest, ComesOutAtASavedPlaceLeftOfTheScreen) {
+    SetWindowPos(window_, nullptr, -120, -30, 0, 0, SWP_NOSIZE);
+    dock_.SavePosition();
+    Dock(kRightEdge);
+    dock_.ShowQuon(true, true);
+    EXPECT_THAT(log_.Lines(), ElementsAre("place -120 -30", kTopmost));
+}
+
+TEST_F(DockingTest, TakesASavedLeftOfZeroForNone) {
+    SetWindowPos(window_, nullptr, 0, 50, 0, 0, SWP_NOSIZE);
+    dock_.SavePosition();
+    Dock(kLeftEdge);
+    dock_.ShowQuon(true, true);
+    EXPECT_THAT(log_.Lines(), ElementsAre("place 350 300", kTopmost));
+}
+
+TEST_F(DockingTest, DoesNotSaveThePlaceOfTheStrip) {
+    Dock(kBottomEdge);
+    dock_.SavePosition();
+    dock_.ShowQuon(true, true);
+    EXPECT_THAT(log_.Lines(), ElementsAre("place 350 300", kTopmost));
+}
+
+TEST_F(DockingTest, MovesAsideBy5300TwipsAtItsHeight) {
+    dock_.MoveAside();
+    EXPECT_THAT(log_.Lines(), ElementsAre("place -353 200"));
+}
+
+TEST_F(DockingTest, FollowsTheEdgeSettingAtTheNextDocking) {
+    Dock(kLeftEdge);
+    config::Settings.Edge = kBottomEdge;
+    EXPECT_EQ(Place().left, -296);
+    dock_.ShowQuon(false, false);
+    EXPECT_EQ(Place().top, 796);
+}
+
+TEST_F(DockingTest, StaysOnTopByTheTimerOnlyWhileDocked) {
+    dock_.OnTimer();
+    EXPECT_THAT(log_.Lines(), IsEmpty());
+    Dock(kLeftEdge);
+    dock_.OnTimer();
+    EXPECT_THAT(log_.Lines(), ElementsAre(kTopmost));
+    dock_.ShowQuon(true, true);
+    log_.Clear();
+    dock_.OnTimer();
+    EXPECT_THAT(log_.Lines(), IsEmpty());
+}
+
+TEST_F(DockingTest, ComesOutAfterTheHoverDelay) {
+    DockUnderTheMouse(300);
+    dock_.OnHover();
+    EXPECT_THAT(log_.Lines(), ElementsAre("Sleep 100", "Sleep 100", "Sleep 100", "place 350 300", kTopmost));
+    EXPECT_FALSE(dock_.Hidden());
+}
+
+TEST_F(DockingTest, ComesOutWithoutAWaitForADelayThatRoundsToNone) {
+    DockUnderTheMouse(50);
+    dock_.OnHover();
+    EXPECT_THAT(log_.Lines(), ElementsAre("place 350 300", kTopmost));
+}
+
+TEST_F(DockingTest, StaysDockedWhenTheMouseLeavesDuringTheWait) {
+    DockUnderTheMouse(300);
+    onSleep_ = [this] { underMouse_ = "Desktop"; };
+    dock_.OnHover();
+    EXPECT_TRUE(dock_.Hidden());
+    EXPECT_THAT(log_.Lines(), ElementsAre("Sleep 100", "Sleep 100", "Sleep 100"));
+}
+
+TEST_F(DockingTest, LooksOnlyAtTheFirstFourCharacters) {
+    DockUnderTheMouse(0);
+    underMouse_ = "Quon and more";
+    dock_.OnHover();
+    EXPECT_FALSE(dock_.Hidden());
+    for (const char* other : {"quon", "Quo", "", " Quon", "Message from Quon"}) {
+        DockUnderTheMouse(0);
+        underMouse_ = other;
+        dock_.OnHover();
+        EXPECT_TRUE(dock_.Hidden()) << other;
+    }
+}
+
+TEST_F(DockingTest, TakesNoNoticeOfAHoverThatIsSwitchedOff) {
+    DockUnderTheMouse(100);
+    config::Settings.PopOnHover = false;
+    dock_.OnHover();
+    EXPECT_THAT(log_.Lines(), IsEmpty());
+}
+
+TEST_F(DockingTest, TakesNoNoticeOfAHoverWhileItIsOut) {
+    DockUnderTheMouse(100);
+    dock_.ShowQuon(true, true);
+    log_.Clear();
+    dock_.OnHover();
+    EXPECT_THAT(log_.Lines(), IsEmpty());
+}
+
+TEST_F(DockingTest, LetsEventsRunAfterEachWait) {
+    DockUnderTheMouse(200);
+    onSleep_ = [this] { PostMessageW(window_, WM_APP, 0, 0); };
+    onEvent_ = [this] { log_.Add("event"); };
+    dock_.OnHover();
+    EXPECT_THAT(log_.Lines(),
+                ElementsAre("Sleep 100", "event", "Sleep 100", "event", "place 350 300", kTopmost));
+}
+
+TEST_F(DockingTest, WaitsOnlyOnceForTheMovesDuringAWait) {
+    DockUnderTheMouse(200);
+    onSleep_ = [this] { PostMessageW(window_, WM_APP, 0, 0); };
+    onEvent_ = [this] { dock_.OnHover(); };
+    dock_.OnHover();
+    EXPECT_EQ(log_.Count("Sleep"), 2u);
+    EXPECT_EQ(log_.Count("place"), 1u);
+    // The next hover waits again.
+    DockUnderTheMouse(200);
+    onSleep_ = nullptr;
+    dock_.OnHover();
+    EXPECT_EQ(log_.Count("Sleep"), 2u);
+}
+
+TEST_F(DockingTest, DoesNotComeOutTwiceWhenItWasShownDuringTheWait) {
+    DockUnderTheMouse(100);
+    onSleep_ = [this] { PostMessageW(window_, WM_APP, 0, 0); };
+    onEvent_ = [this] { dock_.ShowQuon(true, false); };
+    dock_.OnHover();
+    EXPECT_EQ(log_.Count("place"), 1u);
+}
+
+TEST_F(DockingTest, StopsWaitingWhenTheProgramEndsAndPassesTheEndOn) {
+    DockUnderTheMouse(500);
+    onSleep_ = [] { PostQuitMessage(7); };
+    dock_.OnHover();
+    EXPECT_THAT(log_.Lines(), ElementsAre("Sleep 100"));
+    MSG message{};
+    ASSERT_NE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE), 0);
+    EXPECT_EQ(message.wParam, 7u);
+}
+
+TEST_F(DockingTest, StopsWaitingWhenTheWindowIsGone) {
+    DockUnderTheMouse(500);
+    onSleep_ = [this] { PostMessageW(window_, WM_APP, 0, 0); };
+    onEvent_ = [this] { DestroyWindow(window_); };
+    dock_.OnHover();
+    EXPECT_THAT(log_.Lines(), ElementsAre("Sleep 100"));
+}
+
+TEST_F(DockingTest, ComesOutForAClickOnlyWhenDockedAndSwitchedOn) {
+    Dock(kLeftEdge);
+    dock_.OnPress();
+    EXPECT_TRUE(dock_.Hidden());
+    config::Settings.ClickShows = true;
+    dock_.OnPress();
+    EXPECT_FALSE(dock_.Hidden());
+    EXPECT_THAT(log_.Lines(), ElementsAre("place 350 300", kTopmost));
+    log_.Clear();
+    dock_.OnPress();
+    EXPECT_THAT(log_.Lines(), IsEmpty());
+}
+
+TEST_F(DockingTest, IsToldToLeaveTheTopmostWindowsWithTheSameFlags) {
+    win::SetTopmost(false, window_);
+    EXPECT_THAT(log_.Lines(),
+                ElementsAre("after " + std::to_string(SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE)));
+}
+
+}  // namespace
+}  // namespace app

@@ -1,0 +1,155 @@
+#include "tests/unit/app/panel_harness.h"
+
+#include <shellapi.h>
+
+#include <algorithm>
+#include <cstring>
+
+#include "config/settings.h"
+#include "model/launching.h"
+#include "tests/support/paths.h"
+#include "tests/support/text.h"
+#include "win/dialog.h"
+
+namespace app {
+namespace {
+
+/// The main window, found without the object: it is created inside the calls that are recorded.
+bool IsPanel(HWND window) { return testkit::Window(window).Class() == "QuonMain"; }
+
+}  // namespace
+
+bool TakeQuitMessage() {
+    MSG message{};
+    bool quit = false;
+    while (PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE) != 0)
+        quit = true;
+    return quit;
+}
+
+PanelHarness::PanelHarness(std::string_view settings, std::string_view rest) : ini_(folder_.IniPath()) {
+    folder_.WriteIniText("[Settings]\r\n" + std::string(settings) + std::string(rest));
+    config::Settings = {};
+    model::DefaultBrowserPath.clear();
+    const std::wstring program = testkit::Wide(folder_.FullPath("Quon.exe"));
+    fakes_.push_back(
+        FAKE_CALL(GetModuleFileNameW, [program](HMODULE module, LPWSTR name, DWORD size) -> DWORD {
+            if (module != nullptr || size <= program.size())
+                return ORIGINAL_CALL(GetModuleFileNameW)(module, name, size);
+            std::copy_n(program.c_str(), program.size() + 1, name);
+            return static_cast<DWORD>(program.size());
+        }));
+    RecordProfile();
+    RecordWindow();
+    RecordShell();
+    panel_ = std::make_unique<app::Glavni>();
+}
+
+PanelHarness::~PanelHarness() {
+    panel_.reset();
+    win::SetMainWindow(nullptr);
+    win::SetHelpHandler(nullptr);
+    config::Settings = {};
+    TakeQuitMessage();
+}
+
+void PanelHarness::Load() {
+    panel_->CreateParts();
+    log_.Clear();
+    panel_->Load();
+}
+
+bool PanelHarness::PressKey(UINT message, WORD key, std::initializer_list<int> held, HWND child) {
+    const HeldModifierKeys modifiers(held);
+    MSG pressed{};
+    pressed.hwnd = child ? child : panel_->Handle();
+    pressed.message = message;
+    pressed.wParam = key;
+    return panel_->PreTranslate(pressed);
+}
+
+void HeldModifierKeys::Write(std::initializer_list<int> keys, BYTE state) {
+    BYTE all[256]{};
+    GetKeyboardState(all);
+    for (const int key : keys)
+        all[key] = state;
+    SetKeyboardState(all);
+}
+
+void PanelHarness::RecordProfile() {
+    fakes_.push_back(FAKE_CALL(GetPrivateProfileStringA, [this](LPCSTR section, LPCSTR key, LPCSTR otherwise,
+                                                                LPSTR value, DWORD size, LPCSTR file) {
+        log_.Add("read", section, key);
+        return ORIGINAL_CALL(GetPrivateProfileStringA)(section, key, otherwise, value, size, file);
+    }));
+    fakes_.push_back(
+        FAKE_CALL(GetPrivateProfileSectionA, [this](LPCSTR section, LPSTR text, DWORD size, LPCSTR file) {
+            log_.Add("section", section);
+            return ORIGINAL_CALL(GetPrivateProfileSectionA)(section, text, size, file);
+        }));
+    fakes_.push_back(
+        FAKE_CALL(WritePrivateProfileStringA, [this](LPCSTR section, LPCSTR key, LPCSTR value, LPCSTR file) {
+            log_.Add("write", section, key, value);
+            return ORIGINAL_CALL(WritePrivateProfileStringA)(section, key, value, file);
+        }));
+}
+
+void PanelHarness::RecordWindow() {
+    fakes_.push_back(FAKE_CALL(ShowWindow, [this](HWND window, int command) -> BOOL {
+        if (!IsPanel(window)) return ORIGINAL_CALL(ShowWindow)(window, command);
+        log_.Add("show", command);
+        return FALSE;
+    }));
+    fakes_.push_back(
+        FAKE_CALL(SetWindowPos, [this](HWND window, HWND after, int x, int y, int cx, int cy, UINT flags) {
+            if (IsPanel(window)) {
+                if ((flags & SWP_NOMOVE) == 0)
+                    log_.Add("place", x, y);
+                else
+                    log_.Add(after == HWND_TOPMOST ? "topmost" : "not topmost");
+            }
+            return ORIGINAL_CALL(SetWindowPos)(window, after, x, y, cx, cy, flags);
+        }));
+    fakes_.push_back(
+        FAKE_CALL(SetTimer, [this](HWND window, UINT_PTR id, UINT interval, TIMERPROC procedure) {
+            if (IsPanel(window)) log_.Add("timer on", interval);
+            return ORIGINAL_CALL(SetTimer)(window, id, interval, procedure);
+        }));
+    fakes_.push_back(FAKE_CALL(KillTimer, [this](HWND window, UINT_PTR id) {
+        if (IsPanel(window)) log_.Add("timer off");
+        return ORIGINAL_CALL(KillTimer)(window, id);
+    }));
+    fakes_.push_back(FAKE_CALL(DrawEdge, [this](HDC dc, LPRECT place, UINT edge, UINT flags) {
+        log_.Add("edge");
+        return ORIGINAL_CALL(DrawEdge)(dc, place, edge, flags);
+    }));
+    fakes_.push_back(FAKE_CALL(FindWindowA, [this](LPCSTR className, LPCSTR caption) -> HWND {
+        log_.Add("find", className, caption);
+        return nullptr;
+    }));
+}
+
+void PanelHarness::RecordShell() {
+    fakes_.push_back(FAKE_CALL(GetLogicalDriveStringsA, [this](DWORD, LPSTR roots) -> DWORD {
+        log_.Add("drives");
+        std::memcpy(roots, "C:\\\0", 5);
+        return 4;
+    }));
+    fakes_.push_back(FAKE_CALL(FindFirstFileA, [this](LPCSTR pattern, LPWIN32_FIND_DATAA found) {
+        log_.Add("list", testkit::NameOf(pattern));
+        return ORIGINAL_CALL(FindFirstFileA)(pattern, found);
+    }));
+    fakes_.push_back(FAKE_CALL(Shell_NotifyIconA, [this](DWORD what, PNOTIFYICONDATAA record) -> BOOL {
+        log_.Add("tray", what == NIM_ADD ? "add" : what == NIM_DELETE ? "delete" : "other");
+        trayRecord_ = {};
+        std::memcpy(&trayRecord_, record, std::min<size_t>(record->cbSize, sizeof trayRecord_));
+        return TRUE;
+    }));
+    fakes_.push_back(FAKE_CALL(FindExecutableA, [this](LPCSTR file, LPCSTR, LPSTR answer) {
+        log_.Add("associated", testkit::NameOf(file), testkit::FileExists(file) ? "there" : "missing");
+        std::strcpy(answer, "C:\\browser.exe");
+        return reinterpret_cast<HINSTANCE>(33);
+    }));
+}
+
+}  // namespace app

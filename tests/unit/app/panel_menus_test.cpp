@@ -1,0 +1,455 @@
+#include "app/panel_menus.h"
+
+#include <windows.h>
+
+#include <commctrl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <shellapi.h>
+#include <shlobj.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "config/settings.h"
+#include "model/launching.h"
+#include "model/text_shortcut.h"
+#include "tests/support/hidden_window.h"
+#include "tests/support/modal_answers.h"
+#include "tests/support/program_folder.h"
+#include "tests/support/recorded_call.h"
+#include "tests/support/text.h"
+#include "tests/support/window.h"
+
+namespace app {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::UnorderedElementsAre;
+
+std::vector<std::string> Captions(const win::MenuArray& menu) {
+    std::vector<std::string> captions;
+    for (int index = 0; index < menu.Count(); ++index)
+        captions.push_back(menu[index].caption);
+    return captions;
+}
+
+class PanelMenusTest : public ::testing::Test {
+  protected:
+    PanelMenusTest() {
+        config::Settings = {};
+        model::DefaultBrowserPath = "C:\\прегледач.exe";
+        const std::wstring program = testkit::Wide(folder_.FullPath("Quon.exe"));
+        fakes_.push_back(
+            FAKE_CALL(GetModuleFileNameW, [program](HMODULE module, LPWSTR name, DWORD size) -> DWORD {
+                if (module != nullptr || size <= program.size())
+                    return ORIGINAL_CALL(GetModuleFileNameW)(module, name, size);
+                std::copy_n(program.c_str(), program.size() + 1, name);
+                return static_cast<DWORD>(program.size());
+            }));
+        fakes_.push_back(FAKE_CALL(ShellExecuteA, [this](HWND owner, LPCSTR verb, LPCSTR file,
+                                                         LPCSTR parameters, LPCSTR folder, INT show) {
+            EXPECT_EQ(owner, GetDesktopWindow());
+            log_.Add("open", verb, file, parameters, folder, show);
+            return reinterpret_cast<HINSTANCE>(33);
+        }));
+        fakes_.push_back(
+            FAKE_CALL(CreateProcessA,
+                      [this](LPCSTR, LPSTR line, LPSECURITY_ATTRIBUTES, LPSECURITY_ATTRIBUTES, BOOL, DWORD,
+                             LPVOID, LPCSTR, LPSTARTUPINFOA startup, LPPROCESS_INFORMATION) -> BOOL {
+                          log_.Add("start", line, startup->wShowWindow);
+                          return FALSE;
+                      }));
+        fakes_.push_back(FAKE_CALL(Sleep, [this](DWORD time) { log_.Add("Sleep", time); }));
+        fakes_.push_back(FAKE_CALL(GetLogicalDriveStringsA, [](DWORD, LPSTR roots) -> DWORD {
+            std::copy_n("C:\\\0", 5, roots);
+            return 4;
+        }));
+        fakes_.push_back(FAKE_CALL(TrackPopupMenu, [this](HMENU, UINT, int x, int y, int, HWND, const RECT*) {
+            at_ = {x, y};
+            return chosen_;
+        }));
+        dock_.Attach(host_.Handle());
+        menus_.CreateOn(host_.Handle());
+    }
+    ~PanelMenusTest() override { config::Settings = {}; }
+
+    testkit::Window ImageButton(int index) { return testkit::Window(host_.Handle()).Child(240 + index); }
+    /// Clicks an image button and chooses a command of its menu.
+    void Choose(int button, int command) {
+        chosen_ = command;
+        log_.Clear();
+        ImageButton(button).Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+        ImageButton(button).Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+    }
+    std::string Root() const { return folder_.Path().substr(0, 3); }
+
+    testkit::ProgramFolder folder_;
+    testkit::HiddenWindow host_;
+    testkit::CallLog log_;
+    int chosen_ = 0;
+    POINT at_{};
+    testkit::RecordedCalls fakes_;
+    EdgeDock dock_;
+    PanelMenus menus_{dock_};
+};
+
+TEST_F(PanelMenusTest, HaveTheirCommandsInOrder) {
+    EXPECT_THAT(Captions(menus_.mnuPreDef),
+                ElementsAre("Launch default browser", "Launch default mail client", "Write new mail", "-",
+                            "Launch Control Panel", "Shows Windows uptime"));
+    EXPECT_THAT(Captions(menus_.mnuSettings),
+                ElementsAre("Organize shortcuts", "Options", "-", "Extensive tooltips", "-", "About"));
+    EXPECT_THAT(Captions(menus_.mnuShell), ElementsAre("My Computer"));
+}
+
+TEST_F(PanelMenusTest, NumberTheirCommandsFromTheirBases) {
+    EXPECT_EQ(menus_.mnuPreDef.IndexOf(2000), 0);
+    EXPECT_EQ(menus_.mnuShell.IndexOf(2200), 0);
+    EXPECT_EQ(menus_.mnuSettings.IndexOf(2405), 5);
+}
+
+TEST_F(PanelMenusTest, OpenBelowTheirImageButtons) {
+    for (const int button : {0, 1, 2}) {
+        Choose(button, 0);
+        EXPECT_EQ(at_.x, ImageButton(button).Rect().left);
+        EXPECT_EQ(at_.y, ImageButton(button).Rect().bottom);
+    }
+    EXPECT_THAT(log_.Lines(), IsEmpty());
+}
+
+TEST_F(PanelMenusTest, LaunchTheDefaultBrowser) {
+    Choose(1, 2000);
+    EXPECT_THAT(log_.Lines(), ElementsAre("open  C:\\прегледач.exe  C: 1", "Sleep 500"));
+}
+
+TEST_F(PanelMenusTest, LaunchTheDefaultMailClient) {
+    const auto open = FAKE_CALL(RegOpenKeyExA, [this](HKEY, LPCSTR key, DWORD, REGSAM, PHKEY) -> LSTATUS {
+        log_.Add("key", key);
+        return ERROR_FILE_NOT_FOUND;
+    });
+    Choose(1, 2001);
+    EXPECT_EQ(log_.Count("key Software\\Clients\\Mail"), 2u) << log_.Text();
+    EXPECT_EQ(log_.Count("open"), 0u);
+}
+
+TEST_F(PanelMenusTest, WriteANewMail) {
+    Choose(1, 2002);
+    ASSERT_EQ(log_.Lines().size(), 1u);
+    EXPECT_THAT(log_.Lines()[0], ::testing::MatchesRegex("open \\(null\\) mailto:.+@.+ \\(null\\) ..\\\\ 1"));
+    EXPECT_THAT(log_.Lines()[0], ::testing::EndsWith(Root() + " 1"));
+}
+
+TEST_F(PanelMenusTest, LaunchTheControlPanel) {
+    Choose(1, 2004);
+    EXPECT_THAT(log_.Lines(), ElementsAre("start rundll32.exe url.dll,FileProtocolHandler control 1"));
+}
+
+TEST_F(PanelMenusTest, ShowTheUptimeAndNeverHideForIt) {
+    const auto ticks = FAKE_CALL(GetTickCount, []() -> DWORD { return 3723000; });
+    config::Settings.HideAfterLaunch = true;
+    testkit::ModalAnswers user({[](testkit::Window box) {
+        EXPECT_EQ(box.Child(300).Text(), "Windows is running for: \r\n" + model::CTextShortcut::HowLong());
+        EXPECT_EQ(box.Child(310).Text(), "OK");
+        box.Child(310).Send(BM_CLICK);
+    }});
+    Choose(1, 2005);
+    EXPECT_FALSE(dock_.Hidden());
+    EXPECT_EQ(log_.Count("Sleep"), 0u);
+}
+
+TEST_F(PanelMenusTest, HideThePanelAfterAPredefinedCommandWhenTheSettingSaysSo) {
+    for (const int command : {2000, 2001, 2002, 2004}) {
+        config::Settings.HideAfterLaunch = false;
+        dock_.ShowQuon(true, true);
+        Choose(1, command);
+        EXPECT_FALSE(dock_.Hidden()) << command;
+        config::Settings.HideAfterLaunch = true;
+        Choose(1, command);
+        EXPECT_TRUE(dock_.Hidden()) << command;
+        ASSERT_FALSE(log_.Lines().empty());
+        EXPECT_EQ(log_.Lines().back(), "Sleep 200") << command;
+    }
+}
+
+TEST_F(PanelMenusTest, HideThePanelOnlyAfterThePauseThatTheStartedProgramGets) {
+    config::Settings.HideAfterLaunch = true;
+    std::vector<bool> hidden;
+    const auto sleep = FAKE_CALL(Sleep, [&](DWORD) { hidden.push_back(dock_.Hidden()); });
+    Choose(1, 2004);
+    EXPECT_THAT(hidden, ElementsAre(false));
+    EXPECT_TRUE(dock_.Hidden());
+}
+
+TEST_F(PanelMenusTest, AppendTheOtherProgramsOfTheProgramFolder) {
+    for (const char* name : {"Quon.exe", "QSU.exe", "Алат 文.exe", "notes.txt"})
+        folder_.MakeFile(name, "x");
+    folder_.MakeFile("plain.exe", "x");
+    // Not every file system can take the archive attribute off a file.
+    const auto takeOff = [](LPWIN32_FIND_DATAA found) {
+        if (std::string_view(found->cFileName) == "plain.exe")
+            found->dwFileAttributes = FILE_ATTRIBUTE_NORMAL;
+    };
+    const auto first = FAKE_CALL(FindFirstFileA, [&](LPCSTR pattern, LPWIN32_FIND_DATAA found) {
+        const HANDLE listing = ORIGINAL_CALL(FindFirstFileA)(pattern, found);
+        takeOff(found);
+        return listing;
+    });
+    const auto next = FAKE_CALL(FindNextFileA, [&](HANDLE listing, LPWIN32_FIND_DATAA found) {
+        const BOOL more = ORIGINAL_CALL(FindNextFileA)(listing, found);
+        takeOff(found);
+        return more;
+    });
+    menus_.AddCompanionPrograms();
+    std::vector<std::string> added = Captions(menus_.mnuPreDef);
+    added.erase(added.begin(), added.begin() + 6);
+    EXPECT_THAT(added, UnorderedElementsAre("QSU", "Алат 文"));
+    const int index = added[0] == "QSU" ? 6 : 7;
+    EXPECT_EQ(menus_.mnuPreDef[index].tag, folder_.FullPath("QSU.exe"));
+    Choose(1, 2000 + index);
+    EXPECT_THAT(
+        log_.Lines(),
+        ElementsAre("open  " + folder_.FullPath("QSU.exe") + "  " + folder_.Path() + " 1", "Sleep 500"));
+}
+
+TEST_F(PanelMenusTest, TakeAnotherSpellingOfTheProgramsNameForAnotherProgram) {
+    folder_.MakeFile("QUON.EXE", "x");
+    menus_.AddCompanionPrograms();
+    EXPECT_EQ(menus_.mnuPreDef.Count(), 7);
+}
+
+TEST_F(PanelMenusTest, AppendNothingWithoutOtherPrograms) {
+    folder_.MakeFile("Quon.exe", "x");
+    menus_.AddCompanionPrograms();
+    EXPECT_EQ(menus_.mnuPreDef.Count(), 6);
+}
+
+TEST_F(PanelMenusTest, HideThePanelAfterAnotherProgramToo) {
+    folder_.MakeFile("QSU.exe", "x");
+    menus_.AddCompanionPrograms();
+    config::Settings.HideAfterLaunch = true;
+    Choose(1, 2006);
+    EXPECT_TRUE(dock_.Hidden());
+    EXPECT_THAT(log_.Lines(), ElementsAre(::testing::StartsWith("open  " + folder_.FullPath("QSU.exe")),
+                                          "Sleep 500", "Sleep 200"));
+}
+
+TEST_F(PanelMenusTest, RunEachOfAThousandOtherProgramsAndTheOtherMenusBesideThem) {
+    for (int number = 0; number < 1000; ++number)
+        folder_.MakeFile("p" + std::to_string(number) + ".exe");
+    menus_.AddCompanionPrograms();
+    ASSERT_EQ(menus_.mnuPreDef.Count(), 1006);
+    std::vector<std::string> listed;
+    WIN32_FIND_DATAA found{};
+    const HANDLE listing = FindFirstFileA(folder_.FullPath("*.exe").c_str(), &found);
+    do
+        listed.push_back(folder_.FullPath(found.cFileName));
+    while (FindNextFileA(listing, &found) != 0);
+    FindClose(listing);
+    ASSERT_EQ(listed.size(), 1000u);
+    // Nothing else opens by the way, such as About.
+    const testkit::ModalAnswers none({});
+    // Among them those that are the numbers of the other menus' elements.
+    for (const int index : {6, 199, 200, 201, 400, 401, 403, 405, 500, 600, 700, 1005}) {
+        Choose(1, 2000 + index);
+        const std::string& path = listed.at(static_cast<size_t>(index) - 6);
+        EXPECT_THAT(log_.Lines(), ElementsAre("open  " + path + "  " + folder_.Path() + " 1", "Sleep 500"));
+    }
+    EXPECT_FALSE(config::Settings.ExtensiveTooltips);
+    Choose(0, 2201);
+    EXPECT_THAT(log_.Lines(), ElementsAre("open explore C:\\ (null) " + Root() + " 1"));
+    Choose(2, 2403);
+    EXPECT_TRUE(config::Settings.ExtensiveTooltips);
+    EXPECT_THAT(log_.Lines(), IsEmpty());
+}
+
+TEST_F(PanelMenusTest, PassOverAFolderThatIsNamedLikeAProgram) {
+    folder_.MakeFolder("folder.exe");
+    const auto first = FAKE_CALL(FindFirstFileA, [&](LPCSTR pattern, LPWIN32_FIND_DATAA found) {
+        const HANDLE listing = ORIGINAL_CALL(FindFirstFileA)(pattern, found);
+        found->dwFileAttributes |= FILE_ATTRIBUTE_ARCHIVE;
+        return listing;
+    });
+    menus_.AddCompanionPrograms();
+    EXPECT_EQ(menus_.mnuPreDef.Count(), 6);
+}
+
+TEST_F(PanelMenusTest, NameAProgramInFullWhereItsBareNameWouldBeNoCaption) {
+    for (const char* name : {"-.exe", ".exe"})
+        folder_.MakeFile(name, "x");
+    menus_.AddCompanionPrograms();
+    std::vector<std::string> added = Captions(menus_.mnuPreDef);
+    added.erase(added.begin(), added.begin() + 6);
+    EXPECT_THAT(added, UnorderedElementsAre("-.exe", ".exe"));
+}
+
+TEST_F(PanelMenusTest, WorkInAFolderOnANetworkShare) {
+    folder_.MakeFile("QSU.exe", "x");
+    const auto program = FAKE_CALL(GetModuleFileNameW, [](HMODULE module, LPWSTR name, DWORD size) -> DWORD {
+        constexpr std::wstring_view kProgram = L"\\\\сервер\\share\\Quon\\Quon.exe";
+        if (module != nullptr) return ORIGINAL_CALL(GetModuleFileNameW)(module, name, size);
+        *std::copy(kProgram.begin(), kProgram.end(), name) = L'\0';
+        return static_cast<DWORD>(kProgram.size());
+    });
+    const auto first = FAKE_CALL(FindFirstFileA, [this](LPCSTR pattern, LPWIN32_FIND_DATAA found) {
+        EXPECT_STREQ(pattern, "\\\\сервер\\share\\Quon\\*.exe");
+        return ORIGINAL_CALL(FindFirstFileA)(folder_.FullPath("*.exe").c_str(), found);
+    });
+    menus_.AddCompanionPrograms();
+    Choose(1, 2006);
+    EXPECT_EQ(log_.Lines().front(), "open  \\\\сервер\\share\\Quon\\QSU.exe  \\\\сервер\\share\\Quon 1");
+    Choose(1, 2002);
+    EXPECT_THAT(log_.Lines().front(), ::testing::EndsWith(" (null) \\\\с 1"));
+    Choose(0, 2201);
+    EXPECT_THAT(log_.Lines(), ElementsAre("open explore C:\\ (null) \\\\с 1"));
+}
+
+TEST_F(PanelMenusTest, ExploreTheChosenPlaceAndStayOut) {
+    config::Settings.HideAfterLaunch = true;
+    Choose(0, 2200);
+    EXPECT_THAT(log_.Lines(),
+                ElementsAre("open explore ::{20D04FE0-3AEA-1069-A2D8-08002B30309D} (null) " + Root() + " 1"));
+    Choose(0, 2201);
+    EXPECT_THAT(log_.Lines(), ElementsAre("open explore C:\\ (null) " + Root() + " 1"));
+    EXPECT_FALSE(dock_.Hidden());
+}
+
+TEST_F(PanelMenusTest, SayNothingAboutAPlaceThatIsGone) {
+    const std::string gone = folder_.FullPath("нема");
+    const auto location = FAKE_CALL(SHGetPathFromIDListA, [&](LPCITEMIDLIST, LPSTR path) -> BOOL {
+        std::copy_n(gone.c_str(), gone.size() + 1, path);
+        return TRUE;
+    });
+    INT_PTR answer = 0;
+    const auto shell = FAKE_CALL(
+        ShellExecuteA, [&](HWND owner, LPCSTR verb, LPCSTR file, LPCSTR parameters, LPCSTR folder, INT show) {
+            EXPECT_EQ(file, gone);
+            const HINSTANCE done = ORIGINAL_CALL(ShellExecuteA)(owner, verb, file, parameters, folder, show);
+            answer = reinterpret_cast<INT_PTR>(done);
+            return done;
+        });
+    const auto box = STUB_CALL(log_, MessageBoxW, IDOK);
+    const testkit::ModalAnswers none({});
+    Choose(0, 0);
+    int documents = 0;
+    while (menus_.mnuShell[documents].caption != "My Documents")
+        ++documents;
+    Choose(0, 2200 + documents);
+    EXPECT_GT(answer, 0);
+    EXPECT_LT(answer, 33) << "the place is there";
+    EXPECT_THAT(log_.Lines(), IsEmpty());
+}
+
+TEST_F(PanelMenusTest, ListTheDrivesAnewAtEachOpening) {
+    Choose(0, 0);
+    const int before = menus_.mnuShell.Count();
+    const auto drives = FAKE_CALL(GetLogicalDriveStringsA, [](DWORD, LPSTR roots) -> DWORD {
+        std::copy_n("C:\\\0C:\\\0", 9, roots);
+        return 8;
+    });
+    Choose(0, 0);
+    EXPECT_EQ(menus_.mnuShell.Count(), before + 1);
+}
+
+TEST_F(PanelMenusTest, ToggleTheExtensiveTooltipsWithTheirCheckMark) {
+    menus_.ShowTooltipSetting();
+    EXPECT_FALSE(menus_.mnuSettings[3].checked);
+    Choose(2, 2403);
+    EXPECT_TRUE(config::Settings.ExtensiveTooltips);
+    EXPECT_TRUE(menus_.mnuSettings[3].checked);
+    Choose(2, 2403);
+    EXPECT_FALSE(config::Settings.ExtensiveTooltips);
+    EXPECT_FALSE(menus_.mnuSettings[3].checked);
+}
+
+TEST_F(PanelMenusTest, ToggleTheMarkAndLetTheSettingFollowIt) {
+    menus_.ShowTooltipSetting();
+    // The options may have stopped between the setting and its mark.
+    config::Settings.ExtensiveTooltips = true;
+    Choose(2, 2403);
+    EXPECT_TRUE(menus_.mnuSettings[3].checked);
+    EXPECT_TRUE(config::Settings.ExtensiveTooltips);
+}
+
+TEST_F(PanelMenusTest, OpenTheOrganiserWithThePanelDocked) {
+    int opened = 0;
+    dock_.ShowQuon(true, true);
+    menus_.onOrganize = [&] {
+        ++opened;
+        EXPECT_TRUE(dock_.Hidden());
+    };
+    EXPECT_TRUE(menus_.mnuSettings[0].enabled);
+    Choose(2, 2400);
+    EXPECT_EQ(opened, 1);
+}
+
+TEST_F(PanelMenusTest, OpenTheOptions) {
+    Choose(2, 2401);
+    int opened = 0;
+    menus_.onOptions = [&] { ++opened; };
+    EXPECT_TRUE(menus_.mnuSettings[1].enabled);
+    Choose(2, 2401);
+    EXPECT_EQ(opened, 1);
+    for (const int command : {0, 2400, 2402, 2404})
+        Choose(2, command);
+    EXPECT_EQ(opened, 1);
+}
+
+TEST_F(PanelMenusTest, CheckTheMarkFromTheSetting) {
+    config::Settings.ExtensiveTooltips = true;
+    menus_.ShowTooltipSetting();
+    EXPECT_TRUE(menus_.mnuSettings[3].checked);
+}
+
+TEST_F(PanelMenusTest, ShowTheAboutBox) {
+    testkit::ModalAnswers user({[](testkit::Window box) {
+        EXPECT_EQ(box.Text(), "About Quon");
+        box.Send(WM_CLOSE);
+    }});
+    Choose(2, 2405);
+}
+
+TEST_F(PanelMenusTest, StayOutAfterASetting) {
+    config::Settings.HideAfterLaunch = true;
+    Choose(2, 2401);
+    Choose(2, 2403);
+    EXPECT_FALSE(dock_.Hidden());
+    EXPECT_THAT(log_.Lines(), IsEmpty());
+}
+
+TEST_F(PanelMenusTest, OpenByEnterAndSpace) {
+    for (const int key : {VK_RETURN, VK_SPACE}) {
+        at_ = {-1, -1};
+        ImageButton(1).Send(WM_KEYDOWN, static_cast<WPARAM>(key));
+        EXPECT_EQ(at_.x, ImageButton(1).Rect().left);
+        EXPECT_EQ(at_.y, ImageButton(1).Rect().bottom);
+    }
+}
+
+TEST_F(PanelMenusTest, KeepTheTipsAwayWhileTheyAreOpen) {
+    ImageButton(0).Send(WM_MOUSEMOVE, 0, MAKELPARAM(5, 5));
+    const auto tip = FAKE_CALL(SendMessageA, [this](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        if (message == TTM_ACTIVATE) log_.Add("tip", wParam);
+        return ORIGINAL_CALL(SendMessageA)(window, message, wParam, lParam);
+    });
+    const auto track = FAKE_CALL(TrackPopupMenu, [this](HMENU, UINT, int, int, int, HWND, const RECT*) {
+        log_.Add("menu");
+        return 0;
+    });
+    Choose(2, 0);
+    EXPECT_THAT(log_.Lines(), ElementsAre("tip 0", "menu", "tip 1"));
+}
+
+TEST_F(PanelMenusTest, OpenWhatIsTypedByTheFourthButton) {
+    int gone = 0;
+    menus_.onGo = [&] { ++gone; };
+    at_ = {-1, -1};
+    Choose(3, 0);
+    EXPECT_EQ(gone, 1);
+    EXPECT_EQ(at_.x, -1);
+}
+
+}  // namespace
+}  // namespace app

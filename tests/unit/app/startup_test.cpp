@@ -1,0 +1,299 @@
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <shellapi.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "config/settings.h"
+#include "model/launching.h"
+#include "res/resource.h"
+#include "tests/support/text.h"
+#include "tests/unit/app/panel_harness.h"
+#include "win/dialog.h"
+#include "win/errors.h"
+
+namespace app {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAreArray;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+std::vector<std::string> TabKeys() { return {"10", "20", "30", "40", "50", "60"}; }
+
+std::string MainWith(std::string_view tab,
+                     std::string_view fields = "False,False,False,False,False,False,0,False,False,False") {
+    return "Main=" + std::string(tab) + "," + std::string(fields) + "\r\n";
+}
+
+/// The nine buttons of a tab bound to a page each, so that showing the tab frees nothing.
+std::string FullTab(int tab) {
+    std::string buttons = "[Buttons]\r\n";
+    std::string cuts = "[Cuts]\r\n";
+    for (int button = 1; button <= 9; ++button) {
+        const std::string name = "n" + std::to_string(tab) + std::to_string(button);
+        buttons += name.substr(1) + "=" + name + "|0\r\n";
+        cuts += name + "=http://host/" + name + "\r\n";
+    }
+    return buttons + cuts;
+}
+
+TEST(LoadTest, RunsItsStepsInOrder) {
+    PanelHarness panel(MainWith("3"), FullTab(3));
+    panel.Load();
+    std::vector<std::string> expected;
+    for (const std::string& key : TabKeys())
+        expected.push_back("read Buttons " + key);
+    expected.insert(expected.end(), 9, "edge");
+    for (int key = 10; key <= 69; ++key)
+        expected.push_back("read Buttons " + std::to_string(key));
+    expected.insert(expected.end(),
+                    {"section Cuts", "drives", "associated temphtm.HTM there", "read Settings Main"});
+    const std::vector<std::string> popUp{"read Settings poptf", "read Settings popdelay",
+                                         "read Settings clickshow"};
+    // Checked before buttons are freed in the file, kept after.
+    expected.insert(expected.end(), popUp.begin(), popUp.end());
+    for (int button = 1; button <= 9; ++button) {
+        const std::string name = "n3" + std::to_string(button);
+        expected.insert(expected.end(), {"read Cuts " + name, "read Switch " + name});
+        expected.insert(expected.end(), {"associated browser.exe missing", "edge"});
+    }
+    expected.insert(expected.end(), popUp.begin(), popUp.end());
+    expected.insert(expected.end(), {"tray add", "list *.exe"});
+    const std::vector<std::string> lines = panel.Log().Lines();
+    ASSERT_GE(lines.size(), expected.size()) << panel.Log().Text();
+    const std::vector<std::string> start(lines.begin(),
+                                         lines.begin() + static_cast<std::ptrdiff_t>(expected.size()));
+    EXPECT_THAT(start, ElementsAreArray(expected));
+    const std::vector<std::string> end(lines.begin() + static_cast<std::ptrdiff_t>(expected.size()),
+                                       lines.end());
+    ASSERT_EQ(end.size(), 4u) << panel.Log().Text();
+    EXPECT_THAT(end[0], StartsWith("place "));
+    EXPECT_EQ(end[1], "topmost");
+    EXPECT_EQ(end[2], "show " + std::to_string(SW_SHOW));
+    EXPECT_EQ(end[3], "find Shell_traywnd (null)");
+}
+
+TEST(LoadTest, TakesConfigurationAndHelpFromTheProgramFolder) {
+    PanelHarness panel;
+    config::IniPath = "C:\\other.ini";
+    panel.Load();
+    EXPECT_EQ(config::IniPath, panel.Folder().FullPath("Quon.ini"));
+    testkit::CallLog log;
+    const auto shell = STUB_CALL(log, ShellExecuteA, reinterpret_cast<HINSTANCE>(33));
+    panel.Window().Send(WM_HELP);
+    EXPECT_THAT(log.Lines(),
+                ElementsAreArray({"ShellExecuteA " + testkit::LoggedText(GetDesktopWindow()) + " (null) " +
+                                  panel.Folder().FullPath("Manual.chm") + " (null) (null) 1"}));
+}
+
+TEST(LoadTest, LoadsFromANetworkShareWhereItMayWriteNoProbe) {
+    PanelHarness panel(MainWith("2"), FullTab(2));
+    const std::string share = "\\\\сервер\\share\\Quon";
+    const auto program = FAKE_CALL(GetModuleFileNameW, [&](HMODULE module, LPWSTR name, DWORD size) -> DWORD {
+        const std::wstring path = testkit::Wide(share + "\\Quon.exe");
+        if (module != nullptr) return ORIGINAL_CALL(GetModuleFileNameW)(module, name, size);
+        *std::copy(path.begin(), path.end(), name) = L'\0';
+        return static_cast<DWORD>(path.size());
+    });
+    // The share is the test's own folder.
+    const std::string ini = panel.Folder().IniPath();
+    const auto there = [&](LPCSTR file) {
+        EXPECT_EQ(file, share + "\\Quon.ini");
+        return ini.c_str();
+    };
+    testkit::RecordedCalls calls;
+    calls.push_back(FAKE_CALL(GetPrivateProfileStringA, [&](LPCSTR section, LPCSTR key, LPCSTR otherwise,
+                                                            LPSTR value, DWORD size, LPCSTR file) {
+        return ORIGINAL_CALL(GetPrivateProfileStringA)(section, key, otherwise, value, size, there(file));
+    }));
+    calls.push_back(
+        FAKE_CALL(GetPrivateProfileSectionA, [&](LPCSTR section, LPSTR text, DWORD size, LPCSTR file) {
+            return ORIGINAL_CALL(GetPrivateProfileSectionA)(section, text, size, there(file));
+        }));
+    calls.push_back(
+        FAKE_CALL(WritePrivateProfileStringA, [&](LPCSTR section, LPCSTR key, LPCSTR value, LPCSTR file) {
+            return ORIGINAL_CALL(WritePrivateProfileStringA)(section, key, value, there(file));
+        }));
+    calls.push_back(
+        FAKE_CALL(CreateFileA, [&](LPCSTR file, DWORD, DWORD, LPSECURITY_ATTRIBUTES, DWORD, DWORD, HANDLE) {
+            EXPECT_EQ(file, share + "\\temphtm.HTM");
+            SetLastError(ERROR_ACCESS_DENIED);
+            return INVALID_HANDLE_VALUE;
+        }));
+    panel.Load();
+    EXPECT_EQ(config::IniPath, share + "\\Quon.ini");
+    EXPECT_EQ(panel.Window().Child(201).Text(), "n21");
+    EXPECT_EQ(panel.Log().Count("tray add"), 1u);
+    panel.Window().Send(WM_CLOSE);
+    EXPECT_EQ(panel.Folder().IniValue("Settings", "popdelay"), "500");
+}
+
+TEST(LoadTest, LabelsTheHeadersFromTheTabRecords) {
+    PanelHarness panel(MainWith("1"), "[Buttons]\r\n10=Посао|\r\n40=书籍|opis\r\n");
+    panel.Load();
+    EXPECT_EQ(panel.Window().Child(101).Text(), "Посао");
+    EXPECT_EQ(panel.Window().Child(104).Text(), "书籍");
+    EXPECT_EQ(panel.Window().Child(102).Text(), "");
+}
+
+TEST(LoadTest, ShowsTheButtonsOfTheStoredTab) {
+    PanelHarness panel(MainWith("6"), FullTab(6));
+    panel.Load();
+    EXPECT_EQ(panel.Window().Child(201).Text(), "n61");
+    EXPECT_EQ(panel.Window().Child(209).Text(), "n69");
+}
+
+TEST(LoadTest, ChecksTheEntryOfTheExtensiveTooltipsFromTheSetting) {
+    for (const bool on : {false, true}) {
+        const std::string word = on ? "True" : "False";
+        PanelHarness panel(MainWith("1", "False,False,False,False,False," + word + ",0,False,False,False"));
+        panel.Load();
+        UINT state = 0;
+        const auto track = FAKE_CALL(TrackPopupMenu, [&](HMENU menu, UINT, int, int, int, HWND, const RECT*) {
+            state = GetMenuState(menu, 3, MF_BYPOSITION);
+            return 0;
+        });
+        const testkit::Window settings = panel.Window().Child(242);
+        settings.Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+        settings.Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+        EXPECT_EQ((state & MF_CHECKED) != 0, on);
+    }
+}
+
+TEST(LoadTest, KeepsTheDefaultBrowserAndDeletesTheProbe) {
+    PanelHarness panel;
+    panel.Load();
+    EXPECT_EQ(model::DefaultBrowserPath, "C:\\browser.exe");
+    EXPECT_FALSE(panel.Folder().Exists("temphtm.HTM"));
+}
+
+TEST(LoadTest, FillsTheDropDownWithTheShortcuts) {
+    PanelHarness panel(MainWith("1"),
+                       "[Cuts]\r\nČačak=C:\\c\r\n文=C:\\w\r\n[Collected]\r\nTool=C:\\t.exe\r\n");
+    panel.Load();
+    EXPECT_EQ(panel.Window().Child(IDC_SHORTCUTS).Send(CB_GETCOUNT), 3);
+}
+
+TEST(LoadTest, FillsTheDropDownOnceMoreWhenCollectedApplicationsBelongToIt) {
+    PanelHarness panel(MainWith("1", "False,False,False,False,False,False,0,False,True,False"),
+                       "[Cuts]\r\nA=C:\\c\r\n[Collected]\r\nTool=C:\\t.exe\r\n");
+    panel.Load();
+    EXPECT_TRUE(InOrder(panel.Log(),
+                        {"section Cuts", "read Settings Main", "find Shell_traywnd", "section Collected"}));
+    EXPECT_EQ(panel.Window().Child(IDC_SHORTCUTS).Send(CB_GETCOUNT), 3);
+}
+
+TEST(LoadTest, LoadsThePopUpSettingsWithTheirDefaults) {
+    PanelHarness plain;
+    plain.Load();
+    EXPECT_FALSE(config::Settings.PopOnHover);
+    EXPECT_EQ(config::Settings.PopDelay, 500);
+    EXPECT_FALSE(config::Settings.ClickShows);
+}
+
+TEST(LoadTest, GoesToItsEdgeWithoutTheTimerWhenItStartsGlued) {
+    PanelHarness panel(MainWith("1", "False,True,False,False,False,False,4,False,False,False"));
+    panel.Load();
+    const int top = GetSystemMetrics(SM_CYSCREEN) - 4;
+    EXPECT_EQ(panel.Window().Rect().top, top);
+    EXPECT_TRUE(InOrder(panel.Log(), {"tray add", "place", "timer off", "topmost",
+                                      "show " + std::to_string(SW_SHOWNOACTIVATE), "find Shell_traywnd"}));
+    EXPECT_EQ(panel.Log().Count("timer on"), 0u);
+    EXPECT_EQ(panel.Window().Send(WM_NCHITTEST, 0, MAKELPARAM(0, top)), HTCLIENT);
+}
+
+TEST(LoadTest, StandsInTheMiddleOfTheScreenOtherwise) {
+    PanelHarness panel(MainWith("1", "False,False,False,False,False,False,4,False,False,False"));
+    panel.Load();
+    const RECT place = panel.Window().Rect();
+    EXPECT_NEAR(place.left, (GetSystemMetrics(SM_CXSCREEN) - (place.right - place.left)) / 2, 1);
+    EXPECT_NEAR(place.top, (GetSystemMetrics(SM_CYSCREEN) - (place.bottom - place.top)) / 2, 1);
+    EXPECT_EQ(panel.Log().Count("timer"), 0u);
+}
+
+TEST(LoadTest, HasTheTimerOnFromDesignTime) {
+    PanelHarness panel;
+    panel.Panel().CreateParts();
+    EXPECT_THAT(panel.Log().Lines(), Contains("timer on 500"));
+}
+
+TEST(LoadTest, IsATopmostToolWindowNamedQuonWithACloseButton) {
+    PanelHarness panel;
+    panel.Load();
+    const testkit::Window window = panel.Window();
+    EXPECT_EQ(window.Text(), "Quon");
+    EXPECT_NE(window.ExtendedStyle() & WS_EX_TOOLWINDOW, 0);
+    EXPECT_TRUE(window.IsTopmost());
+    EXPECT_NE(window.Style() & WS_SYSMENU, 0);
+    EXPECT_EQ(window.Style() & WS_THICKFRAME, 0);
+    EXPECT_LT(window.Rect().right - window.Rect().left, WM_LBUTTONUP)
+        << "a real move must not look like the tray's";
+}
+
+int g_faults = 0;
+
+LONG CALLBACK CountFault(EXCEPTION_POINTERS*) {
+    ++g_faults;
+    return EXCEPTION_CONTINUE_SEARCH;
+}
+
+struct BadIni {
+    const char* name;
+    std::string settings;
+    std::string rest;
+    const char* message;
+};
+
+class BadIniTest : public ::testing::TestWithParam<BadIni> {};
+
+TEST_P(BadIniTest, EndsTheLoadWithoutATraceAndNamesWhatIsWrong) {
+    PanelHarness panel(GetParam().settings, GetParam().rest);
+    const std::string before = panel.Folder().IniBytes();
+    try {
+        panel.Load();
+        FAIL() << "no error";
+    } catch (const win::RuntimeError& error) {
+        EXPECT_THAT(error.what(), HasSubstr(GetParam().message));
+    }
+    EXPECT_EQ(panel.Log().Count("tray"), 0u);
+    EXPECT_EQ(panel.Log().Count("show"), 0u);
+    g_faults = 0;
+    void* const watch = AddVectoredExceptionHandler(1, &CountFault);
+    panel.Release();
+    RemoveVectoredExceptionHandler(watch);
+    // Windows swallows what is raised in a window's procedure.
+    EXPECT_EQ(g_faults, 0) << "a window's last message reached an object that was gone";
+    EXPECT_FALSE(TakeQuitMessage()) << "the error report's own message loop would end at once";
+    EXPECT_EQ(panel.Log().Count("tray"), 0u);
+    EXPECT_EQ(panel.Log().Count("write"), 0u);
+    EXPECT_EQ(panel.Folder().IniBytes(), before);
+    EXPECT_FALSE(panel.Folder().Exists("temphtm.HTM"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Load, BadIniTest,
+    ::testing::Values(
+        BadIni{"NoMain", "", "", "CurrentTab"}, BadIni{"EmptyMain", "Main=\r\n", "", "CurrentTab"},
+        BadIni{"ShortMain", "Main=1,False,False\r\n", "", "HideAfterLaunch"},
+        BadIni{"WrongBoolean", MainWith("1", "Да,False,False,False,False,False,0,False,False,False"), "",
+               "Да"},
+        BadIni{"TooLargeEdge",
+               MainWith("1", "False,False,False,False,False,False,3000000000,False,False,False"), "",
+               "3000000000"},
+        BadIni{"TabZero", MainWith("0"), FullTab(1), "no tab 0"},
+        BadIni{"TabSeven", MainWith("7"), FullTab(1), "no tab 7"},
+        BadIni{"TabNegative", MainWith("-1"), "", "no tab -1"},
+        BadIni{"TabRecordWithoutBar", MainWith("1"), "[Buttons]\r\n30=Посао\r\n", "Посао"},
+        BadIni{"WrongPopUp", MainWith("1") + "poptf=maybe\r\n", "[Buttons]\r\n11=gone|0\r\n", "poptf"},
+        BadIni{"TooLongDelay", MainWith("1") + "popdelay=99999999999\r\n", "", "popdelay"},
+        BadIni{"WrongClickShow", MainWith("1") + "clickshow=maybe\r\n", "", "clickshow"}),
+    [](const auto& test) { return test.param.name; });
+
+}  // namespace
+}  // namespace app

@@ -1,0 +1,228 @@
+#include "app/tray_icon.h"
+
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstring>
+#include <cwchar>
+#include <string>
+#include <vector>
+
+#include "config/settings.h"
+#include "tests/support/recorded_call.h"
+#include "tests/support/text.h"
+#include "tests/unit/app/panel_harness.h"
+
+namespace app {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+const HWND kWindow = reinterpret_cast<HWND>(INT_PTR{0x4711});
+const HICON kIcon = reinterpret_cast<HICON>(INT_PTR{0x815});
+
+struct Notified {
+    DWORD what;
+    NOTIFYICONDATAA record;
+};
+
+class TrayIconTest : public ::testing::Test {
+  protected:
+    TrayIconTest()
+        : notify_(FAKE_CALL(Shell_NotifyIconA, [this](DWORD what, PNOTIFYICONDATAA record) {
+              Notified call{what, {}};
+              std::memcpy(&call.record, record, record->cbSize);
+              calls_.push_back(call);
+              return TRUE;
+          })) {}
+
+    std::vector<Notified> calls_;
+    testkit::RecordedCall notify_;
+};
+
+TEST_F(TrayIconTest, AddsTheIconWithTheRecordOfTheFirstVersion) {
+    TrayIcon tray;
+    tray.AddTrayIcon(kWindow, kIcon);
+    ASSERT_EQ(calls_.size(), 1u);
+    EXPECT_EQ(calls_[0].what, DWORD{NIM_ADD});
+    const NOTIFYICONDATAA& record = calls_[0].record;
+    // The text field of 64 bytes ends the first version's record: 88 bytes with handles of 32 bits.
+    EXPECT_EQ(record.cbSize, offsetof(NOTIFYICONDATAA, szTip) + 64);
+    EXPECT_EQ(record.hWnd, kWindow);
+    EXPECT_EQ(record.uID, 1u);
+    EXPECT_EQ(record.uFlags, 7u);
+    EXPECT_EQ(record.uCallbackMessage, 512u);
+    EXPECT_EQ(record.hIcon, kIcon);
+    EXPECT_EQ(std::string(record.szTip, 7), std::string(" Quon \0", 7));
+}
+
+TEST_F(TrayIconTest, DeletesTheIconOnceWithTheSameRecord) {
+    TrayIcon tray;
+    tray.AddTrayIcon(kWindow, kIcon);
+    tray.RemoveTrayIcon();
+    tray.RemoveTrayIcon();
+    ASSERT_EQ(calls_.size(), 2u);
+    EXPECT_EQ(calls_[1].what, DWORD{NIM_DELETE});
+    EXPECT_EQ(std::memcmp(&calls_[0].record, &calls_[1].record, sizeof(NOTIFYICONDATAA)), 0);
+}
+
+TEST_F(TrayIconTest, TakesTheIconAwayWithItself) {
+    { TrayIcon().AddTrayIcon(kWindow, kIcon); }
+    ASSERT_EQ(calls_.size(), 2u);
+    EXPECT_EQ(calls_[1].what, DWORD{NIM_DELETE});
+}
+
+TEST_F(TrayIconTest, DeletesNothingThatWasNotAdded) {
+    { TrayIcon tray; }
+    EXPECT_THAT(calls_, IsEmpty());
+}
+
+TEST_F(TrayIconTest, TakesAMoveWithTheIconsNumberAndNoHeightForTheIcons) {
+    EXPECT_EQ(TrayIcon::CallbackEvent(1, 514), 514u);
+    EXPECT_EQ(TrayIcon::CallbackEvent(1, 517), 517u);
+    EXPECT_EQ(TrayIcon::CallbackEvent(0, 514), 0u);
+    EXPECT_EQ(TrayIcon::CallbackEvent(2, 514), 0u);
+    EXPECT_EQ(TrayIcon::CallbackEvent(1, MAKELPARAM(514, 1)), 0u);
+    EXPECT_EQ(TrayIcon::CallbackEvent(1, 512), 0u);
+    EXPECT_EQ(TrayIcon::CallbackEvent(1, 100), 0u);
+}
+
+/// The panel's answer to the icon, docked at the right edge at first; the panel is never on the screen.
+class TrayEventTest : public ::testing::Test {
+  protected:
+    TrayEventTest() {
+        fakes_.push_back(FAKE_CALL(GetWindowTextA, [this](HWND, LPSTR text, int size) {
+            std::strncpy(text, underMouse_.c_str(), static_cast<size_t>(size));
+            return static_cast<int>(underMouse_.size());
+        }));
+        fakes_.push_back(FAKE_CALL(WindowFromPoint, [this](POINT) { return below_; }));
+        fakes_.push_back(FAKE_CALL(GetCursorPos, [](LPPOINT point) {
+            *point = {613, 741};
+            return TRUE;
+        }));
+        fakes_.push_back(
+            FAKE_CALL(TrackPopupMenu, [this](HMENU menu, UINT, int x, int y, int, HWND owner, const RECT*) {
+                ++menus_;
+                menuPlace_ = {x, y};
+                order_.emplace_back(owner == panel_.Panel().Handle() ? "menu" : "another's menu");
+                for (int index = 0; index < GetMenuItemCount(menu); ++index) {
+                    char caption[64] = "";
+                    GetMenuStringA(menu, static_cast<UINT>(index), caption, sizeof caption, MF_BYPOSITION);
+                    captions_.emplace_back(caption);
+                }
+                return chosen_;
+            }));
+        fakes_.push_back(FAKE_CALL(SetForegroundWindow, [this](HWND window) {
+            order_.push_back(window == panel_.Panel().Handle() ? "foreground" : "another in front");
+            return TRUE;
+        }));
+        panel_.Load();
+        panel_.Log().Clear();
+    }
+
+    bool Shown() { return panel_.Window().Rect().left != GetSystemMetrics(SM_CXSCREEN) - 4; }
+    void Send(UINT event) { panel_.Window().Send(WM_MOUSEMOVE, 1, event); }
+
+    PanelHarness panel_{"Main=1,False,True,False,False,False,False,3,False,False,False\r\n"};
+    std::string underMouse_;
+    HWND below_ = nullptr;
+    int chosen_ = 0;
+    int menus_ = 0;
+    POINT menuPlace_{};
+    std::vector<std::string> captions_;
+    std::vector<std::string> order_;
+    testkit::RecordedCalls fakes_;
+};
+
+TEST_F(TrayEventTest, BringsThePanelOutForALeftClick) {
+    ASSERT_FALSE(Shown());
+    Send(WM_LBUTTONUP);
+    EXPECT_TRUE(Shown());
+    EXPECT_EQ(menus_, 0);
+}
+
+TEST_F(TrayEventTest, ShowsItsMenuForARightClickInTheNotificationArea) {
+    underMouse_ = "Notification Area";
+    Send(WM_RBUTTONUP);
+    EXPECT_TRUE(Shown());
+    EXPECT_EQ(menus_, 1);
+    EXPECT_THAT(captions_, ElementsAre("Show Quon", "", "Close"));
+    EXPECT_EQ(menuPlace_.x, 613);
+    EXPECT_EQ(menuPlace_.y, 741);
+    // In this order, or the menu stays open when the user clicks elsewhere.
+    EXPECT_THAT(order_, ElementsAre("foreground", "menu"));
+}
+
+TEST_F(TrayEventTest, ShowsTheWindowAndTheIconOfThePanelInTheNotificationArea) {
+    EXPECT_EQ(panel_.TrayRecord().hWnd, panel_.Panel().Handle());
+    EXPECT_NE(panel_.TrayRecord().hIcon, nullptr);
+    EXPECT_EQ(reinterpret_cast<ULONG_PTR>(panel_.TrayRecord().hIcon),
+              GetClassLongPtrW(panel_.Panel().Handle(), GCLP_HICON));
+}
+
+TEST_F(TrayEventTest, KnowsTheNotificationAreaByTheClassesOfItsWindowsToo) {
+    const auto makeWindow = [](const wchar_t* name, HWND parent) {
+        WNDCLASSW record{};
+        record.lpfnWndProc = &DefWindowProcW;
+        record.hInstance = GetModuleHandleW(nullptr);
+        record.lpszClassName = name;
+        RegisterClassW(&record);
+        return CreateWindowExW(0, name, L"", parent ? WS_CHILD : WS_POPUP, 0, 0, 9, 9, parent, nullptr,
+                               record.hInstance, nullptr);
+    };
+    int expected = 0;
+    for (const wchar_t* name : {L"Shell_TrayWnd", L"NotifyIconOverflowWindow",
+                                L"TopLevelWindowForOverflowXamlIsland", L"Shell_TrayWndow"}) {
+        const HWND area = makeWindow(name, nullptr);
+        // The icons stand on a window of their own in it.
+        below_ = makeWindow(L"QuonTestIcons", makeWindow(L"QuonTestIcons", area));
+        ASSERT_NE(below_, nullptr);
+        if (std::wcscmp(name, L"Shell_TrayWndow") != 0) ++expected;
+        Send(WM_RBUTTONUP);
+        EXPECT_EQ(menus_, expected) << testkit::Utf8(name);
+        DestroyWindow(area);
+    }
+}
+
+TEST_F(TrayEventTest, DoesNothingForARightButtonElsewhere) {
+    for (const char* other : {"notification area", "Notificatio", "Desktop", ""}) {
+        underMouse_ = other;
+        Send(WM_RBUTTONUP);
+        EXPECT_FALSE(Shown()) << other;
+    }
+    EXPECT_EQ(menus_, 0);
+}
+
+TEST_F(TrayEventTest, DoesNothingForMovesOverTheIcon) {
+    config::Settings.PopOnHover = false;
+    for (const int event : {WM_MOUSEMOVE, WM_LBUTTONDOWN, WM_RBUTTONDOWN, WM_LBUTTONDBLCLK})
+        Send(static_cast<UINT>(event));
+    EXPECT_FALSE(Shown());
+    EXPECT_EQ(panel_.Log().Lines().size(), 0u);
+}
+
+TEST_F(TrayEventTest, EndsTheProgramByCloseWhateverTheSettingAndSavesTheSettingUnchanged) {
+    underMouse_ = "Notification";
+    chosen_ = 2602;
+    Send(WM_RBUTTONUP);
+    EXPECT_EQ(panel_.Panel().Handle(), nullptr);
+    EXPECT_TRUE(TakeQuitMessage());
+    EXPECT_EQ(panel_.Folder().IniValue("Settings", "Main"),
+              "1,False,True,False,False,False,False,3,False,False,False");
+}
+
+TEST_F(TrayEventTest, ShowsThePanelByItsFirstEntry) {
+    underMouse_ = "Notification";
+    chosen_ = 2600;
+    Send(WM_RBUTTONUP);
+    EXPECT_TRUE(Shown());
+    EXPECT_EQ(panel_.Log().Count("place"), 2u);
+    EXPECT_NE(panel_.Panel().Handle(), nullptr);
+}
+
+}  // namespace
+}  // namespace app

@@ -1,0 +1,214 @@
+#include "config/ini.h"
+
+#include <windows.h>
+
+#include <gmock/gmock.h>
+
+#include "tests/support/call_log.h"
+#include "tests/support/recorded_call.h"
+#include "tests/unit/config/config_file.h"
+#include "win/errors.h"
+
+namespace {
+
+using namespace std::string_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testkit::CallLog;
+using testkit::RecordedCall;
+
+class IniTest : public ConfigFile {};
+
+/// Writes `bytes` where a profile function is to put its answer.
+void Answer(LPSTR buffer, const std::string& bytes) { std::copy(bytes.begin(), bytes.end(), buffer); }
+
+TEST_F(IniTest, ReadsAValueWithTheSizeOf555) {
+    CallLog log;
+    const RecordedCall read = FAKE_CALL(
+        GetPrivateProfileStringA,
+        [&](LPCSTR section, LPCSTR key, LPCSTR otherwise, LPSTR buffer, DWORD size, LPCSTR file) -> DWORD {
+            log.Add(section, key, "<" + std::string(otherwise) + ">", size, file);
+            Answer(buffer, "abcdef");
+            return 4;
+        });
+    EXPECT_EQ(config::ReadIni("Cuts", "Notes"), "abcd");
+    EXPECT_THAT(log.Lines(), ElementsAre("Cuts Notes <> 555 " + folder_.IniPath()));
+}
+
+TEST_F(IniTest, HasRoomForAThousandCharactersOfAValue) {
+    const RecordedCall read = FAKE_CALL(GetPrivateProfileStringA,
+                                        [&](LPCSTR, LPCSTR, LPCSTR, LPSTR buffer, DWORD, LPCSTR) -> DWORD {
+                                            Answer(buffer, std::string(999, 'x') + '\0');
+                                            return 999;
+                                        });
+    EXPECT_EQ(config::ReadIni("Cuts", "Notes"), std::string(999, 'x'));
+}
+
+TEST_F(IniTest, ReadsASectionWithTheSizeOf20000AndStripsTheLastNul) {
+    CallLog log;
+    const RecordedCall read = FAKE_CALL(GetPrivateProfileSectionA,
+                                        [&](LPCSTR section, LPSTR buffer, DWORD size, LPCSTR file) -> DWORD {
+                                            log.Add(section, size, file);
+                                            Answer(buffer, "a=1\0b=2\0\0"s);
+                                            return 8;
+                                        });
+    EXPECT_EQ(config::ReadIniSection("Cuts"), "a=1\0b=2"s);
+    EXPECT_THAT(log.Lines(), ElementsAre("Cuts 20000 " + folder_.IniPath()));
+}
+
+TEST_F(IniTest, ReadsALongSectionCutShortWithoutAnError) {
+    const std::string line = "a=" + std::string(30000, 'x');
+    folder_.WriteIniText("[Cuts]\r\n" + line + "\r\nb=2\r\n");
+    // The system gives 19998 characters, and the last one is taken for the NUL that ends the last entry.
+    EXPECT_EQ(config::ReadIniSection("Cuts"), line.substr(0, 19997));
+    EXPECT_EQ(config::ListIniKeys("Cuts"), "a");
+}
+
+TEST_F(IniTest, TakesASectionThatBeginsWithANulForEmpty) {
+    const RecordedCall read =
+        FAKE_CALL(GetPrivateProfileSectionA, [&](LPCSTR, LPSTR, DWORD, LPCSTR) -> DWORD { return 1; });
+    EXPECT_EQ(config::ReadIniSection("Cuts"), "");
+}
+
+TEST_F(IniTest, WritesAValueOfTheFileAtIniPath) {
+    CallLog log;
+    const RecordedCall write = STUB_CALL(log, WritePrivateProfileStringA, FALSE);
+    config::WriteIni("Cuts", "Notes", "C:\\a.txt");
+    EXPECT_THAT(log.Lines(),
+                ElementsAre("WritePrivateProfileStringA Cuts Notes C:\\a.txt " + folder_.IniPath()));
+}
+
+TEST_F(IniTest, WritesASectionAsAListEndedByTwoNuls) {
+    std::vector<std::string> lists;
+    const RecordedCall write = FAKE_CALL(WritePrivateProfileSectionA, [&](LPCSTR, LPCSTR list, LPCSTR) {
+        const char* end = list;
+        do
+            end += std::string(end).size() + 1;
+        while (*end != '\0');
+        lists.emplace_back(list, end);
+        return FALSE;
+    });
+    config::WriteIniSection("Cuts", "a=1\0b=2"s);
+    EXPECT_THAT(lists, ElementsAre("a=1\0b=2\0"s));
+}
+
+TEST_F(IniTest, ReadsWhatItWroteInEveryScript) {
+    const std::pair<std::string, std::string> records[] = {{"Notes", "C:\\a.txt"},
+                                                           {"Zażółć", "C:\\Übung\\ß.txt"},
+                                                           {"Заметки", "C:\\Папка\\файл.txt"},
+                                                           {"笔记", "C:\\文件夹\\文件.txt"}};
+    for (const auto& [name, target] : records)
+        config::WriteIni("Cuts", name, target);
+    for (const auto& [name, target] : records)
+        EXPECT_EQ(config::ReadIni("Cuts", name), target);
+    EXPECT_EQ(config::ListIniKeys("Cuts"), "Notes|Zażółć|Заметки|笔记");
+}
+
+TEST_F(IniTest, GivesNothingForWhatIsMissing) {
+    EXPECT_EQ(config::ReadIni("Cuts", "Notes"), "");
+    EXPECT_EQ(config::ReadIniSection("Cuts"), "");
+    folder_.WriteIniText("[Cuts]\r\nNotes=C:\\a.txt\r\n[Switch]\r\n");
+    EXPECT_EQ(config::ReadIni("Cuts", "Other"), "");
+    EXPECT_EQ(config::ReadIni("Collected", "Notes"), "");
+    EXPECT_EQ(config::ReadIniSection("Collected"), "");
+    EXPECT_EQ(config::ReadIniSection("Switch"), "");
+}
+
+TEST_F(IniTest, FindsTheFirstOfTwoKeysIgnoringCase) {
+    folder_.WriteIniText("[Cuts]\r\nNotes=C:\\a.txt\r\nnotes=C:\\b.txt\r\n");
+    EXPECT_EQ(config::ReadIni("Cuts", "NOTES"), "C:\\a.txt");
+}
+
+TEST_F(IniTest, Reads554CharactersOfALongValue) {
+    const std::string value = std::string(554, 'a') + std::string(46, 'b');
+    folder_.WriteIniText("[Cuts]\r\nlong=" + value + "\r\nfits=" + std::string(554, 'c') + "\r\n");
+    EXPECT_EQ(config::ReadIni("Cuts", "long"), std::string(554, 'a'));
+    EXPECT_EQ(config::ReadIni("Cuts", "fits"), std::string(554, 'c'));
+}
+
+TEST_F(IniTest, SplitsASectionIntoItsEntries) {
+    EXPECT_THAT(config::SectionEntries(""), ElementsAre());
+    EXPECT_THAT(config::SectionEntries("a=1"), ElementsAre("a=1"));
+    EXPECT_THAT(config::SectionEntries("a=1\0b=x=y\0c"s), ElementsAre("a=1", "b=x=y", "c"));
+}
+
+TEST_F(IniTest, ListsTheKeysInFileOrderJoinedByBars) {
+    folder_.WriteIniText("[Cuts]\r\nb=2\r\na=1=x\r\nC c=\r\n");
+    EXPECT_EQ(config::ListIniKeys("Cuts"), "b|a|C c");
+}
+
+TEST_F(IniTest, ListsNoKeysOfAnEmptySection) {
+    folder_.WriteIniText("[Cuts]\r\n");
+    EXPECT_EQ(config::ListIniKeys("Cuts"), "");
+}
+
+TEST_F(IniTest, RefusesToListASectionWithAnEntryThatIsNoRecord) {
+    folder_.WriteIniText("[Cuts]\r\na=1\r\njunk\r\n");
+    try {
+        config::ListIniKeys("Cuts");
+        FAIL() << "no exception";
+    } catch (const win::InvalidArgumentError& error) {
+        EXPECT_THAT(error.what(), HasSubstr("\"Cuts\""));
+        EXPECT_THAT(error.what(), HasSubstr("junk"));
+        EXPECT_THAT(error.what(), HasSubstr(folder_.IniPath()));
+    }
+}
+
+TEST_F(IniTest, DeletesAKeyAndKeepsTheOrderOfTheOthers) {
+    folder_.WriteIniText("[Cuts]\r\na=1\r\nb=2\r\nc=3\r\n[Switch]\r\nb=/x\r\n");
+    config::DeleteIniKey("Cuts", "b");
+    EXPECT_THAT(Lines("Cuts"), ElementsAre("a=1", "c=3"));
+    EXPECT_THAT(Lines("Switch"), ElementsAre("b=/x"));
+}
+
+TEST_F(IniTest, DeletesByEmptyingTheSectionAndWritingTheOtherEntriesBack) {
+    folder_.WriteIniText("[Cuts]\r\na=1\r\nb=\r\nc=3\r\n");
+    CallLog log;
+    const RecordedCall section = LOG_CALL(log, WritePrivateProfileSectionA);
+    const RecordedCall value = LOG_CALL(log, WritePrivateProfileStringA);
+    config::DeleteIniKey("Cuts", "a");
+    EXPECT_THAT(log.Lines(), ElementsAre("WritePrivateProfileSectionA Cuts  " + folder_.IniPath(),
+                                         "WritePrivateProfileStringA Cuts b  " + folder_.IniPath(),
+                                         "WritePrivateProfileStringA Cuts c 3 " + folder_.IniPath()));
+}
+
+TEST_F(IniTest, DeletingAnAbsentKeyDropsTheFirstEntry) {
+    folder_.WriteIniText("[Cuts]\r\na=1\r\nb=2\r\n");
+    config::DeleteIniKey("Cuts", "nothing");
+    EXPECT_THAT(Lines("Cuts"), ElementsAre("b=2"));
+}
+
+TEST_F(IniTest, DeletesOnlyTheExactSpelling) {
+    folder_.WriteIniText("[Cuts]\r\nfirst=1\r\nNotes=2\r\n");
+    config::DeleteIniKey("Cuts", "notes");
+    EXPECT_THAT(Lines("Cuts"), ElementsAre("Notes=2"));
+}
+
+TEST_F(IniTest, DeletingCutsEveryOtherValueAtItsEqualsSign) {
+    folder_.WriteIniText("[Cuts]\r\na=1\r\nb=x=y\r\nc=3\r\n");
+    config::DeleteIniKey("Cuts", "a");
+    EXPECT_THAT(Lines("Cuts"), ElementsAre("b=x", "c=3"));
+}
+
+TEST_F(IniTest, DeletingFromASectionWithAnEntryThatIsNoRecordChangesNothing) {
+    const std::string text = "[Cuts]\r\na=1\r\njunk\r\nb=2\r\n";
+    folder_.WriteIniText(text);
+    try {
+        config::DeleteIniKey("Cuts", "a");
+        FAIL() << "no exception";
+    } catch (const win::SubscriptError& error) {
+        EXPECT_THAT(error.what(), HasSubstr("\"Cuts\""));
+        EXPECT_THAT(error.what(), HasSubstr("junk"));
+        EXPECT_THAT(error.what(), HasSubstr(folder_.IniPath()));
+    }
+    EXPECT_EQ(folder_.IniBytes(), text);
+}
+
+TEST_F(IniTest, DeletingFromAnEmptySectionLeavesItEmpty) {
+    folder_.WriteIniText("[Cuts]\r\n[Switch]\r\na=/x\r\n");
+    config::DeleteIniKey("Cuts", "a");
+    EXPECT_THAT(Lines("Cuts"), ElementsAre());
+    EXPECT_THAT(Lines("Switch"), ElementsAre("a=/x"));
+}
+
+}  // namespace

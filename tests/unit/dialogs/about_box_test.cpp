@@ -1,0 +1,123 @@
+#include <windows.h>
+
+#include <commctrl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <shellapi.h>
+
+#include <string>
+#include <vector>
+
+#include "dialogs/message_box.h"
+#include "res/resource.h"
+#include "tests/support/modal_answers.h"
+#include "tests/support/recorded_call.h"
+#include "tests/support/window.h"
+
+namespace dialogs {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using testkit::CallLog;
+using testkit::ModalAnswers;
+using testkit::Window;
+
+void Close(Window box) { box.Child(330).Send(BM_CLICK); }
+
+testkit::RecordedCall RecordTips(std::vector<std::string>& texts) {
+    return FAKE_CALL(SendMessageA, [&](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        if (message == TTM_ADDTOOLA)
+            texts.emplace_back(reinterpret_cast<const TTTOOLINFOA*>(lParam)->lpszText);
+        return ORIGINAL_CALL(SendMessageA)(window, message, wParam, lParam);
+    });
+}
+
+TEST(AboutBoxTest, ShowsItsPanelWithVersionLinksAndCloseButton) {
+    ModalAnswers user({[](Window box) {
+        EXPECT_EQ(box.Text(), "About Quon");
+        for (const int id : {330, 340, 341, 342, 343, 344})
+            EXPECT_TRUE(box.Child(id).IsVisible()) << id;
+        for (const int id : {300, 310, 311, 312, 320})
+            EXPECT_FALSE(box.Child(id).IsVisible()) << id;
+        EXPECT_EQ(box.Child(341).Text(), "version 2.0.1");
+        EXPECT_EQ(box.Child(342).Text(), "Tech support, contact");
+        EXPECT_EQ(box.Child(343).Text(), "Visit web site");
+        EXPECT_EQ(box.Child(330).Text(), "Close");
+        EXPECT_NE(box.Child(344).Send(STM_GETICON), 0) << "the product's picture";
+        Close(box);
+    }});
+    frmMsg().AboutQuon();
+    EXPECT_EQ(MessageAnswer, "");
+}
+
+TEST(AboutBoxTest, OpensBothPagesWithTheDefaultActionAndTheDesktopAsOwner) {
+    CallLog log;
+    const auto shell = STUB_CALL(log, ShellExecuteA, reinterpret_cast<HINSTANCE>(33));
+    ModalAnswers user({[](Window box) {
+        box.Send(WM_COMMAND, MAKEWPARAM(342, STN_CLICKED), reinterpret_cast<LPARAM>(box.Child(342).Handle()));
+        box.Send(WM_COMMAND, MAKEWPARAM(343, STN_CLICKED), reinterpret_cast<LPARAM>(box.Child(343).Handle()));
+        Close(box);
+    }});
+    frmMsg().AboutQuon();
+    const std::string start = "ShellExecuteA " + testkit::LoggedText(GetDesktopWindow()) + " (null) ";
+    const std::string end = " (null) (null) 1";
+    EXPECT_THAT(log.Lines(), ElementsAre(start + "https://quon.example/support" + end,
+                                         start + "https://quon.example/" + end));
+}
+
+TEST(AboutBoxTest, OpensAPageOnceForADoubleClick) {
+    CallLog log;
+    const auto shell = STUB_CALL(log, ShellExecuteA, reinterpret_cast<HINSTANCE>(33));
+    ModalAnswers user({[](Window box) {
+        for (const int id : {342, 343}) {
+            box.Child(id).Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(3, 3));
+            box.Child(id).Send(WM_LBUTTONUP, 0, MAKELPARAM(3, 3));
+            box.Child(id).Send(WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(3, 3));
+            box.Child(id).Send(WM_LBUTTONUP, 0, MAKELPARAM(3, 3));
+        }
+        Close(box);
+    }});
+    frmMsg().AboutQuon();
+    EXPECT_EQ(log.Count("ShellExecuteA"), 2u);
+}
+
+TEST(AboutBoxTest, TellsWhatTheSupportLinkIsFor) {
+    std::vector<std::string> tips;
+    const auto record = RecordTips(tips);
+    ModalAnswers user({Close});
+    frmMsg().AboutQuon();
+    EXPECT_THAT(tips, ElementsAre(" If you have questions, suggestions, or just want to say hi "));
+}
+
+TEST(AboutBoxTest, HasNoTipInTheMessageMode) {
+    std::vector<std::string> tips;
+    const auto record = RecordTips(tips);
+    ModalAnswers user({[](Window box) { box.Send(WM_CLOSE); }});
+    ShowNote("Text");
+    EXPECT_THAT(tips, IsEmpty());
+}
+
+TEST(AboutBoxTest, ClosesOnEscOnEnterAndByItsTitleBar) {
+    const auto press = [](WORD key) {
+        return [key](Window) { PostMessageW(GetFocus(), WM_KEYDOWN, key, 0); };
+    };
+    ModalAnswers user(
+        {press(VK_ESCAPE), press(VK_RETURN), [](Window box) { box.Send(WM_SYSCOMMAND, SC_CLOSE); }});
+    for (int time = 0; time < 3; ++time)
+        frmMsg().AboutQuon();
+    EXPECT_EQ(user.Used(), 3u);
+    EXPECT_EQ(OpenDialogCount, 0);
+}
+
+TEST(AboutBoxTest, CountsAmongTheOpenDialogsAndIsTopmost) {
+    ModalAnswers user({[](Window box) {
+        EXPECT_EQ(OpenDialogCount, 1);
+        EXPECT_TRUE(box.IsTopmost());
+        Close(box);
+    }});
+    frmMsg().AboutQuon();
+}
+
+}  // namespace
+}  // namespace dialogs

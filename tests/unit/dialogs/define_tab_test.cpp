@@ -1,0 +1,217 @@
+#include "dialogs/define_tab.h"
+
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "config/settings.h"
+#include "tests/support/hidden_window.h"
+#include "tests/support/modal_answers.h"
+#include "tests/support/program_folder.h"
+#include "tests/support/scoped_ini_path.h"
+#include "tests/unit/dialogs/dialog_parts.h"
+#include "win/picture_box.h"
+
+namespace dialogs {
+namespace {
+
+using config::Settings;
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using testkit::ModalAnswers;
+using testkit::Window;
+
+constexpr int kLabel = 810;
+constexpr int kDescription = 811;
+constexpr int kShowDescription = 820;
+constexpr int kApply = 830;
+constexpr int kCancel = 831;
+
+ModalAnswers::Step Press(int id) {
+    return [id](Window dialog) { dialog.Child(id).Send(BM_CLICK); };
+}
+
+class DefineTabTest : public ::testing::Test {
+  protected:
+    DefineTabTest() { Settings = {}; }
+    ~DefineTabTest() override { Settings = {}; }
+
+    /// Opens the dialog for a tab and for one step, which closes it.
+    void Open(int tab, const ModalAnswers::Step& step) {
+        ModalAnswers user({step});
+        frmTabPrep(host_, tab).Open();
+    }
+    /// Types both texts and applies them.
+    void Define(int tab, const std::string& label, const std::string& description) {
+        Open(tab, [&](Window dialog) {
+            dialog.Child(kLabel).SetText(label);
+            dialog.Child(kDescription).SetText(description);
+            dialog.Child(kApply).Send(BM_CLICK);
+        });
+    }
+
+    testkit::ProgramFolder folder_;
+    testkit::ScopedIniPath ini_{folder_.IniPath()};
+    RecordedHost host_;
+};
+
+TEST_F(DefineTabTest, HasItsCaptionsWordForWord) {
+    Open(1, [](Window dialog) {
+        EXPECT_EQ(dialog.Text(), "Define tab");
+        EXPECT_EQ(dialog.Child(800).Text(), "Give the label and description to tab:");
+        EXPECT_EQ(dialog.Child(801).Text(), "Label:" + std::string(31, ' ') + "(7 chars max)");
+        EXPECT_EQ(dialog.Child(802).Text(), "Description:");
+        EXPECT_EQ(dialog.Child(kShowDescription).Text(), "Show description instead of tab contents");
+        EXPECT_EQ(dialog.Child(kApply).Text(), "Apply");
+        EXPECT_EQ(dialog.Child(kCancel).Text(), "Cancel");
+        for (const int id : {800, 801, 802, 810, 811, 820, 830, 831})
+            EXPECT_TRUE(dialog.Child(id).IsVisible()) << id;
+        EXPECT_TRUE(dialog.IsTopmost());
+        dialog.Child(kCancel).Send(BM_CLICK);
+    });
+}
+
+TEST_F(DefineTabTest, ShowsTheTabsTextsAndTheOption) {
+    host_.tab.Label = "Посао";
+    host_.tab.Description = "Опис | 説明";
+    for (const bool option : {false, true}) {
+        Settings.TabDescriptions = option;
+        Open(4, [&](Window dialog) {
+            EXPECT_EQ(dialog.Child(kLabel).Text(), "Посао");
+            EXPECT_EQ(dialog.Child(kDescription).Text(), "Опис | 説明");
+            EXPECT_EQ(dialog.Child(kShowDescription).Send(BM_GETCHECK), option ? BST_CHECKED : BST_UNCHECKED);
+            dialog.Child(kCancel).Send(BM_CLICK);
+        });
+    }
+    EXPECT_THAT(host_.log.Lines(), Each("tab 4"));
+}
+
+TEST_F(DefineTabTest, WritesTheRecordAndHandsItToTheTab) {
+    Define(3, "Work", "Office files");
+    EXPECT_EQ(folder_.IniValue("Buttons", "30"), "Work|Office files");
+    EXPECT_EQ(host_.context.Records.At("30"), "Work|Office files");
+    EXPECT_EQ(host_.log.Lines().back(), "tab 3");
+    EXPECT_EQ(host_.tab.Label, "Work");
+    EXPECT_EQ(host_.tab.Description, "Office files");
+}
+
+TEST_F(DefineTabTest, PaintsTheNewLabelOnTheHeader) {
+    const testkit::HiddenWindow parent;
+    win::PictureBox header;
+    header.CreateOn(parent.Handle(), 101, {0, 0, 52, 24});
+    host_.tab.SetParentTab(&header);
+    Define(1, "日本語", "");
+    EXPECT_EQ(Window(header.Handle()).Text(), "日本語");
+    host_.tab.SetParentTab(nullptr);
+}
+
+TEST_F(DefineTabTest, WritesWhateverIsTypedAsItStands) {
+    const std::vector<std::vector<std::string>> cases{
+        // tab, label, description, stored label, stored description
+        {"1", "", "", "", ""},
+        {"2", "", "d", "", "d"},
+        {"4", "Ђ文", "Опис = 1; [x]", "Ђ文", "Опис = 1; [x]"},
+        // A bar shifts the fields when the record is read back.
+        {"5", "a|b", "c", "a", "b|c"},
+        {"6", "a", "b|c", "a", "b|c"}};
+    for (const auto& c : cases) {
+        Define(std::stoi(c[0]), c[1], c[2]);
+        EXPECT_EQ(folder_.IniValue("Buttons", c[0] + "0"), c[1] + "|" + c[2]);
+        EXPECT_EQ(host_.tab.Label, c[3]);
+        EXPECT_EQ(host_.tab.Description, c[4]);
+    }
+}
+
+TEST_F(DefineTabTest, RefusesAnEighthCharacterInTheLabelAlone) {
+    Open(1, [](Window dialog) {
+        for (const int id : {kLabel, kDescription})
+            for (int count = 0; count < 10; ++count)
+                dialog.Child(id).Send(WM_CHAR, L'Ж');
+        EXPECT_EQ(dialog.Child(kLabel).Text(), "ЖЖЖЖЖЖЖ");
+        EXPECT_EQ(dialog.Child(kDescription).Text(), "ЖЖЖЖЖЖЖЖЖЖ");
+        EXPECT_GT(dialog.Child(kDescription).Send(EM_GETLIMITTEXT), 100000);
+        dialog.Child(kCancel).Send(BM_CLICK);
+    });
+}
+
+TEST_F(DefineTabTest, SetsTheOptionOnApplyAlone) {
+    for (const bool option : {true, false}) {
+        Settings.TabDescriptions = !option;
+        for (const int button : {kCancel, kApply}) {
+            Open(2, [&](Window dialog) {
+                dialog.Child(kShowDescription).Send(BM_CLICK);
+                dialog.Child(button).Send(BM_CLICK);
+            });
+            EXPECT_EQ(Settings.TabDescriptions, button == kApply ? option : !option);
+        }
+    }
+}
+
+TEST_F(DefineTabTest, WritesNothingWhenItIsCancelled) {
+    host_.tab.Label = "Before";
+    const std::vector<ModalAnswers::Step> ways{Press(kCancel),
+                                               [](Window dialog) { dialog.Send(WM_SYSCOMMAND, SC_CLOSE); },
+                                               [](Window) { PressInFocus(VK_ESCAPE); }};
+    for (const ModalAnswers::Step& close : ways)
+        Open(2, [&](Window dialog) {
+            dialog.Child(kLabel).SetText("After");
+            close(dialog);
+        });
+    EXPECT_EQ(folder_.IniBytes(), "");
+    EXPECT_EQ(host_.tab.Label, "Before");
+}
+
+TEST_F(DefineTabTest, ExplainsItsBoxByOneTipThatItKeeps) {
+    TipLog tips;
+    Open(1, [&](Window dialog) {
+        PointAt(dialog, dialog);
+        PointAt(dialog, dialog.Child(kLabel));
+        EXPECT_THAT(tips.Tips(), IsEmpty());
+        for (int time = 0; time < 3; ++time) {
+            PointAt(dialog, dialog.Child(kShowDescription));
+            PointAt(dialog, dialog);
+        }
+        EXPECT_THAT(
+            tips.Tips(),
+            ElementsAre("820 Tab contents:|List of shortcuts (files, URLs) assigned to buttons on the tab."));
+        dialog.Child(kCancel).Send(BM_CLICK);
+    });
+    EXPECT_EQ(TipLog::WindowCount(), 0);
+}
+
+TEST_F(DefineTabTest, GoesByTheKeyboard) {
+    host_.tab.Label = "Label";
+    Open(1, [](Window dialog) {
+        EXPECT_EQ(GetFocus(), dialog.Child(kLabel).Handle());
+        DWORD start = 9;
+        DWORD end = 0;
+        dialog.Child(kLabel).Send(EM_GETSEL, reinterpret_cast<WPARAM>(&start),
+                                  reinterpret_cast<LPARAM>(&end));
+        EXPECT_EQ(start, 0u);
+        EXPECT_EQ(end, 5u);
+        EXPECT_THAT(TabOrder(dialog, kLabel),
+                    ElementsAre(kLabel, kDescription, kShowDescription, kApply, kCancel));
+        PressInFocus(VK_RETURN);
+    });
+    EXPECT_EQ(folder_.IniValue("Buttons", "10"), "Label|") << "Enter applies";
+}
+
+TEST_F(DefineTabTest, PutsTheLabelIntoTheGapOfItsCaption) {
+    Open(1, [](Window dialog) {
+        const RECT caption = dialog.Child(801).Rect();
+        const RECT box = dialog.Child(kLabel).Rect();
+        EXPECT_GT(box.left, caption.left);
+        EXPECT_LT(box.right, caption.right);
+        EXPECT_GT(box.right - box.left, 60) << "seven letters fit";
+        dialog.Child(kCancel).Send(BM_CLICK);
+    });
+}
+
+}  // namespace
+}  // namespace dialogs

@@ -1,0 +1,228 @@
+#include <windows.h>
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "dialogs/options.h"
+#include "tests/unit/dialogs/options_fixture.h"
+
+namespace dialogs {
+namespace {
+
+using config::Settings;
+using ::testing::ElementsAre;
+using ::testing::IsSupersetOf;
+using testkit::ModalAnswers;
+using testkit::Window;
+
+using OptionsLookTest = OptionsFixture;
+
+TEST_F(OptionsLookTest, HasItsCaptionsWordForWord) {
+    const std::vector<std::pair<int, std::string>> captions{
+        {400, "Start on Windows startup"},
+        {401, "Start glued to the edge of the screen (choose edge below)"},
+        {402, "Hide to the edge of the screen when execute a shortcut"},
+        {403, "When making shortcut of active processes, choose only ones that appear in taskbar"},
+        {404, "Clicking the close button of the main window closes Quon"},
+        {405, "Show extensive tooltips for buttons"},
+        {406, "Open files with single click on buttons"},
+        {407, "Show collected shortcuts in shortcut list"},
+        {408, "Hover                 ms before showing Quon"},
+        {409, "Clicking the window shows Quon"},
+        {420, "500"},
+        {431, "Left"},
+        {432, "Top"},
+        {433, "Right"},
+        {434, "Bottom"},
+        {440, "Cancel"},
+        {441, "Accept"}};
+    Open([&](Window dialog) {
+        EXPECT_EQ(dialog.Text(), "Quon settings");
+        for (const auto& [id, caption] : captions) {
+            EXPECT_EQ(dialog.Child(id).Text(), caption) << id;
+            EXPECT_TRUE(dialog.Child(id).IsVisible()) << id;
+        }
+        std::vector<std::string> texts;
+        for (const Window child : dialog.Descendants())
+            texts.push_back(child.Text());
+        EXPECT_THAT(
+            texts,
+            IsSupersetOf(
+                {"General", "Position", "Window related", "Other",
+                 "Choose edge where you want Quon to reside:", "When glued to the edge of the screen:",
+                 "Move mouse over settings to see explanation.", "Press F1 to see more detailed help"}));
+        Click(dialog, kCancelButton);
+    });
+}
+
+TEST_F(OptionsLookTest, GroupsItsBoxesInTheirFrames) {
+    const std::vector<std::pair<std::string, std::vector<int>>> frames{
+        {"General", {400, 401, 403, 405, 406}},
+        {"Position", {431, 432, 433, 434, 402}},
+        {"Window related", {408, 420, 409, 404}},
+        {"Other", {407}}};
+    Open([&](Window dialog) {
+        const std::vector<Window> children = dialog.Descendants();
+        for (const auto& [title, members] : frames) {
+            const auto frame = std::find_if(children.begin(), children.end(),
+                                            [&](Window child) { return child.Text() == title; });
+            ASSERT_NE(frame, children.end()) << title;
+            for (const int id : members) {
+                RECT shared{};
+                const RECT outer = frame->Rect();
+                const RECT inner = dialog.Child(id).Rect();
+                IntersectRect(&shared, &outer, &inner);
+                EXPECT_NE(EqualRect(&shared, &inner), 0) << title << " " << id;
+            }
+        }
+        Click(dialog, kCancelButton);
+    });
+}
+
+TEST_F(OptionsLookTest, ExplainsEachBoxByItsTip) {
+    const std::vector<std::string> tips{
+        "400 Default: unchecked|If checked, Quon will start when you turn on your computer.",
+        "401 Default: unchecked|If checked, Quon will start on the edge of your screen.",
+        "402 Default: checked|If checked, Quon will move to the edge of your screen\n"
+        "after you open a file with it.",
+        "403 Default: checked|If checked, Quon will show only processes that appear in taskbar.\n"
+        "Otherwise, it will show all processes (even ones that have no window attached to it \n"
+        "- usefull if program is in tray.",
+        "404 Default: unchecked|Means that Quon will move to the edge of the screen, and not close down.",
+        "405 Default: checked|If checked, buttons in menu will show titles of menu buttons\n"
+        "with all the files associated to buttons in appropriate group.",
+        "406 Default: unchecked|If checked, you will need only one click to open the files\n"
+        "assigned to buttons.",
+        "407 Default: checked|If checked, Quon will include applications with file associations\n"
+        "in the list of shortcuts.",
+        "408 Default: checked|Show how much time Quon will wait before poping-up.\n"
+        "If unchecked, Quon won't pop-up while you hover mouse over its window.",
+        "409 Default: checked|If checked, Quon will pop-up even if 'Hover XXX ms before poping-up' is "
+        "disabled."};
+    TipLog log;
+    Open([&](Window dialog) {
+        EXPECT_THAT(log.Tips(), ElementsAre("420 |One second = 1000 ms"));
+        log.Clear();
+        for (int index = 0; index < 10; ++index)
+            PointAt(dialog, dialog.Child(400 + index));
+        EXPECT_EQ(log.Tips(), tips);
+        EXPECT_EQ(TipLog::WindowCount(), 2) << "the box's own and one for all options";
+        Click(dialog, kCancelButton);
+    });
+    EXPECT_EQ(TipLog::WindowCount(), 0);
+}
+
+TEST_F(OptionsLookTest, MakesATipAnewOnlyForAnotherBoxOrAfterTheBackground) {
+    TipLog log;
+    Open([&](Window dialog) {
+        log.Clear();
+        for (int time = 0; time < 3; ++time)
+            PointAt(dialog, dialog.Child(403));
+        EXPECT_EQ(log.Tips().size(), 1u);
+        PointAt(dialog, dialog.Child(kAcceptButton));
+        PointAt(dialog, dialog.Child(403));
+        EXPECT_EQ(log.Tips().size(), 1u);
+        PointAt(dialog, dialog);
+        EXPECT_EQ(TipLog::WindowCount(), 1) << "released";
+        PointAt(dialog, dialog.Child(403));
+        EXPECT_EQ(log.Tips().size(), 2u);
+        Click(dialog, kCancelButton);
+    });
+}
+
+constexpr char kNote[] =
+    "Please note:\n\nSince you cleared both settings for poping-up Quon, (framed in red), the only way to "
+    "call it is clicking on the tray icon.";
+
+TEST_F(OptionsLookTest, WarnsWithTheRedFrameWhenBothTriggersAreCleared) {
+    HWND dialog = nullptr;
+    const auto frame = [&] { return Window(dialog).Child(kWarningFrame); };
+    const auto clear = [&](Window window) {
+        dialog = window.Handle();
+        EXPECT_FALSE(frame().IsVisible());
+        window.Child(409).Send(BM_CLICK);
+        EXPECT_FALSE(frame().IsVisible()) << "the note is closed";
+        EXPECT_FALSE(IsChecked(window, 408));
+        EXPECT_FALSE(IsChecked(window, 409)) << "the boxes stay cleared";
+        // Any box asks again.
+        window.Child(407).Send(BM_CLICK);
+        Click(window, kCancelButton);
+    };
+    const auto note = [&](Window box) {
+        EXPECT_EQ(box.Text(), "Message from Quon");
+        EXPECT_EQ(box.Child(300).Text(), kNote);
+        EXPECT_EQ(box.Child(310).Text(), "Accept");
+        EXPECT_FALSE(box.Child(311).IsVisible());
+        EXPECT_EQ(box.Owner().Handle(), dialog);
+        EXPECT_TRUE(frame().IsVisible());
+        box.Child(310).Send(BM_CLICK);
+    };
+    ModalAnswers user({clear, note, note});
+    Open();
+}
+
+TEST_F(OptionsLookTest, FramesBothTriggersAndNothingElse) {
+    Open([](Window dialog) {
+        const RECT frame = dialog.Child(kWarningFrame).Rect();
+        for (const int id : {408, 420, 409}) {
+            RECT shared{};
+            const RECT inner = dialog.Child(id).Rect();
+            IntersectRect(&shared, &frame, &inner);
+            EXPECT_NE(EqualRect(&shared, &inner), 0) << id;
+        }
+        for (int id = 400; id < 408; ++id) {
+            RECT shared{};
+            const RECT other = dialog.Child(id).Rect();
+            EXPECT_EQ(IntersectRect(&shared, &frame, &other), 0) << id;
+        }
+        Click(dialog, kCancelButton);
+    });
+}
+
+TEST_F(OptionsLookTest, DoesNotWarnWhileOneTriggerIsLeftOrTheBoxesAreFilled) {
+    Settings.ClickShows = false;
+    // Both are cleared from the beginning: only a click warns.
+    Open([](Window dialog) { Click(dialog, kCancelButton); });
+    Settings.PopOnHover = true;
+    Open([](Window dialog) {
+        for (const int id : {400, 409, 408, 408, 409})
+            Click(dialog, id);
+        EXPECT_FALSE(dialog.Child(kWarningFrame).IsVisible());
+        Click(dialog, kCancelButton);
+    });
+}
+
+TEST_F(OptionsLookTest, GoesByTheKeyboard) {
+    Open([](Window dialog) {
+        EXPECT_EQ(GetFocus(), dialog.Child(400).Handle());
+        EXPECT_THAT(TabOrder(dialog, 400),
+                    ElementsAre(400, 401, 403, 405, 406, 431, 402, 408, 420, 409, 404, 407, 441, 440));
+        PressInFocus(VK_RETURN);
+    });
+    EXPECT_EQ(host_.log.Count("close setting"), 1u) << "Enter accepts";
+}
+
+TEST_F(OptionsLookTest, PutsTheDelayIntoTheGapOfItsCaption) {
+    Open([](Window dialog) {
+        const RECT option = dialog.Child(408).Rect();
+        const RECT box = dialog.Child(kDelayBox).Rect();
+        EXPECT_GT(box.left, option.left + 13);
+        EXPECT_GT(box.right - box.left, 30);
+        const HRGN region = CreateRectRgn(0, 0, 0, 0);
+        EXPECT_EQ(GetWindowRgn(dialog.Child(408).Handle(), region), COMPLEXREGION);
+        const int middle = (box.top + box.bottom) / 2 - option.top;
+        EXPECT_FALSE(PtInRegion(region, box.left - option.left, middle)) << "the box lies in a hole";
+        EXPECT_FALSE(PtInRegion(region, box.right - 1 - option.left, middle));
+        EXPECT_TRUE(PtInRegion(region, box.left - 2 - option.left, middle));
+        EXPECT_TRUE(PtInRegion(region, box.right + 2 - option.left, middle));
+        DeleteObject(region);
+        Click(dialog, kCancelButton);
+    });
+}
+
+}  // namespace
+}  // namespace dialogs

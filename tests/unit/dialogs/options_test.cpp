@@ -1,0 +1,326 @@
+#include "dialogs/options.h"
+
+#include <windows.h>
+
+#include <gmock/gmock.h>
+
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "dialogs/message_box.h"
+#include "tests/support/text.h"
+#include "tests/unit/dialogs/options_fixture.h"
+#include "win/process_start.h"
+
+namespace dialogs {
+namespace {
+
+using config::Settings;
+using config::SettingsRecord;
+using ::testing::AllOf;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using testkit::ModalAnswers;
+using testkit::Window;
+
+using OptionsTest = OptionsFixture;
+
+/// The setting of each check box by its index.
+constexpr bool SettingsRecord::*kSettings[]{
+    &SettingsRecord::StartWithWindows,  &SettingsRecord::StartGlued,
+    &SettingsRecord::HideAfterLaunch,   &SettingsRecord::TaskbarProcessesOnly,
+    &SettingsRecord::CloseButtonCloses, &SettingsRecord::ExtensiveTooltips,
+    &SettingsRecord::SingleClickOpen,   &SettingsRecord::ShowCollected,
+    &SettingsRecord::PopOnHover,        &SettingsRecord::ClickShows};
+
+const char kRun[] = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
+
+TEST_F(OptionsTest, DocksThePanelAndStopsItsTimerBeforeItIsShown) {
+    ASSERT_EQ(OpenDialogCount, 0);
+    Open([&](Window dialog) {
+        EXPECT_THAT(host_.log.Lines(), ElementsAre("ShowQuon false false", "timer false"));
+        EXPECT_EQ(OpenDialogCount, 1);
+        EXPECT_TRUE(dialog.IsTopmost());
+        Click(dialog, kCancelButton);
+    });
+}
+
+TEST_F(OptionsTest, BringsThePanelOutWhicheverWayItIsClosed) {
+    const std::vector<ModalAnswers::Step> ways{Press(kCancelButton), CloseByTitleBar,
+                                               [](Window) { PressInFocus(VK_ESCAPE); }};
+    for (size_t way = 0; way < ways.size(); ++way) {
+        host_.log.Clear();
+        Open(ways[way]);
+        EXPECT_THAT(host_.log.Lines(),
+                    ElementsAre("ShowQuon false false", "timer false", "timer true", "ShowQuon true false"))
+            << way;
+        EXPECT_EQ(OpenDialogCount, 0);
+    }
+    host_.log.Clear();
+    Open(Press(kAcceptButton));
+    EXPECT_THAT(host_.log.Lines(), ElementsAre("ShowQuon false false", "timer false", "tooltip mark",
+                                               "close setting", "timer true", "ShowQuon true false"));
+}
+
+TEST_F(OptionsTest, ShowsEachSettingInItsOwnBox) {
+    for (int on = 0; on < 10; ++on) {
+        Settings = {};
+        Settings.*kSettings[on] = true;
+        Open([&](Window dialog) {
+            for (int index = 0; index < 10; ++index)
+                EXPECT_EQ(IsChecked(dialog, 400 + index), index == on) << on << " " << index;
+            Click(dialog, kCancelButton);
+        });
+    }
+}
+
+TEST_F(OptionsTest, ShowsTheDelayAndTheEdge) {
+    for (const int edge : {1, 2, 3, 4}) {
+        Settings.Edge = edge;
+        Settings.PopDelay = 1000 * edge;
+        Open([&](Window dialog) {
+            for (int option = 1; option <= 4; ++option)
+                EXPECT_EQ(IsChecked(dialog, 430 + option), option == edge);
+            EXPECT_EQ(dialog.Child(kDelayBox).Text(), std::to_string(1000 * edge));
+            Click(dialog, kCancelButton);
+        });
+    }
+}
+
+TEST_F(OptionsTest, CopiesEachBoxToItsOwnSetting) {
+    for (int on = 0; on < 10; ++on) {
+        Settings = {};
+        Open([&](Window dialog) {
+            CheckDlgButton(dialog.Handle(), 400 + on, BST_CHECKED);
+            Click(dialog, kAcceptButton);
+        });
+        for (int index = 0; index < 10; ++index)
+            EXPECT_EQ(Settings.*kSettings[index], index == on) << on << " " << index;
+    }
+    // And off again.
+    for (int off = 0; off < 10; ++off) {
+        Settings = {};
+        Settings.ClickShows = Settings.PopOnHover = true;
+        Settings.*kSettings[off] = true;
+        Open([&](Window dialog) {
+            Click(dialog, 400 + off);
+            Click(dialog, kAcceptButton);
+        });
+        EXPECT_FALSE(Settings.*kSettings[off]) << off;
+    }
+}
+
+TEST_F(OptionsTest, CopiesTheEdgeThatWasClicked) {
+    for (const int edge : {4, 3, 2, 1}) {
+        Open([&](Window dialog) {
+            Click(dialog, 430 + edge);
+            Click(dialog, kAcceptButton);
+        });
+        EXPECT_EQ(Settings.Edge, edge);
+    }
+}
+
+TEST_F(OptionsTest, KeepsAStoredEdgeThatIsNoneUntilOneIsChosen) {
+    Settings.Edge = 9;
+    Open([](Window dialog) {
+        for (int option = 1; option <= 4; ++option)
+            EXPECT_FALSE(IsChecked(dialog, 430 + option));
+        // The focus alone chooses nothing, though the option tells of it as of a click.
+        const Window left = dialog.Child(431);
+        dialog.Send(WM_COMMAND, MAKEWPARAM(431, BN_CLICKED), reinterpret_cast<LPARAM>(left.Handle()));
+        Click(dialog, kAcceptButton);
+    });
+    EXPECT_EQ(Settings.Edge, 9);
+    Open([](Window dialog) {
+        Click(dialog, 432);
+        Click(dialog, kAcceptButton);
+    });
+    EXPECT_EQ(Settings.Edge, 2);
+}
+
+TEST_F(OptionsTest, AStoredEdgeThatIsNoneMarksNoOtherControl) {
+    // With the first edge's number they would name each of the check boxes, the delay and the buttons.
+    for (const int edge : {-30, -25, -21, -10, 0, 5, 10, 11, 20, std::numeric_limits<int>::max(),
+                           std::numeric_limits<int>::min()}) {
+        Settings = {};
+        Settings.Edge = edge;
+        Open([](Window dialog) {
+            for (const Window child : dialog.Descendants())
+                EXPECT_EQ(child.Send(BM_GETCHECK), BST_UNCHECKED) << child.Describe();
+            Click(dialog, kAcceptButton);
+        });
+        EXPECT_EQ(Settings.Edge, edge);
+    }
+}
+
+TEST_F(OptionsTest, CopiesNothingWhenItIsCancelled) {
+    const std::vector<ModalAnswers::Step> ways{Press(kCancelButton), CloseByTitleBar,
+                                               [](Window) { PressInFocus(VK_ESCAPE); }};
+    for (const ModalAnswers::Step& close : ways) {
+        Open([&](Window dialog) {
+            for (int index = 0; index < 9; ++index)
+                Click(dialog, 400 + index);
+            Click(dialog, 434);
+            dialog.Child(kDelayBox).SetText("77");
+            close(dialog);
+        });
+        for (int index = 0; index < 9; ++index)
+            EXPECT_FALSE(Settings.*kSettings[index]) << index;
+        EXPECT_TRUE(Settings.ClickShows);
+        EXPECT_EQ(Settings.Edge, 1);
+        EXPECT_EQ(Settings.PopDelay, 500);
+    }
+    EXPECT_THAT(registry_.Lines(), IsEmpty());
+}
+
+TEST_F(OptionsTest, TakesAnyWholeNumberForTheDelay) {
+    const std::vector<std::pair<std::string, std::int32_t>> delays{
+        {"250", 250}, {"0", 0},   {"-1", -1}, {" 40 ", 40},
+        {"1.5", 2},   {"2.5", 2}, {"+7", 7},  {"2147483647", std::numeric_limits<std::int32_t>::max()}};
+    for (const auto& [typed, delay] : delays) {
+        Open([&](Window dialog) {
+            dialog.Child(kDelayBox).SetText(typed);
+            Click(dialog, kAcceptButton);
+        });
+        EXPECT_EQ(Settings.PopDelay, delay) << typed;
+    }
+    EXPECT_THAT(Reports(), IsEmpty());
+}
+
+TEST_F(OptionsTest, StopsAtADelayThatIsNoNumber) {
+    for (const std::string typed :
+         {"abc", "", " ", "12 ms", "5OO", "99999999999", "2147483648", "пет", "五"}) {
+        Settings = {};
+        Settings.Edge = 1;
+        Settings.ClickShows = true;
+        Reports().clear();
+        host_.log.Clear();
+        Open([&](Window dialog) {
+            for (int index = 0; index < 9; ++index)
+                Click(dialog, 400 + index);
+            Click(dialog, 409);
+            Click(dialog, 434);
+            dialog.Child(kDelayBox).SetText(typed);
+            SetFocus(dialog.Child(kAcceptButton).Handle());
+            Click(dialog, kAcceptButton);
+            EXPECT_TRUE(dialog.IsVisible()) << "it stays open";
+            EXPECT_EQ(GetFocus(), dialog.Child(kDelayBox).Handle());
+            DWORD start = 9;
+            DWORD end = 0;
+            dialog.Child(kDelayBox).Send(EM_GETSEL, reinterpret_cast<WPARAM>(&start),
+                                         reinterpret_cast<LPARAM>(&end));
+            EXPECT_EQ(start, 0u);
+            EXPECT_EQ(end, testkit::Wide(typed).size());
+            ASSERT_EQ(Reports().size(), 1u) << typed;
+            EXPECT_EQ(Reports()[0].first, dialog.Handle());
+            EXPECT_THAT(Reports()[0].second, AllOf(HasSubstr("\"" + typed + "\""), HasSubstr("delay")));
+            Click(dialog, kCancelButton);
+        });
+        // What comes before the delay is copied and stays, what comes after it is not.
+        for (const int index : {0, 1, 2, 3, 4, 5, 7, 8})
+            EXPECT_TRUE(Settings.*kSettings[index]) << typed << " " << index;
+        EXPECT_FALSE(Settings.ClickShows);
+        EXPECT_EQ(Settings.Edge, 4);
+        EXPECT_EQ(Settings.PopDelay, 500);
+        EXPECT_FALSE(Settings.SingleClickOpen);
+        EXPECT_EQ(host_.log.Count("tooltip mark"), 0u);
+        EXPECT_EQ(host_.log.Count("close setting"), 0u);
+    }
+    EXPECT_THAT(registry_.Lines(), IsEmpty());
+}
+
+TEST_F(OptionsTest, SetsTheTooltipMarkBetweenTheDelayAndTheSingleClick) {
+    host_.onTooltipMark = [] {
+        EXPECT_TRUE(Settings.ExtensiveTooltips);
+        EXPECT_EQ(Settings.PopDelay, 77);
+        EXPECT_FALSE(Settings.SingleClickOpen);
+    };
+    host_.onCloseSetting = [] { EXPECT_TRUE(Settings.CloseButtonCloses); };
+    Open([](Window dialog) {
+        for (const int id : {404, 405, 406})
+            Click(dialog, id);
+        dialog.Child(kDelayBox).SetText("77");
+        Click(dialog, kAcceptButton);
+    });
+    EXPECT_TRUE(InOrder(host_.log, {"tooltip mark", "close setting", "timer true"}));
+    EXPECT_TRUE(Settings.SingleClickOpen);
+}
+
+TEST_F(OptionsTest, WritesTheStartEntry) {
+    Settings.StartWithWindows = true;
+    Open(Press(kAcceptButton));
+    const std::string program = win::ProgramFolder() + "\\Quon.exe";
+    EXPECT_THAT(registry_.Lines(),
+                ElementsAre(std::string("open ") + kRun + " 0 set",
+                            "set Quon 0 1 " + program + " " + std::to_string(program.size() + 1), "close"));
+}
+
+TEST_F(OptionsTest, SaysNothingWhenTheStartEntryCannotBeWritten) {
+    Settings.StartWithWindows = true;
+    openAnswer_ = ERROR_ACCESS_DENIED;
+    Open(Press(kAcceptButton));
+    EXPECT_THAT(registry_.Lines(), ElementsAre(std::string("open ") + kRun + " 0 set"));
+    openAnswer_ = ERROR_SUCCESS;
+    writeAnswer_ = ERROR_ACCESS_DENIED;
+    Open(Press(kAcceptButton));
+    EXPECT_EQ(registry_.Count("close"), 1u);
+    EXPECT_THAT(Reports(), IsEmpty());
+}
+
+TEST_F(OptionsTest, DeletesTheStartEntryWhetherItIsThereOrNot) {
+    for (const LSTATUS answer : {ERROR_SUCCESS, ERROR_FILE_NOT_FOUND}) {
+        writeAnswer_ = answer;
+        registry_.Clear();
+        Open(Press(kAcceptButton));
+        EXPECT_THAT(registry_.Lines(),
+                    ElementsAre(std::string("open ") + kRun + " 0 all", "delete Quon", "close"));
+    }
+}
+
+TEST_F(OptionsTest, StaysOpenWhenTheStartEntryCannotBeReachedForFullAccess) {
+    openAnswer_ = ERROR_ACCESS_DENIED;
+    testkit::CallLog boxes;
+    HWND owner = nullptr;
+    const auto box = FAKE_CALL(MessageBoxW, [&](HWND window, LPCWSTR text, LPCWSTR title, UINT type) -> int {
+        owner = window;
+        boxes.Add(text, "|", title, type);
+        return IDOK;
+    });
+    Open([&](Window dialog) {
+        Click(dialog, 406);
+        Click(dialog, kAcceptButton);
+        EXPECT_THAT(boxes.Lines(), ElementsAre("Couldn't make startup entry. | Quon: Error report 0"));
+        EXPECT_EQ(owner, dialog.Handle());
+        EXPECT_TRUE(dialog.IsVisible());
+        EXPECT_TRUE(Settings.SingleClickOpen) << "what was copied stays in effect";
+        EXPECT_EQ(host_.log.Count("ShowQuon true"), 0u);
+        Click(dialog, kCancelButton);
+    });
+    EXPECT_TRUE(Settings.SingleClickOpen);
+    EXPECT_EQ(registry_.Count("delete"), 0u);
+}
+
+TEST_F(OptionsTest, RefillsTheListWhenItShowsOtherShortcuts) {
+    Open([](Window dialog) {
+        Click(dialog, 407);
+        Click(dialog, kAcceptButton);
+    });
+    EXPECT_EQ(host_.log.Lines().back(), "refill");
+    host_.log.Clear();
+    Open(Press(kAcceptButton));
+    EXPECT_EQ(host_.log.Count("refill"), 0u);
+    // Also when it was only copied before Accept stopped.
+    Open([](Window dialog) {
+        Click(dialog, 407);
+        dialog.Child(kDelayBox).SetText("abc");
+        Click(dialog, kAcceptButton);
+        Click(dialog, kCancelButton);
+    });
+    EXPECT_EQ(host_.log.Count("refill"), 1u);
+}
+}  // namespace
+}  // namespace dialogs

@@ -1,0 +1,425 @@
+#include "dialogs/organize_shortcuts.h"
+
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "res/resource.h"
+#include "tests/support/hidden_window.h"
+#include "tests/support/modal_answers.h"
+#include "tests/support/program_folder.h"
+#include "tests/support/recorded_call.h"
+#include "tests/support/scoped_ini_path.h"
+#include "tests/support/text.h"
+#include "tests/support/window.h"
+#include "tests/unit/dialogs/dialog_parts.h"
+#include "win/dialog.h"
+#include "win/handles.h"
+#include "win/text.h"
+
+namespace dialogs {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using testkit::ModalAnswers;
+using testkit::Window;
+using Step = ModalAnswers::Step;
+
+constexpr const char* kShortcuts =
+    "[Buttons]\r\n23=Notes|4\r\n[Cuts]\r\nNotes=C:\\notes.txt\r\nWork=C:\\a|C:\\b\r\nЂорђе "
+    "文件=http://a.example/?x=y\r\n";
+
+void Click(Window dialog, int id) { dialog.Child(id).Send(BM_CLICK); }
+Window List(Window organiser) { return organiser.Child(IDC_ORGANIZE_BASKET); }
+void Press(Window organiser, WPARAM key) { List(organiser).Send(WM_KEYDOWN, key); }
+void Quit(Window organiser) { organiser.Child(IDC_ORGANIZE_QUIT).Post(BM_CLICK); }
+
+/// The names that the organiser has listed.
+std::vector<std::string> Names(Window organiser) {
+    const HWND box = organiser.Child(IDC_ORGANIZE_KEYS).Handle();
+    std::vector<std::string> names;
+    for (LRESULT index = 0; index < SendMessageW(box, LB_GETCOUNT, 0, 0); ++index) {
+        std::wstring name(
+            static_cast<size_t>(SendMessageW(box, LB_GETTEXTLEN, static_cast<WPARAM>(index), 0)) + 1, L'\0');
+        SendMessageW(box, LB_GETTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(name.data()));
+        name.pop_back();
+        names.push_back(testkit::Utf8(name));
+    }
+    return names;
+}
+
+class OrganizeShortcutsTest : public ::testing::Test {
+  protected:
+    OrganizeShortcutsTest() { win::SetMainWindow(owner_.Handle()); }
+    ~OrganizeShortcutsTest() override { win::SetMainWindow(nullptr); }
+
+    void Organize(std::string_view ini, std::vector<Step> steps) {
+        folder_.WriteIniText(ini);
+        context_.Records.LoadButtonRecords();
+        const ModalAnswers user(std::move(steps));
+        organiser_.Show(owner_.Handle());
+    }
+    std::vector<std::string> Keys() const { return folder_.Ini().Keys("Cuts"); }
+
+    testkit::ProgramFolder folder_;
+    testkit::ScopedIniPath ini_{folder_.IniPath()};
+    testkit::HiddenWindow owner_;
+    model::ButtonContext context_;
+    frmCuts organiser_{context_};
+};
+
+TEST_F(OrganizeShortcutsTest, ListsAllShortcutsInTheirOrder) {
+    Organize(kShortcuts, {[this](Window organiser) {
+                 EXPECT_EQ(organiser.Text(), "Organize shortcuts - 3 shortcuts found");
+                 EXPECT_EQ(organiser.Owner().Handle(), owner_.Handle());
+                 EXPECT_TRUE(organiser.IsTopmost());
+                 EXPECT_THAT(Names(organiser), ElementsAre("Notes", "Work", "Ђорђе 文件"));
+                 EXPECT_TRUE(organiser.Child(IDC_ORGANIZE_FRAME).IsVisible());
+                 EXPECT_FALSE(organiser.Child(IDC_ORGANIZE_LABEL).IsVisible());
+                 EXPECT_TRUE(List(organiser).IsFocused());
+                 EXPECT_EQ(List(organiser).Text(), "Notes");
+                 Press(organiser, VK_END);
+                 EXPECT_EQ(List(organiser).Text(), "Ђорђе 文件");
+                 Quit(organiser);
+             }});
+}
+
+TEST_F(OrganizeShortcutsTest, EveryControlHasItsCaptionAndNumber) {
+    Organize(kShortcuts, {[](Window organiser) {
+                 EXPECT_EQ(organiser.Child(500).Text(), "Edit shortcut");
+                 EXPECT_EQ(organiser.Child(501).Text(), "Delete shortcut");
+                 EXPECT_EQ(organiser.Child(502).Text(), "Quit");
+                 EXPECT_EQ(organiser.Child(511).Parent(), organiser.Child(510));
+                 EXPECT_EQ(organiser.Child(512).Class(), "ScrollBar");
+                 EXPECT_EQ(organiser.Child(513).Class(), "Static");
+                 EXPECT_EQ(organiser.Child(514).Class(), "ListBox");
+                 EXPECT_FALSE(organiser.Child(514).IsVisible());
+                 organiser.Post(WM_COMMAND, IDCANCEL);
+             }});
+}
+
+TEST_F(OrganizeShortcutsTest, OneShortcutHasThePluralToo) {
+    Organize("[Cuts]\r\na=C:\\a\r\n", {[](Window organiser) {
+                 EXPECT_EQ(organiser.Text(), "Organize shortcuts - 1 shortcuts found");
+                 EXPECT_FALSE(organiser.Child(IDC_ORGANIZE_SCROLL).IsEnabled());
+                 Quit(organiser);
+             }});
+}
+
+TEST_F(OrganizeShortcutsTest, WithoutShortcutsItSaysSoAndOffersOnlyTheEnd) {
+    for (const char* ini : {"[Settings]\r\nMain=1\r\n", "[Cuts]\r\n", "[Cuts]\r\n; none\r\nbroken\r\n", ""})
+        Organize(ini, {[](Window organiser) {
+                     EXPECT_EQ(organiser.Text(), "Organize shortcuts - 0 shortcuts found");
+                     EXPECT_EQ(organiser.Child(IDC_ORGANIZE_LABEL).Text(), "No shortcuts found");
+                     EXPECT_TRUE(organiser.Child(IDC_ORGANIZE_LABEL).IsVisible());
+                     EXPECT_FALSE(organiser.Child(IDC_ORGANIZE_FRAME).IsVisible());
+                     EXPECT_FALSE(organiser.Child(IDC_ORGANIZE_EDIT).IsEnabled());
+                     EXPECT_FALSE(organiser.Child(IDC_ORGANIZE_DELETE).IsEnabled());
+                     EXPECT_TRUE(organiser.Child(IDC_ORGANIZE_QUIT).IsFocused());
+                     Quit(organiser);
+                 }});
+}
+
+TEST_F(OrganizeShortcutsTest, ItSaysThatItIsReadingWhileItReads) {
+    std::string said;
+    Organize(kShortcuts, {[&](Window organiser) {
+                 const testkit::RecordedCall fake = FAKE_CALL(
+                     GetPrivateProfileSectionA,
+                     [&](LPCSTR section, LPSTR buffer, DWORD size, LPCSTR file) -> DWORD {
+                         if (organiser.Child(IDC_ORGANIZE_LABEL).IsVisible())
+                             said = organiser.Child(IDC_ORGANIZE_LABEL).Text();
+                         return ORIGINAL_CALL(GetPrivateProfileSectionA)(section, buffer, size, file);
+                     });
+                 organiser_.ReadShortcuts();
+                 EXPECT_TRUE(List(organiser).IsFocused());
+                 Quit(organiser);
+             }});
+    EXPECT_EQ(said, "Refreshing list...");
+}
+
+TEST_F(OrganizeShortcutsTest, LinesWithoutATargetAreNoShortcutsAndQuotesNoPartOfOne) {
+    Organize("[Cuts]\r\nbroken\r\na=\"C:\\a b\"\r\nempty=\r\n", {[](Window organiser) {
+                 EXPECT_THAT(Names(organiser), ElementsAre("a", "empty"));
+                 Quit(organiser);
+             }});
+}
+
+TEST_F(OrganizeShortcutsTest, DeletesAShortcutThatIsOnNoButtonWithoutAQuestion) {
+    Organize(kShortcuts, {[](Window organiser) {
+                 Press(organiser, VK_DOWN);
+                 Click(organiser, IDC_ORGANIZE_DELETE);
+                 EXPECT_EQ(organiser.Text(), "Organize shortcuts - 2 shortcuts found");
+                 EXPECT_THAT(Names(organiser), ElementsAre("Notes", "Ђорђе 文件"));
+                 Quit(organiser);
+             }});
+    EXPECT_THAT(Keys(), ElementsAre("Notes", "Ђорђе 文件"));
+    EXPECT_EQ(folder_.IniValue("Cuts", "Ђорђе 文件"), "http://a.example/?x=y");
+    EXPECT_EQ(folder_.IniValue("Buttons", "23"), "Notes|4");
+}
+
+TEST_F(OrganizeShortcutsTest, GoesByTheKeyboard) {
+    Organize(kShortcuts, {[](Window organiser) {
+                 EXPECT_THAT(TabOrder(organiser, 511), ElementsAre(511, 500, 501, 502));
+                 PressInFocus(VK_ESCAPE);
+             }});
+}
+
+TEST_F(OrganizeShortcutsTest, FreesTheButtonBeforeItDeletesTheShortcut) {
+    testkit::CallLog log;
+    const testkit::RecordedCall section =
+        FAKE_CALL(WritePrivateProfileSectionA, [&](LPCSTR name, LPCSTR text, LPCSTR file) {
+            log.Add("section", name);
+            return ORIGINAL_CALL(WritePrivateProfileSectionA)(name, text, file);
+        });
+    const testkit::RecordedCall write =
+        FAKE_CALL(WritePrivateProfileStringA, [&](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR file) {
+            log.Add("write", name, key, value);
+            return ORIGINAL_CALL(WritePrivateProfileStringA)(name, key, value, file);
+        });
+    Window organiser;
+    Organize(kShortcuts, {[&](Window shown) {
+                              organiser = shown;
+                              shown.Child(IDC_ORGANIZE_DELETE).Post(BM_CLICK);
+                          },
+                          [&](Window box) {
+                              EXPECT_THAT(log.Lines(), IsEmpty()) << "not before the answer";
+                              Click(box, IDC_ANSWER);
+                              Quit(organiser);
+                          }});
+    EXPECT_TRUE(InOrder(log, {"write Buttons 23 ", "section Cuts"}));
+}
+
+TEST_F(OrganizeShortcutsTest, AsksBeforeItDeletesWhatIsOnAButton) {
+    Window organiser;
+    Organize(kShortcuts, {[&](Window shown) {
+                              organiser = shown;
+                              shown.Child(IDC_ORGANIZE_DELETE).Post(BM_CLICK);
+                          },
+                          [&](Window box) {
+                              EXPECT_EQ(box.Owner(), organiser);
+                              EXPECT_EQ(box.Child(IDC_MESSAGE_TEXT).Text(),
+                                        "You have this shortcut on the button too (Tab 2, button 3).\n"
+                                        "Please confirm deletion.");
+                              EXPECT_EQ(box.Child(IDC_ANSWER).Text(), "Delete");
+                              EXPECT_EQ(box.Child(IDC_ANSWER + 1).Text(), "Cancel");
+                              EXPECT_FALSE(box.Child(IDC_ANSWER + 2).IsVisible());
+                              Click(box, IDC_ANSWER);
+                              Quit(organiser);
+                          }});
+    EXPECT_EQ(folder_.IniValue("Buttons", "23"), "");
+    EXPECT_EQ(context_.Records.At("23"), "");
+    EXPECT_THAT(Keys(), ElementsAre("Work", "Ђорђе 文件"));
+}
+
+TEST_F(OrganizeShortcutsTest, CancelAndAClosedQuestionKeepTheShortcut) {
+    for (const bool closed : {false, true}) {
+        Window organiser;
+        Organize(kShortcuts, {[&](Window shown) {
+                                  organiser = shown;
+                                  List(shown).Post(WM_KEYDOWN, VK_DELETE);
+                              },
+                              [&](Window box) {
+                                  if (closed)
+                                      box.Send(WM_SYSCOMMAND, SC_CLOSE);
+                                  else
+                                      Click(box, IDC_ANSWER + 1);
+                                  Quit(organiser);
+                              }});
+        EXPECT_EQ(folder_.IniValue("Buttons", "23"), "Notes|4");
+        EXPECT_EQ(context_.Records.At("23"), "Notes|4");
+        EXPECT_EQ(Keys().size(), 3U);
+    }
+}
+
+TEST_F(OrganizeShortcutsTest, DeletingTheLastShortcutLeavesTheEmptyListsSaying) {
+    Organize("[Cuts]\r\na=C:\\a\r\n", {[](Window organiser) {
+                 Press(organiser, VK_DELETE);
+                 EXPECT_EQ(organiser.Child(IDC_ORGANIZE_LABEL).Text(), "No shortcuts found");
+                 EXPECT_TRUE(organiser.Child(IDC_ORGANIZE_QUIT).IsFocused());
+                 Quit(organiser);
+             }});
+    EXPECT_THAT(Keys(), IsEmpty());
+}
+
+TEST_F(OrganizeShortcutsTest, AGroupIsEditedInTheGroupEditor) {
+    Window organiser;
+    Organize(kShortcuts, {[&](Window shown) {
+                              organiser = shown;
+                              Press(shown, VK_DOWN);
+                              shown.Child(IDC_ORGANIZE_EDIT).Post(BM_CLICK);
+                          },
+                          [&](Window editor) {
+                              EXPECT_EQ(editor.Text(), "Edit group");
+                              EXPECT_EQ(editor.Owner(), organiser);
+                              EXPECT_EQ(editor.Child(IDC_GROUP_NAME).Text(), "Work");
+                              editor.Child(IDC_GROUP_NAME).SetText("Play");
+                              Click(editor, IDC_GROUP_APPLY);
+                              Quit(organiser);
+                          }});
+    EXPECT_THAT(Keys(), ElementsAre("Notes", "Ђорђе 文件", "Play"));
+}
+
+TEST_F(OrganizeShortcutsTest, ASingleShortcutIsEditedInItsOwnEditorAndTheListReadAgain) {
+    Window organiser;
+    Organize(kShortcuts, {[&](Window shown) {
+                              organiser = shown;
+                              Press(shown, VK_END);
+                              PostMessageW(List(shown).Handle(), WM_KEYDOWN, VK_RETURN, 0);
+                          },
+                          [&](Window editor) {
+                              EXPECT_EQ(editor.Text(), "Edit shortcut");
+                              EXPECT_EQ(editor.Owner(), organiser);
+                              EXPECT_EQ(editor.Child(IDC_SHORTCUT_NAME).Text(), "Ђорђе 文件");
+                              EXPECT_EQ(editor.Child(IDC_SHORTCUT_FILE).Text(), "http://a.example/?x=y");
+                              editor.Child(IDC_SHORTCUT_NAME).SetText("Page");
+                              Click(editor, IDC_SHORTCUT_APPLY);
+                              organiser.Post(WM_NULL);
+                              Quit(organiser);
+                          }});
+    EXPECT_THAT(Keys(), ElementsAre("Notes", "Work", "Page"));
+}
+
+TEST_F(OrganizeShortcutsTest, TheListIsReadAgainAfterAnEditor) {
+    const auto name = [](const char* text) {
+        return [text](Window editor) {
+            editor.Child(IDC_SHORTCUT_NAME).SetText(text);
+            Click(editor, IDC_SHORTCUT_APPLY);
+        };
+    };
+    Organize(kShortcuts, {[](Window organiser) {
+                              Press(organiser, VK_END);
+                              Click(organiser, IDC_ORGANIZE_EDIT);
+                              EXPECT_THAT(Names(organiser), ElementsAre("Notes", "Work", "Page"));
+                              EXPECT_EQ(List(organiser).Text(), "Page");
+                              // The name of another: there is one shortcut less.
+                              Click(organiser, IDC_ORGANIZE_EDIT);
+                              EXPECT_EQ(organiser.Text(), "Organize shortcuts - 2 shortcuts found");
+                              EXPECT_THAT(Names(organiser), ElementsAre("Notes", "Work"));
+                              Quit(organiser);
+                          },
+                          name("Page"), name("NOTES")});
+}
+
+TEST_F(OrganizeShortcutsTest, TheEditorsBoxesHaveTheColourOfTheRow) {
+    std::vector<COLORREF> colors;
+    const Step look = [&](Window editor) {
+        const win::MemoryDc dc(CreateCompatibleDC(nullptr));
+        const HWND box = editor.Child(IDC_SHORTCUT_FILE).Handle();
+        editor.Send(WM_CTLCOLOREDIT, reinterpret_cast<WPARAM>(dc.Get()), reinterpret_cast<LPARAM>(box));
+        colors.push_back(GetBkColor(dc.Get()));
+        Click(editor, IDC_SHORTCUT_CANCEL);
+    };
+    Organize("[Cuts]\r\na=C:\\a\r\nb=C:\\b\r\n", {[](Window organiser) {
+                                                      Click(organiser, IDC_ORGANIZE_EDIT);
+                                                      Press(organiser, VK_DOWN);
+                                                      Click(organiser, IDC_ORGANIZE_EDIT);
+                                                      Quit(organiser);
+                                                  },
+                                                  look, look});
+    EXPECT_THAT(colors, ElementsAre(RGB(0xFF, 0xFF, 0xFF), RGB(0xF1, 0xF5, 0xF1)));
+}
+
+TEST_F(OrganizeShortcutsTest, ATargetThatTheSectionsReadingCutsShortIsEditedWhole) {
+    const std::string longTarget = "C:\\" + std::string(300, 'x');
+    const std::string ini =
+        "[Cuts]\r\nfirst=C:\\" + std::string(19800, 'f') + "\r\nlast=" + longTarget + "\r\n";
+    Organize(ini, {[](Window organiser) {
+                       Press(organiser, VK_END);
+                       EXPECT_EQ(List(organiser).Text(), "last");
+                       Click(organiser, IDC_ORGANIZE_EDIT);
+                       Quit(organiser);
+                   },
+                   [&](Window editor) {
+                       EXPECT_EQ(editor.Child(IDC_SHORTCUT_FILE).Text(), longTarget);
+                       Click(editor, IDC_SHORTCUT_APPLY);
+                   }});
+    EXPECT_EQ(folder_.IniValue("Cuts", "last"), longTarget);
+}
+
+TEST_F(OrganizeShortcutsTest, ADoubleClickEditsARow) {
+    Window organiser;
+    Organize(kShortcuts, {[&](Window shown) {
+                              organiser = shown;
+                              List(shown).Post(WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(50, 60));
+                          },
+                          [&](Window editor) {
+                              EXPECT_EQ(editor.Child(IDC_GROUP_NAME).Text(), "Work");
+                              Click(editor, IDC_GROUP_CANCEL);
+                              Quit(organiser);
+                          }});
+}
+
+/// A file with so many shortcuts.
+std::string Many(int count) {
+    std::string ini = "[Cuts]\r\n";
+    for (int index = 0; index < count; ++index)
+        ini += "n" + std::to_string(index) + "=C:\\" + std::to_string(index) + "\r\n";
+    return ini;
+}
+
+TEST_F(OrganizeShortcutsTest, TheWheelScrollsByItsNotchAndNeverPastTheEnds) {
+    Organize(Many(10), {[this](Window organiser) {
+                 const HWND bar = organiser.Child(IDC_ORGANIZE_SCROLL).Handle();
+                 int low = 0;
+                 int high = 0;
+                 GetScrollRange(bar, SB_CTL, &low, &high);
+                 ASSERT_GT(high, 102);
+                 ASSERT_LT(high, 3 * 102);
+                 const auto turn = [&](int rotation) {
+                     organiser_.MouseWheel(0, rotation, 0, 0);
+                     return GetScrollPos(bar, SB_CTL);
+                 };
+                 EXPECT_EQ(turn(120), 0);
+                 EXPECT_EQ(turn(-120), 102);
+                 EXPECT_EQ(turn(0), 102);
+                 EXPECT_EQ(turn(-1), std::min(204, high));
+                 EXPECT_EQ(turn(-120), high);
+                 EXPECT_EQ(turn(120), high - 102);
+                 Quit(organiser);
+             }});
+}
+
+TEST_F(OrganizeShortcutsTest, TheWheelIsHookedWhileItIsActive) {
+    Organize(Many(20), {[](Window organiser) {
+                 const HWND bar = organiser.Child(IDC_ORGANIZE_SCROLL).Handle();
+                 organiser.Send(WM_ACTIVATE, WA_ACTIVE);
+                 List(organiser).Send(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-120)));
+                 EXPECT_EQ(GetScrollPos(bar, SB_CTL), 102);
+                 organiser.Send(WM_ACTIVATE, WA_INACTIVE);
+                 List(organiser).Send(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-120)));
+                 EXPECT_EQ(GetScrollPos(bar, SB_CTL), 102);
+                 organiser.Send(WM_ACTIVATE, WA_CLICKACTIVE);
+                 List(organiser).Send(WM_MOUSEWHEEL, MAKEWPARAM(0, 120));
+                 EXPECT_EQ(GetScrollPos(bar, SB_CTL), 0);
+                 Quit(organiser);
+             }});
+}
+
+TEST_F(OrganizeShortcutsTest, TheBarMovesByItsSteps) {
+    Organize(Many(20), {[](Window organiser) {
+                 const HWND bar = organiser.Child(IDC_ORGANIZE_SCROLL).Handle();
+                 organiser.Send(WM_VSCROLL, SB_LINEDOWN, reinterpret_cast<LPARAM>(bar));
+                 EXPECT_EQ(GetScrollPos(bar, SB_CTL), 51);
+                 organiser.Send(WM_VSCROLL, SB_PAGEDOWN, reinterpret_cast<LPARAM>(bar));
+                 EXPECT_EQ(GetScrollPos(bar, SB_CTL), 153);
+                 Quit(organiser);
+             }});
+}
+
+TEST_F(OrganizeShortcutsTest, AThousandShortcutsAreListedAtOnceAndReachedToTheLast) {
+    Organize(Many(1000), {[](Window organiser) {
+                 EXPECT_EQ(organiser.Text(), "Organize shortcuts - 1000 shortcuts found");
+                 Press(organiser, VK_END);
+                 EXPECT_EQ(List(organiser).Text(), "n999");
+                 Quit(organiser);
+             }});
+}
+
+}  // namespace
+}  // namespace dialogs

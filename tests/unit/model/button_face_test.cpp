@@ -1,0 +1,407 @@
+// What a button's face looks like: the calls that paint it, and its pixels.
+
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <shellapi.h>
+
+#include <array>
+#include <cstring>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "model/button_shortcut.h"
+#include "model/launching.h"
+#include "tests/support/paint_log.h"
+#include "tests/support/paths.h"
+#include "tests/support/recorded_call.h"
+#include "tests/support/test_target.h"
+#include "tests/support/window.h"
+#include "tests/unit/model/button_fixture.h"
+#include "win/handles.h"
+#include "win/process_start.h"
+#include "win/window.h"
+
+namespace model {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using testkit::RecordedCall;
+using testkit::RecordedCalls;
+
+constexpr COLORREF kRed = RGB(255, 0, 0);
+constexpr int kIconSize = 32;
+
+/// A square icon of one colour, covering all its pixels.
+HICON MakeRedIcon() {
+    const win::WindowDc screen(nullptr);
+    const win::Bitmap colour(CreateCompatibleBitmap(screen.Get(), kIconSize, kIconSize));
+    {
+        const win::MemoryDc dc(CreateCompatibleDC(screen.Get()));
+        const win::Selection selected(dc.Get(), colour.Get());
+        const win::Brush brush(CreateSolidBrush(kRed));
+        const RECT all{0, 0, kIconSize, kIconSize};
+        FillRect(dc.Get(), &all, brush.Get());
+    }
+    const std::array<BYTE, kIconSize * kIconSize / 8> opaque{};
+    const win::Bitmap mask(CreateBitmap(kIconSize, kIconSize, 1, 1, opaque.data()));
+    ICONINFO info{TRUE, 0, 0, mask.Get(), colour.Get()};
+    return CreateIconIndirect(&info);
+}
+
+std::string Times(const std::string& text, int count) {
+    std::string all;
+    for (int i = 0; i < count; ++i)
+        all += text;
+    return all;
+}
+
+class ButtonFaceTest : public ButtonFixture {
+  protected:
+    ButtonFaceTest() {
+        fakes_.push_back(FAKE_CALL(FindExecutableA, [this](LPCSTR file, LPCSTR folder, LPSTR program) {
+            log_.Add("FindExecutable", file, folder);
+            std::strcpy(program, "C:\\Programs\\opener.exe");
+            return reinterpret_cast<HINSTANCE>(INT_PTR{33});
+        }));
+        fakes_.push_back(FAKE_CALL(ExtractIconA, [this](HINSTANCE instance, LPCSTR file, UINT index) {
+            EXPECT_EQ(instance, win::ModuleInstance());
+            log_.Add("ExtractIcon", file, static_cast<int>(index));
+            return extracted_ == nullptr ? MakeRedIcon() : *extracted_;
+        }));
+        fakes_.push_back(
+            FAKE_CALL(ExtractAssociatedIconA, [this](HINSTANCE instance, LPSTR file, WORD* index) {
+                EXPECT_EQ(instance, win::ModuleInstance());
+                log_.Add("ExtractAssociatedIcon", file, *index);
+                std::strcpy(file, associatedSource_.c_str());
+                *index = 1234;
+                return associated_ == nullptr ? MakeRedIcon() : *associated_;
+            }));
+        fakes_.push_back(FAKE_CALL(
+            SHGetFileInfoA, [this](LPCSTR file, DWORD attributes, SHFILEINFOA* info, UINT size, UINT flags) {
+                EXPECT_EQ(size, sizeof *info);
+                log_.Add("SHGetFileInfo", file, attributes, flags);
+                info->hIcon = shellHasIcon_ ? MakeRedIcon() : nullptr;
+                return static_cast<DWORD_PTR>(shellHasIcon_ ? 1 : 0);
+            }));
+    }
+
+    ~ButtonFaceTest() override { DefaultBrowserPath = browserBefore_; }
+
+    /// Paints these values and leaves the calls in the log.
+    void Paint(const std::string& name, const std::string& path) {
+        button_.Naziv = name;
+        button_.FilePath = path;
+        const RecordedCalls painting = testkit::LogPainting(log_, box_.Handle(), box_.Dc());
+        button_.AddFile();
+    }
+
+    /// How many pixels of the face in this rectangle differ from its background.
+    int Drawn(RECT part) const {
+        int count = 0;
+        for (int y = part.top; y < part.bottom; ++y)
+            for (int x = part.left; x < part.right; ++x)
+                if (GetPixel(box_.Dc(), x, y) != GetSysColor(COLOR_BTNFACE)) ++count;
+        return count;
+    }
+
+    static std::string Pixels(HDC dc, RECT part) {
+        std::string pixels;
+        for (int y = part.top; y < part.bottom; ++y)
+            for (int x = part.left; x < part.right; ++x)
+                pixels.append(std::to_string(GetPixel(dc, x, y))).push_back(' ');
+        return pixels;
+    }
+
+    COLORREF At(int x, int y) const { return GetPixel(box_.Dc(), x, y); }
+
+    /// What the icon functions answer; null: a red icon.
+    const HICON* extracted_ = nullptr;
+    const HICON* associated_ = nullptr;
+    std::string associatedSource_ = "C:\\Windows\\shell32.dll";
+    bool shellHasIcon_ = true;
+
+  private:
+    std::string browserBefore_ = std::exchange(DefaultBrowserPath, "C:\\Programs\\browser.exe");
+    RecordedCalls fakes_;
+};
+
+TEST_F(ButtonFaceTest, IsPaintedStepByStep) {
+    button_.FileIcon = 3;
+    button_.Switch = "/x";
+    Paint("Name", "C:\\a.txt");
+    EXPECT_THAT(log_.Lines(),
+                ElementsAre("Fill 0 0 102 90", "FindExecutable C:\\a.txt (null)",
+                            "ExtractIcon C:\\Programs\\opener.exe 3", "Icon 35 8",
+                            "Text Name in 3 56 99 86 format 17", "Text /x in 4 2 98 30 format 16",
+                            "Edge 0 0 102 90 type 9 flags 15", "Refresh", "Refresh"));
+}
+
+TEST_F(ButtonFaceTest, TakesItsMeasuresFromTheBoxsWidth) {
+    win::PictureBox wide;
+    wide.CreateOn(parent_.Handle(), 202, {0, 0, 140, 100});
+    button_.SetParentButton(&wide);
+    button_.Naziv = "Name";
+    const RecordedCalls painting = testkit::LogPainting(log_, wide.Handle(), wide.Dc());
+    button_.AddFile();
+    EXPECT_THAT(log_.Text(), HasSubstr("Text Name in 3 56 137 86 format 17\nText  in 4 2 136 30 format 16\n"
+                                       "Edge 0 0 140 100 type 9 flags 15"));
+    log_.Clear();
+    button_.DeleteShortcut("11", false);
+    EXPECT_THAT(log_.Text(), HasSubstr("Text Empty in 2 56 136 86 format 17"));
+    button_.SetParentButton(&box_);
+}
+
+TEST_F(ButtonFaceTest, StartsAWideCaptionHigher) {
+    int width = 99;
+    const RecordedCall measure =
+        FAKE_CALL(GetTextExtentPoint32W, [&](HDC, LPCWSTR, int, LPSIZE size) -> WINBOOL {
+            *size = {width, 13};
+            return TRUE;
+        });
+    Paint("Name", "C:\\a.txt");
+    EXPECT_EQ(log_.Count("Text Name in 3 56 99 86 format 17"), 1U);
+    log_.Clear();
+    width = 100;
+    Paint("Name", "C:\\a.txt");
+    EXPECT_EQ(log_.Count("Text Name in 3 44 99 74 format 17"), 1U);
+}
+
+TEST_F(ButtonFaceTest, MarksAGroupWithItsLetterWhateverTheSwitch) {
+    button_.Group = true;
+    button_.Switch = "/x";
+    Paint("Name", "C:\\a.txt|C:\\b.txt");
+    EXPECT_EQ(log_.Count("Text G in 4 2 98 30 format 16"), 1U);
+    EXPECT_EQ(log_.Count("Text /x"), 0U);
+}
+
+TEST_F(ButtonFaceTest, TakesAGroupsIconFromItsFirstMember) {
+    button_.Group = true;
+    Paint("Name", "C:\\a.txt|C:\\b.txt");
+    EXPECT_EQ(log_.Count("FindExecutable"), 1U);
+    EXPECT_EQ(log_.Count("FindExecutable C:\\a.txt (null)"), 1U);
+}
+
+TEST_F(ButtonFaceTest, TakesAUrlsIconFromTheDefaultBrowser) {
+    Paint("Name", "http://example.org/");
+    EXPECT_EQ(log_.Count("FindExecutable C:\\Programs\\browser.exe (null)"), 1U);
+    log_.Clear();
+    button_.Group = true;
+    Paint("Name", "https://example.org/|C:\\b.txt");
+    EXPECT_EQ(log_.Count("FindExecutable C:\\Programs\\browser.exe (null)"), 1U);
+    EXPECT_EQ(log_.Count("FindExecutable"), 1U);
+}
+
+TEST_F(ButtonFaceTest, FallsBackToTheAssociatedIcon) {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): both answers mean that there is no icon.
+    for (const HICON none : {HICON{}, reinterpret_cast<HICON>(INT_PTR{1})}) {
+        extracted_ = &none;
+        log_.Clear();
+        button_.FileIcon = 5;
+        Paint("Name", "C:\\ж č.txt");
+        EXPECT_EQ(log_.Count("ExtractAssociatedIcon C:\\ж č.txt 5"), 1U);
+        EXPECT_EQ(log_.Count("SHGetFileInfo"), 0U);
+        EXPECT_EQ(At(35, 8), kRed);
+        // The function writes over its arguments; neither is ours.
+        EXPECT_EQ(button_.FilePath, "C:\\ж č.txt");
+        EXPECT_EQ(button_.FileIcon, 5);
+    }
+}
+
+TEST_F(ButtonFaceTest, GivesTheAssociatedIconTheFirstMemberOfAGroup) {
+    const HICON none = nullptr;
+    extracted_ = &none;
+    button_.Group = true;
+    Paint("Name", "C:\\a.txt|C:\\b.txt");
+    EXPECT_EQ(log_.Count("ExtractAssociatedIcon C:\\a.txt 0"), 1U);
+}
+
+TEST_F(ButtonFaceTest, AsksForNoAssociatedIconOfAPathThatTheFunctionHasNoRoomFor) {
+    const HICON none = nullptr;
+    extracted_ = &none;
+    // 259 characters fit, however many bytes they take.
+    Paint("Name", "C:\\" + Times("ж", MAX_PATH - 4));
+    EXPECT_EQ(log_.Count("ExtractAssociatedIcon"), 1U);
+    Paint("Name", "C:\\" + Times("x", MAX_PATH - 3));
+    EXPECT_EQ(log_.Count("ExtractAssociatedIcon"), 1U);
+    EXPECT_EQ(log_.Count("SHGetFileInfo"), 1U);
+}
+
+TEST_F(ButtonFaceTest, NeverTakesACountOfIconsForAnIcon) {
+    // Asked for index -1, ExtractIcon answers how many icons there are.
+    // NOLINTNEXTLINE(performance-no-int-to-ptr)
+    const auto count = reinterpret_cast<HICON>(INT_PTR{12});
+    extracted_ = &count;
+    button_.FileIcon = -1;
+    Paint("Name", "C:\\a.txt");
+    EXPECT_EQ(log_.Count("ExtractAssociatedIcon C:\\a.txt"), 1U);
+    EXPECT_EQ(At(35, 8), kRed);
+}
+
+TEST_F(ButtonFaceTest, AsksTheShellWhenNothingIsAssociated) {
+    const HICON none = nullptr;
+    extracted_ = &none;
+    associated_ = &none;
+    Paint("Name", "C:\\a.txt");
+    EXPECT_EQ(log_.Count("SHGetFileInfo C:\\a.txt 0 " + std::to_string(SHGFI_ICON | SHGFI_LARGEICON)), 1U);
+    EXPECT_EQ(At(35, 8), kRed);
+}
+
+TEST_F(ButtonFaceTest, DoesNotTakeAnIconOfItsOwnProgramForTheTargets) {
+    const HICON none = nullptr;
+    extracted_ = &none;
+    associatedSource_ = win::ProgramPath();
+    Paint("Name", "C:\\a.txt");
+    EXPECT_EQ(log_.Count("SHGetFileInfo C:\\a.txt"), 1U);
+}
+
+TEST_F(ButtonFaceTest, ShowsTheProgramsOwnIconInTheEnd) {
+    const HICON none = nullptr;
+    extracted_ = &none;
+    associated_ = &none;
+    shellHasIcon_ = false;
+    Paint("Name", "C:\\a.txt");
+    EXPECT_EQ(log_.Count("Icon 35 8"), 1U);
+    EXPECT_GT(Drawn({35, 8, 67, 40}), 100);
+}
+
+TEST_F(ButtonFaceTest, AsksTheShellForNothingWhenThereIsNoBrowser) {
+    const HICON none = nullptr;
+    extracted_ = &none;
+    associated_ = &none;
+    DefaultBrowserPath.clear();
+    Paint("Name", "http://example.org/");
+    EXPECT_EQ(log_.Count("SHGetFileInfo"), 0U);
+    EXPECT_GT(Drawn({35, 8, 67, 40}), 100);
+}
+
+TEST_F(ButtonFaceTest, GivesTheFormerIconBack) {
+    Paint("Name", "C:\\a.txt");
+    const RecordedCall destroy = LOG_CALL(log_, DestroyIcon);
+    log_.Clear();
+    Paint("Name", "C:\\a.txt");
+    EXPECT_EQ(log_.Count("DestroyIcon"), 1U);
+}
+
+TEST_F(ButtonFaceTest, HasTheNameAsItsText) {
+    Paint("Ћирилица & 文", "C:\\a.txt");
+    EXPECT_EQ(testkit::Window(box_.Handle()).Text(), "Ћирилица & 文");
+    // Doubled for DrawText, which shows it once.
+    EXPECT_EQ(log_.Count("Text Ћирилица && 文 in"), 1U);
+}
+
+TEST_F(ButtonFaceTest, OfAFreeButtonSaysEmpty) {
+    Paint("Name", "C:\\a.txt");
+    log_.Clear();
+    {
+        const RecordedCalls painting = testkit::LogPainting(log_, box_.Handle(), box_.Dc());
+        button_.DeleteShortcut("11", false);
+    }
+    EXPECT_THAT(log_.Lines(), ElementsAre("Fill 0 0 102 90", "Text Empty in 2 56 98 86 format 17",
+                                          "Edge 0 0 102 90 type 9 flags 15", "Refresh"));
+    EXPECT_EQ(testkit::Window(box_.Handle()).Text(), "Empty");
+    EXPECT_EQ(Drawn({4, 4, 98, 56}), 0);
+}
+
+TEST_F(ButtonFaceTest, StaysAsItIsWhenTheButtonIsFreedSilently) {
+    Paint("Name", "C:\\a.txt");
+    log_.Clear();
+    const RecordedCalls painting = testkit::LogPainting(log_, box_.Handle(), box_.Dc());
+    button_.DeleteShortcut("11", true);
+    EXPECT_THAT(log_.Lines(), ElementsAre());
+    EXPECT_EQ(At(35, 8), kRed);
+}
+
+TEST_F(ButtonFaceTest, SaysEmptyAndThenTheNameWhenTheTargetIsGone) {
+    LoadRecord("gone|4", "[Cuts]\r\ngone=C:\\no\\such\\file.txt\r\n");
+    const RecordedCalls painting = testkit::LogPainting(log_, box_.Handle(), box_.Dc());
+    button_.RefreshButton("11");
+    EXPECT_TRUE(testkit::InOrder(
+        log_, {"Fill", "Text Empty", "Edge", "Fill", "ExtractIcon", "Icon 35 8", "Text gone in", "Edge"}))
+        << log_.Text();
+}
+
+TEST_F(ButtonFaceTest, GetsItsEdgeWithItsBox) {
+    win::PictureBox other;
+    other.CreateOn(parent_.Handle(), 202, {0, 0, 102, 90});
+    const RecordedCalls painting = testkit::LogPainting(log_, other.Handle(), other.Dc());
+    button_.SetParentButton(&other);
+    EXPECT_THAT(log_.Lines(), ElementsAre("Edge 0 0 102 90 type 9 flags 15", "Refresh"));
+    EXPECT_EQ(button_.ParentButton(), &other);
+    button_.SetParentButton(&box_);
+}
+
+TEST_F(ButtonFaceTest, ShowsTheNumberedIconOfAProgram) {
+    const std::string program = folder_.CopyIn(testkit::TestTargetExe(), "Програм.exe");
+    const RecordedCall associate = FAKE_CALL(FindExecutableA, ORIGINAL_CALL(FindExecutableA));
+    LoadRecord("p|3", "[Cuts]\r\np=" + program + "\r\n");
+    button_.RefreshButton("11");
+    EXPECT_EQ(log_.Count("ExtractIcon " + program + " 3"), 1U) << log_.Text();
+}
+
+TEST_F(ButtonFaceTest, ShowsTheIconWithTheRecordsNumberAndNoMark) {
+    const RecordedCall associate = FAKE_CALL(FindExecutableA, ORIGINAL_CALL(FindExecutableA));
+    const RecordedCall extract = FAKE_CALL(ExtractIconA, ORIGINAL_CALL(ExtractIconA));
+    const std::string program = win::ProgramPath();
+    std::array<std::string, 4> faces;
+    for (int index = 0; index < 4; ++index) {
+        LoadRecord("p|" + std::to_string(index), "[Cuts]\r\np=" + program + "\r\n");
+        button_.RefreshButton("11");
+        faces.at(static_cast<std::size_t>(index)) = Pixels(box_.Dc(), {35, 8, 67, 40});
+    }
+    win::PictureBox plain;
+    plain.CreateOn(parent_.Handle(), 202, {0, 0, 102, 90});
+    const win::Icon third(ExtractIconA(win::ModuleInstance(), program.c_str(), 3));
+    ASSERT_TRUE(third);
+    DrawIcon(plain.Dc(), 35, 8, third.Get());
+    EXPECT_EQ(faces[3], Pixels(plain.Dc(), {35, 8, 67, 40}));
+    EXPECT_NE(faces[3], faces[0]);
+    EXPECT_EQ(Drawn({2, 2, 35, 44}), 0);
+    EXPECT_NE(button_.FileSize, "");
+    EXPECT_NE(button_.FILETIME, "");
+}
+
+TEST_F(ButtonFaceTest, HasTheIconAtItsPlaceToThePixel) {
+    Paint("", "C:\\a.txt");
+    EXPECT_EQ(At(35, 8), kRed);
+    EXPECT_EQ(At(66, 39), kRed);
+    EXPECT_EQ(Drawn({35, 8, 67, 40}), kIconSize * kIconSize);
+    // Within the edge, which is two pixels wide, there is nothing else.
+    EXPECT_EQ(Drawn({2, 2, 100, 88}), kIconSize * kIconSize);
+}
+
+TEST_F(ButtonFaceTest, HasACaptionBelowTheIcon) {
+    Paint("Name", "C:\\a.txt");
+    EXPECT_EQ(Drawn({2, 40, 100, 56}), 0);
+    EXPECT_GT(Drawn({2, 56, 100, 86}), 10);
+    Paint("A caption far too wide for one line of it", "C:\\a.txt");
+    EXPECT_GT(Drawn({2, 44, 100, 56}), 10);
+    EXPECT_GT(Drawn({2, 58, 100, 74}), 10);
+    EXPECT_EQ(Drawn({2, 74, 100, 88}), 0);
+}
+
+TEST_F(ButtonFaceTest, HasTheMarkInItsTopLeftCorner) {
+    button_.Group = true;
+    Paint("", "C:\\a.txt|C:\\b.txt");
+    EXPECT_GT(Drawn({4, 2, 20, 20}), 5);
+    button_.Group = false;
+    Paint("", "C:\\a.txt");
+    EXPECT_EQ(Drawn({2, 2, 35, 88}), 0);
+}
+
+TEST_F(ButtonFaceTest, HasABumpAroundIt) {
+    Paint("", "C:\\a.txt");
+    win::PictureBox plain;
+    plain.CreateOn(parent_.Handle(), 202, {0, 0, 102, 90});
+    RECT all{0, 0, 102, 90};
+    DrawEdge(plain.Dc(), &all, EDGE_BUMP, BF_RECT);
+    for (const POINT at :
+         {POINT{0, 0}, {1, 1}, {50, 0}, {50, 1}, {0, 50}, {101, 50}, {100, 50}, {50, 89}, {50, 88}})
+        EXPECT_EQ(At(at.x, at.y), GetPixel(plain.Dc(), at.x, at.y)) << at.x << "," << at.y;
+}
+
+}  // namespace
+}  // namespace model

@@ -1,0 +1,179 @@
+#include "model/button_records.h"
+
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "config/settings.h"
+#include "tests/support/program_folder.h"
+#include "tests/support/recorded_call.h"
+#include "tests/support/scoped_ini_path.h"
+#include "win/errors.h"
+
+namespace model {
+namespace {
+
+using testkit::ProgramFolder;
+using testkit::ScopedIniPath;
+
+class ButtonRecordsTest : public ::testing::Test {
+  protected:
+    void TearDown() override { config::Settings = {}; }
+
+    ProgramFolder folder_;
+    ScopedIniPath ini_{folder_.IniPath()};
+};
+
+TEST_F(ButtonRecordsTest, AKeyIsTheTabsNumberFollowedByTheButtons) {
+    EXPECT_EQ(ButtonKey(1, 1), "11");
+    EXPECT_EQ(ButtonKey(6, 9), "69");
+    EXPECT_EQ(ButtonKey(2, 0), "20");
+}
+
+TEST_F(ButtonRecordsTest, LoadingAsksForAllSixtyKeysInOrder) {
+    std::vector<std::string> asked;
+    const testkit::RecordedCall read =
+        FAKE_CALL(GetPrivateProfileStringA, [&](LPCSTR section, LPCSTR key, LPCSTR, LPSTR, DWORD, LPCSTR) {
+            asked.push_back(std::string(section) + " " + key);
+            return DWORD{0};
+        });
+    ButtonRecords().LoadButtonRecords();
+    std::vector<std::string> expected;
+    for (int key = 10; key <= 69; ++key) {
+        expected.push_back("Buttons " + std::to_string(key));
+    }
+    EXPECT_EQ(asked, expected);
+}
+
+TEST_F(ButtonRecordsTest, LoadingKeepsTheRecordsOfTabsAndButtons) {
+    folder_.WriteIniText(
+        "[Buttons]\r\n10=Посао|Све|и још\r\n11=Ћирилица č 文|3\r\n69=last|0\r\n35=Group\r\n");
+    ButtonRecords records;
+    records.LoadButtonRecords();
+    EXPECT_EQ(records.At("10"), "Посао|Све|и још");
+    EXPECT_EQ(records.At("11"), "Ћирилица č 文|3");
+    EXPECT_EQ(records.At("35"), "Group");
+    EXPECT_EQ(records.At("69"), "last|0");
+    EXPECT_EQ(records.At("12"), "");
+}
+
+TEST_F(ButtonRecordsTest, LoadingAgainForgetsWhatTheFileNoLongerHas) {
+    folder_.WriteIniText("[Buttons]\r\n11=a|0\r\n");
+    ButtonRecords records;
+    records.LoadButtonRecords();
+    folder_.WriteIniText("[Buttons]\r\n12=b|0\r\n");
+    records.LoadButtonRecords();
+    EXPECT_EQ(records.At("11"), "");
+    EXPECT_EQ(records.At("12"), "b|0");
+}
+
+TEST_F(ButtonRecordsTest, AKeyOutsideTheTableIsABoundsError) {
+    ButtonRecords records;
+    for (const char* key : {"9", "70", "0", "-1", "", "name"}) {
+        EXPECT_THROW(static_cast<void>(records.At(key)), win::SubscriptError) << key;
+        EXPECT_THROW(records.Set(key, "x|0"), win::SubscriptError) << key;
+    }
+    EXPECT_THROW(static_cast<void>(records.At("99999999999")), win::RuntimeError);
+    for (const char* key : {"10", "69"}) {
+        EXPECT_NO_THROW(records.Set(key, "x|0")) << key;
+        EXPECT_EQ(records.At(key), "x|0");
+    }
+}
+
+TEST_F(ButtonRecordsTest, TheBoundsErrorNamesTheKey) {
+    try {
+        static_cast<void>(ButtonRecords().At("70"));
+        FAIL() << "no error";
+    } catch (const win::SubscriptError& error) {
+        EXPECT_THAT(error.what(), ::testing::HasSubstr("\"70\""));
+    }
+}
+
+TEST_F(ButtonRecordsTest, SelectingAButtonJoinsTheShownTabAndItsNumber) {
+    config::Settings.CurrentTab = 4;
+    ButtonContext context;
+    context.Select(7);
+    EXPECT_EQ(context.CurrentButtonIndex, 7);
+    EXPECT_EQ(context.CurrentButtonKey, "47");
+}
+
+TEST_F(ButtonRecordsTest, WritingARecordChangesFileAndTable) {
+    ButtonContext context;
+    context.Write("23", "Ноте|1");
+    EXPECT_EQ(context.Records.At("23"), "Ноте|1");
+    EXPECT_EQ(folder_.IniValue("Buttons", "23"), "Ноте|1");
+}
+
+TEST_F(ButtonRecordsTest, ARecordInQuotesIsReadBackWhole) {
+    ButtonContext context;
+    for (const std::string record : {"\"Посао\"|све \"и\"", "'a'|'b'", "\"|\"", "\"a|0", "a|b\""}) {
+        context.Write("20", record);
+        EXPECT_EQ(context.Records.At("20"), record);
+        ButtonRecords read;
+        read.LoadButtonRecords();
+        EXPECT_EQ(read.At("20"), record);
+    }
+}
+
+TEST_F(ButtonRecordsTest, TheNameOfARecordIsTheTextBeforeItsFirstBar) {
+    EXPECT_EQ(RecordName("23", "Name|0"), "Name");
+    EXPECT_EQ(RecordName("23", "Name|7|0"), "Name");
+    EXPECT_EQ(RecordName("23", "Група 文|0"), "Група 文");
+    EXPECT_EQ(RecordName("23", "|0"), "");
+    EXPECT_EQ(RecordName("23", "no bar"), "no bar");
+}
+
+TEST_F(ButtonRecordsTest, ARecordGroupIsNamedByItsOwnKey) {
+    EXPECT_EQ(RecordName("23", "Group"), "23");
+    EXPECT_EQ(RecordName("23", "Group|0"), "Group");
+    EXPECT_EQ(RecordName("23", "group"), "group");
+}
+
+TEST_F(ButtonRecordsTest, AButtonIsFoundByTheNameInItsRecord) {
+    folder_.WriteIniText("[Buttons]\r\n11=Alpha|0\r\n12=\r\n13=Бета č|12|4\r\n");
+    EXPECT_EQ(FindButtonKey("Alpha"), "11");
+    EXPECT_EQ(FindButtonKey("Бета č"), "13");
+    EXPECT_EQ(FindButtonKey("Alph"), "");
+    EXPECT_EQ(FindButtonKey("alpha"), "");
+    EXPECT_EQ(FindButtonKey("Gamma"), "");
+}
+
+TEST_F(ButtonRecordsTest, TheFirstButtonInTheFilesOrderIsFound) {
+    folder_.WriteIniText("[Buttons]\r\n25=Twice|0\r\n11=Twice|0\r\n");
+    EXPECT_EQ(FindButtonKey("Twice"), "25");
+}
+
+TEST_F(ButtonRecordsTest, TabsAreNotTakenForButtons) {
+    folder_.WriteIniText("[Buttons]\r\n10=Work|all\r\n20=Games|\r\n21=Work|0\r\n");
+    EXPECT_EQ(FindButtonKey("Work"), "21");
+    EXPECT_EQ(FindButtonKey("Games"), "");
+}
+
+TEST_F(ButtonRecordsTest, NoButtonHasAnEmptyName) {
+    folder_.WriteIniText("[Buttons]\r\n11=\r\n12=|0\r\n");
+    EXPECT_EQ(FindButtonKey(""), "");
+}
+
+TEST_F(ButtonRecordsTest, AGroupUnderItsOwnKeyIsFoundByThatKey) {
+    folder_.WriteIniText("[Buttons]\r\n23=Group\r\n");
+    EXPECT_EQ(FindButtonKey("23"), "23");
+    EXPECT_EQ(FindButtonKey("Group"), "");
+}
+
+TEST_F(ButtonRecordsTest, ALineThatIsNoRecordIsToldWhenAButtonIsLookedFor) {
+    folder_.WriteIniText("[Buttons]\r\n11=Alpha|0\r\njunk\r\n");
+    EXPECT_THROW(FindButtonKey("Alpha"), win::InvalidArgumentError);
+}
+
+TEST_F(ButtonRecordsTest, NothingIsFoundWithoutASection) {
+    EXPECT_EQ(FindButtonKey("Alpha"), "");
+    folder_.WriteIniText("[Buttons]\r\n");
+    EXPECT_EQ(FindButtonKey("Alpha"), "");
+}
+
+}  // namespace
+}  // namespace model

@@ -1,0 +1,141 @@
+#include "sys/mouse_wheel.h"
+
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "tests/support/hidden_window.h"
+#include "tests/support/recorded_call.h"
+#include "win/errors.h"
+
+namespace sys {
+namespace {
+
+using ::testing::ElementsAre;
+
+std::vector<UINT>& Received() {
+    static std::vector<UINT> messages;
+    return messages;
+}
+
+LRESULT CALLBACK OwnProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message != WM_MOUSEWHEEL && message != WM_APP) return DefWindowProcW(window, message, wParam, lParam);
+    Received().push_back(message);
+    return 42;
+}
+
+class MouseWheelTest : public ::testing::Test {
+  protected:
+    MouseWheelTest() {
+        Received().clear();
+        for (const HWND window : {window_.Handle(), other_.Handle()})
+            SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&OwnProcedure));
+    }
+    ~MouseWheelTest() override { UnhookWheel(); }
+
+    void Hook(const testkit::HiddenWindow& window) {
+        HookWheel(window.Handle(), [this](const WheelTurn& turn) {
+            EXPECT_TRUE(Received().empty());
+            turns_.push_back(turn);
+        });
+    }
+    static LRESULT Turn(const testkit::HiddenWindow& window) {
+        return SendMessageW(window.Handle(), WM_MOUSEWHEEL, MAKEWPARAM(MK_CONTROL, 120), MAKELPARAM(11, 22));
+    }
+    static LONG_PTR ProcedureOf(const testkit::HiddenWindow& window) {
+        return GetWindowLongPtrW(window.Handle(), GWLP_WNDPROC);
+    }
+
+    testkit::HiddenWindow window_;
+    testkit::HiddenWindow other_;
+    std::vector<WheelTurn> turns_;
+};
+
+TEST_F(MouseWheelTest, ANotchIsOneHundredAndTwentyAwayFromTheUserAndLessThanNothingTowardHim) {
+    EXPECT_EQ(WheelTurnOf(0x00780000, 0).Rotation, 120);
+    EXPECT_EQ(WheelTurnOf(0xFF880000, 0).Rotation, -120);
+    EXPECT_EQ(WheelTurnOf(0, 0).Rotation, 0);
+}
+
+TEST_F(MouseWheelTest, TheRotationIsTheLowHalfOfTheParameterAsASignedNumber) {
+    // As a 64-bit program gets it: sign-extended or not.
+    EXPECT_EQ(WheelTurnOf(0xFFFFFFFFFF880000ULL, 0).Rotation, -120);
+    EXPECT_EQ(WheelTurnOf(0x12345678FF880000ULL, 0).Rotation, -120);
+    EXPECT_EQ(WheelTurnOf(0x7FFF0000, 0).Rotation, 32767);
+    EXPECT_EQ(WheelTurnOf(0x80000000, 0).Rotation, -32768);
+}
+
+TEST_F(MouseWheelTest, TheRotationIsRoundedToTheNearestNumber) {
+    EXPECT_EQ(WheelTurnOf(0x0078007F, 0).Rotation, 120);
+    EXPECT_EQ(WheelTurnOf(0xFF88007F, 0).Rotation, -120);
+    EXPECT_EQ(WheelTurnOf(0x0078FFFF, 0).Rotation, 121);
+}
+
+TEST_F(MouseWheelTest, KeysAndPlaceAreTheOtherParts) {
+    EXPECT_EQ(WheelTurnOf(0x0078000C, 0x00160011), (WheelTurn{12, 120, 17, 22}));
+    // Above the screen: negative, as the whole parameter is.
+    EXPECT_EQ(WheelTurnOf(0, static_cast<LPARAM>(0xFFF60011)), (WheelTurn{0, 0, 17, -10}));
+}
+
+TEST_F(MouseWheelTest, ATurnIsToldAndThenReachesTheWindowItself) {
+    Hook(window_);
+    EXPECT_EQ(Turn(window_), 42);
+    EXPECT_THAT(turns_, ElementsAre(WheelTurn{MK_CONTROL, 120, 11, 22}));
+    EXPECT_THAT(Received(), ElementsAre(UINT{WM_MOUSEWHEEL}));
+}
+
+TEST_F(MouseWheelTest, OtherMessagesArePassedOnUntold) {
+    Hook(window_);
+    EXPECT_EQ(SendMessageW(window_.Handle(), WM_APP, 0, 0), 42);
+    EXPECT_TRUE(turns_.empty());
+}
+
+TEST_F(MouseWheelTest, UnhookingPutsTheWindowsOwnProcedureBack) {
+    const LONG_PTR before = ProcedureOf(window_);
+    Hook(window_);
+    EXPECT_NE(ProcedureOf(window_), before);
+    UnhookWheel();
+    EXPECT_EQ(ProcedureOf(window_), before);
+    Turn(window_);
+    EXPECT_TRUE(turns_.empty());
+    UnhookWheel();
+    EXPECT_EQ(ProcedureOf(window_), before);
+}
+
+TEST_F(MouseWheelTest, ThereIsOneHookAtATime) {
+    const LONG_PTR before = ProcedureOf(window_);
+    Hook(window_);
+    Hook(window_);
+    Turn(window_);
+    EXPECT_EQ(turns_.size(), 1U);
+    Received().clear();
+    Hook(other_);
+    EXPECT_EQ(ProcedureOf(window_), before);
+    Turn(other_);
+    EXPECT_EQ(turns_.size(), 2U);
+}
+
+TEST_F(MouseWheelTest, AWindowThatIsGoneIsNotHooked) {
+    testkit::HiddenWindow gone;
+    const HWND handle = gone.Handle();
+    gone.Destroy();
+    HookWheel(handle, [](const WheelTurn&) {});
+    UnhookWheel();
+    SUCCEED();
+}
+
+TEST_F(MouseWheelTest, TheFormMayUnhookWhileItIsTold) {
+    HookWheel(window_.Handle(), [](const WheelTurn&) { UnhookWheel(); });
+    EXPECT_EQ(Turn(window_), 42);
+}
+
+TEST_F(MouseWheelTest, AnErrorOfTheFormDoesNotKeepTheMessage) {
+    HookWheel(window_.Handle(), [](const WheelTurn&) { throw win::OverflowError("no"); });
+    EXPECT_EQ(Turn(window_), 42);
+}
+
+}  // namespace
+}  // namespace sys

@@ -1,0 +1,88 @@
+#include "sys/shell_folders.h"
+
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <shlobj.h>
+
+#include "tests/support/call_log.h"
+#include "tests/support/recorded_call.h"
+#include "tests/support/text.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testkit::CallLog;
+using testkit::RecordedCall;
+
+TEST(SpecialFolderTest, AsksForTheFolderWithTheOwnerWindow100) {
+    CallLog log;
+    const RecordedCall location =
+        FAKE_CALL(SHGetSpecialFolderLocation, [&](HWND owner, int folder, LPITEMIDLIST* list) -> HRESULT {
+            log.Add(owner, folder);
+            return ORIGINAL_CALL(SHGetSpecialFolderLocation)(owner, folder, list);
+        });
+    sys::clsShell::GetSpecialfolder(CSIDL_DESKTOP);
+    sys::clsShell::GetSpecialfolder(38);
+    EXPECT_THAT(log.Lines(), ElementsAre("0x64 0", "0x64 38"));
+}
+
+TEST(SpecialFolderTest, GivesThePathsThatTheShellKeeps) {
+    for (const int folder : {0, 5, 7, 8, 9, 11, 38}) {
+        wchar_t path[MAX_PATH] = L"";
+        SHGetFolderPathW(nullptr, folder, nullptr, SHGFP_TYPE_CURRENT, path);
+        std::string given = sys::clsShell::GetSpecialfolder(folder);
+        // Wine ends the path of the documents with a "\\" here and without one there.
+        if (given.ends_with('\\')) given.pop_back();
+        EXPECT_EQ(given, testkit::Utf8(path)) << folder;
+    }
+}
+
+TEST(SpecialFolderTest, CutsThePathAtItsNul) {
+    const RecordedCall path = FAKE_CALL(SHGetPathFromIDListA, [](LPCITEMIDLIST, LPSTR buffer) -> BOOL {
+        // The buffer comes filled with blanks, and has room for 260 characters of several bytes.
+        EXPECT_EQ(std::string(buffer, 512), std::string(512, ' '));
+        const std::string text = "C:\\" + std::string(700, 'x');
+        strcpy(buffer, text.c_str());
+        return TRUE;
+    });
+    EXPECT_EQ(sys::clsShell::GetSpecialfolder(CSIDL_DESKTOP), "C:\\" + std::string(700, 'x'));
+}
+
+TEST(SpecialFolderTest, GivesNothingForAFolderWithoutAPath) {
+    EXPECT_EQ(sys::clsShell::GetSpecialfolder(CSIDL_DRIVES), "");
+    EXPECT_EQ(sys::clsShell::GetSpecialfolder(CSIDL_CONTROLS), "");
+}
+
+TEST(SpecialFolderTest, GivesNothingWhenTheShellKnowsNoSuchFolder) {
+    EXPECT_EQ(sys::clsShell::GetSpecialfolder(0x7F), "");
+    EXPECT_EQ(sys::clsShell::GetSpecialfolder(-1), "");
+    CallLog log;
+    const RecordedCall location = STUB_CALL(log, SHGetSpecialFolderLocation, S_FALSE);
+    const RecordedCall path = FAKE_CALL(SHGetPathFromIDListA, [&](LPCITEMIDLIST, LPSTR) -> BOOL {
+        log.Add("path");
+        return TRUE;
+    });
+    EXPECT_EQ(sys::clsShell::GetSpecialfolder(CSIDL_DESKTOP), "");
+    EXPECT_EQ(log.Count("path"), 0u);
+}
+
+TEST(SpecialFolderTest, FreesTheItemList) {
+    std::vector<void*> lists;
+    std::vector<void*> freed;
+    const RecordedCall location =
+        FAKE_CALL(SHGetSpecialFolderLocation, [&](HWND owner, int folder, LPITEMIDLIST* list) -> HRESULT {
+            const HRESULT result = ORIGINAL_CALL(SHGetSpecialFolderLocation)(owner, folder, list);
+            lists.push_back(*list);
+            return result;
+        });
+    const RecordedCall free = FAKE_CALL(CoTaskMemFree, [&](LPVOID memory) {
+        freed.push_back(memory);
+        ORIGINAL_CALL(CoTaskMemFree)(memory);
+    });
+    sys::clsShell::GetSpecialfolder(CSIDL_DESKTOP);
+    sys::clsShell::GetSpecialfolder(CSIDL_DRIVES);
+    EXPECT_EQ(freed, lists);
+}
+
+}  // namespace

@@ -1,0 +1,172 @@
+#include "sys/shell_link.h"
+
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <shlobj.h>
+
+#include "tests/support/call_log.h"
+#include "tests/support/program_folder.h"
+#include "tests/support/recorded_call.h"
+#include "tests/support/text.h"
+#include "win/com.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testkit::CallLog;
+using testkit::ProgramFolder;
+using testkit::RecordedCall;
+
+/// What the scripting object is to say of a link.
+struct ScriptAnswers {
+    HRESULT create = S_OK;
+    std::wstring target = {};
+    std::wstring arguments = {};
+    HRESULT read_target = S_OK;
+};
+
+/// The scripting object and the link that it makes, in one: members are found by their names and every use is
+/// logged. Lives on the stack, so it must outlast all references.
+class FakeScriptShell : public IDispatch {
+  public:
+    FakeScriptShell(CallLog& log, ScriptAnswers answers) : log_(log), answers_(std::move(answers)) {}
+    FakeScriptShell(const FakeScriptShell&) = delete;
+    FakeScriptShell& operator=(const FakeScriptShell&) = delete;
+    ~FakeScriptShell() { EXPECT_EQ(references_, 0) << "a reference to the scripting object was kept"; }
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
+    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(++references_); }
+    ULONG STDMETHODCALLTYPE Release() override { return static_cast<ULONG>(--references_); }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
+        names_.emplace_back(names[0]);
+        ids[0] = static_cast<DISPID>(names_.size() - 1);
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* parameters,
+                                     VARIANT* result, EXCEPINFO*, UINT*) override {
+        const std::wstring& name = names_.at(static_cast<size_t>(id));
+        if (name == L"CreateShortcut" && kind == DISPATCH_METHOD && parameters->cArgs == 1) {
+            log_.Add(name.c_str(), parameters->rgvarg[0].bstrVal);
+            if (FAILED(answers_.create)) return answers_.create;
+            AddRef();
+            result->vt = VT_DISPATCH;
+            result->pdispVal = this;
+            return S_OK;
+        }
+        log_.Add(name.c_str(), kind == DISPATCH_PROPERTYGET ? "get" : "other");
+        if (name == L"TargetPath" && FAILED(answers_.read_target)) return answers_.read_target;
+        const std::wstring& text = name == L"TargetPath" ? answers_.target : answers_.arguments;
+        result->vt = VT_BSTR;
+        result->bstrVal = SysAllocString(text.c_str());
+        return S_OK;
+    }
+
+  private:
+    CallLog& log_;
+    ScriptAnswers answers_;
+    std::vector<std::wstring> names_;
+    int references_ = 0;
+};
+
+class ShellLinkTest : public testing::Test {
+  protected:
+    /// Puts `shell` in the place of "WScript.Shell"; null: there is no such object.
+    void ReplaceScriptShell(FakeScriptShell* shell) {
+        calls_.push_back(FAKE_CALL(CLSIDFromProgID, [this](LPCOLESTR name, LPCLSID id) -> HRESULT {
+            log_.Add("CLSIDFromProgID", name);
+            *id = kScriptShell;
+            return S_OK;
+        }));
+        calls_.push_back(FAKE_CALL(CoCreateInstance,
+                                   [this, shell](REFCLSID id, LPUNKNOWN outer, DWORD context, REFIID kind,
+                                                 LPVOID* object) -> HRESULT {
+                                       if (id != kScriptShell) {
+                                           log_.Add(id == CLSID_ShellLink ? "shell link" : "another object");
+                                           return ORIGINAL_CALL(CoCreateInstance)(id, outer, context, kind,
+                                                                                  object);
+                                       }
+                                       if (shell == nullptr) return REGDB_E_CLASSNOTREG;
+                                       EXPECT_TRUE(kind == IID_IDispatch);
+                                       shell->AddRef();
+                                       *object = static_cast<IDispatch*>(shell);
+                                       return S_OK;
+                                   }));
+    }
+
+    static constexpr CLSID kScriptShell{0x51, 0x75, 0x6F, {0x6E, 1, 2, 3, 4, 5, 6, 7}};
+    win::OleThread ole_;
+    ProgramFolder folder_;
+    CallLog log_;
+    testkit::RecordedCalls calls_;
+};
+
+TEST_F(ShellLinkTest, GivesAnyOtherPathBackWithABar) {
+    for (const std::string path :
+         {"C:\\a.txt", "C:\\a.LNK", "C:\\a.Lnk", "nk", "", "http://example.org/", "C:\\lnk\\a"})
+        EXPECT_EQ(sys::ReadLinkTarget(path), path + "|");
+}
+
+TEST_F(ShellLinkTest, DoesNotAskTheScriptingObjectForAnyOtherPath) {
+    FakeScriptShell shell(log_, {});
+    ReplaceScriptShell(&shell);
+    sys::ReadLinkTarget("C:\\a.txt");
+    EXPECT_EQ(log_.Text(), "");
+}
+
+TEST_F(ShellLinkTest, AsksTheScriptingObjectForTargetAndArguments) {
+    FakeScriptShell shell(log_, {.target = L"C:\\Łódź\\файл 文件.exe", .arguments = L"/x \"żółw\""});
+    ReplaceScriptShell(&shell);
+    EXPECT_EQ(sys::ReadLinkTarget("C:\\Ярлык 链接.lnk"), "C:\\Łódź\\файл 文件.exe|/x \"żółw\"");
+    EXPECT_THAT(log_.Lines(),
+                ElementsAre("CLSIDFromProgID WScript.Shell", "CreateShortcut C:\\Ярлык 链接.lnk",
+                            "TargetPath get", "Arguments get"));
+}
+
+TEST_F(ShellLinkTest, TakesAnyPathThatEndsInLnkForALink) {
+    FakeScriptShell shell(log_, {.target = L"C:\\a.exe"});
+    ReplaceScriptShell(&shell);
+    EXPECT_EQ(sys::ReadLinkTarget("lnk"), "C:\\a.exe|");
+}
+
+class ShellLinkFallBackTest : public ShellLinkTest, public testing::WithParamInterface<int> {};
+
+TEST_P(ShellLinkFallBackTest, ReadsTheLinkThroughTheShell) {
+    const std::string target = folder_.MakeFile("Łódź\\файл 文件.txt");
+    const std::string link =
+        folder_.MakeLink("Ярлык 链接.lnk", {.target = target, .arguments = "/x \"żółw\" --y=1"});
+    FakeScriptShell fails(log_, {.create = E_FAIL});
+    FakeScriptShell refuses(log_, {.arguments = L"/other", .read_target = E_FAIL});
+    FakeScriptShell knows_nothing(log_, {.arguments = L"/other"});
+    FakeScriptShell* const shells[] = {nullptr, &fails, &refuses, &knows_nothing};
+    ReplaceScriptShell(shells[GetParam()]);
+    EXPECT_EQ(sys::ReadLinkTarget(link), target + "|/x \"żółw\" --y=1");
+    EXPECT_EQ(log_.Lines().back(), "shell link");
+}
+
+INSTANTIATE_TEST_SUITE_P(WithoutAnAnswer, ShellLinkFallBackTest, testing::Range(0, 4));
+
+TEST_F(ShellLinkTest, ReadsALinkWithTheObjectsOfThisSystem) {
+    const std::string target = folder_.MakeFile("цель.txt");
+    const std::string link = folder_.MakeLink("a.lnk", {.target = target, .arguments = "/x"});
+    EXPECT_EQ(sys::ReadLinkTarget(link), target + "|/x");
+    const std::string plain = folder_.MakeLink("b.lnk", {.target = target});
+    EXPECT_EQ(sys::ReadLinkTarget(plain), target + "|");
+}
+
+TEST_F(ShellLinkTest, GivesABarForABrokenLink) {
+    EXPECT_EQ(sys::ReadLinkTarget(folder_.FullPath("missing.lnk")), "|");
+    EXPECT_EQ(sys::ReadLinkTarget(folder_.MakeFile("empty.lnk")), "|");
+    EXPECT_EQ(sys::ReadLinkTarget(folder_.MakeFile("junk.lnk", std::string(3000, 'L'))), "|");
+    EXPECT_EQ(sys::ReadLinkTarget(folder_.MakeFolder("folder.lnk")), "|");
+}
+
+TEST_F(ShellLinkTest, GivesABarWhenComWasNeverStarted) {
+    const RecordedCall create = FAKE_CALL(
+        CoCreateInstance, [](REFCLSID, LPUNKNOWN, DWORD, REFIID, LPVOID*) { return CO_E_NOTINITIALIZED; });
+    EXPECT_EQ(sys::ReadLinkTarget("C:\\a.lnk"), "|");
+}
+
+}  // namespace

@@ -1,0 +1,158 @@
+#include "win/combo_box.h"
+
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/hidden_window.h"
+#include "tests/support/recorded_call.h"
+#include "tests/support/window.h"
+#include "win/errors.h"
+#include "win/text.h"
+
+namespace win {
+namespace {
+
+using ::testing::ElementsAre;
+
+class ComboBoxTest : public ::testing::Test {
+  protected:
+    ComboBoxTest() { list_.CreateOn(parent_.Handle(), 230, {5, 6, 205, 246}); }
+
+    testkit::HiddenWindow parent_;
+    ComboBox list_;
+};
+
+TEST_F(ComboBoxTest, IsAnEditableDropDown) {
+    const testkit::Window window(list_.Handle());
+    EXPECT_EQ(window.Class(), "ComboBox");
+    EXPECT_EQ(window.Id(), 230);
+    EXPECT_EQ(window.Parent().Handle(), parent_.Handle());
+    EXPECT_EQ(window.Style() & 3, CBS_DROPDOWN);
+    EXPECT_EQ(window.Style() & CBS_SORT, 0);
+    EXPECT_NE(window.Style() & CBS_AUTOHSCROLL, 0);
+    EXPECT_NE(window.Style() & WS_TABSTOP, 0);
+    EXPECT_EQ(window.Send(WM_GETFONT), reinterpret_cast<LRESULT>(MessageFont()));
+    EXPECT_EQ(testkit::Window(list_.Edit()).Class(), "Edit");
+    EXPECT_TRUE(testkit::Window(list_.Edit()).IsDescendantOf(window));
+}
+
+TEST_F(ComboBoxTest, KeepsItsItemsInTheOrderGiven) {
+    list_.SetItems({"b", "Ћирилица č", "文書", "", "a"});
+    EXPECT_THAT(list_.Items(), ElementsAre("b", "Ћирилица č", "文書", "", "a"));
+    list_.SetItems({"one"});
+    EXPECT_THAT(list_.Items(), ElementsAre("one"));
+    list_.SetItems({});
+    EXPECT_THAT(list_.Items(), ElementsAre());
+}
+
+TEST_F(ComboBoxTest, KeepsTheTypedTextWhenItsItemsChange) {
+    list_.SetItems({"one", "two"});
+    list_.SetText("куцам 文");
+    list_.SetItems({"three"});
+    EXPECT_EQ(list_.Text(), "куцам 文");
+    EXPECT_EQ(WindowText(list_.Edit()), "куцам 文");
+    list_.SetText("");
+    list_.SetItems({"four"});
+    EXPECT_EQ(list_.Text(), "");
+}
+
+TEST_F(ComboBoxTest, HoldsAThousandItems) {
+    std::vector<std::string> items;
+    for (int number = 0; number < 1000; ++number)
+        items.push_back("item " + std::to_string(number));
+    list_.SetItems(items);
+    EXPECT_EQ(list_.Items(), items);
+}
+
+TEST_F(ComboBoxTest, DrawsAgainWhenItsItemsHaveChanged) {
+    testkit::CallLog log;
+    const testkit::RecordedCall refresh = LOG_CALL(log, InvalidateRect);
+    list_.SetItems({"one"});
+    EXPECT_EQ(log.Count("InvalidateRect " + testkit::LoggedText(list_.Handle())), 1U);
+}
+
+TEST_F(ComboBoxTest, ClearsTheSelectionAndPutsTheCaretAtTheEnd) {
+    list_.SetText("ЖЖ 文 😀");
+    SendMessageW(list_.Edit(), EM_SETSEL, 0, -1);
+    list_.ClearSelection();
+    DWORD from = 99;
+    DWORD to = 99;
+    SendMessageW(list_.Edit(), EM_GETSEL, reinterpret_cast<WPARAM>(&from), reinterpret_cast<LPARAM>(&to));
+    EXPECT_EQ(from, 7U);
+    EXPECT_EQ(to, 7U);
+}
+
+TEST_F(ComboBoxTest, KeepsTheSelectionWhenItsItemsChange) {
+    list_.SetText("куцам 文");
+    SendMessageW(list_.Edit(), EM_SETSEL, 2, 4);
+    list_.SetItems({"one", "two"});
+    DWORD from = 99;
+    DWORD to = 99;
+    SendMessageW(list_.Edit(), EM_GETSEL, reinterpret_cast<WPARAM>(&from), reinterpret_cast<LPARAM>(&to));
+    EXPECT_EQ(from, 2U);
+    EXPECT_EQ(to, 4U);
+}
+
+TEST_F(ComboBoxTest, FindsTheFirstItemThatContainsATextIgnoringCase) {
+    list_.SetItems({"alpha", "", "Бета č", "alphabet", "文書"});
+    struct Case {
+        const wchar_t* text;
+        const wchar_t* item;
+        size_t at;
+    };
+    for (const Case& example : {Case{L"a", L"alpha", 0},
+                                {L"HA", L"alpha", 3},
+                                {L"ALPHA", L"alpha", 0},
+                                {L"alphab", L"alphabet", 0},
+                                {L"бЕТА", L"Бета č", 0},
+                                {L"Č", L"Бета č", 5},
+                                {L"書", L"文書", 1},
+                                {L"文書", L"文書", 0}}) {
+        const auto found = list_.FindContaining(example.text);
+        ASSERT_TRUE(found.has_value()) << ToBytes(example.text);
+        EXPECT_EQ(found->item, example.item);
+        EXPECT_EQ(found->at, example.at) << ToBytes(example.text);
+    }
+    for (const wchar_t* text : {L"", L"x", L"alphabets", L"aБ", L"書a"})
+        EXPECT_FALSE(list_.FindContaining(text).has_value()) << ToBytes(text);
+    list_.SetItems({});
+    EXPECT_FALSE(list_.FindContaining(L"alpha").has_value()) << "of the items that were";
+}
+
+TEST_F(ComboBoxTest, SelectsFromACharacterToTheEnd) {
+    list_.SetText("ЖЖ 文 ab");
+    EXPECT_FALSE(list_.CaretIsAtEnd());
+    list_.SelectFrom(3);
+    DWORD from = 99;
+    DWORD to = 99;
+    SendMessageW(list_.Edit(), EM_GETSEL, reinterpret_cast<WPARAM>(&from), reinterpret_cast<LPARAM>(&to));
+    EXPECT_EQ(from, 3U);
+    EXPECT_EQ(to, 7U);
+    EXPECT_FALSE(list_.CaretIsAtEnd()) << "something is selected";
+    SendMessageW(list_.Edit(), EM_SETSEL, 7, 7);
+    EXPECT_TRUE(list_.CaretIsAtEnd());
+    SendMessageW(list_.Edit(), EM_SETSEL, 6, 6);
+    EXPECT_FALSE(list_.CaretIsAtEnd());
+}
+
+TEST_F(ComboBoxTest, KnowsWhetherItsListIsOpen) {
+    ShowWindow(parent_.Handle(), SW_SHOWNOACTIVATE);
+    EXPECT_FALSE(list_.IsOpen());
+    SendMessageW(list_.Handle(), CB_SHOWDROPDOWN, TRUE, 0);
+    EXPECT_TRUE(list_.IsOpen());
+}
+
+TEST_F(ComboBoxTest, ThatCannotBeMadeIsAnError) {
+    const testkit::RecordedCall create = FAKE_CALL(CreateWindowExW, [](auto...) { return HWND{}; });
+    ComboBox other;
+    EXPECT_THROW(other.CreateOn(parent_.Handle(), 231, {0, 0, 10, 10}), RuntimeError);
+    EXPECT_EQ(ComboBox().Edit(), nullptr);
+}
+
+}  // namespace
+}  // namespace win

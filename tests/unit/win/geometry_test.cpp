@@ -1,0 +1,80 @@
+#include "win/geometry.h"
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/recorded_call.h"
+
+namespace win {
+namespace {
+
+TEST(GeometryTest, RoundsTwipsToTheNearestPixel) {
+    struct Case {
+        int twips;
+        int perPixel;
+        int pixels;
+    };
+    for (const Case& example : {Case{0, 15, 0},
+                                {15, 15, 1},
+                                {1320, 15, 88},
+                                {7, 15, 0},
+                                {8, 15, 1},
+                                {22, 15, 1},
+                                {23, 15, 2},
+                                {-15, 15, -1},
+                                {-7, 15, 0},
+                                {-8, 15, -1},
+                                {-1320, 15, -88},
+                                {30, 12, 3},
+                                {29, 12, 2},
+                                {5, 1, 5}})
+        EXPECT_EQ(ToPixels(example.twips, example.perPixel), example.pixels) << example.twips;
+}
+
+TEST(GeometryTest, CountsTheTwipsOfPixels) {
+    EXPECT_EQ(ToTwips(88, 15), 1320);
+    EXPECT_EQ(ToTwips(-2, 12), -24);
+    for (int pixels = -50; pixels <= 50; ++pixels)
+        EXPECT_EQ(ToPixels(ToTwips(pixels, 15), 15), pixels);
+}
+
+TEST(GeometryTest, TakesTheTwipsPerPixelFromEachAxisOfTheScreen) {
+    struct Case {
+        int dpi;
+        int twips;
+    };
+    for (const Case& example :
+         {Case{96, 15}, {120, 12}, {144, 10}, {192, 7}, {1440, 1}, {5000, 1}, {0, 1440}}) {
+        for (const int axis : {LOGPIXELSX, LOGPIXELSY}) {
+            const testkit::RecordedCall caps =
+                FAKE_CALL(GetDeviceCaps, [&](HDC, int index) { return index == axis ? example.dpi : 72; });
+            const TwipsPerPixel twips = ScreenTwipsPerPixel();
+            EXPECT_EQ(axis == LOGPIXELSX ? twips.x : twips.y, example.twips) << example.dpi;
+            EXPECT_EQ(axis == LOGPIXELSX ? twips.y : twips.x, 20) << example.dpi;
+        }
+    }
+}
+
+TEST(GeometryTest, GivesTheScreenBack) {
+    const testkit::RecordedCall get =
+        FAKE_CALL(GetDC, [](HWND) { return reinterpret_cast<HDC>(INT_PTR{4711}); });
+    int released = 0;
+    const testkit::RecordedCall release = FAKE_CALL(ReleaseDC, [&](HWND window, HDC dc) {
+        EXPECT_EQ(window, nullptr);
+        EXPECT_EQ(dc, reinterpret_cast<HDC>(INT_PTR{4711}));
+        ++released;
+        return 1;
+    });
+    ScreenTwipsPerPixel();
+    EXPECT_EQ(released, 1);
+}
+
+TEST(GeometryTest, MeasuresRectangles) {
+    constexpr RECT kRect{-5, 10, 20, 40};
+    EXPECT_EQ(Width(kRect), 25);
+    EXPECT_EQ(Height(kRect), 30);
+}
+
+}  // namespace
+}  // namespace win
