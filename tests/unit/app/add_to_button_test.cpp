@@ -263,6 +263,8 @@ TEST_F(DropOnButtonTest, SaysWhatItCannotMakeAndChangesNothing) {
         {false, ""},
         {false, folder_.FullPath("gone.txt")},
         {false, folder_.MakeFile("noise.lnk", "noise")},
+        // It is there, but leaves nothing for a name.
+        {false, folder_.MakeFile(";")},
         {false, folder_.MakeLink("gone.lnk", {.target = folder_.FullPath("gone.txt")})},
     };
     for (const sys::DroppedData& data : kBad) {

@@ -16,6 +16,7 @@
 #include "tests/support/modal_answers.h"
 #include "tests/support/text.h"
 #include "tests/unit/app/panel_parts.h"
+#include "win/errors.h"
 
 namespace app {
 namespace {
@@ -205,8 +206,12 @@ TEST_F(ButtonCommandsDesktopTest, ShowPropertiesAndFindTheTargetOfAButtonThatHas
 
 TEST_F(ButtonCommandsDesktopTest, EditAGroupWithThePanelOutAndBindAFreeButtonToWhatWasStored) {
     Load("[Cuts]\r\nG=http://a/|http://b/\r\n");
+    dock_.ShowQuon(false, true);
+    log_.Clear();
     const ModalAnswers user({[this](Window editor) {
         EXPECT_FALSE(IsWindowEnabled(host_.Handle()));
+        EXPECT_FALSE(dock_.Hidden());
+        dock_.ShowQuon(false, true);
         EXPECT_TRUE(editor.IsTopmost());
         EXPECT_EQ(editor.Child(IDC_GROUP_NAME).Text(), "Empty");
         log_.Add("editor");
@@ -216,6 +221,7 @@ TEST_F(ButtonCommandsDesktopTest, EditAGroupWithThePanelOutAndBindAFreeButtonToW
     }});
     commands_.Run(kGroup);
     EXPECT_TRUE(InOrder(log_, {"topmost", "editor", "topmost", "write 11 Нова|0"})) << log_.Text();
+    EXPECT_FALSE(dock_.Hidden()) << "brought out once more";
     EXPECT_EQ(state_.PopCount, 10);
     EXPECT_EQ(state_.Context.CurrentButtonKey, "11");
     EXPECT_EQ(log_.Count("refill"), 1u);
@@ -407,6 +413,34 @@ TEST_F(ButtonCommandsDesktopTest, RenameWithTheOldExtensionOrTheNewOne) {
         EXPECT_EQ(folder_.IniValue("Buttons", "11"), std::string(it.renamed) + "|2");
         EXPECT_EQ(state_.Context.Records.At("11"), std::string(it.renamed) + "|2");
     }
+}
+
+TEST_F(ButtonCommandsDesktopTest, PointTheButtonToTheNewNameEvenIfTheFileKeptItsOwn) {
+    LoadSingle("C:\\Док\\report.txt");
+    result_ = 2;
+    const ModalAnswers user({[](Window box) {
+                                 box.Child(320).SetText("notes");
+                                 box.Child(310).Send(BM_CLICK);
+                             },
+                             Note(kFailed)});
+    commands_.RunFileCommand(kRename);
+    EXPECT_EQ(state_.Button(1).FilePath, "C:\\Док\\notes.txt");
+    EXPECT_EQ(folder_.IniValue("Buttons", "11"), "C:\\Док\\notes.txt|2");
+}
+
+TEST_F(ButtonCommandsDesktopTest, RefuseAButtonOutsideTheNine) {
+    Load("[Buttons]\r\n11=A|0\r\n[Cuts]\r\nA=http://a/\r\n");
+    const std::string before = folder_.IniBytes();
+    answer_ = folder_.MakeFile("a.txt");
+    for (const int index : {-1, 0, 10}) {
+        state_.Context.Select(index);
+        for (const int command : {kAddFile, kAddFolder, kGroup, kFree, kProperties, kFindTarget, kChangeIcon})
+            EXPECT_THROW(commands_.Run(command), win::SubscriptError) << index << " " << command;
+        EXPECT_THROW(commands_.Assign(answer_), win::SubscriptError) << index;
+        for (const int command : {kCopyTo, kMoveTo, kRename, kRecycle, kDelete})
+            EXPECT_THROW(commands_.RunFileCommand(command), win::SubscriptError) << index << " " << command;
+    }
+    EXPECT_EQ(folder_.IniBytes(), before);
 }
 
 TEST_F(ButtonCommandsDesktopTest, RenameNothingForNoNameOrCancel) {

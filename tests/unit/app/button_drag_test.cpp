@@ -47,6 +47,17 @@ TEST_F(ButtonDragTest, StartsOnlyWithCtrlShiftAndTheLeftButton) {
     EXPECT_TRUE(drag_.Active());
 }
 
+TEST_F(ButtonDragTest, LeavesTheRightButtonToTheMenuWhateverIsHeld) {
+    const auto track = FAKE_CALL(TrackPopupMenu, [this](HMENU, UINT, int, int, int, HWND, const RECT*) {
+        log_.Add("menu");
+        return 0;
+    });
+    const HeldModifierKeys keys({VK_CONTROL, VK_SHIFT});
+    SendMessageW(Button(1), WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(5, 5));
+    EXPECT_FALSE(drag_.Active());
+    EXPECT_THAT(log_.Lines(), ElementsAre("menu"));
+}
+
 TEST_F(ButtonDragTest, DoesNotStartOnAFreeButton) {
     Press(Button(2), {VK_CONTROL, VK_SHIFT});
     EXPECT_FALSE(drag_.Active());
@@ -56,6 +67,7 @@ TEST_F(ButtonDragTest, HandsOverACopyOfWhatTheSourceHeld) {
     Start();
     state_.Button(1).FilePath = "changed";
     state_.Button(1).Naziv = "changed";
+    state_.Button(1).Switch = "changed";
     ReleaseAt(Button(5));
     EXPECT_THAT(log_.Lines(), ElementsAre("drop 5 11 http://a/ Име /x"));
     EXPECT_FALSE(drag_.Active());

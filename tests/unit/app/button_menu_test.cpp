@@ -164,6 +164,14 @@ TEST_F(ButtonMenuTest, FreesAButtonWithItsTargetAndItsSwitch) {
     EXPECT_THAT(log_.Lines(), ElementsAre("refill"));
 }
 
+TEST_F(ButtonMenuTest, LeavesASwitchUnderTheNameOfAGroup) {
+    Load("[Buttons]\r\n11=G|0\r\n[Cuts]\r\nG=http://a/|http://b/\r\n[Switch]\r\nG=/x\r\n");
+    menu_.FreeButton();
+    EXPECT_TRUE(state_.Button(1).IsFree());
+    EXPECT_EQ(folder_.IniValue("Cuts", "G"), std::nullopt);
+    EXPECT_EQ(folder_.IniValue("Switch", "G"), "/x") << "a group has no switch of its own";
+}
+
 TEST_F(ButtonMenuTest, DeletesSwitchThenTargetThenTheButtonsRecord) {
     Load("[Buttons]\r\n11=A|0\r\n[Cuts]\r\nA=http://a/\r\n[Switch]\r\nA=/x\r\n");
     const auto section =

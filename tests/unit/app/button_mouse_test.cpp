@@ -110,8 +110,22 @@ TEST_F(ButtonMouseTest, DocksAfterALaunchWhenTheSettingSaysSo) {
     DoubleClick(Button(1));
     EXPECT_FALSE(dock_.Hidden());
     config::Settings.HideAfterLaunch = true;
+    const auto timer = FAKE_CALL(SetTimer, [this](HWND, UINT_PTR, UINT interval, TIMERPROC) -> UINT_PTR {
+        log_.Add("timer", interval);
+        return 1;
+    });
+    log_.Clear();
     DoubleClick(Button(1));
     EXPECT_TRUE(dock_.Hidden());
+    EXPECT_THAT(log_.Lines(), ElementsAre("open Ђ文.txt 1", "Sleep 500", "timer 500"));
+}
+
+TEST_F(ButtonMouseTest, OpensNothingThatIsCalledAFreeButton) {
+    config::Settings.HideAfterLaunch = true;
+    state_.Button(1).Naziv = "Empty";
+    DoubleClick(Button(1));
+    EXPECT_THAT(log_.Lines(), IsEmpty());
+    EXPECT_FALSE(dock_.Hidden());
 }
 
 TEST_F(ButtonMouseTest, DoesNothingOnAFreeButton) {
@@ -296,6 +310,15 @@ TEST_F(ButtonMouseTest, DeletesTheSwitchAndNoOther) {
     EXPECT_FALSE(StoredSwitch());
     EXPECT_EQ(folder_.IniValue("Switch", "Other"), "a=b");
     EXPECT_EQ(state_.Button(1).Switch, "");
+}
+
+TEST_F(ButtonMouseTest, ReadsTheButtonAnewWhateverTheAnswer) {
+    StoreSwitch("/old");
+    EditSwitch([](Window box) {
+        config::WriteIni("Switch", "Име", "/meanwhile");
+        box.Child(310).Send(BM_CLICK);
+    });
+    EXPECT_EQ(state_.Button(1).Switch, "/meanwhile");
 }
 
 TEST_F(ButtonMouseTest, TakesATypedCaptionForItsButton) {

@@ -131,6 +131,20 @@ TEST_F(PasteTest, PrefersTheTextOfAClipboardThatHoldsBoth) {
     EXPECT_EQ(folder_.IniBytes(), before);
 }
 
+TEST_F(PasteTest, TakesTheFilesBesideAnEmptyText) {
+    Load("");
+    const std::string path = folder_.MakeFile("file.txt");
+    HoldFiles({path});
+    const HGLOBAL nothing = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, sizeof(wchar_t));
+    const auto both = FAKE_CALL(IsClipboardFormatAvailable,
+                                [](UINT format) { return format == CF_UNICODETEXT || format == CF_HDROP; });
+    const auto data = FAKE_CALL(GetClipboardData,
+                                [&](UINT format) { return format == CF_UNICODETEXT ? nothing : memory_; });
+    Paste();
+    EXPECT_EQ(folder_.IniValue("Cuts", "file"), path);
+    GlobalFree(nothing);
+}
+
 TEST_F(PasteTest, RefusesMoreFilesThanCanBeReadBack) {
     Load("");
     const std::string before = folder_.IniBytes();

@@ -44,6 +44,10 @@ class ShortcutBoxFixture : public ::testing::Test {
                                            log_.Add("topmost");
                                        return ORIGINAL_CALL(SetWindowPos)(window, after, x, y, cx, cy, flags);
                                    }));
+        fakes_.push_back(FAKE_CALL(SetTimer, [this](HWND window, UINT_PTR id, UINT interval, TIMERPROC done) {
+            if (window == host_.Handle()) log_.Add("timer", interval);
+            return ORIGINAL_CALL(SetTimer)(window, id, interval, done);
+        }));
         dock_.Attach(host_.Handle());
         box_.CreateOn(host_.Handle());
         box_.Refill();

@@ -53,7 +53,7 @@ TEST_F(ShortcutBoxTest, PassesAnUnknownNameToTheUrlHandler) {
 TEST_F(ShortcutBoxTest, DocksAfterOpeningOnEnterWhenTheSettingSaysSo) {
     config::Settings.HideAfterLaunch = true;
     Press("План", VK_RETURN);
-    EXPECT_THAT(log_.Lines(), ElementsAre("open C:\\план.txt", "topmost"));
+    EXPECT_THAT(log_.Lines(), ElementsAre("open C:\\план.txt", "timer 500", "topmost"));
     EXPECT_TRUE(dock_.Hidden());
 }
 
@@ -64,7 +64,7 @@ TEST_F(ShortcutBoxTest, DocksBeforeOpeningByTheGoButton) {
     log_.Clear();
     config::Settings.HideAfterLaunch = true;
     box_.Go();
-    EXPECT_THAT(log_.Lines(), ElementsAre("topmost", "open C:\\план.txt"));
+    EXPECT_THAT(log_.Lines(), ElementsAre("timer 500", "topmost", "open C:\\план.txt"));
     EXPECT_EQ(box_.List().Text(), "План");
 }
 

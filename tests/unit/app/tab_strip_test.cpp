@@ -75,6 +75,23 @@ TEST_F(TabStripTest, ReadsNoRecordsAgainWhenTheTabChanges) {
     EXPECT_THAT(sections, ElementsAre("Cuts", "Switch", "Cuts", "Switch"));
 }
 
+TEST_F(TabStripTest, MarksTheHeaderAndHidesTheHoverPictureBeforeItPaintsTheButtonsInOrder) {
+    buttons_.Hover(3);
+    std::vector<int> painted;
+    const auto edge = FAKE_CALL(DrawEdge, [&](HDC dc, LPRECT place, UINT kind, UINT flags) {
+        for (int index = 1; index <= 9; ++index) {
+            if (buttons_.Picture(index).Dc() != dc) continue;
+            if (painted.empty() || painted.back() != index) painted.push_back(index);
+            EXPECT_EQ(config::Settings.CurrentTab, 2);
+            EXPECT_THAT(Frames(), ElementsAre(0, 1, 0, 0, 0, 0));
+            EXPECT_FALSE(testkit::Window(buttons_.HoverPicture().Handle()).Style() & WS_VISIBLE);
+        }
+        return ORIGINAL_CALL(DrawEdge)(dc, place, kind, flags);
+    });
+    tabs_.b1_MouseUp(2, win::MouseButton::kLeft, 0, 0, 0);
+    EXPECT_THAT(painted, ElementsAre(1, 2, 3, 4, 5, 6, 7, 8, 9));
+}
+
 TEST_F(TabStripTest, PaintsTheShownTabAgainWhenItIsChosenAgain) {
     state_.Context.Records.Set("13", "B|0");
     tabs_.b1_MouseUp(1, win::MouseButton::kLeft, 0, 0, 0);

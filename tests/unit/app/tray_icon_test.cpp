@@ -205,6 +205,11 @@ TEST_F(TrayEventTest, DoesNothingForMovesOverTheIcon) {
     EXPECT_EQ(panel_.Log().Lines().size(), 0u);
 }
 
+TEST_F(TrayEventTest, AddsTheIconOnceThoughTheTaskbarIsMadeAnew) {
+    panel_.Window().Send(RegisterWindowMessageW(L"TaskbarCreated"));
+    EXPECT_EQ(panel_.Log().Count("tray"), 0u);
+}
+
 TEST_F(TrayEventTest, EndsTheProgramByCloseWhateverTheSettingAndSavesTheSettingUnchanged) {
     underMouse_ = "Notification";
     chosen_ = 2602;
