@@ -80,6 +80,7 @@ TEST_F(DefineTabDialogTest, AppliesLabelDescriptionAndOption) {
         keyboard::Press(VK_ESCAPE);
         WaitUntilClosed(dialog);
     }
+    EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini.Main()) << "saved before the program ends";
     EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
     ini.tab_descriptions = true;
     EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini.Main());

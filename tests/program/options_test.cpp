@@ -130,6 +130,7 @@ TEST_F(OptionsDialogTest, AppliesEverySettingAndQuonIniKeepsIt) {
     CaptureScreen().SaveAs("options.bmp");
     Leave(dialog, kAccept);
     EXPECT_EQ(StartEntry(), folder_.FullPath("Quon.exe"));
+    EXPECT_EQ(folder_.IniBytes(), QuonIni().Text()) << "saved before the program ends";
     EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
     const QuonIni expected{.start_with_windows = true,
                            .start_glued = true,
@@ -144,6 +145,22 @@ TEST_F(OptionsDialogTest, AppliesEverySettingAndQuonIniKeepsIt) {
     EXPECT_EQ(folder_.IniValue("Settings", "poptf"), "True");
     EXPECT_EQ(folder_.IniValue("Settings", "popdelay"), "1250");
     EXPECT_EQ(folder_.IniValue("Settings", "clickshow"), "True");
+}
+
+TEST_F(OptionsDialogTest, AChangeIsLostWithAProgramThatIsKilled) {
+    QuonPanel quon = Start({});
+    {
+        const Window dialog = OpenOptions(quon);
+        Toggle(dialog, 401);
+        Leave(dialog, kAccept);
+    }
+    quon.Settle();
+    quon.Program().Terminate();
+    EXPECT_EQ(folder_.IniBytes(), QuonIni().Text());
+    QuonPanel again(folder_);
+    const Window dialog = OpenOptions(again);
+    EXPECT_FALSE(IsChecked(dialog, 401));
+    Leave(dialog, kCancel);
 }
 
 TEST_F(OptionsDialogTest, CancelLeavesEverySettingAndBringsThePanelOut) {

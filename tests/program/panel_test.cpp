@@ -248,6 +248,7 @@ TEST_F(PanelTest, TheSettingsMenuSwitchesTheTipsAndShowsAbout) {
     // By its place: seen from outside, the transparent frame around it is in front.
     mouse::Click(about.Child(330).Centre());
     WaitFor("About closes", [&] { return !about.IsVisible(); });
+    EXPECT_EQ(folder_.IniValue("Settings", "Main"), QuonIni().Main()) << "saved before the program ends";
     EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
     EXPECT_EQ(folder_.IniValue("Settings", "Main"), QuonIni{.extensive_tooltips = true}.Main());
 }

@@ -9,6 +9,7 @@
 
 #include "config/settings.h"
 #include "dialogs/message_box.h"
+#include "res/resource.h"
 #include "tests/support/modal_answers.h"
 #include "tests/unit/app/panel_harness.h"
 #include "win/window.h"
@@ -114,6 +115,41 @@ TEST(CloseRequestTest, WritesTheSettingsAsTheyAreNow) {
     EXPECT_EQ(panel.Folder().IniValue("Settings", "Main"),
               "4,False,False,False,False,True,False,3,False,False,False");
     EXPECT_EQ(panel.Folder().IniValue("Settings", "popdelay"), "700");
+}
+
+TEST(CloseRequestTest, KeepsEveryChangeOfTheSettingsInMemoryUntilThen) {
+    ClosingPanel panel(kHides);
+    int command = 0;
+    const auto track =
+        FAKE_CALL(TrackPopupMenu, [&](HMENU, UINT, int, int, int, HWND, const RECT*) { return command; });
+    const auto choose = [&](int chosen) {
+        command = chosen;
+        const testkit::Window settings = panel.Window().Child(IDC_IMAGE_BUTTON + 2);
+        settings.Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+        settings.Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+    };
+    const testkit::Window header = panel.Window().Child(IDC_TAB_HEADER + 5);
+    testkit::ModalAnswers user({[](testkit::Window options) {
+                                    options.Child(401).Send(BM_CLICK);
+                                    options.Child(434).Send(BM_CLICK);
+                                    options.Child(420).SetText("900");
+                                    options.Child(441).Send(BM_CLICK);
+                                },
+                                [](testkit::Window definition) {
+                                    definition.Child(820).Send(BM_CLICK);
+                                    definition.Child(830).Send(BM_CLICK);
+                                }});
+    choose(IDM_SETTINGS + 1);
+    choose(IDM_SETTINGS + 3);
+    header.Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+    header.Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+    header.Send(WM_RBUTTONUP, 0, MAKELPARAM(5, 5));
+    EXPECT_EQ(user.Used(), 2u);
+    EXPECT_EQ(panel.Log().Count("write Settings"), 0u) << panel.Log().Text();
+    panel.Window().Send(WM_CLOSE);
+    EXPECT_EQ(panel.Folder().IniValue("Settings", "Main"),
+              "5,False,True,False,False,False,True,4,False,False,True");
+    EXPECT_EQ(panel.Folder().IniValue("Settings", "popdelay"), "900");
 }
 
 TEST(CloseRequestTest, HidesAndThenEndsForAMessageFromOutside) {

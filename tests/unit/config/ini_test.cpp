@@ -178,6 +178,12 @@ TEST_F(IniTest, DeletingAnAbsentKeyDropsTheFirstEntry) {
     EXPECT_THAT(Lines("Cuts"), ElementsAre("b=2"));
 }
 
+TEST_F(IniTest, DeletesTheFirstOfTwoEntriesOfAKey) {
+    folder_.WriteIniText("[Cuts]\r\na=1\r\nb=2\r\nc=3\r\nb=4\r\n");
+    config::DeleteIniKey("Cuts", "b");
+    EXPECT_THAT(Lines("Cuts"), ElementsAre("a=1", "c=3", "b=4"));
+}
+
 TEST_F(IniTest, DeletesOnlyTheExactSpelling) {
     folder_.WriteIniText("[Cuts]\r\nfirst=1\r\nNotes=2\r\n");
     config::DeleteIniKey("Cuts", "notes");

@@ -244,7 +244,6 @@ TEST_F(ButtonShortcutTest, ATargetThatIsGoneClearsTheRecordButKeepsItsValues) {
 }
 
 TEST_F(ButtonShortcutTest, RefreshingShowsTheHourglassAndPutsThePointerBack) {
-    LoadRecord("u|0", "[Cuts]\r\nu=http://example.org/\r\n");
     // NOLINTNEXTLINE(performance-no-int-to-ptr): any other handle will do.
     const auto former = reinterpret_cast<HCURSOR>(INT_PTR{4711});
     std::vector<HCURSOR> pointers;
@@ -252,8 +251,13 @@ TEST_F(ButtonShortcutTest, RefreshingShowsTheHourglassAndPutsThePointerBack) {
         pointers.push_back(pointer);
         return former;
     });
-    button_.RefreshButton("11");
-    EXPECT_THAT(pointers, ElementsAre(LoadCursor(nullptr, IDC_WAIT), former));
+    // Whatever becomes of the button: it is shown, it is free, its shortcut is gone, its file is gone.
+    for (const char* record : {"u|0", "", "gone|0", "file|0"}) {
+        LoadRecord(record, "[Cuts]\r\nu=http://example.org/\r\nfile=C:\\no\\such.txt\r\n");
+        pointers.clear();
+        button_.RefreshButton("11");
+        EXPECT_THAT(pointers, ElementsAre(LoadCursor(nullptr, IDC_WAIT), former)) << record;
+    }
     pointers.clear();
     EXPECT_THROW(button_.RefreshButton("70"), win::SubscriptError);
     EXPECT_THAT(pointers, ElementsAre(LoadCursor(nullptr, IDC_WAIT), former));

@@ -1,6 +1,9 @@
 #include <windows.h>
 
 #include <gmock/gmock.h>
+#include <shlobj.h>
+
+#include <cstring>
 
 #include "model/text_shortcut.h"
 #include "sys/shell_folders.h"
@@ -106,6 +109,16 @@ TEST_F(MailClientTest, CutsTheCommandAtItsFirstComma) {
     InstallClient("Client", "rundll32.exe mail.dll,Open a,b");
     model::CTextShortcut::LauchMail();
     EXPECT_THAT(started_.Lines(), ElementsAre("2 <rundll32.exe mail.dll>"));
+}
+
+TEST_F(MailClientTest, CutsAtACommaInTheProgramFilesFolderToo) {
+    const RecordedCall folder = FAKE_CALL(SHGetPathFromIDListA, [](LPCITEMIDLIST, LPSTR path) -> BOOL {
+        strcpy(path, "D:\\Tools, mine");
+        return TRUE;
+    });
+    InstallClient("Client", "%ProgramFiles%\\a.exe,1");
+    model::CTextShortcut::LauchMail();
+    EXPECT_THAT(started_.Lines(), ElementsAre("2 <D:\\Tools>"));
 }
 
 TEST_F(MailClientTest, RunsAnEmptyCommandWithoutAClient) {

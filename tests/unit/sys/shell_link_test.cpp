@@ -24,6 +24,7 @@ struct ScriptAnswers {
     std::wstring target = {};
     std::wstring arguments = {};
     HRESULT read_target = S_OK;
+    HRESULT read_arguments = S_OK;
 };
 
 /// The scripting object and the link that it makes, in one: members are found by their names and every use is
@@ -58,6 +59,7 @@ class FakeScriptShell : public IDispatch {
         }
         log_.Add(name.c_str(), kind == DISPATCH_PROPERTYGET ? "get" : "other");
         if (name == L"TargetPath" && FAILED(answers_.read_target)) return answers_.read_target;
+        if (name == L"Arguments" && FAILED(answers_.read_arguments)) return answers_.read_arguments;
         const std::wstring& text = name == L"TargetPath" ? answers_.target : answers_.arguments;
         result->vt = VT_BSTR;
         result->bstrVal = SysAllocString(text.c_str());
@@ -123,6 +125,12 @@ TEST_F(ShellLinkTest, AsksTheScriptingObjectForTargetAndArguments) {
     EXPECT_THAT(log_.Lines(),
                 ElementsAre("CLSIDFromProgID WScript.Shell", "CreateShortcut C:\\Ярлык 链接.lnk",
                             "TargetPath get", "Arguments get"));
+}
+
+TEST_F(ShellLinkTest, KeepsTheTargetWhenTheArgumentsCannotBeRead) {
+    FakeScriptShell shell(log_, {.target = L"C:\\a.exe", .arguments = L"/x", .read_arguments = E_FAIL});
+    ReplaceScriptShell(&shell);
+    EXPECT_EQ(sys::ReadLinkTarget("C:\\a.lnk"), "C:\\a.exe|");
 }
 
 TEST_F(ShellLinkTest, TakesAnyPathThatEndsInLnkForALink) {
