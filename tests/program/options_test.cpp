@@ -130,7 +130,7 @@ TEST_F(OptionsDialogTest, AppliesEverySettingAndQuonIniKeepsIt) {
     CaptureScreen().SaveAs("options.bmp");
     Leave(dialog, kAccept);
     EXPECT_EQ(StartEntry(), folder_.FullPath("Quon.exe"));
-    EXPECT_EQ(folder_.IniBytes(), QuonIni().Text()) << "saved before the program ends";
+    EXPECT_EQ(folder_.IniValue("Settings", "Main"), QuonIni().Main()) << "saved before the program ends";
     EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
     const QuonIni expected{.start_with_windows = true,
                            .start_glued = true,
@@ -148,7 +148,9 @@ TEST_F(OptionsDialogTest, AppliesEverySettingAndQuonIniKeepsIt) {
 }
 
 TEST_F(OptionsDialogTest, AChangeIsLostWithAProgramThatIsKilled) {
-    QuonPanel quon = Start({});
+    QuonIni ini;
+    ini.click_shows = true;
+    QuonPanel quon = Start(ini);
     {
         const Window dialog = OpenOptions(quon);
         Toggle(dialog, 401);
@@ -156,7 +158,7 @@ TEST_F(OptionsDialogTest, AChangeIsLostWithAProgramThatIsKilled) {
     }
     quon.Settle();
     quon.Program().Terminate();
-    EXPECT_EQ(folder_.IniBytes(), QuonIni().Text());
+    EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini.Main());
     QuonPanel again(folder_);
     const Window dialog = OpenOptions(again);
     EXPECT_FALSE(IsChecked(dialog, 401));

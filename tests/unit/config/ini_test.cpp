@@ -65,9 +65,14 @@ TEST_F(IniTest, ReadsALongSectionCutShortWithoutAnError) {
 }
 
 TEST_F(IniTest, TakesASectionThatBeginsWithANulForEmpty) {
-    const RecordedCall read =
-        FAKE_CALL(GetPrivateProfileSectionA, [&](LPCSTR, LPSTR, DWORD, LPCSTR) -> DWORD { return 1; });
-    EXPECT_EQ(config::ReadIniSection("Cuts"), "");
+    for (const std::string& answer : {"\0"s, "\0a=1\0\0"s}) {
+        const RecordedCall read =
+            FAKE_CALL(GetPrivateProfileSectionA, [&](LPCSTR, LPSTR buffer, DWORD, LPCSTR) {
+                Answer(buffer, answer);
+                return static_cast<DWORD>(answer.size());
+            });
+        EXPECT_EQ(config::ReadIniSection("Cuts"), "");
+    }
 }
 
 TEST_F(IniTest, WritesAValueOfTheFileAtIniPath) {
