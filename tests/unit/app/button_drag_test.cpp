@@ -97,6 +97,15 @@ TEST_F(ButtonDragTest, ShowsATabOnceWhenThePointerEntersItsHeader) {
     EXPECT_THAT(log_.Lines(), ElementsAre("drop 2 11 http://a/ Име /x"));
 }
 
+TEST_F(ButtonDragTest, ShowsTheTabOfTheSameHeaderInTheNextMoveToo) {
+    Start();
+    ReleaseAt(Header(3));
+    tabs_.b1_MouseUp(1, win::MouseButton::kLeft, 0, 0, 0);
+    Start();
+    MoveTo(Header(3));
+    EXPECT_EQ(config::Settings.CurrentTab, 3);
+}
+
 TEST_F(ButtonDragTest, ChangesNothingWhenDroppedElsewhere) {
     Start();
     pointer_ = {-20000, -20000};
@@ -129,10 +138,14 @@ TEST_F(ButtonDragTest, IsNoClick) {
         ++opened;
         return reinterpret_cast<HINSTANCE>(33);
     });
+    state_.Button(1).Switch.clear();
     Start();
     pointer_ = Inside(Button(1));
     Release(Button(1));
     EXPECT_EQ(opened, 0);
+    Press(Button(1));
+    Release(Button(1));
+    EXPECT_NE(opened, 0) << "the next click is one again";
 }
 
 }  // namespace

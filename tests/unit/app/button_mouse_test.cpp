@@ -176,6 +176,11 @@ TEST_F(ButtonMouseTest, MakesTheButtonTheCurrentOneAtEveryEvent) {
     const std::vector<std::function<void(HWND)>> events{
         [](HWND button) { SendMessageW(button, WM_MOUSEMOVE, 0, MAKELPARAM(5, 5)); },
         [](HWND button) { Press(button); },
+        [this](HWND button) {
+            Press(button);
+            state_.Context.Select(3);
+            Release(button);
+        },
         [](HWND button) { SendMessageW(button, WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(5, 5)); },
         [](HWND button) { SetFocus(button); }};
     for (const auto& event : events) {
@@ -229,6 +234,20 @@ TEST_F(ButtonMouseTest, OpensTheMenuOfThePressedButtonAtThePointerForTheRightBut
     SendMessageW(Button(9), WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(5, 5));
     EXPECT_THAT(log_.Lines(),
                 ElementsAre("menu 12 412 -37 Edit group", "menu 19 412 -37 Add group to button"));
+}
+
+TEST_F(ButtonMouseTest, OpensTheMenuOfTheFocusedButtonInItsMiddleForTheMenuKey) {
+    const auto track =
+        FAKE_CALL(TrackPopupMenu, [this](HMENU, UINT, int x, int y, int, HWND, const RECT*) -> BOOL {
+            log_.Add("menu", state_.Context.CurrentButtonKey, x, y);
+            return 0;
+        });
+    SetFocus(Button(2));
+    SendMessageW(Button(9), WM_MOUSEMOVE, 0, MAKELPARAM(5, 5));
+    SendMessageW(Button(2), WM_CONTEXTMENU, 0, -1);
+    const POINT middle = Inside(Button(2));
+    EXPECT_THAT(log_.Lines(),
+                ElementsAre("menu 12 " + std::to_string(middle.x) + " " + std::to_string(middle.y)));
 }
 
 TEST_F(ButtonMouseTest, CarriesTheChosenCommandOutOnTheButtonTheMenuWasOpenedFor) {
@@ -406,7 +425,9 @@ TEST_F(ButtonMouseTest, MovesTheButtonThatTheHoverPictureStandsOn) {
     pointer_ = Inside(Button(6));
     Release(hover);
     EXPECT_THAT(log_.Lines(), ElementsAre("drop 6 11"));
+    tabs_.b1_MouseUp(1, win::MouseButton::kLeft, 0, 0, 0);
     Press(hover, {VK_CONTROL, VK_SHIFT});
+    ASSERT_TRUE(drag_.Active());
     ReleaseCapture();
     EXPECT_FALSE(drag_.Active()) << "the mouse was taken away";
 }

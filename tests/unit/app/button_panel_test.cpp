@@ -75,8 +75,11 @@ TEST_F(ButtonPanelTest, HidesTheHoverPictureWhenThePointerHasLeftTheButtons) {
     SendMessageW(Button(2), WM_MOUSELEAVE, 0, 0);
     EXPECT_NE(GetWindowLongPtrW(hover, GWL_STYLE) & WS_VISIBLE, 0);
     pointer_ = {-20000, -20000};
-    SendMessageW(Button(7), WM_MOUSELEAVE, 0, 0);
-    EXPECT_EQ(GetWindowLongPtrW(hover, GWL_STYLE) & WS_VISIBLE, 0);
+    for (const HWND left : {Button(7), hover}) {
+        buttons_.Hover(7);
+        SendMessageW(left, WM_MOUSELEAVE, 0, 0);
+        EXPECT_EQ(GetWindowLongPtrW(hover, GWL_STYLE) & WS_VISIBLE, 0);
+    }
 }
 
 TEST_F(ButtonPanelTest, FindsTheButtonAtAPointOfTheScreen) {

@@ -266,6 +266,7 @@ TEST(ButtonDropsTest, ActsOnADropOnlyWhenItsMessageComes) {
     effect = kCopy;
     targets[9]->DragEnter(&words, 0, {}, &effect);
     targets[9]->Drop(&words, 0, {}, &effect);
+    ASSERT_TRUE(PeekMessageW(&message, window, WM_QUON_DROP, WM_QUON_DROP, PM_REMOVE));
     drops.Act();
     EXPECT_EQ(state.Context.CurrentButtonIndex, 8);
     drops.Detach();

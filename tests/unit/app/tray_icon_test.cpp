@@ -155,6 +155,7 @@ TEST_F(TrayEventTest, ShowsItsMenuForARightClickInTheNotificationArea) {
     EXPECT_EQ(menuPlace_.y, 741);
     // In this order, or the menu stays open when the user clicks elsewhere.
     EXPECT_THAT(order_, ElementsAre("foreground", "menu"));
+    EXPECT_EQ(panel_.Log().Count("place"), 1u) << "nothing was chosen";
 }
 
 TEST_F(TrayEventTest, ShowsTheWindowAndTheIconOfThePanelInTheNotificationArea) {

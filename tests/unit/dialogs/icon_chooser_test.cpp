@@ -133,9 +133,16 @@ TEST_F(IconChooserTest, ThePickIsToldBeforeTheChooserCloses) {
 }
 
 TEST_F(IconChooserTest, APickThatFailsClosesTheChooserToo) {
+    static int reports;
+    reports = 0;
+    win::SetErrorReporter([](HWND, const char* message) noexcept {
+        EXPECT_STREQ(message, "no");
+        ++reports;
+    });
     chooser_.IconSelected = [](std::int16_t) { throw win::OverflowError("no"); };
     Choose(1, [](Window chooser) { Click(chooser.Child(1000)); });
     EXPECT_EQ(chooser_.Handle(), nullptr);
+    EXPECT_EQ(reports, 1);
 }
 
 TEST_F(IconChooserTest, OneIconIsOneBox) {

@@ -133,8 +133,15 @@ TEST_F(MouseWheelTest, TheFormMayUnhookWhileItIsTold) {
 }
 
 TEST_F(MouseWheelTest, AnErrorOfTheFormDoesNotKeepTheMessage) {
+    static int reports;
+    reports = 0;
+    win::SetErrorReporter([](HWND, const char* message) noexcept {
+        EXPECT_STREQ(message, "no");
+        ++reports;
+    });
     HookWheel(window_.Handle(), [](const WheelTurn&) { throw win::OverflowError("no"); });
     EXPECT_EQ(Turn(window_), 42);
+    EXPECT_EQ(reports, 1);
 }
 
 }  // namespace
