@@ -8,6 +8,7 @@
 #include <shellapi.h>
 #include <shlobj.h>
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <utility>
@@ -151,6 +152,34 @@ TEST_F(EditShortcutTest, DrawsTheIconOfTheFile) {
     Open("Стари", "C:\\d.txt\n", Press(kCancel));
     EXPECT_TRUE(
         InOrder(calls_, {"extract C:\\program.exe 0", "extract associated C:\\d.txt 0", "draw 0 0 true"}));
+}
+
+TEST_F(EditShortcutTest, DrawsTheIconOfAPickedFileOnAClearedPictureAndShowsIt) {
+    std::vector<COLORREF> before;
+    const auto draw = FAKE_CALL(DrawIcon, [&](HDC dc, int, int, HICON) -> BOOL {
+        before.push_back(GetPixel(dc, 9, 9));
+        const win::Brush brush(CreateSolidBrush(RGB(1, 2, 3)));
+        const RECT all{0, 0, 32, 32};
+        return FillRect(dc, &all, brush.Get());
+    });
+    const auto file = FAKE_CALL(GetOpenFileNameA, [](LPOPENFILENAMEA record) -> BOOL {
+        std::strcpy(record->lpstrFile, "C:\\picked.txt");
+        return TRUE;
+    });
+    Open("Стари", "C:\\d.txt\n", [&](Window dialog) {
+        const HWND picture = dialog.Child(kIcon).Handle();
+        UpdateWindow(picture);
+        std::vector<HWND> painted;
+        const auto invalidate = FAKE_CALL(InvalidateRect, [&](HWND window, const RECT* part, BOOL erase) {
+            painted.push_back(window);
+            return ORIGINAL_CALL(InvalidateRect)(window, part, erase);
+        });
+        dialog.Child(kSelectFile).Send(BM_CLICK);
+        EXPECT_EQ(std::count(painted.begin(), painted.end(), picture), 1);
+        dialog.Child(kCancel).Send(BM_CLICK);
+    });
+    ASSERT_EQ(before.size(), 2u);
+    EXPECT_EQ(before[1], before[0]) << "nothing of the icon before is left";
 }
 
 TEST_F(EditShortcutTest, DrawsTheBrowsersIconForAUrl) {

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <commctrl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -12,6 +13,7 @@
 #include "res/resource.h"
 #include "tests/support/hidden_window.h"
 #include "tests/support/modal_answers.h"
+#include "tests/support/paint_log.h"
 #include "tests/support/program_folder.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/scoped_ini_path.h"
@@ -25,7 +27,9 @@
 namespace dialogs {
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using testkit::ModalAnswers;
 using testkit::Window;
@@ -102,6 +106,35 @@ TEST_F(OrganizeShortcutsTest, EveryControlHasItsCaptionAndNumber) {
                  EXPECT_FALSE(organiser.Child(514).IsVisible());
                  organiser.Post(WM_COMMAND, IDCANCEL);
              }});
+}
+
+TEST_F(OrganizeShortcutsTest, ARowShowsItsIconItsNameAndItsTargetInAFrame) {
+    testkit::CallLog log;
+    Organize(kShortcuts, {[&](Window organiser) {
+                 const Window list = List(organiser);
+                 const RECT inside = list.ClientRect();
+                 const std::string width = std::to_string(inside.right - inside.left);
+                 const win::WindowDc screen(nullptr);
+                 const win::Bitmap bitmap(CreateCompatibleBitmap(screen.Get(), 400, 200));
+                 const win::MemoryDc dc(CreateCompatibleDC(screen.Get()));
+                 SelectObject(dc.Get(), bitmap.Get());
+                 {
+                     const auto painting = testkit::LogPainting(log, list.Handle(), dc.Get());
+                     const auto image =
+                         FAKE_CALL(ImageList_Draw, [&](HIMAGELIST, int, HDC, int, int, UINT) -> WINBOOL {
+                             log.Add("Image");
+                             return TRUE;
+                         });
+                     list.Send(WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc.Get()), PRF_CLIENT);
+                 }
+                 EXPECT_THAT(log.Lines(), Contains("Edge 0 0 " + width + " 47 type 9 flags 15"));
+                 EXPECT_THAT(log.Lines(), Contains("Edge 0 51 " + width + " 98 type 9 flags 15"));
+                 Quit(organiser);
+             }});
+    EXPECT_EQ(log.Count("Image"), 3u);
+    for (const char* text :
+         {"Notes in ", "C:\\notes.txt in ", "Work in ", "C:\\a|C:\\b in ", "http://a.example/?x=y in "})
+        EXPECT_THAT(log.Lines(), Contains(HasSubstr(text))) << text;
 }
 
 TEST_F(OrganizeShortcutsTest, OneShortcutHasThePluralToo) {

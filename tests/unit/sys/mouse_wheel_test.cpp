@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <vector>
 
 #include "tests/support/hidden_window.h"
@@ -103,6 +104,14 @@ TEST_F(MouseWheelTest, UnhookingPutsTheWindowsOwnProcedureBack) {
     EXPECT_TRUE(turns_.empty());
     UnhookWheel();
     EXPECT_EQ(ProcedureOf(window_), before);
+}
+
+TEST_F(MouseWheelTest, UnhookingLetsTheFormGo) {
+    auto form = std::make_shared<int>();
+    HookWheel(window_.Handle(), [form](const WheelTurn&) {});
+    EXPECT_EQ(form.use_count(), 2);
+    UnhookWheel();
+    EXPECT_EQ(form.use_count(), 1);
 }
 
 TEST_F(MouseWheelTest, ThereIsOneHookAtATime) {

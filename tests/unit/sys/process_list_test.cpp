@@ -120,13 +120,36 @@ TEST_F(ProcessListTest, TakesTheProgramOfAVisibleWindowWithATitle) {
 }
 
 TEST_F(ProcessListTest, PassesOverWindowsWithoutATitle) {
-    const TestWindow window("", kVisible);
+    const TestWindow visible("", kVisible);
+    const TestWindow hidden("");
     for (const bool taskbar_only : {true, false}) {
         clsProcesi list(menu_, taskbar_only, 0);
-        list.AddWindow(window);
+        list.AddWindow(visible);
+        list.AddWindow(hidden);
         EXPECT_THAT(list.Windows(), IsEmpty());
         EXPECT_THAT(Elements(menu_), ElementsAre("Item1|"));
     }
+}
+
+TEST_F(ProcessListTest, RecordsOnItsWalkOnlyWhatATaskbarShows) {
+    const TestWindow plain("plain", kVisible);
+    const TestWindow tool("tool", kVisible, WS_EX_TOOLWINDOW);
+    const TestWindow owned("owned", kVisible, 0, plain);
+    const std::vector<HWND> all{tool, owned, plain};
+    const RecordedCall top = FAKE_CALL(GetTopWindow, [&](HWND) { return all.front(); });
+    const RecordedCall next = FAKE_CALL(GetWindow, [&](HWND handle, UINT) -> HWND {
+        const auto after = std::find(all.begin(), all.end(), handle) + 1;
+        return after == all.end() ? nullptr : *after;
+    });
+    clsProcesi list(menu_, true, 0);
+    list.Refresh();
+    ASSERT_EQ(list.Windows().size(), 1u);
+    EXPECT_EQ(list.Windows()[0].handle, plain);
+    // Another walk goes on where this one ended.
+    list.Refresh();
+    EXPECT_EQ(list.Windows().size(), 2u);
+    EXPECT_EQ(list.MenuCount(), 1);
+    EXPECT_THAT(Elements(menu_), ElementsAre(OwnElement()));
 }
 
 TEST_F(ProcessListTest, TakesHiddenWindowsOnlyWhenOthersThanTheTaskbarsAreWanted) {

@@ -189,6 +189,17 @@ TEST_F(ProcessModulesTest, AreNotAskedForWhenTheProcessDoesNotOpen) {
     EXPECT_THAT(log_.Lines(), ElementsAre("open 1040 0 42", "open 1040 0 42"));
 }
 
+TEST_F(ProcessModulesTest, AreAskedOfNoProcessBehindThoseThatWindowsHasListed) {
+    enumerate_ = FAKE_CALL(EnumProcesses, [](DWORD* ids, DWORD size, DWORD* needed) -> BOOL {
+        std::fill_n(ids, size / 4, DWORD{42});
+        ids[0] = 7;
+        *needed = 4;
+        return TRUE;
+    });
+    EXPECT_EQ(clsProcesi(menu_, true, 0).ExePathPsapi(42), "");
+    EXPECT_THAT(log_.Lines(), IsEmpty());
+}
+
 TEST(DropLastCharTest, DropsOneCharacter) {
     EXPECT_EQ(clsProcesi::DropLastChar("abc"), "ab");
     EXPECT_EQ(clsProcesi::DropLastChar("a"), "");

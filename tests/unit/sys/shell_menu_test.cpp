@@ -94,14 +94,19 @@ class ShellMenuTest : public testing::Test {
     });
     const RecordedCall type_ =
         FAKE_CALL(GetDriveTypeA, [this](LPCSTR root) -> UINT { return DriveOf(root)->type; });
-    const RecordedCall volume_ = FAKE_CALL(
-        GetVolumeInformationA,
-        [this](LPCSTR root, LPSTR label, DWORD size, LPDWORD, LPDWORD, LPDWORD, LPSTR, DWORD) -> BOOL {
-            EXPECT_EQ(size, 255U);
-            if (DriveOf(root)->label.empty()) return FALSE;
-            strcpy(label, DriveOf(root)->label.c_str());
-            return TRUE;
-        });
+    const RecordedCall volume_ =
+        FAKE_CALL(GetVolumeInformationA,
+                  [this](LPCSTR root, LPSTR label, DWORD size, LPDWORD serial, LPDWORD longest, LPDWORD flags,
+                         LPSTR system, DWORD systemSize) -> BOOL {
+                      EXPECT_EQ(size, 255U);
+                      EXPECT_EQ(std::string(label, size), std::string(size, '\0'));
+                      EXPECT_EQ(systemSize, 255U);
+                      EXPECT_EQ(std::string(system, systemSize), std::string(systemSize, '\0'));
+                      EXPECT_TRUE(serial != nullptr && longest != nullptr && flags != nullptr);
+                      if (DriveOf(root)->label.empty()) return FALSE;
+                      strcpy(label, DriveOf(root)->label.c_str());
+                      return TRUE;
+                  });
     const RecordedCall program_ =
         FAKE_CALL(GetModuleFileNameW, [this](HMODULE module, LPWSTR path, DWORD size) -> DWORD {
             if (module != nullptr) return ORIGINAL_CALL(GetModuleFileNameW)(module, path, size);
