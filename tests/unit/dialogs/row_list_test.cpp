@@ -272,6 +272,10 @@ TEST_F(RowListTest, AnAddedRowIsScrolledToAndTheSelectionStays) {
     list_.Select(3);
     list_.Add({"new", "C:\\new", ""});
     EXPECT_EQ(list_.Rows().size(), 11U);
+    // The content and the way to go have grown with it.
+    EXPECT_EQ(list_.ClientRect().bottom, 4 + 11 * 20 + 10 * 6 + 5);
+    EXPECT_EQ(list_.ScrollMaximum(), 4 + 11 * 20 + 10 * 6 + 5 - kFrameHeight);
+    EXPECT_EQ(BarMaximum(), list_.ScrollMaximum());
     EXPECT_EQ(list_.Selected(), 3);
     EXPECT_EQ(list_.ScrollValue(), list_.ScrollMaximum());
 }
@@ -355,6 +359,7 @@ TEST_F(RowListTest, AFramedRowShowsItsTargetBelowTheNameInAnEdge) {
                                            HasSubstr("Two in 40 56"), HasSubstr("C:\\b in 40 76")));
     EXPECT_THAT(Drawn("Edge"),
                 ElementsAre("Edge 0 0 200 51 type 9 flags 15", "Edge 0 51 200 102 type 9 flags 15"));
+    EXPECT_THAT(Drawn("Fill"), Contains("Fill 0 51 200 102")) << "each row on its own colour";
     EXPECT_NE(Other().RowColor(0), Other().RowColor(1));
 }
 
