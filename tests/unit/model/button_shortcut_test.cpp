@@ -162,6 +162,13 @@ TEST_F(ButtonShortcutTest, TheIconIndexIsTheNumberAfterTheLastBar) {
     }
 }
 
+TEST_F(ButtonShortcutTest, ARecordWithoutABarHasNoIconIndex) {
+    LoadRecord("7 sites", "[Cuts]\r\n7 sites=http://example.org/\r\n");
+    button_.RefreshButton("11");
+    EXPECT_EQ(button_.Naziv, "7 sites");
+    EXPECT_EQ(button_.FileIcon, 0);
+}
+
 TEST_F(ButtonShortcutTest, NamesOfAnyCharactersThatTheFileHoldsAreTaken) {
     for (const std::string name :
          {"A & B [1]; 100% #'", "č ć ž Ü ß", "Ћирилица", "中文 日本語 한국어", "😀", "a.b.c"}) {
