@@ -12,6 +12,7 @@
 #include "res/resource.h"
 #include "tests/support/modal_answers.h"
 #include "tests/unit/app/panel_harness.h"
+#include "win/dialog.h"
 #include "win/window.h"
 
 namespace app {
@@ -101,6 +102,13 @@ TEST(CloseRequestTest, DeletesTheTrayIconAndThenWritesTheFourSettings) {
     EXPECT_TRUE(TakeQuitMessage());
 }
 
+TEST(CloseRequestTest, LetsGoOfTheMainWindow) {
+    ClosingPanel panel(kEnds);
+    EXPECT_EQ(win::ModalOwner(), panel.Window().Handle());
+    panel.Window().Send(WM_SYSCOMMAND, SC_CLOSE);
+    EXPECT_EQ(win::ModalOwner(), nullptr) << "a message would be owned by a window that is gone";
+}
+
 TEST(CloseRequestTest, WritesNothingButTheSettings) {
     ClosingPanel panel(kEnds);
     panel.Window().Send(WM_SYSCOMMAND, SC_CLOSE);
@@ -170,6 +178,14 @@ TEST(CloseRequestTest, AgreesToTheEndOfTheSessionAndEndsOnceItIsCertain) {
         EXPECT_TRUE(panel.Ended());
         EXPECT_EQ(EndOf(panel.Log()).size(), 5u);
     }
+}
+
+TEST(CloseRequestTest, HidesAndThenEndsWhenTheSessionEnds) {
+    ClosingPanel panel(kHides);
+    panel.Window().Send(WM_ENDSESSION, TRUE);
+    EXPECT_TRUE(
+        InOrder(panel.Log(), {"place -353", "timer on", "topmost", "tray delete", "write Settings Main"}))
+        << panel.Log().Text();
 }
 
 TEST(CloseRequestTest, EndsTheProgramForAltF4WithoutChangingTheSetting) {
