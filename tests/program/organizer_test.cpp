@@ -54,6 +54,7 @@ TEST_F(OrganizerTest, AShortcutDeletedHereFreesItsButton) {
     ini.AddShortcut("12", "Other", folder_.MakeFile("other.txt"));
     QuonPanel quon = Start(ini);
     quon.ExpectName(3, "Белешке");
+    EXPECT_EQ(quon.Shortcuts().Send(CB_GETCOUNT), 3);
     const Window organiser = Open(quon, 2);
     EXPECT_TRUE(quon.IsDockedAt(Edge::kBottom));
     EXPECT_TRUE(organiser.IsTopmost());
@@ -67,6 +68,7 @@ TEST_F(OrganizerTest, AShortcutDeletedHereFreesItsButton) {
     Leave(organiser);
     quon.ExpectName(3, "Empty");
     quon.ExpectName(2, "Other");
+    WaitFor("the drop-down follows", [&] { return quon.Shortcuts().Send(CB_GETCOUNT) == 2; });
     EXPECT_EQ(folder_.IniValue("Buttons", "13"), "");
     EXPECT_THAT(folder_.Ini().Keys("Cuts"), ElementsAre("Other"));
 }

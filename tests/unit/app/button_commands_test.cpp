@@ -480,6 +480,7 @@ TEST_F(ButtonCommandsDesktopTest, FreeTheButtonOfARecycledFileEvenIfItFailed) {
         commands_.RunFileCommand(kRecycle);
         EXPECT_TRUE(InOrder(log_, {"operation 3 C:\\a.txt > nowhere", "topmost", "write 11 "}));
         EXPECT_TRUE(state_.Button(1).IsFree());
+        EXPECT_EQ(Window(Button(1)).Text(), "Empty");
         EXPECT_EQ(state_.Context.Records.At("11"), "");
         EXPECT_EQ(folder_.IniValue("Cuts", "Име"), "C:\\a.txt") << "the shortcut stays in the list";
         EXPECT_TRUE(Window(host_.Handle()).IsTopmost());
