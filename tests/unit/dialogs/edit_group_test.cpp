@@ -151,9 +151,11 @@ TEST_F(EditGroupTest, AClickOnALabelSelectsTheName) {
     Edit("Work", {[](Window dialog) {
              for (const int label : {IDC_GROUP_LABEL, IDC_GROUP_EXISTS}) {
                  SetFocus(dialog.Child(IDC_GROUP_APPLY).Handle());
+                 dialog.Child(IDC_GROUP_NAME).Send(EM_SETSEL, 1, 1);
                  dialog.Child(label).Send(WM_LBUTTONDOWN, MK_LBUTTON);
                  dialog.Child(label).Send(WM_LBUTTONUP);
                  EXPECT_TRUE(dialog.Child(IDC_GROUP_NAME).IsFocused()) << label;
+                 EXPECT_EQ(dialog.Child(IDC_GROUP_NAME).Send(EM_GETSEL), MAKELONG(0, 4)) << label;
              }
              Click(dialog, IDC_GROUP_CANCEL);
          }});

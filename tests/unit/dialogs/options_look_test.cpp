@@ -165,6 +165,21 @@ TEST_F(OptionsLookTest, WarnsWithTheRedFrameWhenBothTriggersAreCleared) {
     Open();
 }
 
+TEST_F(OptionsLookTest, WarnsWhicheverTriggerIsClearedLast) {
+    for (const int last : {408, 409}) {
+        Settings.PopOnHover = Settings.ClickShows = true;
+        const auto clear = [&](Window dialog) {
+            Click(dialog, last == 408 ? 409 : 408);
+            Click(dialog, last);
+            Click(dialog, kCancelButton);
+        };
+        const auto note = [](Window box) { box.Child(310).Send(BM_CLICK); };
+        ModalAnswers user({clear, note});
+        Open();
+        EXPECT_EQ(user.Used(), 2u) << last;
+    }
+}
+
 TEST_F(OptionsLookTest, FramesBothTriggersAndNothingElse) {
     Open([](Window dialog) {
         const RECT frame = dialog.Child(kWarningFrame).Rect();

@@ -165,8 +165,9 @@ TEST_F(OrganizeShortcutsTest, ItSaysThatItIsReadingWhileItReads) {
                  const testkit::RecordedCall fake = FAKE_CALL(
                      GetPrivateProfileSectionA,
                      [&](LPCSTR section, LPSTR buffer, DWORD size, LPCSTR file) -> DWORD {
-                         if (organiser.Child(IDC_ORGANIZE_LABEL).IsVisible())
-                             said = organiser.Child(IDC_ORGANIZE_LABEL).Text();
+                         const Window label = organiser.Child(IDC_ORGANIZE_LABEL);
+                         if (label.IsVisible()) said = label.Text();
+                         EXPECT_FALSE(GetUpdateRect(label.Handle(), nullptr, FALSE)) << "it is painted";
                          return ORIGINAL_CALL(GetPrivateProfileSectionA)(section, buffer, size, file);
                      });
                  organiser_.ReadShortcuts();
