@@ -27,8 +27,10 @@ void Close(Window box) { box.Child(330).Send(BM_CLICK); }
 
 testkit::RecordedCall RecordTips(std::vector<std::string>& texts) {
     return FAKE_CALL(SendMessageA, [&](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-        if (message == TTM_ADDTOOLA)
-            texts.emplace_back(reinterpret_cast<const TTTOOLINFOA*>(lParam)->lpszText);
+        if (message == TTM_ADDTOOLA) {
+            const auto& tool = *reinterpret_cast<const TTTOOLINFOA*>(lParam);
+            texts.push_back(std::to_string(GetDlgCtrlID(tool.hwnd)) + tool.lpszText);
+        }
         return ORIGINAL_CALL(SendMessageA)(window, message, wParam, lParam);
     });
 }
@@ -87,7 +89,7 @@ TEST(AboutBoxTest, TellsWhatTheSupportLinkIsFor) {
     const auto record = RecordTips(tips);
     ModalAnswers user({Close});
     frmMsg().AboutQuon();
-    EXPECT_THAT(tips, ElementsAre(" If you have questions, suggestions, or just want to say hi "));
+    EXPECT_THAT(tips, ElementsAre("342 If you have questions, suggestions, or just want to say hi "));
 }
 
 TEST(AboutBoxTest, HasNoTipInTheMessageMode) {
