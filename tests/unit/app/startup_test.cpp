@@ -236,6 +236,58 @@ TEST(LoadTest, IsATopmostToolWindowNamedQuonWithACloseButton) {
         << "a real move must not look like the tray's";
 }
 
+/// The rename box is open only in a window that is visible; this one stands beside the screen.
+struct KeyboardPanel : PanelHarness {
+    KeyboardPanel() : PanelHarness(MainWith("1"), FullTab(1)) {
+        Load();
+        SetWindowPos(Window().Handle(), nullptr, -3000, 0, 0, 0,
+                     SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+        Log().Clear();
+    }
+};
+
+bool IsShown(testkit::Window box) { return (box.Style() & WS_VISIBLE) != 0; }
+
+TEST(PanelKeysTest, F2OpensTheRenameBoxAndEscapeAbandonsIt) {
+    KeyboardPanel panel;
+    const testkit::Window box = panel.Window().Child(IDC_RENAME);
+    EXPECT_FALSE(IsShown(box));
+    EXPECT_TRUE(panel.PressKey(WM_KEYDOWN, VK_F2));
+    EXPECT_TRUE(IsShown(box));
+    EXPECT_EQ(box.Text(), "n11");
+    box.SetText("other");
+    EXPECT_TRUE(panel.PressKey(WM_KEYDOWN, VK_ESCAPE));
+    EXPECT_FALSE(IsShown(box));
+    EXPECT_EQ(panel.Log().Count("write"), 0u);
+}
+
+TEST(PanelKeysTest, EnterAcceptsTheNewNameInTheRenameBoxAlone) {
+    KeyboardPanel panel;
+    const testkit::Window box = panel.Window().Child(IDC_RENAME);
+    panel.PressKey(WM_KEYDOWN, VK_F2);
+    box.SetText("other");
+    SetFocus(panel.Window().Child(IDC_TAB_HEADER + 1).Handle());
+    panel.PressKey(WM_KEYDOWN, VK_RETURN);
+    EXPECT_EQ(panel.Folder().IniValue("Buttons", "11"), "n11|0");
+    panel.PressKey(WM_KEYDOWN, VK_F2);
+    SetFocus(box.Handle());
+    box.SetText("other");
+    EXPECT_TRUE(panel.PressKey(WM_KEYDOWN, VK_RETURN, {}, box.Handle()));
+    EXPECT_EQ(panel.Folder().IniValue("Buttons", "11"), "other|0");
+    EXPECT_FALSE(IsShown(box));
+}
+
+TEST(PanelKeysTest, OtherKeysDoNothing) {
+    KeyboardPanel panel;
+    for (const int key : {VK_F3, VK_F4, VK_F5, VK_DELETE, VK_BACK, VK_ESCAPE, VK_HOME, int{'A'}})
+        for (const UINT message : {WM_KEYDOWN, WM_KEYUP})
+            panel.PressKey(message, static_cast<WORD>(key));
+    panel.Window().Send(WM_SYSCOMMAND, SC_CLOSE);
+    EXPECT_NE(panel.Panel().Handle(), nullptr) << "F4 alone is no request to end";
+    EXPECT_EQ(panel.Log().Count("write"), 0u);
+    EXPECT_FALSE(IsShown(panel.Window().Child(IDC_RENAME)));
+}
+
 int g_faults = 0;
 
 LONG CALLBACK CountFault(EXCEPTION_POINTERS*) {
