@@ -80,6 +80,13 @@ TEST(MessageBoxTest, HidesAButtonWithoutACaption) {
     EXPECT_THAT(seen.buttons, ElementsAre("Accept", "Cancel"));
 }
 
+TEST(MessageBoxTest, ShowsTheFirstButtonEvenWithoutACaption) {
+    Seen seen;
+    ModalAnswers user({Look(seen)});
+    ShowMessage("Text", 1, "");
+    EXPECT_THAT(seen.buttons, ElementsAre(""));
+}
+
 TEST(MessageBoxTest, ShowsEveryCaptionThatItIsGiven) {
     Seen seen;
     ModalAnswers user({Look(seen)});
