@@ -61,6 +61,36 @@ TEST_F(AddToButtonTest, ChangesNothingWhenTheQuestionIsCancelledOrClosed) {
     }
 }
 
+TEST_F(AddToButtonTest, AsksWithTheNameOfTheButtonInTheInputLine) {
+    StartUsed();
+    const testkit::ModalAnswers user({[](testkit::Window box) {
+        EXPECT_EQ(box.Child(300).Text(),
+                  "Do you want to replace the shortcut or create a group?\r\n(Enter group name)");
+        EXPECT_EQ(box.Child(IDC_INPUT).Text(), "Notes");
+        EXPECT_EQ(box.Child(IDC_ANSWER).Text(), "Create group");
+        EXPECT_EQ(box.Child(IDC_ANSWER_1).Text(), "Replace");
+        EXPECT_EQ(box.Child(IDC_ANSWER_2).Text(), "Cancel");
+        EXPECT_TRUE(box.Child(IDC_ANSWER_2).IsVisible());
+        box.Child(IDC_ANSWER_2).Send(BM_CLICK);
+    }});
+    EXPECT_FALSE(Add(other_, "Other"));
+}
+
+TEST_F(AddToButtonTest, SaysWhyAGroupTakesNoSwitch) {
+    StartGroup();
+    const testkit::ModalAnswers user(
+        {[](testkit::Window box) { box.Child(IDC_ANSWER).Send(BM_CLICK); },
+         [](testkit::Window box) {
+             EXPECT_EQ(box.Child(300).Text(),
+                       "This shortcut has command switch. Quon will add it to the group, but you can use "
+                       "command switches only on non group buttons.");
+             EXPECT_EQ(box.Child(IDC_ANSWER).Text(), "OK");
+             EXPECT_FALSE(box.Child(IDC_ANSWER_1).IsVisible());
+             box.Child(IDC_ANSWER).Send(BM_CLICK);
+         }});
+    EXPECT_TRUE(Add(folder_.Path(), "Folder", "/new"));
+}
+
 TEST_F(AddToButtonTest, ReplacesForTheCaptionsOfBothButtons) {
     for (const char* answer : {"Replace", "Create group"}) {
         StartUsed();

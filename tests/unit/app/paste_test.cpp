@@ -163,6 +163,20 @@ TEST_F(PasteTest, SaysThatNothingCouldBeReadFromAnEmptyClipboard) {
     Paste();
 }
 
+TEST_F(PasteTest, SaysSoForALinkThatLeadsNowhereAndPassesItOverBesideAFile) {
+    Load("");
+    const std::string link = folder_.MakeFile("веза.lnk", "no link");
+    HoldFiles({link});
+    const ModalAnswers user({NothingReadable});
+    Paste();
+    EXPECT_EQ(user.Used(), 1u);
+    const std::string path = folder_.MakeFile("file.txt");
+    HoldFiles({link, path});
+    Paste();
+    EXPECT_EQ(folder_.IniValue("Cuts", "file"), path);
+    EXPECT_FALSE(state_.Button(1).Group);
+}
+
 TEST_F(PasteTest, SaysSoForAClipboardThatDoesNotOpenToo) {
     Load("");
     HoldFiles({"C:\\a.txt"});
