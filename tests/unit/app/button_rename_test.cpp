@@ -101,7 +101,7 @@ TEST_F(ButtonRenameTest, KeepsAGroupThatIsLongerThanCanBeReadAtOnce) {
     std::string members = "http://start/";
     for (int index = 0; index < 200; ++index)
         members += "|http://страна/" + std::to_string(index);
-    Load("[Buttons]\r\n11=G|0\r\n[Cuts]\r\nG=" + members + "\r\n");
+    Load("[Buttons]\r\n11=G|0\r\n[Cuts]\r\nother=http://start/\r\nG=" + members + "\r\n");
     RenameCurrentButton(state_, "Ново");
     EXPECT_EQ(folder_.IniValue("Cuts", "Ново"), members);
     EXPECT_EQ(folder_.IniValue("Cuts", "G"), std::nullopt);

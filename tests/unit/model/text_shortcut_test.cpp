@@ -99,6 +99,7 @@ TEST(UptimeTextTest, GivesHoursAndMinutesWithTwoDigits) {
 }
 
 TEST(UptimeTextTest, RoundsToTheNearestSecondFirst) {
+    EXPECT_EQ(UptimeText(58'999), "00 hours and 00 minutes.");
     EXPECT_EQ(UptimeText(59'499), "00 hours and 00 minutes.");
     EXPECT_EQ(UptimeText(59'500), "00 hours and 01 minutes.");
     EXPECT_EQ(UptimeText(3'599'501), "01 hours and 00 minutes.");
