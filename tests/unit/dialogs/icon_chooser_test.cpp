@@ -333,6 +333,18 @@ TEST_F(IconChooserTest, AllIconsAreGivenBackWhenItIsGone) {
     EXPECT_THAT(open_, IsEmpty());
 }
 
+TEST_F(IconChooserTest, TheBoxesOfOneUseAreGoneInTheNext) {
+    Choose(2, Dismiss);
+    Choose(3, [](Window chooser) {
+        EXPECT_EQ(Strip(chooser).Descendants().size(), 3U);
+        EXPECT_TRUE(chooser.Child(1000).IsFocused());
+        chooser.Child(1000).Send(WM_KEYDOWN, VK_RIGHT);
+        EXPECT_TRUE(chooser.Child(1001).IsFocused());
+        Click(chooser.Child(1002));
+    });
+    EXPECT_THAT(picked_, ElementsAre(2));
+}
+
 TEST(IconFileTest, TheIconsOfARealFileAreRead) {
     IcoChooser chooser;
     chooser.ReadIcons(win::ProgramPath());
