@@ -49,6 +49,7 @@ class ButtonShortcutTest : public ButtonFixture {
         button_.FileIcon = 99;
         button_.FilePath = "old path";
         button_.Naziv = "old name";
+        box_.SetMeaning("old name");
     }
 
     void ExpectFree() const {
@@ -191,6 +192,7 @@ TEST_F(ButtonShortcutTest, AnEmptyRecordFreesTheButton) {
     SoilValues();
     button_.RefreshButton("11");
     ExpectFree();
+    EXPECT_EQ(testkit::Window(box_.Handle()).Text(), "Empty");
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "");
     EXPECT_EQ(folder_.IniValue("Buttons", "12"), "b|0");
 }
@@ -201,6 +203,7 @@ TEST_F(ButtonShortcutTest, ADanglingRecordFreesTheButtonInTableAndFile) {
         SoilValues();
         button_.RefreshButton("11");
         ExpectFree();
+        EXPECT_EQ(testkit::Window(box_.Handle()).Text(), "Empty") << record;
         EXPECT_EQ(context_.Records.At("11"), "") << record;
         EXPECT_EQ(folder_.IniValue("Buttons", "11"), "") << record;
         EXPECT_EQ(folder_.IniValue("Cuts", "other"), "C:\\x=y") << record;
