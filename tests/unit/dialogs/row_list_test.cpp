@@ -103,10 +103,12 @@ class RowListTest : public ::testing::Test {
         log_.Clear();
         const testkit::RecordedCalls painting = testkit::LogPainting(log_, list.Handle(), dc.Get());
         const testkit::RecordedCall image = FAKE_CALL(
-            ImageList_Draw, [&](HIMAGELIST images, int index, HDC, int x, int y, UINT style) -> WINBOOL {
+            ImageList_Draw, [&](HIMAGELIST images, int index, HDC on, int x, int y, UINT style) -> WINBOOL {
                 EXPECT_EQ(images, kImages);
                 EXPECT_EQ(style, UINT{ILD_NORMAL});
-                log_.Add("Image", index, x, y);
+                POINT place{x, y};
+                LPtoDP(on, &place, 1);
+                log_.Add("Image", index, place.x, place.y);
                 return TRUE;
             });
         SendMessageW(list.Handle(), WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc.Get()), PRF_CLIENT);
@@ -192,6 +194,7 @@ TEST_F(RowListTest, AListHigherThanAnyWindowCanBeIsShownToItsEnd) {
     Paint(list_, {0, height - kFrameHeight, kFrameWidth, height});
     EXPECT_THAT(Drawn("Text"), Contains(HasSubstr("row 4999")));
     EXPECT_THAT(Drawn("Text"), Not(Contains(HasSubstr("row 4990 "))));
+    EXPECT_THAT(Drawn("Image").back(), HasSubstr(" 4 " + std::to_string(height - 5 - 20 + 2)));
     Click(list_, height - 10);
     EXPECT_EQ(list_.Selected(), 4999);
 }
