@@ -1,0 +1,133 @@
+// Each dialog, opened from the panel as its user opens it, used and closed.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <utility>
+#include <vector>
+
+#include "app/button_commands.h"
+#include "dialogs/message_box.h"
+#include "res/resource.h"
+#include "tests/leaks/panel_leak_test.h"
+
+namespace leaks {
+namespace {
+
+using testkit::ModalAnswers;
+using testkit::Window;
+
+class DialogLeakTest : public PanelLeakTest {
+  protected:
+    DialogLeakTest() {
+        fakes_.push_back(FAKE_CALL(
+            TrackPopupMenu, [this](HMENU, UINT, int, int, int, HWND, const RECT*) { return command_; }));
+        // The key is opened for real, and left as it is.
+        fakes_.push_back(FAKE_CALL(
+            RegSetValueExA,
+            [](HKEY, LPCSTR, DWORD, DWORD, const BYTE*, DWORD) -> LSTATUS { return ERROR_SUCCESS; }));
+        fakes_.push_back(FAKE_CALL(RegDeleteValueA, [](HKEY, LPCSTR) -> LSTATUS { return ERROR_SUCCESS; }));
+    }
+
+    /// Chooses a command of the settings' menu and answers what opens.
+    void Choose(int command, std::vector<Step> steps) {
+        const ModalAnswers user(std::move(steps));
+        command_ = IDM_SETTINGS + command;
+        Click(Child(IDC_IMAGE_BUTTON + 2));
+        Paint();
+    }
+    /// Chooses a command of a button's menu and answers what opens.
+    void ChooseOnButton(int button, int command, std::vector<Step> steps) {
+        const ModalAnswers user(std::move(steps));
+        command_ = IDM_BUTTON + command;
+        Button(button).Send(WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(5, 5));
+        Paint();
+    }
+    static void PointAt(Window dialog, int id) {
+        dialog.Send(WM_SETCURSOR, reinterpret_cast<WPARAM>(dialog.Child(id).Handle()),
+                    MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    }
+
+    int command_ = 0;
+};
+
+TEST_F(DialogLeakTest, TheMessageBox) {
+    Repeat([] {
+        const ModalAnswers user({Press(IDC_ANSWER), [](Window box) { box.Send(WM_SYSCOMMAND, SC_CLOSE); }});
+        for (int time = 0; time < 2; ++time)
+            dialogs::ShowMessage("Go on?\nIt is a question.", 3, "OK", "No", "Cancel", true, "yes");
+    });
+}
+
+TEST_F(DialogLeakTest, TheAboutBox) {
+    Repeat([this] { Choose(5, {Press(IDC_ABOUT_CLOSE)}); });
+}
+
+TEST_F(DialogLeakTest, TheOptions) {
+    Repeat([this] {
+        Choose(1, {[](Window dialog) {
+                   for (const int option : {0, 3, 7, 1})
+                       PointAt(dialog, IDC_OPTION + option);
+                   dialog.Child(IDC_OPTIONS_ACCEPT).Send(BM_CLICK);
+               }});
+        Choose(1, {Press(IDC_OPTIONS_CANCEL)});
+    });
+}
+
+TEST_F(DialogLeakTest, TheOrganiserAndBothEditors) {
+    Repeat([this] {
+        Choose(0, {[](Window organiser) { organiser.Child(IDC_ORGANIZE_EDIT).Post(BM_CLICK); },
+                   [](Window editor) {
+                       editor.Child(IDC_SHORTCUT_NAME).SetText("Other");
+                       editor.Child(IDC_SHORTCUT_NAME).SetText("File");
+                       const Window organiser = editor.Owner();
+                       editor.Child(IDC_SHORTCUT_CANCEL).Send(BM_CLICK);
+                       organiser.Child(IDC_ORGANIZE_BASKET).Post(WM_KEYDOWN, VK_DOWN);
+                       organiser.Child(IDC_ORGANIZE_BASKET).Post(WM_KEYDOWN, VK_DOWN);
+                       organiser.Child(IDC_ORGANIZE_EDIT).Post(BM_CLICK);
+                   },
+                   [](Window editor) {
+                       const Window organiser = editor.Owner();
+                       editor.Child(IDC_GROUP_CANCEL).Send(BM_CLICK);
+                       organiser.Child(IDC_ORGANIZE_QUIT).Post(BM_CLICK);
+                   }});
+    });
+}
+
+TEST_F(DialogLeakTest, EditingAGroupOfAButton) {
+    Repeat([this] {
+        ChooseOnButton(2, app::kGroup, {[](Window editor) {
+                           editor.Child(IDC_GROUP_BASKET).Send(WM_KEYDOWN, VK_END);
+                           editor.Child(IDC_GROUP_APPLY).Post(BM_CLICK);
+                       }});
+        ASSERT_EQ(Button(2).Text(), "Group");
+    });
+}
+
+TEST_F(DialogLeakTest, DefiningATab) {
+    Repeat([this] {
+        const ModalAnswers user({[](Window dialog) {
+            PointAt(dialog, IDC_TAB_SHOW_DESCRIPTION);
+            dialog.Child(IDC_TAB_APPLY).Send(BM_CLICK);
+        }});
+        Child(IDC_TAB_HEADER + 1).Send(WM_RBUTTONUP, 0, MAKELPARAM(5, 5));
+    });
+}
+
+TEST_F(DialogLeakTest, TheIconChooser) {
+    Repeat([this] {
+        ChooseOnButton(1, app::kChangeIcon,
+                       {[](Window chooser) { Click(chooser.Child(IDC_CHOOSER_ICON + 2)); }});
+        ChooseOnButton(1, app::kChangeIcon, {[](Window chooser) { chooser.Post(WM_COMMAND, IDCANCEL); }});
+    });
+}
+
+TEST_F(DialogLeakTest, EditingASwitch) {
+    Repeat([this] {
+        const ModalAnswers user({Press(IDC_ANSWER)});
+        DoubleClick(Button(5), {VK_MENU, VK_CONTROL});
+    });
+}
+
+}  // namespace
+}  // namespace leaks

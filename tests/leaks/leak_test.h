@@ -1,0 +1,45 @@
+// Does something again and again, and expects this program to hold afterwards what it held before.
+//
+//     class TabLeakTest : public PanelLeakTest {};
+//     TEST_F(TabLeakTest, SwitchingKeepsNothing) { Repeat([this] { ShowTab(2); ShowTab(1); }); }
+//
+// The first rounds are warm-up: caches fill. After the last one every counter is what it was after them:
+// what the ledger has recorded (ledger.h), this thread's windows, the process's drawing objects and kernel
+// handles, and the blocks and bytes on the program's own heap. A few rounds at every test; the long form is
+//
+//     QUON_LEAK_ROUNDS=1000 scripts/test -L leaks
+//
+// in which the memory of the process may not grow by a hundred bytes a round either.
+#pragma once
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+
+#include "tests/leaks/ledger.h"
+
+namespace leaks {
+
+class LeakTest : public testing::Test {
+  protected:
+    /// Begins to record calls. When all other fakes have been made: the ledger has to lie on top of them.
+    void StartLedger() { ledger_ = std::make_unique<Ledger>(); }
+    Ledger& Calls() { return *ledger_; }
+
+    /// Runs `round` as often as wanted, and compares; `times`: so many times as often in the long form.
+    void Repeat(const std::function<void()>& round, int times = 1);
+
+    /// Runs after each round: what a scenario's fakes have written down is thrown away here.
+    virtual void EndRound() {}
+
+  private:
+    void Run(const std::function<void()>& round, int rounds);
+    Ledger::Counts Count();
+
+    std::unique_ptr<Ledger> ledger_;
+};
+
+}  // namespace leaks
