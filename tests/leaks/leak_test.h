@@ -3,9 +3,9 @@
 //     class TabLeakTest : public PanelLeakTest {};
 //     TEST_F(TabLeakTest, SwitchingKeepsNothing) { Repeat([this] { ShowTab(2); ShowTab(1); }); }
 //
-// The first rounds are warm-up: caches fill. After the last one every counter is what it was after them:
-// what the ledger has recorded (ledger.h), this thread's windows, the process's drawing objects and kernel
-// handles, and the blocks and bytes on the program's own heap. A few rounds at every test; the long form is
+// The first rounds are warm-up: caches fill. After the last one every counter is what it was after them: what
+// the ledger has recorded (ledger.h), this thread's windows, the process's drawing objects and kernel
+// handles, and the blocks and bytes on the heap. A few rounds at every test; the long form is
 //
 //     QUON_LEAK_ROUNDS=1000 scripts/test -L leaks
 //
@@ -18,6 +18,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "tests/leaks/ledger.h"
 
@@ -37,6 +38,8 @@ class LeakTest : public testing::Test {
 
   private:
     void Run(const std::function<void()>& round, int rounds);
+    /// Compares once; returns what differs.
+    std::string Stretch(const std::function<void()>& round, int rounds);
     Ledger::Counts Count();
 
     std::unique_ptr<Ledger> ledger_;
