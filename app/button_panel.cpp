@@ -7,6 +7,7 @@
 #include "res/resource.h"
 #include "win/errors.h"
 #include "win/geometry.h"
+#include "win/handles.h"
 
 namespace app {
 namespace {
@@ -29,10 +30,11 @@ void ButtonContainer::CreateOn(HWND parent, RECT place) {
     options.id = IDC_BUTTON_CONTAINER;
     Create(options);
     // The margins stay the main window's: the docked strip must be its own.
-    SetWindowRgn(Handle(),
-                 CreateRectRgn(layout::kMargin, 0, layout::kMargin + layout::kColumns * layout::kButtonWidth,
-                               layout::kRows * layout::kButtonHeight),
-                 FALSE);
+    win::Region region(CreateRectRgn(layout::kMargin, 0,
+                                     layout::kMargin + layout::kColumns * layout::kButtonWidth,
+                                     layout::kRows * layout::kButtonHeight));
+    // The window owns it from now on, unless it did not take it.
+    if (SetWindowRgn(Handle(), region.Get(), FALSE) != 0) region.Release();
 }
 
 std::optional<LRESULT> ButtonContainer::OnMessage(UINT message, WPARAM /*wParam*/, LPARAM /*lParam*/) {

@@ -22,6 +22,30 @@ constexpr size_t kSectionSlack = 8;
 constexpr size_t kValueBuffer = 1000;
 constexpr DWORD kValueSize = kLongestValue + 1;
 
+// A virus scanner or a backup lets go of the file soon.
+constexpr int kAttempts = 3;
+constexpr DWORD kAttemptPause = 20;  // milliseconds
+
+/// Calls a profile function, and again while another program has the file open for itself. Its 0 says that
+/// nothing was read or written; why, only the last error says, which a success leaves alone.
+template <class Call>
+DWORD Patiently(Call call) {
+    for (int attempt = 1;; ++attempt) {
+        SetLastError(ERROR_SUCCESS);
+        const auto answer = static_cast<DWORD>(call());
+        const DWORD error = GetLastError();
+        const bool held = error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
+        if (answer != 0 || !held || attempt == kAttempts) return answer;
+        Sleep(kAttemptPause);
+    }
+}
+
+/// Stores a value; null takes the key out.
+void WriteValue(const std::string& section, const std::string& key, const char* value) {
+    Patiently(
+        [&] { return WritePrivateProfileStringA(section.c_str(), key.c_str(), value, IniPath.c_str()); });
+}
+
 /// The first `count` characters of a profile function's answer. Where a character of several bytes did not
 /// fit, NULs in its place are counted too: they are no text.
 std::string Answer(const std::string& buffer, size_t count) {
@@ -51,27 +75,30 @@ std::string NotAnEntry(const std::string& section, const std::string& entry) {
 
 std::string ReadIniSection(const std::string& section) {
     std::string buffer(kSectionSize, '\0');
-    const DWORD count =
-        GetPrivateProfileSectionA(section.c_str(), buffer.data(), kSectionSize, IniPath.c_str());
+    const DWORD count = Patiently([&] {
+        return GetPrivateProfileSectionA(section.c_str(), buffer.data(), kSectionSize, IniPath.c_str());
+    });
     if (count == 0 || buffer.front() == '\0') return {};
     return Answer(buffer, count - 1);
 }
 
 std::string ReadIni(const std::string& section, const std::string& key) {
     std::string buffer(kValueBuffer, '\0');
-    const DWORD count = GetPrivateProfileStringA(section.c_str(), key.c_str(), "", buffer.data(), kValueSize,
-                                                 IniPath.c_str());
+    const DWORD count = Patiently([&] {
+        return GetPrivateProfileStringA(section.c_str(), key.c_str(), "", buffer.data(), kValueSize,
+                                        IniPath.c_str());
+    });
     return Answer(buffer, count);
 }
 
 void WriteIni(const std::string& section, const std::string& key, const std::string& value) {
-    WritePrivateProfileStringA(section.c_str(), key.c_str(), value.c_str(), IniPath.c_str());
+    WriteValue(section, key, value.c_str());
 }
 
 void WriteIniSection(const std::string& section, const std::string& data) {
     // The NUL added here ends the last entry, the string's own the list.
     const std::string list = data + '\0';
-    WritePrivateProfileSectionA(section.c_str(), list.c_str(), IniPath.c_str());
+    Patiently([&] { return WritePrivateProfileSectionA(section.c_str(), list.c_str(), IniPath.c_str()); });
 }
 
 std::vector<std::string> SectionEntries(const std::string& sectionText) {
@@ -114,7 +141,7 @@ void RemoveRecord(const std::string& section, const std::string& key) {
     const std::vector<std::string> entries = SectionEntries(text);
     if (WasCut(text) || !CanBeRewritten(entries, key)) {
         // Nor can a section be rewritten that was not read to its end. Windows takes out the one key.
-        if (!key.empty()) WritePrivateProfileStringA(section.c_str(), key.c_str(), nullptr, IniPath.c_str());
+        if (!key.empty()) WriteValue(section, key, nullptr);
         return;
     }
     const auto match = std::find_if(entries.begin(), entries.end(), [&](const std::string& entry) {
@@ -122,11 +149,12 @@ void RemoveRecord(const std::string& section, const std::string& key) {
     });
     if (match == entries.end()) return;
     DeleteIniKey(section, win::Before(*match, '='));
-    for (const std::string& entry : entries) {
-        const std::string value = win::After(entry, '=');
-        if (&entry != &*match && value.find('=') != std::string::npos)
-            WriteIni(section, win::Before(entry, '='), value);
-    }
+    // Values were cut at their "=", and each step may have failed.
+    const std::vector<std::string> left = SectionEntries(ReadIniSection(section));
+    const std::unordered_set<std::string> whole(left.begin(), left.end());
+    for (const std::string& entry : entries)
+        if (&entry != &*match && !whole.contains(entry))
+            WriteIni(section, win::Before(entry, '='), win::After(entry, '='));
 }
 
 }  // namespace config

@@ -52,8 +52,10 @@ Menu MenuArray::Build() const {
         const std::wstring text = WithPlainAmpersands(item.caption);
         if (item.submenu != nullptr) {
             // The parent menu owns its submenus and destroys them with itself.
-            AppendMenuW(menu.Get(), MF_POPUP | state,
-                        reinterpret_cast<UINT_PTR>(item.submenu->Build().Release()), text.c_str());
+            Menu submenu = item.submenu->Build();
+            if (AppendMenuW(menu.Get(), MF_POPUP | state, reinterpret_cast<UINT_PTR>(submenu.Get()),
+                            text.c_str()) != 0)
+                submenu.Release();
         } else {
             AppendMenuW(menu.Get(), MF_STRING | state, static_cast<UINT_PTR>(firstCommand_ + index),
                         text.c_str());

@@ -91,8 +91,8 @@ void CutHole(HWND window, RECT hole) noexcept {
     Region region(CreateRectRgnIndirect(&all));
     const Region cut(CreateRectRgnIndirect(&hole));
     CombineRgn(region.Get(), region.Get(), cut.Get(), RGN_DIFF);
-    // The window owns the region from now on.
-    SetWindowRgn(window, region.Release(), FALSE);
+    // The window owns the region from now on, unless it did not take it.
+    if (SetWindowRgn(window, region.Get(), FALSE) != 0) region.Release();
 }
 
 void HandleMessage(MSG& message, const MessageFilter& filter) {

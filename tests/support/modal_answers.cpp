@@ -4,6 +4,7 @@
 
 #include <exception>
 
+#include "tests/support/open_dialog.h"
 #include "tests/support/wait.h"
 
 namespace testkit {
@@ -20,14 +21,13 @@ BOOL CALLBACK TakeDialog(HWND handle, LPARAM found) {
     return FALSE;
 }
 
-/// The innermost dialog of this thread: all others are disabled.
+}  // namespace
+
 HWND OpenDialog() {
     HWND dialog = nullptr;
     EnumThreadWindows(GetCurrentThreadId(), &TakeDialog, reinterpret_cast<LPARAM>(&dialog));
     return dialog;
 }
-
-}  // namespace
 
 ModalAnswers::ModalAnswers(std::vector<Step> steps)
     : steps_(std::move(steps)),

@@ -149,4 +149,32 @@ TEST_F(RemoveRecordTest, TakesARecordOutOfASectionWithALineThatIsNoneAndLeavesTh
     EXPECT_EQ(folder_.IniBytes(), "[Cuts]\r\na=x=y\r\njunk\r\n");
 }
 
+TEST_F(RemoveRecordTest, LosesNoRecordWhereASectionCannotBeReadInTheMidst) {
+    for (int failing = 1; failing <= 3; ++failing) {
+        folder_.WriteIniText("[Cuts]\r\na=1\r\nb=2\r\nc=x=y\r\n");
+        int reads = 0;
+        const RecordedCall read =
+            FAKE_CALL(GetPrivateProfileSectionA, [&](LPCSTR section, LPSTR text, DWORD size, LPCSTR file) {
+                if (++reads == failing) return DWORD{0};
+                return ORIGINAL_CALL(GetPrivateProfileSectionA)(section, text, size, file);
+            });
+        config::RemoveRecord("Cuts", "b");
+        EXPECT_THAT(Lines("Cuts"), testing::IsSupersetOf({"a=1", "c=x=y"})) << failing;
+    }
+}
+
+TEST_F(RemoveRecordTest, LosesNoRecordWhereOneCannotBeWrittenBack) {
+    for (int failing = 1; failing <= 3; ++failing) {
+        folder_.WriteIniText("[Cuts]\r\na=1\r\nb=2\r\nc=3\r\nd=4\r\n");
+        int writes = 0;
+        const RecordedCall write = FAKE_CALL(
+            WritePrivateProfileStringA, [&](LPCSTR section, LPCSTR key, LPCSTR value, LPCSTR file) -> BOOL {
+                if (++writes == failing) return FALSE;
+                return ORIGINAL_CALL(WritePrivateProfileStringA)(section, key, value, file);
+            });
+        config::RemoveRecord("Cuts", "b");
+        EXPECT_THAT(Lines("Cuts"), testing::UnorderedElementsAre("a=1", "c=3", "d=4")) << failing;
+    }
+}
+
 }  // namespace

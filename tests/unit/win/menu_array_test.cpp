@@ -172,5 +172,28 @@ TEST_F(MenuArrayTest, IsShownAtAPointAndAnswersTheCommand) {
     EXPECT_EQ(shown, "Second");
 }
 
+TEST_F(MenuArrayTest, KeepsNoSubmenuThatWindowsDidNotTake) {
+    MenuArray inner(2100, {Item("Inner")});
+    menu_[0].submenu = &inner;
+    int open = 0;
+    const RecordedCall create = FAKE_CALL(CreatePopupMenu, [&] {
+        ++open;
+        return ORIGINAL_CALL(CreatePopupMenu)();
+    });
+    const RecordedCall destroy = FAKE_CALL(DestroyMenu, [&](HMENU menu) {
+        --open;
+        return ORIGINAL_CALL(DestroyMenu)(menu);
+    });
+    const RecordedCall append =
+        FAKE_CALL(AppendMenuW, [](HMENU menu, UINT flags, UINT_PTR item, LPCWSTR text) -> BOOL {
+            return (flags & MF_POPUP) != 0 ? FALSE : ORIGINAL_CALL(AppendMenuW)(menu, flags, item, text);
+        });
+    {
+        const Menu built = menu_.Build();
+        EXPECT_EQ(GetMenuItemCount(built.Get()), 1);
+    }
+    EXPECT_EQ(open, 0);
+}
+
 }  // namespace
 }  // namespace win

@@ -274,5 +274,21 @@ TEST_F(WindowTest, TheEndOfTheProgramIsPassedOn) {
     EXPECT_TRUE(ProcessPendingMessages());
 }
 
+TEST_F(WindowTest, AHolesRegionsAreGivenBackUnlessTheWindowTakesOne) {
+    ProbeWindow probe;
+    probe.CreateIt();
+    int deleted = 0;
+    const testkit::RecordedCall remove = FAKE_CALL(DeleteObject, [&](HGDIOBJ object) {
+        ++deleted;
+        return ORIGINAL_CALL(DeleteObject)(object);
+    });
+    CutHole(probe.Handle(), {1, 2, 30, 40});
+    EXPECT_EQ(deleted, 1);
+    RECT box{};
+    EXPECT_EQ(GetWindowRgnBox(probe.Handle(), &box), COMPLEXREGION);
+    CutHole(nullptr, {1, 2, 30, 40});
+    EXPECT_EQ(deleted, 3);
+}
+
 }  // namespace
 }  // namespace win
