@@ -59,8 +59,6 @@ int WINAPI wWinMain(HINSTANCE /*instance*/, HINSTANCE /*previous*/, PWSTR /*comm
         return RunQuon();
     } catch (const std::exception& error) {
         ReportError(nullptr, error.what());
-    } catch (...) {
-        ReportError(nullptr, "Unknown error");
     }
     return kLoadFailed;
 }

@@ -49,8 +49,8 @@ void WriteValue(const std::string& section, const std::string& key, const char* 
 /// The first `count` characters of a profile function's answer. Where a character of several bytes did not
 /// fit, NULs in its place are counted too: they are no text.
 std::string Answer(const std::string& buffer, size_t count) {
-    const size_t last = buffer.find_last_not_of('\0', count - 1);
-    return count == 0 || last == std::string::npos ? std::string() : buffer.substr(0, last + 1);
+    // Where nothing is found, npos + 1 is 0.
+    return count == 0 ? std::string() : buffer.substr(0, buffer.find_last_not_of('\0', count - 1) + 1);
 }
 
 /// Whether a section's text was cut because the section is too long.

@@ -56,15 +56,14 @@ void IcoChooser::Show(HWND owner) {
     owner_ = owner;
     closing_ = false;
     ShowModal(owner, IDD_ICON_CHOOSER);
-    if (owner != nullptr) RemoveWindowSubclass(owner, &IcoChooser::WatchOwner, 0);
+    RemoveWindowSubclass(owner, &IcoChooser::WatchOwner, 0);
     boxes_.clear();
     icons_.clear();
 }
 
 bool IcoChooser::OnInit() {
     win::SetTopmost(true, Handle());
-    if (owner_ != nullptr)
-        SetWindowSubclass(owner_, &IcoChooser::WatchOwner, 0, reinterpret_cast<DWORD_PTR>(this));
+    SetWindowSubclass(owner_, &IcoChooser::WatchOwner, 0, reinterpret_cast<DWORD_PTR>(this));
     LayOut();
     MakeBoxes();
     if (boxes_.empty())
@@ -109,8 +108,7 @@ void IcoChooser::LayOut() {
 void IcoChooser::PlaceBeside(int height) {
     RECT beside{};
     const RECT area = WorkArea(owner_);
-    if (owner_ == nullptr || GetWindowRect(owner_, &beside) == 0)
-        beside = {area.right, area.top, area.right, area.top};
+    GetWindowRect(owner_, &beside);
     rightOfOwner_ = beside.left - kWidth < area.left;
     const int left = rightOfOwner_ ? beside.right : beside.left - kWidth;
     const int lowest = std::max(area.top, area.bottom - height);

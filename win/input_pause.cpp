@@ -28,9 +28,9 @@ InputPause::~InputPause() {
 BOOL CALLBACK InputPause::Collect(HWND window, LPARAM paused) noexcept {
     if (IsWindowVisible(window) == 0) return TRUE;
     try {
-        reinterpret_cast<std::vector<Paused>*>(paused)->push_back(
-            {window, IsWindowEnabled(window) != 0,
-             (GetWindowLongPtrW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0});
+        const bool topmost = (GetWindowLongPtrW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
+        auto& windows = *reinterpret_cast<std::vector<Paused>*>(paused);
+        windows.push_back({window, IsWindowEnabled(window) != 0, topmost});
         return TRUE;
     } catch (const std::exception&) {
         return FALSE;

@@ -471,6 +471,15 @@ TEST_F(ButtonCommandsDesktopTest, RefuseANameThatWouldLeadElsewhere) {
     EXPECT_EQ(state_.Button(1).FilePath, "C:\\a.txt");
 }
 
+TEST_F(ButtonCommandsDesktopTest, DoNothingForTheSeparators) {
+    LoadSingle("C:\\a.txt");
+    commands_.RunFileCommand(3);
+    for (const int separator : {3, 5, 8})
+        commands_.Run(separator);
+    EXPECT_THAT(log_.Lines(), IsEmpty());
+    EXPECT_EQ(state_.Current().FilePath, "C:\\a.txt");
+}
+
 TEST_F(ButtonCommandsDesktopTest, FreeTheButtonOfARecycledFileEvenIfItFailed) {
     for (const int result : {0, 2}) {
         LoadSingle("C:\\a.txt");

@@ -60,6 +60,21 @@ TEST(CloseRequestTest, TakesTheLowBitsOfTheSystemCommandForNothing) {
     EXPECT_TRUE(panel.Docked());
 }
 
+TEST(CloseRequestTest, LeavesOtherSystemCommandsToWindows) {
+    ClosingPanel panel(kHides);
+    std::vector<WPARAM> left;
+    const auto rest = FAKE_CALL(DefWindowProcW, [&](HWND, UINT message, WPARAM wParam, LPARAM) -> LRESULT {
+        if (message == WM_SYSCOMMAND) left.push_back(wParam);
+        return 0;
+    });
+    panel.Window().Send(WM_SYSCOMMAND, SC_MOVE);
+    panel.Window().Send(WM_SYSCOMMAND, SC_KEYMENU, ' ');
+    // ALT by itself opens no menu.
+    panel.Window().Send(WM_SYSCOMMAND, SC_KEYMENU, 0);
+    EXPECT_THAT(left, ElementsAre(WPARAM{SC_MOVE}, WPARAM{SC_KEYMENU}));
+    EXPECT_FALSE(panel.Docked());
+}
+
 TEST(CloseRequestTest, MovesThePanel5300TwipsAsideBeforeItDocks) {
     ClosingPanel panel(kHides);
     const RECT place = panel.Window().Rect();

@@ -428,6 +428,36 @@ TEST_F(PanelMenusTest, OpenByEnterAndSpace) {
     }
 }
 
+TEST_F(PanelMenusTest, StandUnderImageButtonsThatAreFlatRaisedOrSunken) {
+    const auto edge = FAKE_CALL(DrawEdge, [this](HDC, LPRECT, UINT kind, UINT) -> WINBOOL {
+        log_.Add("edge", kind);
+        return TRUE;
+    });
+    ImageButton(0).Send(WM_PAINT);
+    ImageButton(0).Send(WM_MOUSEMOVE, 0, MAKELPARAM(5, 5));
+    ImageButton(0).Send(WM_PAINT);
+    ImageButton(0).Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+    ImageButton(0).Send(WM_PAINT);
+    ReleaseCapture();
+    ImageButton(0).Send(WM_MOUSELEAVE);
+    ImageButton(0).Send(WM_PAINT);
+    EXPECT_THAT(log_.Lines(), ElementsAre("edge " + std::to_string(BDR_RAISEDINNER),
+                                          "edge " + std::to_string(BDR_SUNKENOUTER)));
+}
+
+TEST_F(PanelMenusTest, WalkAlongTheirImageButtonsByTheArrows) {
+    SetFocus(ImageButton(0).Handle());
+    const auto press = [this](WPARAM key) {
+        testkit::Window(GetFocus()).Send(WM_KEYDOWN, key);
+        return GetDlgCtrlID(GetFocus()) - ImageButton(0).Id();
+    };
+    EXPECT_EQ(press(VK_RIGHT), 1);
+    EXPECT_EQ(press(VK_UP), 1);
+    EXPECT_EQ(press(VK_LEFT), 0);
+    EXPECT_EQ(press(VK_LEFT), 3) << "from the first one to the last";
+    EXPECT_EQ(press(VK_RIGHT), 0);
+}
+
 TEST_F(PanelMenusTest, KeepTheTipsAwayWhileTheyAreOpen) {
     ImageButton(0).Send(WM_MOUSEMOVE, 0, MAKELPARAM(5, 5));
     const auto tip = FAKE_CALL(SendMessageA, [this](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

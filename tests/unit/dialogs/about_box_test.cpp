@@ -84,6 +84,32 @@ TEST(AboutBoxTest, OpensAPageOnceForADoubleClick) {
     EXPECT_EQ(log.Count("ShellExecuteA"), 2u);
 }
 
+TEST(AboutBoxTest, ThePointerIsAHandOverTheLinksAlone) {
+    const auto cursor_over = [](Window box, int id) {
+        SetCursor(LoadCursor(nullptr, IDC_ARROW));
+        box.Send(WM_SETCURSOR, reinterpret_cast<WPARAM>(box.Child(id).Handle()),
+                 MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+        return GetCursor();
+    };
+    ModalAnswers user({[&](Window box) {
+        EXPECT_EQ(cursor_over(box, 342), LoadCursor(nullptr, IDC_HAND));
+        EXPECT_EQ(cursor_over(box, 343), LoadCursor(nullptr, IDC_HAND));
+        EXPECT_EQ(cursor_over(box, 341), LoadCursor(nullptr, IDC_ARROW));
+        Close(box);
+    }});
+    frmMsg().AboutQuon();
+}
+
+TEST(AboutBoxTest, ACommandOfNoControlDoesNothing) {
+    ModalAnswers user({[](Window box) {
+        box.Send(WM_COMMAND, IDOK);
+        EXPECT_TRUE(box.IsVisible());
+        Close(box);
+        EXPECT_FALSE(box.IsVisible());
+    }});
+    frmMsg().AboutQuon();
+}
+
 TEST(AboutBoxTest, TellsWhatTheSupportLinkIsFor) {
     std::vector<std::string> tips;
     const auto record = RecordTips(tips);

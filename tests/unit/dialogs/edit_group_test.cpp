@@ -147,6 +147,17 @@ TEST_F(EditGroupTest, TheOwnOldNameCountsAsTaken) {
          }});
 }
 
+TEST_F(EditGroupTest, ACommandOfNoControlDoesNothing) {
+    Load("[Cuts]\r\nWork=C:\\a|C:\\b\r\n");
+    Edit("Work", {[](Window dialog) {
+             dialog.Send(WM_COMMAND, IDOK);
+             EXPECT_TRUE(dialog.IsVisible());
+             Click(dialog, IDC_GROUP_CANCEL);
+             EXPECT_FALSE(dialog.IsVisible());
+         }});
+    EXPECT_EQ(Stored("Work"), "C:\\a|C:\\b");
+}
+
 TEST_F(EditGroupTest, AClickOnALabelSelectsTheName) {
     Edit("Work", {[](Window dialog) {
              for (const int label : {IDC_GROUP_LABEL, IDC_GROUP_EXISTS}) {

@@ -209,6 +209,16 @@ TEST_F(EditShortcutTest, TestsTheNameAtEveryChangeOfEitherBox) {
     });
 }
 
+TEST_F(EditShortcutTest, ACommandOfNoControlDoesNothing) {
+    Open("Стари", "http://new/\n", [](Window dialog) {
+        dialog.Send(WM_COMMAND, IDOK);
+        EXPECT_TRUE(dialog.IsVisible());
+        dialog.Child(kCancel).Send(BM_CLICK);
+        EXPECT_FALSE(dialog.IsVisible());
+    });
+    EXPECT_EQ(folder_.IniValue("Cuts", "Стари"), "http://old/?q=1");
+}
+
 TEST_F(EditShortcutTest, SelectsTheNameAtAClickOnAnyLabel) {
     Open("Стари", "x\n", [](Window dialog) {
         for (const int id : {610, 611, 612, 613}) {

@@ -227,6 +227,8 @@ TEST_F(IconChooserTest, KeysWalkOverTheIconsAndPick) {
         EXPECT_TRUE(chooser.Child(1000).IsFocused());
         press(VK_RIGHT);
         EXPECT_TRUE(chooser.Child(1001).IsFocused());
+        press(VK_DOWN);
+        EXPECT_TRUE(chooser.Child(1001).IsFocused());
         press(VK_END);
         EXPECT_TRUE(chooser.Child(1029).IsFocused());
         RECT visible{};

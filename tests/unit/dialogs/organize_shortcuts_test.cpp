@@ -137,6 +137,17 @@ TEST_F(OrganizeShortcutsTest, ARowShowsItsIconItsNameAndItsTargetInAFrame) {
         EXPECT_THAT(log.Lines(), Contains(HasSubstr(text))) << text;
 }
 
+TEST_F(OrganizeShortcutsTest, ACommandOfNoControlDoesNothing) {
+    Organize(kShortcuts, {[](Window organiser) {
+                 organiser.Send(WM_COMMAND, IDOK);
+                 EXPECT_TRUE(organiser.IsVisible());
+                 EXPECT_EQ(Names(organiser).size(), 3U);
+                 Click(organiser, IDC_ORGANIZE_QUIT);
+                 EXPECT_FALSE(organiser.IsVisible());
+             }});
+    EXPECT_EQ(Keys().size(), 3U);
+}
+
 TEST_F(OrganizeShortcutsTest, OneShortcutHasThePluralToo) {
     Organize("[Cuts]\r\na=C:\\a\r\n", {[](Window organiser) {
                  EXPECT_EQ(organiser.Text(), "Organize shortcuts - 1 shortcuts found");

@@ -237,6 +237,7 @@ TEST_F(RowListTest, KeysMoveTheSelectionAndKeepItInSight) {
     expect(VK_HOME, 0);
     EXPECT_EQ(list_.ScrollValue(), 0);
     expect(VK_PRIOR, 0);
+    expect(VK_RIGHT, 0);
 }
 
 TEST_F(RowListTest, ItWantsTheArrowsAndLeavesTabAndEnterToTheDialog) {

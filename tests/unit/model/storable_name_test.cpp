@@ -99,6 +99,12 @@ TEST(StorableNameTest, CutsANameThatARecordCouldNotGiveBack) {
     EXPECT_EQ(model::StorableName("x" + Repeated("😀", 200)), "x" + Repeated("😀", 134));
 }
 
+TEST(StorableNameTest, CutsALongNameBeforeBytesThatAreNoCharacter) {
+    const std::string broken(600, '\xFF');
+    EXPECT_EQ(model::StorableName("ab" + broken), "ab");
+    EXPECT_EQ(model::StorableName(broken), "");
+}
+
 TEST(IsStorableTargetTest, RefusesWhatTheFileDoesNotGiveBackAsItIs) {
     for (const std::string target : {"", "C:\\Заметки 笔记.txt", "http://a/?x=y|z", "C:\\del\x7F.txt"})
         EXPECT_TRUE(model::IsStorableTarget(target)) << target;

@@ -204,6 +204,14 @@ TEST_F(TabTest, ASuppressedTipKeepsOnlyItsTitle) {
     EXPECT_EQ(tab_.Description, "All of it");
 }
 
+TEST_F(TabTest, WithoutAHeaderThereIsNoTip) {
+    clsTab bare(3);
+    bare.SetINIstring("Work|All of it");
+    bare.ShowTip(false);
+    EXPECT_EQ(bare.Tip().Title(), "Work");
+    EXPECT_EQ(bare.Tip().Handle(), nullptr);
+}
+
 TEST_F(TabTest, EveryTipIsANewWindow) {
     int made = 0;
     const testkit::RecordedCall create = FAKE_CALL(CreateWindowExA, [&](auto... arguments) {

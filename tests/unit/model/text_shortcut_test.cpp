@@ -12,6 +12,7 @@
 #include <limits>
 #include <string>
 
+#include "config/ini.h"
 #include "config/settings.h"
 #include "tests/support/hidden_window.h"
 #include "tests/support/program_folder.h"
@@ -274,6 +275,15 @@ TEST_F(TextShortcutTest, StartsTheSearchToolWithTheQuery) {
         EXPECT_EQ(CTextShortcut::FireShortcut(example.name), FireResult::kDone);
         EXPECT_THAT(log_.Lines(), ElementsAre("start \"" + tool + "\" \"" + example.query + "\" shown 1"));
     }
+}
+
+TEST_F(TextShortcutTest, TheWholeTargetIsTheStoredOneOnlyWhereItWasReadCutShort) {
+    const std::string whole = "C:\\" + std::string(600, 'x') + ".txt";
+    folder_.WriteIniText("[Cuts]\r\nLong=" + whole + "\r\nPlain=C:\\a=b.txt\r\n");
+    EXPECT_EQ(WholeTarget("LONG", config::ReadIni("Cuts", "Long")), whole);
+    EXPECT_EQ(WholeTarget("Long", "D:\\moved.txt"), "D:\\moved.txt") << "a button that followed its file";
+    EXPECT_EQ(WholeTarget("Plain", "C:\\a"), "C:\\a");
+    EXPECT_EQ(WholeTarget("Missing", "C:\\c"), "C:\\c");
 }
 
 TEST_F(TextShortcutTest, TellsTheUptimeFromTheTickCount) {

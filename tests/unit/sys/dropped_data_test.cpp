@@ -67,6 +67,30 @@ TEST(DroppedDataTest, TakesTheFilesWhenThePromisedTextDoesNotCome) {
     ExpectData(ReadDroppedData(&object), false, "C:\\a.txt");
 }
 
+/// Offers text, and hands out something else than memory.
+class StreamObject : public DataObject {
+  public:
+    HRESULT STDMETHODCALLTYPE GetData(FORMATETC* format, STGMEDIUM* medium) override {
+        const HRESULT result = DataObject::GetData(format, medium);
+        if (result == S_OK && format->cfFormat == kUnicodeText) {
+            ReleaseStgMedium(medium);
+            *medium = {};
+            medium->tymed = TYMED_ISTREAM;
+        }
+        return result;
+    }
+};
+
+TEST(DroppedDataTest, TakesNothingThatIsNoMemory) {
+    StreamObject object;
+    object.OfferText("text");
+    EXPECT_FALSE(ReadDroppedData(&object).has_value());
+    object.OfferFiles({"C:\\a.txt"});
+    ExpectData(ReadDroppedData(&object), false, "C:\\a.txt");
+}
+
+TEST(DroppedDataTest, ReadsNoTextWhereThereIsNoMemory) { EXPECT_EQ(WideTextIn(nullptr), ""); }
+
 TEST(DroppedDataTest, EndsATextWhereItsMemoryEnds) {
     DataObject object;
     const wchar_t text[] = {L'a', L'b', L'c'};  // no NUL

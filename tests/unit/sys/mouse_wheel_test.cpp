@@ -141,6 +141,14 @@ TEST_F(MouseWheelTest, TheFormMayUnhookWhileItIsTold) {
     EXPECT_EQ(Turn(window_), 42);
 }
 
+TEST_F(MouseWheelTest, ATurnThatComesAfterTheHookHasEndedIsOnlyPassedOn) {
+    Hook(window_);
+    UnhookWheel();
+    // As another hook does that was put on top of this one and still calls it.
+    EXPECT_EQ(WheelWndProc(window_.Handle(), WM_MOUSEWHEEL, MAKEWPARAM(0, 120), 0), 42);
+    EXPECT_TRUE(turns_.empty());
+}
+
 TEST_F(MouseWheelTest, AnErrorOfTheFormDoesNotKeepTheMessage) {
     static int reports;
     reports = 0;

@@ -275,11 +275,15 @@ TEST_F(ProcessListTest, KeepsAllWindowsWhenThereAreMoreThanTwenty) {
 /// Windows whose programs the test decides, in place of those of the desktop.
 class ProcessListWalkTest : public ProcessListTest {
   protected:
+    /// The title of a window that no taskbar shows.
+    static constexpr const char* kTool = "tool";
+
     /// Lets the walk find these windows, and their modules have these paths.
     std::vector<std::string> Walk(const std::vector<std::pair<std::string, std::string>>& titles_and_paths) {
         std::vector<std::unique_ptr<TestWindow>> windows;
         for (const auto& [title, path] : titles_and_paths)
-            windows.push_back(std::make_unique<TestWindow>(title, kVisible));
+            windows.push_back(
+                std::make_unique<TestWindow>(title, kVisible, title == kTool ? WS_EX_TOOLWINDOW : 0));
         const auto position = [&](HWND handle) {
             return static_cast<size_t>(
                 std::find_if(windows.begin(), windows.end(),
@@ -328,6 +332,11 @@ TEST_F(ProcessListWalkTest, GivesEachExecutableOneElementTopmostFirst) {
         EXPECT_TRUE(menu_[index].enabled) << index;
         EXPECT_TRUE(menu_[index].visible) << index;
     }
+}
+
+TEST_F(ProcessListWalkTest, PassesOverWhatNoTaskbarShows) {
+    EXPECT_THAT(Walk({{kTool, "C:\\tool.exe"}, {"a", "C:\\a.exe"}, {kTool, "C:\\b.exe"}}),
+                ElementsAre("a|C:\\a.exe"));
 }
 
 TEST_F(ProcessListWalkTest, TakesTheFirstProgramWhateverElementZeroIsCalled) {

@@ -18,7 +18,8 @@ using testkit::CallLog;
 using testkit::ProgramFolder;
 using testkit::RecordedCall;
 
-/// What the scripting object is to say of a link.
+/// What the scripting object is to say of a link. S_FALSE: it makes no link, and does not call that a
+/// failure.
 struct ScriptAnswers {
     HRESULT create = S_OK;
     std::wstring target = {};
@@ -52,9 +53,9 @@ class FakeScriptShell : public IDispatch {
         if (name == L"CreateShortcut" && kind == DISPATCH_METHOD && parameters->cArgs == 1) {
             log_.Add(name.c_str(), parameters->rgvarg[0].bstrVal);
             if (FAILED(answers_.create)) return answers_.create;
-            AddRef();
             result->vt = VT_DISPATCH;
-            result->pdispVal = this;
+            result->pdispVal = answers_.create == S_FALSE ? nullptr : this;
+            if (result->pdispVal != nullptr) AddRef();
             return S_OK;
         }
         log_.Add(name.c_str(), kind == DISPATCH_PROPERTYGET ? "get" : "other");
@@ -148,13 +149,21 @@ TEST_P(ShellLinkFallBackTest, ReadsTheLinkThroughTheShell) {
     FakeScriptShell fails(log_, {.create = E_FAIL});
     FakeScriptShell refuses(log_, {.arguments = L"/other", .read_target = E_FAIL});
     FakeScriptShell knows_nothing(log_, {.arguments = L"/other"});
-    FakeScriptShell* const shells[] = {nullptr, &fails, &refuses, &knows_nothing};
+    FakeScriptShell makes_nothing(log_, {.create = S_FALSE});
+    FakeScriptShell* const shells[] = {nullptr, &fails, &refuses, &knows_nothing, &makes_nothing};
     ReplaceScriptShell(shells[GetParam()]);
     EXPECT_EQ(sys::ReadLinkTarget(link), target + "|/x \"żółw\" --y=1");
     EXPECT_EQ(log_.Lines().back(), "shell link");
 }
 
-INSTANTIATE_TEST_SUITE_P(WithoutAnAnswer, ShellLinkFallBackTest, testing::Range(0, 4));
+INSTANTIATE_TEST_SUITE_P(WithoutAnAnswer, ShellLinkFallBackTest, testing::Range(0, 5));
+
+TEST_F(ShellLinkTest, ReadsTheLinkThroughTheShellWhereTheScriptingObjectHasNoName) {
+    const std::string target = folder_.MakeFile("a.txt");
+    const std::string link = folder_.MakeLink("a.lnk", {.target = target});
+    const RecordedCall name = FAKE_CALL(CLSIDFromProgID, [](LPCOLESTR, LPCLSID) { return CO_E_CLASSSTRING; });
+    EXPECT_EQ(sys::ReadLinkTarget(link), target + "|");
+}
 
 TEST_F(ShellLinkTest, ReadsALinkWithTheObjectsOfThisSystem) {
     const std::string target = folder_.MakeFile("цель.txt");
@@ -169,6 +178,18 @@ TEST_F(ShellLinkTest, GivesABarForABrokenLink) {
     EXPECT_EQ(sys::ReadLinkTarget(folder_.MakeFile("empty.lnk")), "|");
     EXPECT_EQ(sys::ReadLinkTarget(folder_.MakeFile("junk.lnk", std::string(3000, 'L'))), "|");
     EXPECT_EQ(sys::ReadLinkTarget(folder_.MakeFolder("folder.lnk")), "|");
+}
+
+TEST_F(ShellLinkTest, GivesABarWhereTheShellsLinkReadsNoFiles) {
+    FakeScriptShell neither(log_, {});
+    const RecordedCall create =
+        FAKE_CALL(CoCreateInstance, [&](REFCLSID id, LPUNKNOWN, DWORD, REFIID, LPVOID* object) -> HRESULT {
+            if (id != CLSID_ShellLink) return REGDB_E_CLASSNOTREG;
+            neither.AddRef();
+            *object = static_cast<IUnknown*>(&neither);
+            return S_OK;
+        });
+    EXPECT_EQ(sys::ReadLinkTarget(folder_.MakeFile("a.lnk")), "|");
 }
 
 TEST_F(ShellLinkTest, GivesABarWhenComWasNeverStarted) {

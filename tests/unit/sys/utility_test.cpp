@@ -143,6 +143,7 @@ TEST(FileSizeTextTest, GroupsDigitsAsTheUserHasThem) {
                     "097\xC2\xA0"
                     "151 MB"},
                    {L"3;2;0", L",", "20,97,151 MB"},
+                   {L" 3; 2; 0", L",", "20,97,151 MB"},
                    {L"0;0", L",", "2097151 MB"},
                    {L"0", L",", "2097151 MB"},
                    {L"3", L",", "2097,151 MB"}};
@@ -235,6 +236,23 @@ TEST(FileTimeTextTest, HasNoTextForWhatIsMissing) {
     const ProgramFolder folder;
     EXPECT_EQ(sys::FileTimeText(""), "");
     EXPECT_EQ(sys::FileTimeText(folder.FullPath("missing.txt")), "");
+}
+
+TEST(FileTimeTextTest, HasNoTextForATimeThatNoCalendarKnows) {
+    const RecordedCall attributes =
+        FAKE_CALL(GetFileAttributesExA, [](LPCSTR, GET_FILEEX_INFO_LEVELS, LPVOID answer) -> BOOL {
+            static_cast<WIN32_FILE_ATTRIBUTE_DATA*>(answer)->ftLastWriteTime.dwHighDateTime = 0x80000000;
+            return TRUE;
+        });
+    EXPECT_EQ(sys::FileTimeText("C:\\a.txt"), "");
+}
+
+TEST(FileTimeTextTest, HasNoTextWithoutTheZoneOfTheUser) {
+    const ProgramFolder folder;
+    const RecordedCall zone =
+        FAKE_CALL(SystemTimeToTzSpecificLocalTime,
+                  [](const TIME_ZONE_INFORMATION*, const SYSTEMTIME*, LPSYSTEMTIME) { return FALSE; });
+    EXPECT_EQ(sys::FileTimeText(folder.MakeFile("a.txt")), "");
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 
 #include "res/resource.h"
 #include "tests/support/hidden_window.h"
+#include "tests/support/modal_answers.h"
 #include "tests/support/recorded_call.h"
 #include "win/errors.h"
 
@@ -48,6 +49,18 @@ class ProbeDialog : public Dialog {
     std::function<void(ProbeDialog&)> act_;
 };
 
+/// A dialog that only knows its commands.
+class PlainDialog : public Dialog {
+  public:
+    using Dialog::ShowModal;
+
+  protected:
+    bool OnCommand(int id, int) override {
+        if (id == IDCANCEL) End(7);
+        return true;
+    }
+};
+
 std::vector<std::string>& Reports() {
     static std::vector<std::string> reports;
     return reports;
@@ -68,6 +81,14 @@ class DialogTest : public ::testing::Test {
 
     testkit::HiddenWindow owner_;
 };
+
+TEST_F(DialogTest, NeedsNothingButItsCommands) {
+    const testkit::ModalAnswers user({[](testkit::Window dialog) {
+        EXPECT_FALSE(GetFocus() == nullptr) << "Windows set the focus";
+        dialog.Send(WM_COMMAND, IDCANCEL);
+    }});
+    EXPECT_EQ(PlainDialog().ShowModal(owner_.Handle(), IDD_DEFINE_TAB), 7);
+}
 
 TEST_F(DialogTest, RunsFromItsTemplateUntilItEnds) {
     ProbeDialog dialog;

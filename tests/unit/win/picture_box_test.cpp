@@ -327,6 +327,21 @@ TEST_F(PictureBoxTest, HandsKeysOn) {
     EXPECT_THAT(keys, ElementsAre(WPARAM{VK_SPACE}, WPARAM{'A'}));
 }
 
+TEST_F(PictureBoxTest, AltAndEnterIsAKeyLikeEnterAndDoesNotBeep) {
+    std::vector<WPARAM> keys;
+    box_.onKeyDown = [&](WPARAM key) {
+        keys.push_back(key);
+        return true;
+    };
+    EXPECT_EQ(SendMessageW(box_.Handle(), WM_SYSKEYDOWN, VK_RETURN, 0), 0);
+    EXPECT_EQ(SendMessageW(box_.Handle(), WM_SYSKEYDOWN, VK_SPACE, 0), 0);
+    EXPECT_THAT(keys, ElementsAre(WPARAM{VK_RETURN}));
+    const RecordedCall rest =
+        FAKE_CALL(DefWindowProcW, [](HWND, UINT, WPARAM, LPARAM) -> LRESULT { return 77; });
+    EXPECT_EQ(SendMessageW(box_.Handle(), WM_SYSCHAR, VK_RETURN, 0), 0);
+    EXPECT_EQ(SendMessageW(box_.Handle(), WM_SYSCHAR, 'A', 0), 77);
+}
+
 TEST_F(PictureBoxTest, TellsThatItHasTheFocus) {
     Send(WM_SETFOCUS);
     EXPECT_THAT(Events(), ElementsAre("focus"));
