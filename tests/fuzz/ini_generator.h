@@ -1,47 +1,46 @@
 // Contents for Quon.ini as no sensible program writes them: a file of ours with strange records, doubled and
 // cut sections, huge values, control characters and halves of characters, then bytes changed at random.
 //
-//     IniGenerator generator(seed, {"C:\\folder\\a.txt"});
+//     Dice dice(seed);
+//     IniGenerator generator(dice, {"C:\\folder\\a.txt"});
 //     folder.WriteIniText(generator.Next());
-//
-// The same seed gives the same contents.
+//     SetText(box, generator.Typed());          // a name of the file's, or one as strange
 #pragma once
 
-#include <cstdint>
-#include <random>
 #include <string>
 #include <vector>
+
+#include "tests/fuzz/dice.h"
 
 namespace testkit {
 
 class IniGenerator {
   public:
     /// `targets` are paths that exist, for records to lead to.
-    IniGenerator(std::uint32_t seed, std::vector<std::string> targets)
-        : random_(seed), targets_(std::move(targets)) {}
+    IniGenerator(Dice& dice, std::vector<std::string> targets) : dice_(dice), targets_(std::move(targets)) {}
 
     std::string Next();
+    /// A text that a user may put into an edit field, from the clipboard if not by typing: without NULs and
+    /// line breaks, and of whole characters.
+    std::string Typed();
 
   private:
-    /// True once in `times`.
-    bool Once(unsigned times) { return random_() % times == 0; }
-    std::size_t Below(std::size_t limit) { return random_() % limit; }
-    template <class Choices>
-    const auto& OneOf(const Choices& choices) {
-        return choices[Below(std::size(choices))];
-    }
-
     std::string Noise(std::size_t longest);
     std::string Name();
     std::string Target();
     std::string Value();
-    std::string ButtonRecord();
+    std::string ButtonRecord(bool ofTab);
     std::string Settings();
     std::string Line(const std::string& key, const std::string& value);
+    std::string Comment();
+    std::string Header(const std::string& name);
     std::string Section(const std::string& name);
+    std::string HugeSection(const std::string& name);
+    std::string Sections();
     void Damage(std::string& text);
+    std::string Encoded(const std::string& text);
 
-    std::mt19937 random_;
+    Dice& dice_;
     std::vector<std::string> targets_;
     /// Some of them are used twice, so that records find each other.
     std::vector<std::string> names_;

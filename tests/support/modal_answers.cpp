@@ -29,8 +29,11 @@ HWND OpenDialog() {
     return dialog;
 }
 
-ModalAnswers::ModalAnswers(std::vector<Step> steps)
+ModalAnswers::ModalAnswers(std::vector<Step> steps) : ModalAnswers(std::move(steps), nullptr) {}
+
+ModalAnswers::ModalAnswers(std::vector<Step> steps, Step all)
     : steps_(std::move(steps)),
+      all_(std::move(all)),
       timer_(SetTimer(nullptr, 0, USER_TIMER_MINIMUM, &ModalAnswers::Tick)),
       last_answer_(GetTickCount64()),
       before_(std::exchange(g_answers, this)) {}
@@ -56,12 +59,12 @@ void CALLBACK ModalAnswers::Tick(HWND, UINT, UINT_PTR, DWORD) {
 
 void ModalAnswers::Answer(Window dialog) {
     last_answer_ = GetTickCount64();
-    if (used_ == steps_.size()) {
+    if (used_ == steps_.size() && !all_) {
         ADD_FAILURE() << "unexpected: " << dialog.Describe();
         EndDialog(dialog.Handle(), 0);
         return;
     }
-    const Step step = steps_[used_++];
+    const Step step = used_ < steps_.size() ? steps_[used_++] : all_;
     try {
         step(dialog);
     } catch (const std::exception& error) {

@@ -6,6 +6,10 @@
 // Each step gets one dialog, in the order in which they open; a dialog opened by a step's own doing counts
 // too. A step runs in the dialog's message loop, when nothing else is left to do there: everything is
 // painted by then. It may leave the dialog open after posting a message that will close it.
+// Where nobody can know which dialogs come up, one step answers them all:
+//
+//     const ModalAnswers user = ModalAnswers::ForAll([](Window box) { box.Child(310).Send(BM_CLICK); });
+//
 // A dialog without a step, a step without a dialog, an exception in a step and a dialog that stays open
 // fail the test; the dialog is closed then.
 #pragma once
@@ -14,6 +18,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <utility>
 #include <vector>
 
 #include "tests/support/window.h"
@@ -25,6 +30,8 @@ class ModalAnswers {
     using Step = std::function<void(Window)>;
 
     explicit ModalAnswers(std::vector<Step> steps);
+    /// Each dialog gets this step, and there may be none.
+    static ModalAnswers ForAll(Step step) { return ModalAnswers({}, std::move(step)); }
     ~ModalAnswers();
     ModalAnswers(const ModalAnswers&) = delete;
     ModalAnswers& operator=(const ModalAnswers&) = delete;
@@ -33,10 +40,14 @@ class ModalAnswers {
     std::size_t Used() const { return used_; }
 
   private:
+    ModalAnswers(std::vector<Step> steps, Step all);
+
     static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD);
     void Answer(Window dialog);
 
     std::vector<Step> steps_;
+    /// For all that have no step of their own; may be empty.
+    Step all_;
     std::size_t used_ = 0;
     UINT_PTR timer_ = 0;
     ULONGLONG last_answer_ = 0;

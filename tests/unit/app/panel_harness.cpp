@@ -45,12 +45,19 @@ PanelHarness::PanelHarness(std::string_view settings, std::string_view rest) : i
     panel_ = std::make_unique<app::Glavni>();
 }
 
-PanelHarness::~PanelHarness() {
+PanelHarness::~PanelHarness() { EndSession(); }
+
+void PanelHarness::EndSession() {
     panel_.reset();
     win::SetMainWindow(nullptr);
     win::SetHelpHandler(nullptr);
     config::Settings = {};
     TakeQuitMessage();
+}
+
+void PanelHarness::Renew() {
+    EndSession();
+    panel_ = std::make_unique<app::Glavni>();
 }
 
 void PanelHarness::Load() {

@@ -38,6 +38,8 @@ class PanelHarness {
     void Load();
     /// Deletes the main window object.
     void Release() { panel_.reset(); }
+    /// Another main window in the same folder, as the next start of the program makes it; load it.
+    void Renew();
 
     /// Gives the panel a key message of its own or of a child window's while these modifiers are held; true
     /// when it was used.
@@ -53,6 +55,7 @@ class PanelHarness {
     const NOTIFYICONDATAA& TrayRecord() const { return trayRecord_; }
 
   private:
+    void EndSession();
     void RecordProfile();
     void RecordWindow();
     void RecordShell();

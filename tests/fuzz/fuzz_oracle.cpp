@@ -1,0 +1,136 @@
+#include "tests/fuzz/fuzz_oracle.h"
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+#include <shlwapi.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+#include "config/ini.h"
+#include "model/button_records.h"
+#include "tests/support/text.h"
+#include "win/text.h"
+
+namespace testkit {
+namespace {
+
+constexpr DWORD kWholeSection = 1 << 20;
+
+std::vector<std::string> Lines(const char* section) {
+    std::string text(kWholeSection, '\0');
+    text.resize(GetPrivateProfileSectionA(section, text.data(), kWholeSection, config::IniPath.c_str()));
+    while (!text.empty() && text.back() == '\0')
+        text.pop_back();
+    return config::SectionEntries(text);
+}
+
+/// Without blanks at the end: where a NUL follows them in the file, Windows reads them, and no more once it
+/// has written the file anew.
+std::string Trimmed(const std::string& value) { return value.substr(0, value.find_last_not_of(" \t") + 1); }
+
+Records ReadRecords(const char* section) {
+    Records records;
+    for (const std::string& line : Lines(section))
+        if (line.find('=') != std::string::npos)
+            records.emplace(Folded(win::Before(line, '=')), Trimmed(win::After(line, '=')));
+    return records;
+}
+
+/// What a read of one value makes of it.
+std::string AsRead(std::string value) {
+    const bool quoted =
+        value.size() > 1 && value.front() == value.back() && (value.front() == '"' || value.front() == '\'');
+    if (quoted) value = value.substr(1, value.size() - 2);
+    return value.substr(0, config::kLongestValue);
+}
+
+std::string First(const Records& records, const std::string& key) {
+    const auto found = records.lower_bound(key);
+    return found != records.end() && found->first == key ? AsRead(found->second) : std::string();
+}
+
+bool HoldsNothing(const std::string& key, const std::string& record, const Content& content) {
+    const std::string name = model::RecordName(key, AsRead(record));
+    return name.empty() || First(content.cuts, Folded(name)).empty();
+}
+
+bool LeadsNowhere(const std::string& key, const std::string& record, const Content& content) {
+    if (HoldsNothing(key, record, content)) return true;
+    const std::string target = First(content.cuts, Folded(model::RecordName(key, AsRead(record))));
+    return target.find('|') == std::string::npos && PathFileExistsA(target.c_str()) == FALSE &&
+           PathIsURLA(target.c_str()) == FALSE;
+}
+
+bool Holds(const Records& records, const std::string& key, const std::string& value) {
+    const auto [first, last] = records.equal_range(key);
+    return std::any_of(first, last, [&](const auto& record) { return record.second == value; });
+}
+
+void ExpectRecordsKept(const char* section, const Records& before, const Records& after,
+                       const std::set<std::string>& named) {
+    for (const auto& [key, value] : before) {
+        // Wine drops some lines without a name when it writes the file anew.
+        if (key.empty() || named.contains(key)) continue;
+        EXPECT_TRUE(Holds(after, key, value))
+            << section << " has lost " << key << "=" << value.substr(0, 600);
+    }
+}
+
+/// The shortcuts that go with a button whose record leads nowhere.
+std::set<std::string> GoneWithButtons(const Content& before, const Content& after) {
+    std::set<std::string> gone;
+    for (const auto& [key, record] : before.buttons)
+        if (HoldsNothing(key, record, before) || HoldsNothing(key, record, after))
+            gone.insert(Folded(AsRead(record)));
+    return gone;
+}
+
+bool MayChange(const std::string& key, const std::string& record, const Content& before, const Content& after,
+               const Named& named) {
+    if (named.buttons.contains(key)) return true;
+    if (named.with_button && named.shortcuts.contains(Folded(model::RecordName(key, AsRead(record)))))
+        return true;
+    return Holds(after.buttons, key, "") &&
+           (LeadsNowhere(key, record, before) || LeadsNowhere(key, record, after));
+}
+
+}  // namespace
+
+std::string Folded(const std::string& key) {
+    const std::string upper = Utf8(win::UpperCase(key));
+    const std::size_t first = upper.find_first_not_of(" \t");
+    return first == std::string::npos ? std::string() : Trimmed(upper.substr(first));
+}
+
+void Named::AddShortcut(const std::string& name) { shortcuts.insert(Folded(name)); }
+
+Content ReadContent() {
+    return {ReadRecords("Buttons"), ReadRecords("Cuts"), ReadRecords("Switch"), ReadRecords("Collected")};
+}
+
+void ExpectKept(const Content& before, const Content& after, const Named& named) {
+    std::set<std::string> cuts = GoneWithButtons(before, after);
+    cuts.insert(named.shortcuts.begin(), named.shortcuts.end());
+    ExpectRecordsKept("Cuts", before.cuts, after.cuts, cuts);
+    std::set<std::string> switches = named.shortcuts;
+    // Freeing a button takes out the switch of the name that a free button has.
+    switches.insert("EMPTY");
+    ExpectRecordsKept("Switch", before.switches, after.switches, switches);
+    ExpectRecordsKept("Collected", before.collected, after.collected, named.collected);
+    for (const auto& [key, record] : before.buttons) {
+        if (key.empty() || Holds(after.buttons, key, record)) continue;
+        EXPECT_TRUE(MayChange(key, record, before, after, named))
+            << "Buttons has changed " << key << "=" << record.substr(0, 600);
+    }
+}
+
+bool HasLineWithoutValue(const char* section) {
+    const std::vector<std::string> lines = Lines(section);
+    return std::any_of(lines.begin(), lines.end(),
+                       [](const std::string& line) { return line.find('=') == std::string::npos; });
+}
+
+}  // namespace testkit

@@ -1,0 +1,54 @@
+// What may not change: the records of Quon.ini, read as Windows reads them, before and after a command.
+//
+//     const Content before = ReadContent();
+//     ... the user frees button 12, which holds "Notes" ...
+//     ExpectKept(before, ReadContent(), {.buttons = {"12"}, .shortcuts = {Folded("Notes")}});
+//
+// All but the records that the command named have to be there still. Allowed besides: a button whose record
+// leads nowhere is freed when its tab is shown, and takes along a shortcut of the record's very text.
+// No record in this sense is a line without a name, nor what stands in the second of two sections of one
+// name: Windows does not read it.
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+
+namespace testkit {
+
+/// By their keys in upper case, in which they are compared. Of two records of one key Windows reads the
+/// first.
+using Records = std::multimap<std::string, std::string>;
+
+struct Content {
+    Records buttons;
+    Records cuts;
+    Records switches;
+    Records collected;
+};
+
+/// The keys that a command may change, in upper case.
+struct Named {
+    std::set<std::string> buttons = {};
+    /// In "Cuts" and in "Switch".
+    std::set<std::string> shortcuts = {};
+    std::set<std::string> collected = {};
+    /// Whatever button the first of these shortcuts is on may get another record.
+    bool with_button = false;
+
+    void AddShortcut(const std::string& name);
+};
+
+/// A key as it is compared: in upper case, without outer blanks.
+std::string Folded(const std::string& key);
+
+/// The sections in full, however long they are.
+Content ReadContent();
+
+/// Fails the test for each record that is gone or changed without having been named.
+void ExpectKept(const Content& before, const Content& after, const Named& named);
+
+/// Whether a line of the section is no record, which ends a search through it with an error.
+bool HasLineWithoutValue(const char* section);
+
+}  // namespace testkit

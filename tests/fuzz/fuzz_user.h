@@ -1,0 +1,96 @@
+// A user who does anything with the panel, at random, and knows which records that names.
+//
+//     FuzzUser user(panel, dice, generator);
+//     const std::string what = user.Act();          // "organize", "rename", ...
+//     ExpectKept(before, ReadContent(), user.Names());
+//
+// Dialogs that come up are used and closed again. What would start a program, write to the registry or wait
+// is kept away while the user lives. Errors that the program shows are counted in Errors().
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/fuzz/dice.h"
+#include "tests/fuzz/fuzz_oracle.h"
+#include "tests/fuzz/ini_generator.h"
+#include "tests/support/modal_answers.h"
+#include "tests/support/recorded_call.h"
+#include "tests/unit/app/panel_harness.h"
+
+namespace testkit {
+
+class FuzzUser {
+  public:
+    FuzzUser(app::PanelHarness& panel, Dice& dice, IniGenerator& generator);
+    ~FuzzUser();
+    FuzzUser(const FuzzUser&) = delete;
+    FuzzUser& operator=(const FuzzUser&) = delete;
+
+    /// Shows every tab, or for two files of three some, and points at all that is there; changes nothing.
+    void LookAround();
+    /// One command; returns its name.
+    std::string Act();
+    /// What the last command named.
+    const Named& Names() const { return named_; }
+    /// Whether the last command may have shown an error: an entry of "Buttons" without "=" ends each search
+    /// for a button, and a delay may be no number.
+    bool MayFail() const { return mayFail_; }
+    /// The errors that have been shown since Act() began.
+    static const std::vector<std::string>& Errors();
+
+  private:
+    void KeepWindowsAway();
+    void KeepRegistryAway();
+
+    void UseList();
+    void Organize();
+    void UseOptions();
+    void DefineTab();
+    void EditGroup();
+    void Rename();
+    void Free();
+    void Move();
+    void DoubleClick();
+    void SwitchTab();
+
+    void Answer(Window dialog);
+    void AnswerMessage(Window box);
+    void UseOrganizer(Window dialog);
+    void UseShortcutEditor(Window dialog);
+    void UseGroupEditor(Window dialog);
+    void UseTabEditor(Window dialog);
+    void UseOptionsDialog(Window dialog);
+    /// Presses a button of a dialog; when that leaves the dialog open, presses the other one.
+    void Finish(Window dialog, int accept, int cancel);
+
+    Window Header(int tab) const { return panel_.Window().Child(100 + tab); }
+    Window Button(int index) const { return panel_.Window().Child(200 + index); }
+    int AnyButton() { return 1 + static_cast<int>(dice_.Below(9)); }
+    int AnyTab() { return 1 + static_cast<int>(dice_.Below(6)); }
+    /// A button that holds something, if one of the shown tab's does.
+    int AnyUsedButton();
+    void NameButton(int index);
+    /// Puts a random text into an edit field; returns what the field made of it.
+    std::string Type(Window box);
+    /// Types a shortcut's name, which is named by that.
+    void TypeName(Window box);
+    void Choose(int button, int command);
+    void HoverAt(Window picture);
+
+    app::PanelHarness& panel_;
+    Dice& dice_;
+    IniGenerator& generator_;
+    Named named_;
+    bool mayFail_ = false;
+    /// Whether what is typed into a question is a shortcut's name.
+    bool answersAreNames_ = false;
+    int chosen_ = 0;
+    POINT pointer_{};
+    RecordedCalls fakes_;
+    ModalAnswers answers_;
+};
+
+}  // namespace testkit
