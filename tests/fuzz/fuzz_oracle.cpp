@@ -27,9 +27,12 @@ std::vector<std::string> Lines(const char* section) {
     return config::SectionEntries(text);
 }
 
+/// What Wine takes for blanks around a key or a value: the old end-of-file mark too.
+constexpr const char* kBlanks = "\t\n\v\f\r\x1A ";
+
 /// Without blanks at the end: where a NUL follows them in the file, Windows reads them, and no more once it
 /// has written the file anew.
-std::string Trimmed(const std::string& value) { return value.substr(0, value.find_last_not_of(" \t") + 1); }
+std::string Trimmed(const std::string& text) { return text.substr(0, text.find_last_not_of(kBlanks) + 1); }
 
 Records ReadRecords(const char* section) {
     Records records;
@@ -101,7 +104,7 @@ bool MayChange(const std::string& key, const std::string& record, const Content&
 
 std::string Folded(const std::string& key) {
     const std::string upper = Utf8(win::UpperCase(key));
-    const std::size_t first = upper.find_first_not_of(" \t");
+    const std::size_t first = upper.find_first_not_of(kBlanks);
     return first == std::string::npos ? std::string() : Trimmed(upper.substr(first));
 }
 
