@@ -10,7 +10,7 @@ namespace {
 constexpr UINT kExitCode = 3;
 constexpr DWORD kLookInterval = 1000;
 // A command takes a part of a second. On a machine that has everything else to do as well, some more.
-constexpr ULONGLONG kLongestCommand = 180000;
+constexpr ULONGLONG kLongestCommand = 300000;
 
 std::atomic<unsigned> g_seed = 0;
 std::atomic<const char*> g_doing = "";

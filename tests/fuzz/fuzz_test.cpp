@@ -81,9 +81,9 @@ class FuzzTest : public testing::Test {
         testkit::FuzzUser user(panel, dice, generator);
         user.LookAround();
         ExpectNothingLost(before, {}, "looking around");
-        for (std::size_t commands = dice.Below(4); commands > 0 && !HasFailure(); --commands)
+        for (std::size_t commands = dice.Below(3); commands > 0 && !HasFailure(); --commands)
             Act(user);
-        Close(panel, dice.Once(4));
+        Close(panel, dice.Once(6));
     }
 
     void Act(testkit::FuzzUser& user) {

@@ -113,7 +113,7 @@ void FuzzUser::HoverAt(Window picture) {
 void FuzzUser::LookAround() {
     // All free buttons have the same tip, and a tip's window takes longest to make.
     bool freeOneSeen = false;
-    const bool everywhere = dice_.Once(3);
+    const bool everywhere = dice_.Once(4);
     for (int tab = 6; tab >= 1; --tab) {
         if (!everywhere && !dice_.Once(4)) continue;
         HoverAt(Header(tab));

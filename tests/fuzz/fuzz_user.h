@@ -29,7 +29,7 @@ class FuzzUser {
     FuzzUser(const FuzzUser&) = delete;
     FuzzUser& operator=(const FuzzUser&) = delete;
 
-    /// Shows every tab, or for two files of three some, and points at all that is there; changes nothing.
+    /// Shows every tab, or for three files of four some, and points at all that is there; changes nothing.
     void LookAround();
     /// One command; returns its name.
     std::string Act();
