@@ -13,7 +13,16 @@
 namespace dialogs {
 namespace {
 
-constexpr WPARAM kLongestLabel = 7;  // characters
+constexpr size_t kLongestLabel = 7;  // characters
+
+/// The label as the box would have let it be typed: another program is not held to the box's limit, and a
+/// label longer than what is read back would leave a record that ends the next start.
+std::string LimitedLabel(const std::string& typed) {
+    std::wstring label = win::ToWide(typed).substr(0, kLongestLabel);
+    // Half of a character that takes two units is none.
+    if (!label.empty() && IS_HIGH_SURROGATE(label.back())) label.pop_back();
+    return win::ToBytes(label);
+}
 
 }  // namespace
 
@@ -65,7 +74,7 @@ void frmTabPrep::ShowContentsTip() {
 void frmTabPrep::Apply() {
     // A "|" in the label is not refused: what follows it is read back as the description's beginning.
     const std::string record =
-        win::WindowText(Item(IDC_TAB_LABEL)) + "|" + win::WindowText(Item(IDC_TAB_DESCRIPTION));
+        LimitedLabel(win::WindowText(Item(IDC_TAB_LABEL))) + "|" + win::WindowText(Item(IDC_TAB_DESCRIPTION));
     host_.Context().Write(model::ButtonKey(tab_, 0), record);
     host_.Tab(tab_).SetINIstring(record);
     config::Settings.TabDescriptions = IsDlgButtonChecked(Handle(), IDC_TAB_SHOW_DESCRIPTION) == BST_CHECKED;

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "config/ini.h"
 #include "config/settings.h"
 #include "tests/support/hidden_window.h"
 #include "tests/support/modal_answers.h"
@@ -99,6 +100,18 @@ TEST_F(DefineTabTest, WritesTheRecordAndHandsItToTheTab) {
     EXPECT_EQ(host_.log.Lines().back(), "tab 3");
     EXPECT_EQ(host_.tab.Label, "Work");
     EXPECT_EQ(host_.tab.Description, "Office files");
+}
+
+TEST_F(DefineTabTest, CutsALabelThatABoxOfThatLimitCouldNotHold) {
+    Define(3, "Посао и још", "Опис");
+    EXPECT_EQ(folder_.IniValue("Buttons", "30"), "Посао и|Опис");
+    // The emoji's first half would be the seventh unit.
+    Define(3, "sixsix\xF0\x9F\x98\x80", "");
+    EXPECT_EQ(folder_.IniValue("Buttons", "30"), "sixsix|");
+    // Longer than what is read back: without its "|" the record would end the next start.
+    Define(3, std::string(600, 'x'), "");
+    EXPECT_EQ(config::ReadIni("Buttons", "30"), "xxxxxxx|");
+    EXPECT_EQ(host_.tab.Label, "xxxxxxx");
 }
 
 TEST_F(DefineTabTest, PaintsTheNewLabelOnTheHeader) {
