@@ -3,6 +3,7 @@
 #include <string>
 
 #include "app/panel_layout.h"
+#include "config/ini_guard.h"
 #include "config/settings.h"
 #include "res/resource.h"
 #include "win/errors.h"
@@ -71,6 +72,8 @@ win::PictureBox& ButtonPanel::Picture(int index) {
 
 void ButtonPanel::RefreshShownTab() {
     state_.TipButton = 0;
+    // Free buttons are written again, each of them: one copy does for all.
+    const config::IniGuard guard;
     for (int index = 1; index <= model::kButtonCount; ++index)
         state_.Button(index).RefreshButton(model::ButtonKey(config::Settings.CurrentTab, index));
 }

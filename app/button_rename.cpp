@@ -1,6 +1,7 @@
 #include "app/button_rename.h"
 
 #include "config/ini.h"
+#include "config/ini_guard.h"
 #include "model/storable_name.h"
 #include "model/text_shortcut.h"
 #include "res/resource.h"
@@ -14,18 +15,23 @@ namespace {
 constexpr int kBoxHeight = 21;
 constexpr int kBoxTop = 58;
 
+/// Stores the button's shortcut under another name; the former one is gone only together with this.
+void StoreUnder(PanelState& state, const std::string& name) {
+    const model::CButtonShortcut& button = state.Current();
+    const std::string target = model::WholeTarget(button.Naziv, button.FilePath);
+    const config::IniGuard guard;
+    config::RemoveRecord(model::kCutsSection, button.Naziv);
+    config::WriteIni(model::kCutsSection, name, target);
+    state.Context.Write(state.Context.CurrentButtonKey, name + "|" + std::to_string(button.FileIcon));
+    model::MoveSwitch(button.Naziv, name, button.Switch);
+}
+
 }  // namespace
 
 void RenameCurrentButton(PanelState& state, const std::string& name) {
-    const model::CButtonShortcut& button = state.Current();
     const std::string storable = model::StorableName(name);
-    if (storable.empty() || button.IsFree()) return;
-    const std::string former = button.Naziv;
-    const std::string target = model::WholeTarget(former, button.FilePath);
-    config::RemoveRecord(model::kCutsSection, former);
-    config::WriteIni(model::kCutsSection, storable, target);
-    state.Context.Write(state.Context.CurrentButtonKey, storable + "|" + std::to_string(button.FileIcon));
-    model::MoveSwitch(former, storable, button.Switch);
+    if (storable.empty() || state.Current().IsFree()) return;
+    StoreUnder(state, storable);
     state.RefreshCurrent();
     if (state.RefillList) state.RefillList();
 }

@@ -8,6 +8,7 @@
 
 #include "app/glavni.h"
 #include "config/ini.h"
+#include "config/ini_guard.h"
 #include "config/settings.h"
 #include "model/launching.h"
 #include "model/text_shortcut.h"
@@ -33,6 +34,7 @@ void Glavni::Load() {
     g_helpFile = win::ProgramFolder() + "\\Manual.chm";
     win::SetHelpHandler(&OpenHelpFile);
     config::IniPath = win::ProgramFolder() + "\\Quon.ini";
+    config::PutBackInterruptedIni();
     LoadTabs();
     LoadButtons();
     state_.Context.Records.LoadButtonRecords();

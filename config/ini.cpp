@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "config/ini_guard.h"
 #include "win/errors.h"
 #include "win/text.h"
 
@@ -42,8 +43,10 @@ DWORD Patiently(Call call) {
 
 /// Stores a value; null takes the key out.
 void WriteValue(const std::string& section, const std::string& key, const char* value) {
-    Patiently(
-        [&] { return WritePrivateProfileStringA(section.c_str(), key.c_str(), value, IniPath.c_str()); });
+    IniGuard().Write([&] {
+        return Patiently(
+            [&] { return WritePrivateProfileStringA(section.c_str(), key.c_str(), value, IniPath.c_str()); });
+    });
 }
 
 /// The first `count` characters of a profile function's answer. Where a character of several bytes did not
@@ -98,7 +101,10 @@ void WriteIni(const std::string& section, const std::string& key, const std::str
 void WriteIniSection(const std::string& section, const std::string& data) {
     // The NUL added here ends the last entry, the string's own the list.
     const std::string list = data + '\0';
-    Patiently([&] { return WritePrivateProfileSectionA(section.c_str(), list.c_str(), IniPath.c_str()); });
+    IniGuard().Write([&] {
+        return Patiently(
+            [&] { return WritePrivateProfileSectionA(section.c_str(), list.c_str(), IniPath.c_str()); });
+    });
 }
 
 std::vector<std::string> SectionEntries(const std::string& sectionText) {
@@ -128,6 +134,7 @@ void DeleteIniKey(const std::string& section, const std::string& key) {
     const auto match = std::find_if(entries.begin(), entries.end(),
                                     [&](const std::string& entry) { return win::Before(entry, '=') == key; });
     if (match != entries.end()) doomed = static_cast<size_t>(match - entries.begin());
+    const IniGuard guard;
     WriteIniSection(section, "");
     for (size_t index = 0; index < entries.size(); ++index) {
         if (index == doomed) continue;
@@ -148,6 +155,7 @@ void RemoveRecord(const std::string& section, const std::string& key) {
         return win::EqualIgnoringCase(win::Before(entry, '='), key);
     });
     if (match == entries.end()) return;
+    const IniGuard guard;
     DeleteIniKey(section, win::Before(*match, '='));
     // Values were cut at their "=", and each step may have failed.
     const std::vector<std::string> left = SectionEntries(ReadIniSection(section));

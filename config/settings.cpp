@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "config/ini.h"
+#include "config/ini_guard.h"
 #include "win/errors.h"
 #include "win/text.h"
 
@@ -164,10 +165,13 @@ void SaveSettings() {
                                         BooleanText(s.ExtensiveTooltips),    std::to_string(s.Edge),
                                         BooleanText(s.SingleClickOpen),      BooleanText(s.ShowCollected),
                                         BooleanText(s.TabDescriptions)};
+    const IniGuard guard;
     WriteIni(kSection, "Main", win::Join(main, ','));
     WriteIni(kSection, "popdelay", std::to_string(s.PopDelay));
     WriteIni(kSection, "poptf", BooleanText(s.PopOnHover));
     WriteIni(kSection, "clickshow", BooleanText(s.ClickShows));
+    // The session may end in the middle of something, and the process as soon as this returns.
+    IniGuard::Commit();
 }
 
 }  // namespace config

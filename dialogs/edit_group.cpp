@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "config/ini.h"
+#include "config/ini_guard.h"
 #include "dialogs/message_box.h"
 #include "dialogs/pick_target.h"
 #include "model/storable_name.h"
@@ -126,13 +127,20 @@ std::string frmEditB::NameToStore() const {
 }
 
 void frmEditB::Apply() {
-    const std::string items = win::Join(Items(), '|');
     const std::string name = NameToStore();
     if (name.empty()) {
         ShowNote("Couldn't make this shortcut, sorry.");
         name_.SelectAll();
         return;
     }
+    Store(name);
+    storedName_ = name;
+    End(1);
+}
+
+void frmEditB::Store(const std::string& name) {
+    const std::string items = win::Join(Items(), '|');
+    const config::IniGuard guard;
     if (name != oldName_) {
         const std::string key = model::FindButtonKey(oldName_);
         if (!key.empty()) {
@@ -142,8 +150,6 @@ void frmEditB::Apply() {
     }
     config::RemoveRecord(model::kCutsSection, oldName_);
     config::WriteIni(model::kCutsSection, name, items);
-    storedName_ = name;
-    End(1);
 }
 
 }  // namespace dialogs

@@ -37,6 +37,7 @@ class frmEditB : public win::Dialog {
     void AddUrl();
     void DeleteItem();
     void Apply();
+    void Store(const std::string& name);
     [[nodiscard]] std::string NameToStore() const;
     [[nodiscard]] std::vector<std::string> Items() const;
 

@@ -1,6 +1,7 @@
 #include "dialogs/edit_shortcut.h"
 
 #include "config/ini.h"
+#include "config/ini_guard.h"
 #include "dialogs/pick_target.h"
 #include "model/storable_name.h"
 #include "model/target_icon.h"
@@ -96,10 +97,16 @@ std::string frmEdit::NameToStore() const {
 }
 
 void frmEdit::Apply() {
+    Store();
+    End(0);
+}
+
+void frmEdit::Store() {
     const std::string name = NameToStore();
     const std::string file = File();
     const std::string commandSwitch = config::ReadIni(model::kSwitchSection, oldName_);
     const std::string key = model::FindButtonKey(oldName_);
+    const config::IniGuard guard;
     if (!key.empty()) {
         const std::string record = config::ReadIni(model::kButtonsSection, key);
         context_.Write(key, name + "|" + win::After(record, '|'));
@@ -107,7 +114,6 @@ void frmEdit::Apply() {
     config::RemoveRecord(model::kCutsSection, oldName_);
     config::WriteIni(model::kCutsSection, name, file);
     model::MoveSwitch(oldName_, name, commandSwitch);
-    End(0);
 }
 
 }  // namespace dialogs

@@ -35,6 +35,7 @@ class frmEdit : public win::Dialog {
     void DrawFileIcon();
     void Pick(bool folder);
     void Apply();
+    void Store();
     [[nodiscard]] std::string NameToStore() const;
     [[nodiscard]] std::string File() const;
 

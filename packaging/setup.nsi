@@ -138,11 +138,15 @@ Section "Uninstall"
     ${GetOptions} $0 "/INI" $1
     ${IfNot} ${Errors}
         Delete "$INSTDIR\Quon.ini"
+        Delete "$INSTDIR\Quon.ini.before-write"
     ${ElseIf} ${FileExists} "$INSTDIR\Quon.ini"
         MessageBox MB_YESNO|MB_ICONQUESTION|MB_DEFBUTTON2 "Remove your buttons and shortcuts as well?$\r$\n$\r$\nThey are kept in $INSTDIR\Quon.ini." /SD IDNO IDNO keep
         Delete "$INSTDIR\Quon.ini"
+        Delete "$INSTDIR\Quon.ini.before-write"
         keep:
     ${EndIf}
+    ; Half a copy, which nothing ever reads. A whole one is what the user stored, if Quon was killed.
+    Delete "$INSTDIR\Quon.ini.copying"
     Delete "$INSTDIR\Quon.exe"
     Delete "$INSTDIR\Manual.chm"
     Delete "$INSTDIR\License.txt"

@@ -40,6 +40,24 @@ TEST_F(ButtonPanelTest, PlacesNineButtonsThreeByThree) {
     EXPECT_THROW(buttons_.Picture(10), win::SubscriptError);
 }
 
+TEST_F(ButtonPanelTest, WritesTheFreeButtonsOfATabUnderOneCopyOfTheFile) {
+    Load("[Cuts]\r\na=1\r\n");
+    int writes = 0;
+    int copies = 0;
+    const auto write =
+        FAKE_CALL(WritePrivateProfileStringA, [&](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR file) {
+            ++writes;
+            return ORIGINAL_CALL(WritePrivateProfileStringA)(name, key, value, file);
+        });
+    const auto copy = FAKE_CALL(CopyFileA, [&](LPCSTR from, LPCSTR to, BOOL keep) {
+        ++copies;
+        return ORIGINAL_CALL(CopyFileA)(from, to, keep);
+    });
+    buttons_.RefreshShownTab();
+    EXPECT_EQ(writes, 9);
+    EXPECT_EQ(copies, 1);
+}
+
 TEST_F(ButtonPanelTest, HasTheirContainerAtTheLeftEdge) {
     const HWND container = GetParent(Button(1));
     EXPECT_EQ(testkit::Window(container).Id(), 200);

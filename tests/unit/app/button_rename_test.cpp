@@ -52,6 +52,27 @@ TEST_F(ButtonRenameTest, TakesItsStepsInOrder) {
                                "empty Switch", "write Switch new /x=1", "refill"}));
 }
 
+TEST_F(ButtonRenameTest, KeepsTheFormerNameWhenAnyOfItsWritesFails) {
+    const std::string before = folder_.IniBytes();
+    const std::vector<std::string> records{"Cuts new", "Buttons 11", "Switch new"};
+    for (const std::string& record : records) {
+        {
+            // The disk stays full, also for what the button writes when it finds nothing under its new name.
+            bool full = false;
+            const auto write = FAKE_CALL(
+                WritePrivateProfileStringA, [&](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR file) {
+                    full = full || std::string(name) + " " + key == record;
+                    if (full) return FALSE;
+                    return ORIGINAL_CALL(WritePrivateProfileStringA)(name, key, value, file);
+                });
+            RenameCurrentButton(state_, "new");
+            EXPECT_TRUE(full) << record;
+        }
+        EXPECT_EQ(folder_.IniBytes(), before) << record;
+        Load(before);
+    }
+}
+
 TEST_F(ButtonRenameTest, WritesNoSwitchWhereThereIsNone) {
     state_.Button(1).Switch.clear();
     RenameCurrentButton(state_, "new");

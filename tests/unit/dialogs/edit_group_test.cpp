@@ -115,6 +115,24 @@ TEST_F(EditGroupTest, ShowsTheGroupsNameSelectedAndInItsField) {
     EXPECT_EQ(editor_.StoredName(), "");
 }
 
+TEST_F(EditGroupTest, KeepsTheFormerGroupWhenAnyOfItsWritesFails) {
+    const std::string before = "[Buttons]\r\n12=Work|0\r\n[Cuts]\r\nWork=C:\\a|C:\\b\r\nLast=C:\\c\r\n";
+    for (const std::string record : {"Buttons 12", "Cuts Last", "Cuts New"}) {
+        Load(before);
+        bool refused = false;
+        const auto write =
+            FAKE_CALL(WritePrivateProfileStringA, [&](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR file) {
+                if (std::string(name) + " " + key != record)
+                    return ORIGINAL_CALL(WritePrivateProfileStringA)(name, key, value, file);
+                refused = true;
+                return FALSE;
+            });
+        EditAndApply("Work", [](Window dialog) { dialog.Child(IDC_GROUP_NAME).SetText("New"); });
+        EXPECT_TRUE(refused) << record;
+        EXPECT_EQ(folder_.IniBytes(), before) << record;
+    }
+}
+
 TEST_F(EditGroupTest, EveryControlHasItsCaptionAndNumber) {
     Edit("Work", {[](Window dialog) {
              const std::vector<std::pair<int, std::string>> captions{

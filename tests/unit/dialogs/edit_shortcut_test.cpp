@@ -110,6 +110,24 @@ std::pair<COLORREF, COLORREF> ColorsOf(Window dialog, int id) {
     return {GetTextColor(dc.Get()), GetBkColor(dc.Get())};
 }
 
+TEST_F(EditShortcutTest, KeepsTheFormerShortcutWhenAnyOfItsWritesFails) {
+    const std::string before = folder_.IniBytes();
+    const std::vector<std::string> records{"Buttons 23", "Cuts Нови", "Switch Нови"};
+    for (const std::string& record : records) {
+        bool refused = false;
+        const auto write =
+            FAKE_CALL(WritePrivateProfileStringA, [&](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR file) {
+                if (std::string(name) + " " + key != record)
+                    return ORIGINAL_CALL(WritePrivateProfileStringA)(name, key, value, file);
+                refused = true;
+                return FALSE;
+            });
+        Edit("Стари", "Нови", "http://new/");
+        EXPECT_TRUE(refused) << record;
+        EXPECT_EQ(folder_.IniBytes(), before) << record;
+    }
+}
+
 TEST_F(EditShortcutTest, HasItsCaptionsWordForWord) {
     const std::vector<std::pair<int, std::string>> captions{
         {610, "Shortcut name:"}, {611, "File:"},         {612, "or type URL"}, {613, "Shortcut exists!"},
