@@ -1,0 +1,155 @@
+// The end of the session while a window of the program waits for an answer: it is neither held up nor does it
+// cost a setting.
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tests/program/quon_panel.h"
+
+namespace testkit {
+namespace {
+
+constexpr int kEdit = 500;
+constexpr int kDelete = 501;
+constexpr int kList = 511;
+constexpr int kAddUrl = 724;
+
+class SessionEndTest : public ::testing::Test {
+  protected:
+    /// Starts on the first tab, goes to the second, lets `open` bring up windows and ends the session.
+    void EndAfter(const std::function<void(QuonPanel&)>& open) {
+        QuonIni ini;
+        ini.pop_delay = 700;
+        ini.AddShortcut("21", "Програм", QuonExe(), "/x");
+        ini.AddShortcut("22", "Group", QuonExe() + "|C:\\");
+        folder_.WriteIniText(ini.Text());
+        QuonPanel quon(folder_);
+        mouse::Click(quon.Header(2));
+        quon.ExpectName(1, "Програм");
+        open(quon);
+        // Every window is asked, and any of them could refuse.
+        for (const Window window : quon.Program().Windows({.visible_only = false}))
+            EXPECT_EQ(window.Send(WM_QUERYENDSESSION), TRUE) << window.Describe();
+        const std::string before = folder_.IniBytes();
+        EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini.Main());
+        quon.Main().Send(WM_ENDSESSION, TRUE);
+        // The process may be ended from here on: all is saved, and no copy waits to be put back.
+        EXPECT_FALSE(folder_.Exists("Quon.ini.before-write"));
+        ini.current_tab = 2;
+        EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini.Main());
+        EXPECT_EQ(folder_.IniValue("Settings", "popdelay"), "700");
+        for (const char* section : {"Buttons", "Cuts", "Switch"})
+            EXPECT_EQ(folder_.Ini().Entries(section), IniText(before).Entries(section)) << section;
+        EXPECT_EQ(quon.Program().WaitForExit(), 0u);
+    }
+    static void ChooseSetting(const QuonPanel& quon, std::string_view command) {
+        mouse::Click(quon.ImageButton(2));
+        PopupMenu::Wait(quon.Id()).Choose(command);
+    }
+    static void ChooseForButton(const QuonPanel& quon, int button, std::string_view command) {
+        mouse::RightClick(quon.Button(button));
+        PopupMenu::Wait(quon.Id()).Choose(command);
+    }
+    /// The organiser with this row selected.
+    static Window OpenOrganiser(QuonPanel& quon, const std::string& name) {
+        ChooseSetting(quon, "Organize shortcuts");
+        const Window organiser =
+            quon.Program().WaitForWindow({.title = "Organize shortcuts - 2 shortcuts found"});
+        WaitFor("the list has the focus", [&] { return organiser.Child(kList).IsFocused(); });
+        for (const int key : {VK_HOME, VK_DOWN}) {
+            if (organiser.Child(kList).Text() != name)
+                organiser.Child(kList).Send(WM_KEYDOWN, static_cast<WPARAM>(key));
+        }
+        EXPECT_EQ(organiser.Child(kList).Text(), name);
+        return organiser;
+    }
+
+    ProgramFolder folder_;
+};
+
+TEST_F(SessionEndTest, PassesTheOptions) {
+    EndAfter([](QuonPanel& quon) {
+        ChooseSetting(quon, "Options");
+        quon.Program().WaitForWindow({.title = "Quon settings"});
+    });
+}
+
+TEST_F(SessionEndTest, PassesTheAboutBox) {
+    EndAfter([](QuonPanel& quon) {
+        ChooseSetting(quon, "About");
+        quon.Program().WaitForWindow({.title = "About Quon"});
+    });
+}
+
+TEST_F(SessionEndTest, PassesTheDefinitionOfATab) {
+    EndAfter([](QuonPanel& quon) {
+        mouse::RightClick(quon.Header(3));
+        const Window dialog = quon.Program().WaitForWindow({.title = "Define tab"});
+        keyboard::Type("half");
+        WaitFor("the label is typed", [&] { return dialog.Child(810).Text() == "half"; });
+    });
+}
+
+TEST_F(SessionEndTest, PassesTheIconChooser) {
+    EndAfter([](QuonPanel& quon) {
+        ChooseForButton(quon, 1, "Change icon");
+        quon.Program().WaitForWindow({.title = "Icon Chooser"});
+    });
+}
+
+TEST_F(SessionEndTest, PassesTheGroupsEditorAndTheQuestionInFrontOfIt) {
+    EndAfter([](QuonPanel& quon) {
+        ChooseForButton(quon, 2, "Edit group");
+        const Window editor = quon.Program().WaitForWindow({.title = "Edit group"});
+        mouse::Click(editor.Child(kAddUrl));
+        MessageBoxWindow::Wait(quon.Id());
+    });
+}
+
+TEST_F(SessionEndTest, PassesTheOrganiserAndTheShortcutsEditor) {
+    EndAfter([](QuonPanel& quon) {
+        const Window organiser = OpenOrganiser(quon, "Програм");
+        mouse::Click(organiser.Child(kEdit));
+        const Window editor = quon.Program().WaitForWindow({.title = "Edit shortcut"});
+        keyboard::Type("half");
+        WaitFor("the name is typed", [&] { return editor.Child(600).Text() == "half"; });
+    });
+}
+
+TEST_F(SessionEndTest, PassesTheOrganiserTheGroupsEditorAndItsQuestion) {
+    EndAfter([](QuonPanel& quon) {
+        const Window organiser = OpenOrganiser(quon, "Group");
+        mouse::Click(organiser.Child(kEdit));
+        const Window editor = quon.Program().WaitForWindow({.title = "Edit group"});
+        mouse::Click(editor.Child(kAddUrl));
+        MessageBoxWindow::Wait(quon.Id());
+    });
+}
+
+TEST_F(SessionEndTest, PassesTheQuestionOfTheOrganiser) {
+    EndAfter([](QuonPanel& quon) {
+        const Window organiser = OpenOrganiser(quon, "Програм");
+        mouse::Click(organiser.Child(kDelete));
+        MessageBoxWindow::Wait(quon.Id());
+    });
+}
+
+TEST_F(SessionEndTest, PassesARenaming) {
+    EndAfter([](QuonPanel& quon) {
+        mouse::MoveTo(quon.Button(1).Centre());
+        WaitFor("the hover picture", [&] { return quon.HoverPicture().IsVisible(); });
+        keyboard::Press(VK_F2);
+        WaitFor("the rename box", [&] { return quon.RenameBox().IsVisible(); });
+        keyboard::Type("half");
+        WaitFor("the name is typed", [&] { return quon.RenameBox().Text() == "half"; });
+    });
+}
+
+}  // namespace
+}  // namespace testkit
