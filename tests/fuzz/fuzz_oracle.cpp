@@ -130,10 +130,14 @@ void ExpectKept(const Content& before, const Content& after, const Named& named)
     }
 }
 
-bool HasLineWithoutValue(const char* section) {
-    const std::vector<std::string> lines = Lines(section);
-    return std::any_of(lines.begin(), lines.end(),
-                       [](const std::string& line) { return line.find('=') == std::string::npos; });
+bool HasImpossibleButton() {
+    const std::vector<std::string> lines = Lines("Buttons");
+    return std::any_of(lines.begin(), lines.end(), [](const std::string& line) {
+        const std::string key = win::Before(line, '=');
+        const bool possible =
+            key.size() == 2 && key[0] >= '1' && key[0] <= '6' && key[1] >= '0' && key[1] <= '9';
+        return line.find('=') == std::string::npos || !possible;
+    });
 }
 
 }  // namespace testkit

@@ -48,7 +48,8 @@ Content ReadContent();
 /// Fails the test for each record that is gone or changed without having been named.
 void ExpectKept(const Content& before, const Content& after, const Named& named);
 
-/// Whether a line of the section is no record, which ends a search through it with an error.
-bool HasLineWithoutValue(const char* section);
+/// Whether "Buttons" has a line that is no record, or a key that is no button's: both end the work on a
+/// shortcut that such a line is met for with an error.
+bool HasImpossibleButton();
 
 }  // namespace testkit

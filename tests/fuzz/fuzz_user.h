@@ -35,8 +35,8 @@ class FuzzUser {
     std::string Act();
     /// What the last command named.
     const Named& Names() const { return named_; }
-    /// Whether the last command may have shown an error: an entry of "Buttons" without "=" ends each search
-    /// for a button, and a delay may be no number.
+    /// Whether the last command may have shown an error: a line of "Buttons" that belongs to no button
+    /// ends the work on its shortcut, and a delay may be no number.
     bool MayFail() const { return mayFail_; }
     /// The errors that have been shown since Act() began.
     static const std::vector<std::string>& Errors();
