@@ -47,7 +47,12 @@ std::string AsRead(std::string value) {
     const bool quoted =
         value.size() > 1 && value.front() == value.back() && (value.front() == '"' || value.front() == '\'');
     if (quoted) value = value.substr(1, value.size() - 2);
-    return value.substr(0, config::kLongestValue);
+    if (value.size() <= config::kLongestValue) return value;
+    // Where a character of several bytes does not fit, nothing of it is given.
+    std::size_t end = config::kLongestValue;
+    while (end > 0 && (static_cast<unsigned char>(value[end]) & 0xC0) == 0x80)
+        --end;
+    return value.substr(0, end);
 }
 
 std::string First(const Records& records, const std::string& key) {
