@@ -14,6 +14,7 @@
 #include <functional>
 #include <string>
 
+#include "app/drop_target.h"
 #include "res/resource.h"
 #include "tests/leaks/heap_count.h"
 #include "tests/support/data_object.h"
@@ -256,6 +257,13 @@ TEST_F(LedgerTest, SeesOleDropTargetsAndObjects) {
     EXPECT_EQ(ledger_.Held()["automation object"], 1);
     object->Release();
     EXPECT_EQ(ledger_.Held(), none);
+    {
+        app::DropTarget target;
+        target.Register(window_.Handle(), [](const sys::DroppedData&) {});
+        EXPECT_EQ(ledger_.Held()["drop target"], 1);
+        RevokeDragDrop(window_.Handle());
+        EXPECT_FALSE(ledger_.Held().contains("drop target"));
+    }
     IUnknown* link = nullptr;
     CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
                      reinterpret_cast<void**>(&link));

@@ -11,7 +11,7 @@ namespace leaks {
 namespace {
 
 // The shown tab, extensive tips, an edge to dock at.
-constexpr const char* kSettings = "Main=1,False,False,False,True,True,False,1,True,True,False\r\n";
+constexpr const char* kSettings = "Main=1,False,False,False,True,False,True,1,False,True,False\r\n";
 
 std::string Ini(const std::string& file, const std::string& other, const std::string& folder) {
     return "[Buttons]\r\n10=One|first\r\n20=Two|second\r\n"
@@ -43,6 +43,8 @@ PanelLeakTest::PanelLeakTest()
         dropTargets_.push_back(target);
         return ORIGINAL_CALL(RegisterDragDrop)(window, target);
     }));
+    // A program of the panel's own folder has an entry in a menu.
+    panel_.Folder().MakeFile("Companion.exe");
     panel_.Load();
     ORIGINAL_CALL(ShowWindow)(Panel().Handle(), SW_SHOWNOACTIVATE);
     StartLedger();
