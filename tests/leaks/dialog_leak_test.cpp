@@ -52,6 +52,7 @@ class DialogLeakTest : public PanelLeakTest {
 };
 
 TEST_F(DialogLeakTest, TheMessageBox) {
+    bare_ = [this] { OpenBare({IDD_MESSAGE, IDD_MESSAGE}); };
     Repeat([] {
         const ModalAnswers user({Press(IDC_ANSWER), [](Window box) { box.Send(WM_SYSCOMMAND, SC_CLOSE); }});
         for (int time = 0; time < 2; ++time)
@@ -60,10 +61,12 @@ TEST_F(DialogLeakTest, TheMessageBox) {
 }
 
 TEST_F(DialogLeakTest, TheAboutBox) {
+    bare_ = [this] { OpenBare({IDD_MESSAGE}); };
     Repeat([this] { Choose(5, {Press(IDC_ABOUT_CLOSE)}); });
 }
 
 TEST_F(DialogLeakTest, TheOptions) {
+    bare_ = [this] { OpenBare({IDD_OPTIONS, IDD_OPTIONS}); };
     Repeat([this] {
         Choose(1, {[](Window dialog) {
                    for (const int option : {0, 3, 7, 1})
@@ -75,6 +78,7 @@ TEST_F(DialogLeakTest, TheOptions) {
 }
 
 TEST_F(DialogLeakTest, TheOrganiserAndBothEditors) {
+    bare_ = [this] { OpenBare({IDD_ORGANIZE_SHORTCUTS, IDD_EDIT_SHORTCUT, IDD_EDIT_GROUP}); };
     Repeat([this] {
         Choose(0, {[](Window organiser) { organiser.Child(IDC_ORGANIZE_EDIT).Post(BM_CLICK); },
                    [](Window editor) {
@@ -95,6 +99,7 @@ TEST_F(DialogLeakTest, TheOrganiserAndBothEditors) {
 }
 
 TEST_F(DialogLeakTest, EditingAGroupOfAButton) {
+    bare_ = [this] { OpenBare({IDD_EDIT_GROUP}); };
     Repeat([this] {
         ChooseOnButton(2, app::kGroup, {[](Window editor) {
                            editor.Child(IDC_GROUP_BASKET).Send(WM_KEYDOWN, VK_END);
@@ -105,6 +110,7 @@ TEST_F(DialogLeakTest, EditingAGroupOfAButton) {
 }
 
 TEST_F(DialogLeakTest, DefiningATab) {
+    bare_ = [this] { OpenBare({IDD_DEFINE_TAB}); };
     Repeat([this] {
         const ModalAnswers user({[](Window dialog) {
             PointAt(dialog, IDC_TAB_SHOW_DESCRIPTION);
@@ -115,6 +121,7 @@ TEST_F(DialogLeakTest, DefiningATab) {
 }
 
 TEST_F(DialogLeakTest, TheIconChooser) {
+    bare_ = [this] { OpenBare({IDD_ICON_CHOOSER, IDD_ICON_CHOOSER}); };
     Repeat([this] {
         ChooseOnButton(1, app::kChangeIcon,
                        {[](Window chooser) { Click(chooser.Child(IDC_CHOOSER_ICON + 2)); }});
@@ -123,6 +130,7 @@ TEST_F(DialogLeakTest, TheIconChooser) {
 }
 
 TEST_F(DialogLeakTest, EditingASwitch) {
+    bare_ = [this] { OpenBare({IDD_MESSAGE}); };
     Repeat([this] {
         const ModalAnswers user({Press(IDC_ANSWER)});
         DoubleClick(Button(5), {VK_MENU, VK_CONTROL});

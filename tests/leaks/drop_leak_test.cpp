@@ -54,6 +54,7 @@ TEST_F(DropLeakTest, AUrlOnAButton) {
 }
 
 TEST_F(DropLeakTest, ATextOnAButton) {
+    bare_ = [this] { OpenBare({IDD_MESSAGE}); };
     Repeat([this] {
         const ModalAnswers user({Press(IDC_ANSWER)});
         Drop(kFreeButton, [](DataObject& data) { data.OfferText("only words"); });
@@ -61,6 +62,7 @@ TEST_F(DropLeakTest, ATextOnAButton) {
 }
 
 TEST_F(DropLeakTest, AFileOnAUsedButton) {
+    bare_ = [this] { OpenBare({IDD_MESSAGE, IDD_MESSAGE, IDD_MESSAGE}); };
     Repeat([this] {
         const ModalAnswers user({Press(IDC_ANSWER_1), Press(IDC_ANSWER_2), Press(IDC_ANSWER_1)});
         Drop(kUsedButton, [this](DataObject& data) { OfferFile(data); });
@@ -70,6 +72,7 @@ TEST_F(DropLeakTest, AFileOnAUsedButton) {
 }
 
 TEST_F(DropLeakTest, AnythingOnTheDropDown) {
+    bare_ = [this] { OpenBare({IDD_MESSAGE, IDD_MESSAGE}); };
     Repeat([this] {
         Drop(kDropDown, [this](DataObject& data) { OfferFile(data); });
         Drop(kDropDownEdit, &OfferUrl);
@@ -137,6 +140,7 @@ class PasteLeakTest : public DropLeakTest {
 };
 
 TEST_F(PasteLeakTest, PastingFilesLinksTextAndNothing) {
+    bare_ = [this] { OpenBare({IDD_MESSAGE}); };
     Repeat([this] {
         Paste(CF_HDROP, [this](DataObject& data) { data.OfferFiles({otherFile_, link_}); });
         Free();
@@ -197,6 +201,7 @@ TEST_F(DropDownLeakTest, RefreshingTheList) {
                       std::strcpy(name, index == 1 ? "folder" : index == 0 ? ".txt" : ".htm");
                       return ERROR_SUCCESS;
                   });
+    bare_ = [this] { OpenBare({IDD_MESSAGE}); };
     Repeat([this] {
         const ModalAnswers user({Press(IDC_ANSWER)});
         Child(IDC_SHORTCUTS).SetText(model::kRefreshItem);

@@ -115,6 +115,13 @@ void LeakTest::Run(const std::function<void()>& round, int rounds) {
     }
 }
 
+long LeakTest::BareGrowth(int rounds) {
+    if (!bare_) return 0;
+    const auto before = static_cast<long>(ProcessMemory());
+    Run(bare_, rounds);
+    return std::max(0L, static_cast<long>(ProcessMemory()) - before);
+}
+
 std::string LeakTest::Stretch(const std::function<void()>& round, int rounds) {
     const auto memoryBefore = static_cast<long>(ProcessMemory());
     Ledger::Counts before = Count();
@@ -122,7 +129,7 @@ std::string LeakTest::Stretch(const std::function<void()>& round, int rounds) {
     const HeapCount heapBefore = CountHeap();
     Run(round, rounds);
     const HeapCount heapAfter = CountHeap();
-    const long growth = static_cast<long>(ProcessMemory()) - memoryBefore;
+    const auto memoryAfter = static_cast<long>(ProcessMemory());
     Ledger::Counts after;
     testkit::HappensWithin(kSettleTime, [&] {
         after = Count();
@@ -133,11 +140,14 @@ std::string LeakTest::Stretch(const std::function<void()>& round, int rounds) {
     std::cout << rounds << " rounds: " << after["window"] << " windows, "
               << after["drawing object of the process"] << " drawing objects, "
               << after["kernel handle of the process"] << " kernel handles, " << after["block on the heap"]
-              << " blocks of " << after["byte on the heap"] << " bytes; memory grown by " << growth / 1024
-              << " KB to " << (memoryBefore + growth) / 1024 << " KB\n";
+              << " blocks of " << after["byte on the heap"] << " bytes; memory grown by "
+              << (memoryAfter - memoryBefore) / 1024 << " KB to " << memoryAfter / 1024 << " KB\n";
     std::string difference = Difference(before, after);
-    if (rounds >= kLongForm && growth >= kBytesPerRound * rounds)
-        difference += "memory: grown by " + std::to_string(growth) + " bytes\n";
+    if (rounds < kLongForm) return difference;
+    const long bare = BareGrowth(rounds);
+    if (memoryAfter - memoryBefore - bare >= kBytesPerRound * rounds)
+        difference += "memory: grown by " + std::to_string(memoryAfter - memoryBefore) + " bytes, " +
+                      std::to_string(bare) + " of them without the product\n";
     return difference;
 }
 

@@ -156,6 +156,7 @@ TEST_F(MenuLeakTest, AssigningFileOperationsAndProperties) {
         command = chosen;
         Button(button).Send(WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(5, 5));
     };
+    bare_ = [this] { OpenBare({IDD_MESSAGE}); };
     Repeat([&] {
         choose(1, IDM_BUTTON + app::kProperties);
         const ModalAnswers user({Press(IDC_ANSWER)});

@@ -92,6 +92,18 @@ void PanelLeakTest::PressInMenu(int times, WORD key) const {
         PressInMenu({key});
 }
 
+void PanelLeakTest::OpenBare(std::initializer_list<int> templates) const {
+    for (const int id : templates)
+        DialogBoxParamW(
+            GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), Panel().Handle(),
+            +[](HWND dialog, UINT message, WPARAM wParam, LPARAM) -> INT_PTR {
+                if (message == WM_INITDIALOG) PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+                if (message == WM_COMMAND && LOWORD(wParam) == IDCANCEL) EndDialog(dialog, 0);
+                return message == WM_INITDIALOG;
+            },
+            0);
+}
+
 void PanelLeakTest::Drop(size_t target, const std::function<void(testkit::DataObject&)>& offer) const {
     testkit::DataObject object;
     offer(object);

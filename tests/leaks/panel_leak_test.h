@@ -42,6 +42,9 @@ class PanelLeakTest : public LeakTest {
     void PressInMenu(std::initializer_list<WORD> keys) const;
     void PressInMenu(int times, WORD key) const;
 
+    /// Opens and closes dialogs of these templates with nothing of the product in them: see bare_.
+    void OpenBare(std::initializer_list<int> templates) const;
+
     /// The targets of the drops: the nine buttons, the hover picture, the drop-down and its edit field.
     IDropTarget& DropTarget(size_t index) const { return *dropTargets_.at(index); }
     void Drop(size_t target, const std::function<void(testkit::DataObject&)>& offer) const;
