@@ -62,6 +62,9 @@ expect "tells Windows how to remove it" has_value "$uninstall" UninstallString "
 expect "starts" until_true panels 1
 # Started later, its window is found first.
 (cd "$QUON_DESKTOP/unpacked" && exec setsid wine Quon.exe </dev/null >/dev/null 2>&1) &
+second=$!
+# No test after this one may find it on the screen.
+trap 'kill "$second" 2>/dev/null || true' EXIT
 expect "starts from another folder as well" until_true panels 2
 
 printf '[Cuts]\r\nMine=C:\\windows\r\n' >>"$folder/Quon.ini"
@@ -70,6 +73,8 @@ expect "upgrades a running Quon" install
 expect "ends it first, and only it" panels 1
 expect "which saves its settings" grep -q '^popdelay=500' "$folder/Quon.ini"
 expect "puts the new files in place" cmp -s "$folder/ReadMe.txt" "$QUON_DESKTOP/unpacked/ReadMe.txt"
+kill "$second"
+expect "leaves the other alone until then" until_true panels 0
 expect "keeps what the user stored" grep -q '^Mine=C:\\windows' "$folder/Quon.ini"
 
 wine reg add "$run" /v Quon /d "$installed\\Quon.exe" /f >/dev/null
