@@ -1,5 +1,6 @@
 #include "app/button_panel.h"
 
+#include <algorithm>
 #include <string>
 
 #include "app/panel_layout.h"
@@ -18,6 +19,9 @@ namespace {
 constexpr int kHoverRight = 45;
 constexpr int kHoverBelow = 1365;
 constexpr int kHoverSize = 14;  // pixels
+
+constexpr UINT_PTR kPointerTimer = 1;
+constexpr UINT kPointerCheck = 200;  // milliseconds
 
 }  // namespace
 
@@ -38,10 +42,20 @@ void ButtonContainer::CreateOn(HWND parent, RECT place) {
     if (SetWindowRgn(Handle(), region.Get(), FALSE) != 0) region.Release();
 }
 
-std::optional<LRESULT> ButtonContainer::OnMessage(UINT message, WPARAM /*wParam*/, LPARAM /*lParam*/) {
-    // The buttons cover everything that the region leaves.
-    if (message == WM_ERASEBKGND) return 1;
-    return std::nullopt;
+void ButtonContainer::WatchPointer() { SetTimer(Handle(), kPointerTimer, kPointerCheck, nullptr); }
+
+void ButtonContainer::LeavePointer() { KillTimer(Handle(), kPointerTimer); }
+
+std::optional<LRESULT> ButtonContainer::OnMessage(UINT message, WPARAM wParam, LPARAM /*lParam*/) {
+    switch (message) {
+        // The buttons cover everything that the region leaves.
+        case WM_ERASEBKGND: return 1;
+        case WM_TIMER:
+            if (wParam != kPointerTimer || !onPointerCheck) return std::nullopt;
+            onPointerCheck();
+            return 0;
+        default: return std::nullopt;
+    }
 }
 
 RECT ButtonPanel::ButtonPlace(int index) {
@@ -54,6 +68,7 @@ RECT ButtonPanel::ButtonPlace(int index) {
 void ButtonPanel::CreateOn(HWND parent) {
     container_.CreateOn(parent, layout::At(0, layout::kContainerTop, layout::kClientWidth,
                                            layout::kRows * layout::kButtonHeight));
+    container_.onPointerCheck = [this] { HideHoverOutside(); };
     for (int index = 1; index <= model::kButtonCount; ++index)
         Picture(index).CreateOn(container_.Handle(), IDC_BUTTON + index, ButtonPlace(index));
     hover_.CreateOn(parent, IDC_HOVER_PICTURE, layout::At(0, 0, kHoverSize, kHoverSize), false);
@@ -86,15 +101,21 @@ void ButtonPanel::Hover(int index) {
     SetWindowPos(hover_.Handle(), HWND_TOP, place.left + win::ToPixels(kHoverRight, twips.x),
                  place.top + win::ToPixels(kHoverBelow, twips.y), 0, 0,
                  SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+    // A leaving is not always told: not of a button that a menu covered, nor of one whose last move came
+    // late.
+    container_.WatchPointer();
 }
 
-void ButtonPanel::HideHover() { ShowWindow(hover_.Handle(), SW_HIDE); }
+void ButtonPanel::HideHover() {
+    container_.LeavePointer();
+    ShowWindow(hover_.Handle(), SW_HIDE);
+}
 
 void ButtonPanel::HideHoverOutside() {
-    const POINT pointer = win::PointerPlace();
-    const HWND below = WindowFromPoint(pointer);
+    const HWND below = WindowFromPoint(win::PointerPlace());
+    const auto isBelow = [below](const win::PictureBox& picture) { return picture.Handle() == below; };
     // Only over the mark itself or a button does the mark stay.
-    if (below != hover_.Handle() && !ButtonAt(pointer)) HideHover();
+    if (!isBelow(hover_) && std::none_of(pictures_.begin(), pictures_.end(), isBelow)) HideHover();
 }
 
 std::optional<int> ButtonPanel::ButtonAt(POINT screen) const {

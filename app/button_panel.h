@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <array>
+#include <functional>
 #include <optional>
 
 #include "app/panel_state.h"
@@ -16,6 +17,15 @@ class ButtonContainer : public win::Window {
   public:
     /// Creates the area, in the parent's client pixels; throws RuntimeError when Windows refuses.
     void CreateOn(HWND parent, RECT place);
+
+    /// Time to look where the pointer is.
+    std::function<void()> onPointerCheck;
+
+    /// Starts, or starts anew, what tells onPointerCheck every 200 ms (SetTimer).
+    void WatchPointer();
+
+    /// Ends it (KillTimer).
+    void LeavePointer();
 
   protected:
     std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
@@ -38,13 +48,14 @@ class ButtonPanel {
     /// Reloads and repaints all nine buttons from the records of the shown tab.
     void RefreshShownTab();
 
-    /// Makes a button the hovered one and puts the hover picture onto it.
+    /// Makes a button the hovered one and puts the hover picture onto it, until the pointer leaves the
+    /// buttons.
     void Hover(int index);
 
     /// Hides the hover picture.
     void HideHover();
 
-    /// Hides the hover picture when the pointer has left the buttons.
+    /// Hides the hover picture unless the pointer is on it or on a button that no other window covers.
     void HideHoverOutside();
 
     /// The button last under the mouse, 0 before the first.

@@ -2,6 +2,10 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
+#include <string>
+#include <vector>
+
 #include "app/panel_layout.h"
 #include "tests/unit/app/panel_parts.h"
 #include "win/errors.h"
@@ -86,18 +90,55 @@ TEST_F(ButtonPanelTest, HasNoHoveredButtonBeforeTheFirstMove) {
     EXPECT_EQ(GetWindowLongPtrW(buttons_.HoverPicture().Handle(), GWL_STYLE) & WS_VISIBLE, 0);
 }
 
-TEST_F(ButtonPanelTest, HidesTheHoverPictureWhenThePointerHasLeftTheButtons) {
+TEST_F(ButtonPanelTest, KeepsTheHoverPictureOnlyWhileThePointerIsOnItOrAButton) {
     const HWND hover = buttons_.HoverPicture().Handle();
-    buttons_.Hover(2);
+    const HWND container = GetParent(Button(1));
+    HWND below = nullptr;
+    const auto from_point = FAKE_CALL(WindowFromPoint, [&](POINT at) {
+        EXPECT_EQ(at.x, pointer_.x);
+        EXPECT_EQ(at.y, pointer_.y);
+        return below;
+    });
+    const std::function<void()> occasions[] = {
+        [&] { SendMessageW(Button(2), WM_MOUSELEAVE, 0, 0); },
+        [&] { SendMessageW(hover, WM_MOUSELEAVE, 0, 0); },
+        [&] { SendMessageW(container, WM_TIMER, 1, 0); },
+    };
     pointer_ = Inside(Button(7));
-    SendMessageW(Button(2), WM_MOUSELEAVE, 0, 0);
-    EXPECT_NE(GetWindowLongPtrW(hover, GWL_STYLE) & WS_VISIBLE, 0);
-    pointer_ = {-20000, -20000};
-    for (const HWND left : {Button(7), hover}) {
-        buttons_.Hover(7);
-        SendMessageW(left, WM_MOUSELEAVE, 0, 0);
-        EXPECT_EQ(GetWindowLongPtrW(hover, GWL_STYLE) & WS_VISIBLE, 0);
+    for (const auto& look : occasions) {
+        buttons_.Hover(2);
+        for (const HWND stays : {Button(7), Button(1), Button(9), hover}) {
+            below = stays;
+            look();
+            EXPECT_NE(GetWindowLongPtrW(hover, GWL_STYLE) & WS_VISIBLE, 0);
+        }
+        // The main window, the container, another window over the button, nothing at all.
+        for (const HWND elsewhere : {host_.Handle(), container, GetDesktopWindow(), HWND{}}) {
+            buttons_.Hover(2);
+            below = elsewhere;
+            look();
+            EXPECT_EQ(GetWindowLongPtrW(hover, GWL_STYLE) & WS_VISIBLE, 0);
+        }
     }
+}
+
+TEST_F(ButtonPanelTest, LooksWhereThePointerIsFiveTimesASecondWhileTheHoverPictureIsOut) {
+    const HWND container = GetParent(Button(1));
+    std::vector<std::string> calls;
+    const auto set = FAKE_CALL(SetTimer, [&](HWND window, UINT_PTR id, UINT period, TIMERPROC procedure) {
+        EXPECT_EQ(window, container);
+        EXPECT_EQ(procedure, nullptr);
+        calls.push_back("set " + std::to_string(id) + " " + std::to_string(period));
+        return id;
+    });
+    const auto kill = FAKE_CALL(KillTimer, [&](HWND window, UINT_PTR id) -> WINBOOL {
+        EXPECT_EQ(window, container);
+        calls.push_back("kill " + std::to_string(id));
+        return TRUE;
+    });
+    buttons_.Hover(2);
+    buttons_.HideHover();
+    EXPECT_THAT(calls, testing::ElementsAre("set 1 200", "kill 1"));
 }
 
 TEST_F(ButtonPanelTest, FindsTheButtonAtAPointOfTheScreen) {
