@@ -131,6 +131,7 @@ TEST_F(ButtonLeakTest, AddingAndRemovingTheTrayIcon) {
 TEST_F(ButtonLeakTest, LoadingAndClosingAWholePanel) {
     const auto show = FAKE_CALL(
         ShowWindow, [](HWND window, int command) { return ORIGINAL_CALL(ShowWindow)(window, command); });
+    bare_ = [this] { OpenBarePanel(); };
     Repeat([this] {
         dropTargets_.clear();
         {

@@ -6,6 +6,7 @@
 
 #include "res/resource.h"
 #include "tests/support/paths.h"
+#include "tests/support/text.h"
 
 namespace leaks {
 namespace {
@@ -102,6 +103,23 @@ void PanelLeakTest::OpenBare(std::initializer_list<int> templates) const {
                 return message == WM_INITDIALOG;
             },
             0);
+}
+
+void PanelLeakTest::OpenBarePanel() const {
+    const auto make = [](testkit::Window window, HWND parent) {
+        const RECT at = window.Rect();
+        const std::string name = window.Class();
+        return CreateWindowExW(static_cast<DWORD>(window.ExtendedStyle()),
+                               name.starts_with("Quon") ? L"STATIC" : testkit::Wide(name).c_str(), L"bare",
+                               static_cast<DWORD>(window.Style()), 0, 0, at.right - at.left,
+                               at.bottom - at.top, parent, nullptr, nullptr, nullptr);
+    };
+    HWND panel = make(Panel(), nullptr);
+    for (const testkit::Window child : Panel().Descendants())
+        // The combo box makes its own.
+        if (child.Parent().Class() != "ComboBox") make(child, panel);
+    RedrawWindow(panel, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+    DestroyWindow(panel);
 }
 
 void PanelLeakTest::Drop(size_t target, const std::function<void(testkit::DataObject&)>& offer) const {

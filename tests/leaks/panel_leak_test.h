@@ -44,6 +44,9 @@ class PanelLeakTest : public LeakTest {
 
     /// Opens and closes dialogs of these templates with nothing of the product in them: see bare_.
     void OpenBare(std::initializer_list<int> templates) const;
+    /// Shows and closes a window with as many children as the panel has, all of Windows' own classes: see
+    /// bare_.
+    void OpenBarePanel() const;
 
     /// The targets of the drops: the nine buttons, the hover picture, the drop-down and its edit field.
     IDropTarget& DropTarget(size_t index) const { return *dropTargets_.at(index); }
