@@ -19,6 +19,10 @@ void MeasureDock(const Effort& effort, Table& table);
 /// completing a name in it.
 void MeasureShortcutList(const Effort& effort, Table& table);
 
+/// Storing and removing one of a thousand records of Quon.ini beside the bare profile calls, which nothing
+/// protects.
+void MeasureRecords(const Effort& effort, Table& table);
+
 /// From the command until the group editor, the organiser and the icon chooser are painted, all with long
 /// contents, each beside its bare Windows calls.
 void MeasureDialogs(const Scene& scene, const Effort& effort, Table& table);

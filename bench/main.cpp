@@ -2,7 +2,7 @@
 //
 //     quon_bench            everything, as the figures in docs/performance.md are made
 //     quon_bench --quick    a short run, to see that all of it works
-//     quon_bench start      only that: start, switch, dock, processes, list, dialogs, size or memory
+//     quon_bench start      only that: start, switch, dock, list, records, dialogs, processes, size or memory
 
 #include <windows.h>
 
@@ -41,6 +41,7 @@ void Run(const std::vector<std::string>& arguments) {
     if (wants("switch")) bench::MeasureTabSwitch(scene, effort, table);
     if (wants("dock")) bench::MeasureDock(effort, table);
     if (wants("list")) bench::MeasureShortcutList(effort, table);
+    if (wants("records")) bench::MeasureRecords(effort, table);
     if (wants("dialogs")) bench::MeasureDialogs(scene, effort, table);
     if (wants("processes")) bench::MeasureProcessList(effort, table);
     if (wants("size")) bench::MeasureSize(scene, table);
