@@ -28,7 +28,7 @@ bool AskReplaceOrGroup(model::CButtonShortcut& button, std::string& target, std:
         return true;
     }
     if (button.FilePath.size() + 1 + target.size() > config::kLongestValue) {
-        dialogs::ShowNote(kCouldNotMake);
+        dialogs::ShowNote(dialogs::kCouldNotMake);
         return false;
     }
     target = button.FilePath + "|" + target;
@@ -82,7 +82,7 @@ void DropOnButton(PanelState& state, int index, const sys::DroppedData& data) {
     state.Context.Select(index);
     DroppedShortcut shortcut = ShortcutFromDrop(data);
     if (shortcut.target.empty() || shortcut.name.empty() || !CanBeOpened(shortcut.target))
-        dialogs::ShowNote(kCouldNotMake);
+        dialogs::ShowNote(dialogs::kCouldNotMake);
     else
         AddToButton(state, shortcut.target, shortcut.name, shortcut.commandSwitch);
     state.NoteActivity();

@@ -8,9 +8,6 @@
 
 namespace app {
 
-/// What the user is told when a target cannot become a shortcut.
-constexpr const char* kCouldNotMake = "Couldn't make this shortcut, sorry.";
-
 /// True for a URL and for an existing path that can be stored whole.
 bool CanBeOpened(const std::string& target);
 

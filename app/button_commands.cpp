@@ -93,7 +93,7 @@ void ButtonCommands::Run(int command) {
 
 void ButtonCommands::Add(const std::string& target, const std::string& name) {
     if (name.empty() || target.size() > config::kLongestValue) {
-        dialogs::ShowNote(kCouldNotMake);
+        dialogs::ShowNote(dialogs::kCouldNotMake);
         return;
     }
     std::string added = target;

@@ -158,7 +158,7 @@ void ShortcutBox::ActOnDrops() {
 void ShortcutBox::Store(const sys::DroppedData& data) {
     const DroppedShortcut shortcut = ShortcutFromDrop(data);
     if (!model::IsStorableTarget(shortcut.target)) {
-        dialogs::ShowNote(kCouldNotMake);
+        dialogs::ShowNote(dialogs::kCouldNotMake);
         return;
     }
     config::WriteIni(model::kCutsSection, shortcut.name, shortcut.target);

@@ -129,7 +129,7 @@ std::string frmEditB::NameToStore() const {
 void frmEditB::Apply() {
     const std::string name = NameToStore();
     if (name.empty()) {
-        ShowNote("Couldn't make this shortcut, sorry.");
+        ShowNote(kCouldNotMake);
         name_.SelectAll();
         return;
     }

@@ -13,6 +13,9 @@ namespace dialogs {
 /// What the user answered to the last message; cleared by ShowMessage once it is read.
 extern std::string MessageAnswer;
 
+/// What the user is told when a target cannot become a shortcut.
+constexpr const char* kCouldNotMake = "Couldn't make this shortcut, sorry.";
+
 /// How many message boxes and options dialogs are open.
 extern std::int16_t OpenDialogCount;
 
