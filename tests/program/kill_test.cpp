@@ -164,7 +164,8 @@ class BusySession {
     }
 
     Command DefineTab(int tab) {
-        const std::string label = "Tab " + std::to_string(tab) + "." + std::to_string(++count_);
+        // No longer than a tab takes, however long the session.
+        const std::string label = "T" + std::to_string(tab) + "." + std::to_string(++count_);
         const auto run = [this, tab, label] {
             PostClick(quon_.Header(tab), WM_RBUTTONDOWN, WM_RBUTTONUP);
             Window dialog;
