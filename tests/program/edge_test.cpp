@@ -183,8 +183,11 @@ TEST_F(EdgeTest, TheTimerKeepsTheStripOnTopWithoutTakingTheFocus) {
     const OtherWindow typing({100, 100, 300, 200});
     typing.AsWindow().Activate();
     for (int round = 0; round < 2; ++round) {
-        cover.Raise();
-        ASSERT_EQ(Window::At(strip), cover.AsWindow());
+        // The timer's tick may come at once.
+        WaitFor("the strip is covered", [&] {
+            cover.Raise();
+            return Window::At(strip) == cover.AsWindow();
+        });
         WaitFor("the strip is on top again", [&] { return Window::At(strip) == quon.Main(); });
         EXPECT_TRUE(typing.AsWindow().IsForeground()) << "the panel has taken the focus";
     }
