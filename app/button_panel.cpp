@@ -46,13 +46,12 @@ void ButtonContainer::WatchPointer() { SetTimer(Handle(), kPointerTimer, kPointe
 
 void ButtonContainer::LeavePointer() { KillTimer(Handle(), kPointerTimer); }
 
-std::optional<LRESULT> ButtonContainer::OnMessage(UINT message, WPARAM wParam, LPARAM /*lParam*/) {
+std::optional<LRESULT> ButtonContainer::OnMessage(UINT message, WPARAM /*wParam*/, LPARAM /*lParam*/) {
     switch (message) {
         // The buttons cover everything that the region leaves.
         case WM_ERASEBKGND: return 1;
         case WM_TIMER:
-            if (wParam != kPointerTimer || !onPointerCheck) return std::nullopt;
-            onPointerCheck();
+            if (onPointerCheck) onPointerCheck();
             return 0;
         default: return std::nullopt;
     }
