@@ -111,6 +111,8 @@ void ButtonPanel::HideHover() {
 }
 
 void ButtonPanel::HideHoverOutside() {
+    // A drag that began on the mark goes on outside.
+    if (GetCapture() == hover_.Handle()) return;
     const HWND below = WindowFromPoint(win::PointerPlace());
     const auto isBelow = [below](const win::PictureBox& picture) { return picture.Handle() == below; };
     // Only over the mark itself or a button does the mark stay.

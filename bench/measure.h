@@ -22,6 +22,14 @@ struct Effort {
 /// Wall time in milliseconds since some fixed moment.
 double WallTime();
 
+/// How long an action takes, in milliseconds.
+template <class Action>
+double Time(Action&& action) {
+    const double begin = WallTime();
+    action();
+    return WallTime() - begin;
+}
+
 /// Processor time that this process has used so far, in milliseconds. Wine counts it in steps of 10 ms, so
 /// only the sum over many runs tells something; for another process it answers with this one's.
 double ProcessorTime();

@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -18,14 +19,6 @@ constexpr int kRecords = 1000;
 constexpr int kRemovals = 11;
 
 using Records = std::vector<std::pair<std::string, std::string>>;
-
-/// How long it takes, in milliseconds.
-template <class Action>
-double Time(Action&& action) {
-    const double begin = WallTime();
-    action();
-    return WallTime() - begin;
-}
 
 Records ManyRecords() {
     Records records;
@@ -74,7 +67,7 @@ void MeasureRecords(const Effort& effort, Table& table) {
 
     std::vector<double> quonRemovals;
     std::vector<double> bareRemovals;
-    for (int removal = 0; removal < (effort.dialogs < kRemovals ? effort.dialogs : kRemovals); ++removal) {
+    for (int removal = 0; removal < std::min(effort.dialogs, kRemovals); ++removal) {
         WriteRecords(quon, records);
         WriteRecords(bare, records);
         quonRemovals.push_back(Time([&] { config::RemoveRecord(kSection, "App500"); }));

@@ -18,14 +18,6 @@
 namespace bench {
 namespace {
 
-/// How long it takes, in milliseconds.
-template <class Action>
-double Time(Action&& action) {
-    const double begin = WallTime();
-    action();
-    return WallTime() - begin;
-}
-
 /// As many entries as a section can be read with, some 1,500.
 std::string FullSection() {
     constexpr size_t kSectionLimit = 19998;

@@ -116,6 +116,10 @@ TEST_F(ButtonPanelTest, KeepsTheHoverPictureOnlyWhileThePointerIsOnItOrAButton) 
         for (const HWND elsewhere : {host_.Handle(), container, GetDesktopWindow(), HWND{}}) {
             buttons_.Hover(2);
             below = elsewhere;
+            SetCapture(hover);
+            look();
+            EXPECT_NE(GetWindowLongPtrW(hover, GWL_STYLE) & WS_VISIBLE, 0) << "it is being dragged from";
+            ReleaseCapture();
             look();
             EXPECT_EQ(GetWindowLongPtrW(hover, GWL_STYLE) & WS_VISIBLE, 0);
         }
