@@ -55,8 +55,8 @@ class ButtonPanel {
     /// Hides the hover picture.
     void HideHover();
 
-    /// Hides the hover picture unless it holds the mouse, or the pointer is on it or on a button that no other
-    /// window covers.
+    /// Hides the hover picture unless it holds the mouse, or the pointer is on it or on a button that no
+    /// other window covers.
     void HideHoverOutside();
 
     /// The button last under the mouse, 0 before the first.
