@@ -255,5 +255,24 @@ TEST_F(EdgeTest, ALongWaitTakesFurtherMovesAndClicksIn) {
     WaitFor("the panel comes out", [&] { return quon.IsOut(); });
 }
 
+TEST_F(EdgeTest, ALongWaitIsOverAsSoonAsThePanelIsOut) {
+    constexpr milliseconds kAtOnce{50};
+    constexpr int kInARow = 20;
+    ini_.pop_on_hover = true;
+    ini_.pop_delay = 600000;
+    QuonPanel quon = Start();
+    BeginHoverWait(quon);
+    ClickTrayIcon(quon);
+    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    // Between two sleeps there is time for a few answers, but not for so many.
+    int quick = 0;
+    WaitFor("the panel answers at once", [&] {
+        const auto start = std::chrono::steady_clock::now();
+        quon.Main().Send(WM_NULL);
+        quick = std::chrono::steady_clock::now() - start < kAtOnce ? quick + 1 : 0;
+        return quick >= kInARow;
+    });
+}
+
 }  // namespace
 }  // namespace testkit

@@ -357,6 +357,15 @@ TEST_F(DockingTest, DoesNotComeOutTwiceWhenItWasShownDuringTheWait) {
     EXPECT_EQ(log_.Count("place"), 1u);
 }
 
+TEST_F(DockingTest, StopsWaitingAsSoonAsItIsOutByOtherMeans) {
+    DockUnderTheMouse(60000);
+    onSleep_ = [this] { PostMessageW(window_, WM_APP, 0, 0); };
+    onEvent_ = [this] { dock_.ShowQuon(true, false); };
+    dock_.OnHover();
+    EXPECT_EQ(log_.Count("Sleep"), 1u);
+    EXPECT_FALSE(dock_.Hidden());
+}
+
 TEST_F(DockingTest, StopsWaitingWhenTheProgramEndsAndPassesTheEndOn) {
     DockUnderTheMouse(500);
     onSleep_ = [] { PostQuitMessage(7); };
