@@ -95,21 +95,24 @@ std::string SizeText(std::int32_t length) {
     return {};
 }
 
+std::string FileSizeText(const WIN32_FILE_ATTRIBUTE_DATA& data) {
+    // A folder has no length. One of 2 GiB and more has no 32-bit value: better no text than a negative one.
+    if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 || data.nFileSizeHigh != 0 ||
+        data.nFileSizeLow > std::numeric_limits<std::int32_t>::max())
+        return {};
+    return SizeText(static_cast<std::int32_t>(data.nFileSizeLow));
+}
+
 std::string FileSizeText(const std::string& path) {
     if (path.empty() || IsUrl(path)) return {};
     const auto data = FileAttributes(path);
-    // A folder has no length. One of 2 GiB and more has no 32-bit value: better no text than a negative one.
-    if (!data || (data->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 || data->nFileSizeHigh != 0 ||
-        data->nFileSizeLow > std::numeric_limits<std::int32_t>::max())
-        return {};
-    return SizeText(static_cast<std::int32_t>(data->nFileSizeLow));
+    return data ? FileSizeText(*data) : std::string();
 }
 
-std::string FileTimeText(const std::string& path) {
-    const auto data = FileAttributes(path);
+std::string FileTimeText(const WIN32_FILE_ATTRIBUTE_DATA& data) {
     SYSTEMTIME universal{};
     SYSTEMTIME local{};
-    if (!data || FileTimeToSystemTime(&data->ftLastWriteTime, &universal) == 0 ||
+    if (FileTimeToSystemTime(&data.ftLastWriteTime, &universal) == 0 ||
         SystemTimeToTzSpecificLocalTime(nullptr, &universal, &local) == 0)
         return {};
     wchar_t date[80]{};
@@ -118,6 +121,22 @@ std::string FileTimeText(const std::string& path) {
                     static_cast<int>(std::size(date)), nullptr);
     GetTimeFormatEx(LOCALE_NAME_USER_DEFAULT, 0, &local, nullptr, time, static_cast<int>(std::size(time)));
     return win::ToBytes(date) + " " + win::ToBytes(time);
+}
+
+std::string FileTimeText(const std::string& path) {
+    const auto data = FileAttributes(path);
+    return data ? FileTimeText(*data) : std::string();
+}
+
+std::string EncodeBars(const std::string& url) {
+    std::string encoded;
+    for (const char character : url) {
+        if (character == '|')
+            encoded += "%7C";
+        else
+            encoded += character;
+    }
+    return encoded;
 }
 
 }  // namespace sys

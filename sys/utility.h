@@ -1,5 +1,7 @@
 #pragma once
 
+#include <windows.h>
+
 #include <cstdint>
 #include <string>
 
@@ -24,11 +26,21 @@ bool IsUrl(const std::string& path);
 /// more.
 std::string FileSizeText(const std::string& path);
 
+/// The same from what Windows has told of the file; "" for a folder.
+std::string FileSizeText(const WIN32_FILE_ATTRIBUTE_DATA& data);
+
 /// The text for a length in bytes, "" for exactly 1 GiB; the digits are grouped as the user has it
 /// (GetNumberFormatEx).
 std::string SizeText(std::int32_t length);
 
 /// When a file was last modified, in the user's short date and time; "" when it cannot be read.
 std::string FileTimeText(const std::string& path);
+
+/// The same from what Windows has told of the file.
+std::string FileTimeText(const WIN32_FILE_ATTRIBUTE_DATA& data);
+
+/// A URL with each "|" written as "%7C", which means the same: a bare "|" stands between the targets of a
+/// group.
+std::string EncodeBars(const std::string& url);
 
 }  // namespace sys
