@@ -109,7 +109,8 @@ void EdgeDock::OnHover() {
 
 bool EdgeDock::WaitOut(int waits) const {
     const HWND window = window_;
-    // Brought out by other means, the panel has nothing to wait for, and would answer only between two sleeps.
+    // Brought out by other means, the panel has nothing to wait for, and would answer only between two
+    // sleeps.
     for (int wait = 0; wait < waits && hidden_; ++wait) {
         Sleep(kHoverWait);
         if (!win::ProcessPendingMessages(preTranslate_) || IsWindow(window) == 0) return false;
