@@ -51,16 +51,34 @@ void ShortcutBox::Detach() noexcept {
 void ShortcutBox::Refill() { model::CTextShortcut(&cMain_).FillCombo(); }
 
 void ShortcutBox::Go() {
+    if (ShowsRefreshItem()) {
+        OnChosen();
+        return;
+    }
     if (config::Settings.HideAfterLaunch) dock_.ShowQuon(false, false);
     Fire();
 }
 
 void ShortcutBox::Fire() {
-    if (model::CTextShortcut::FireShortcut(cMain_.Text()) == model::FireResult::kSearchToolMissing)
+    if (model::CTextShortcut::FireShortcut(NameToOpen()) == model::FireResult::kSearchToolMissing)
         dialogs::ShowNote(model::SearchToolMessage());
 }
 
+std::string ShortcutBox::NameToOpen() const {
+    const std::string typed = cMain_.Text();
+    // Of a match inside a name the box shows a text that no shortcut needs to have.
+    if (typed != completion_.shown || cMain_.Has(win::ToWide(typed))) return typed;
+    return cMain_.Has(win::ToWide(completion_.item)) ? completion_.item : typed;
+}
+
+bool ShortcutBox::ShowsRefreshItem() const { return cMain_.Text() == model::kRefreshItem; }
+
 void ShortcutBox::Enter() {
+    cMain_.TakeMarked();
+    if (ShowsRefreshItem()) {
+        OnChosen();
+        return;
+    }
     Fire();
     cMain_.ClearSelection();
     if (config::Settings.HideAfterLaunch) dock_.ShowQuon(false, false);
@@ -78,13 +96,11 @@ bool ShortcutBox::PreTranslate(const MSG& message) {
     // A fast typist presses Enter before letting go of the last letter: what opens must not hang on that.
     if (message.wParam == VK_RETURN) CompleteTyped();
     NoteKeyDown(message.wParam);
-    // While the list is open, Enter and Esc are the list's own.
-    if ((message.wParam != VK_RETURN && message.wParam != VK_ESCAPE) || cMain_.IsOpen()) return false;
-    if (message.wParam == VK_RETURN)
-        Enter();
-    else
-        Escape();
-    return true;
+    // Esc in an open list is the list's own: it closes that and nothing more.
+    if (message.wParam == VK_ESCAPE && cMain_.IsOpen()) return false;
+    if (message.wParam == VK_RETURN) Enter();
+    if (message.wParam == VK_ESCAPE) Escape();
+    return message.wParam == VK_RETURN || message.wParam == VK_ESCAPE;
 }
 
 void ShortcutBox::NoteKeyDown(WPARAM key) {
@@ -111,11 +127,12 @@ void ShortcutBox::CompleteTyped() {
 void ShortcutBox::Complete() {
     const std::wstring typed = win::ToWide(cMain_.Text());
     SendMessageA(cMain_.Handle(), WM_SETREDRAW, 0, 0);
-    if (const auto found = cMain_.FindContaining(typed)) {
+    if (const auto found = cMain_.FindContaining(typed, win::ToWide(model::kRefreshItem))) {
         // From its beginning the item is shown as it is spelt.
         const std::wstring shown =
             found->at == 0 ? found->item : typed + found->item.substr(found->at + typed.size());
-        cMain_.SetText(win::ToBytes(shown));
+        completion_ = {win::ToBytes(shown), win::ToBytes(found->item)};
+        cMain_.SetText(completion_.shown);
         cMain_.SelectFrom(typed.size());
     }
     SendMessageA(cMain_.Handle(), WM_SETREDRAW, static_cast<WPARAM>(-1), 0);
@@ -124,13 +141,25 @@ void ShortcutBox::Complete() {
 }
 
 void ShortcutBox::OnNotification(int code) {
-    // The arrow keys choose without opening the list. The text follows only after the notification.
-    if (code == CBN_SELENDOK || (code == CBN_SELCHANGE && !cMain_.IsOpen()))
-        PostMessageW(GetParent(cMain_.Handle()), WM_QUON_CHOSEN, 0, 0);
+    switch (code) {
+        case CBN_DROPDOWN:
+            listOpen_ = true;
+            chosen_ = false;
+            break;
+        // Arrow keys and wheel over the closed list tell of the same, but only fill the box.
+        case CBN_SELENDOK: chosen_ = listOpen_; break;
+        case CBN_SELENDCANCEL: chosen_ = false; break;
+        case CBN_CLOSEUP:
+            listOpen_ = false;
+            // The text may follow only after the notification.
+            if (std::exchange(chosen_, false)) PostMessageW(GetParent(cMain_.Handle()), WM_QUON_CHOSEN, 0, 0);
+            break;
+        default: break;
+    }
 }
 
 void ShortcutBox::OnChosen() {
-    if (cMain_.Text() != model::kRefreshItem) return;
+    if (!ShowsRefreshItem()) return;
     Refill();
     cMain_.SetText("");
     if (config::Settings.ShowCollected) CollectApplications();

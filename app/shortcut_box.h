@@ -36,8 +36,8 @@ class ShortcutBox {
     /// used.
     bool PreTranslate(const MSG& message);
 
-    /// A notification (CBN_) of the box; after a choice the parent gets WM_QUON_CHOSEN, when the box shows
-    /// it.
+    /// A notification (CBN_) of the box; after a choice from the open list the parent gets WM_QUON_CHOSEN,
+    /// when the box shows it.
     void OnNotification(int code);
 
     /// An item was chosen: the refresh item fills the list anew and collects applications, when those are to
@@ -54,7 +54,15 @@ class ShortcutBox {
     win::ComboBox& List() noexcept { return cMain_; }
 
   private:
+    /// What a completion put into the box, and the item that it stands for.
+    struct Completion {
+        std::string shown;
+        std::string item;
+    };
+
     void Fire();
+    [[nodiscard]] std::string NameToOpen() const;
+    [[nodiscard]] bool ShowsRefreshItem() const;
     void Enter();
     void Escape();
     void NoteKeyDown(WPARAM key);
@@ -69,6 +77,9 @@ class ShortcutBox {
     std::vector<sys::DroppedData> waiting_;
     bool typing_ = false;    // the last key that went down types a character of a name
     std::string beforeKey_;  // the text that it found
+    Completion completion_;  // the last one
+    bool listOpen_ = false;  // between CBN_DROPDOWN and CBN_CLOSEUP
+    bool chosen_ = false;    // an item was chosen in the open list
 };
 
 }  // namespace app

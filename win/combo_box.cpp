@@ -61,13 +61,30 @@ std::string ComboBox::Text() const { return WindowText(handle_); }
 
 void ComboBox::SetText(const std::string& text) { win::SetText(handle_, text); }
 
-std::optional<FoundItem> ComboBox::FindContaining(std::wstring_view text) const {
+std::optional<FoundItem> ComboBox::FindContaining(std::wstring_view text, std::wstring_view except) const {
     const std::wstring wanted = UpperCase(std::wstring(text));
-    const size_t at = upperItems_.find(wanted);
-    if (wanted.empty() || at == std::wstring::npos) return std::nullopt;
-    const size_t before = at == 0 ? std::wstring::npos : items_.rfind(L'\0', at - 1);
-    const size_t start = before == std::wstring::npos ? 0 : before + 1;
-    return FoundItem{items_.substr(start, items_.find(L'\0', at) - start), at - start};
+    if (wanted.empty()) return std::nullopt;
+    for (size_t at = upperItems_.find(wanted); at != std::wstring::npos;) {
+        const size_t before = at == 0 ? std::wstring::npos : items_.rfind(L'\0', at - 1);
+        const size_t start = before == std::wstring::npos ? 0 : before + 1;
+        const size_t end = items_.find(L'\0', at);
+        FoundItem found{items_.substr(start, end - start), at - start};
+        if (found.item != except) return found;
+        at = upperItems_.find(wanted, end);
+    }
+    return std::nullopt;
+}
+
+bool ComboBox::Has(std::wstring_view text) const {
+    const std::wstring wanted = L'\0' + UpperCase(std::wstring(text)) + L'\0';
+    return (L'\0' + upperItems_).find(wanted) != std::wstring::npos;
+}
+
+void ComboBox::TakeMarked() {
+    if (!IsOpen()) return;
+    const LRESULT marked = SendMessageW(list_, LB_GETCURSEL, 0, 0);
+    SendMessageW(handle_, CB_SHOWDROPDOWN, FALSE, 0);
+    if (marked != LB_ERR) SendMessageW(handle_, CB_SETCURSEL, static_cast<WPARAM>(marked), 0);
 }
 
 void ComboBox::SelectFrom(size_t start) {

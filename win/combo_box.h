@@ -39,8 +39,16 @@ class ComboBox {
     /// All items, in order.
     [[nodiscard]] std::vector<std::string> Items() const;
 
-    /// The first item that contains the text ignoring case; an empty text is in none.
-    [[nodiscard]] std::optional<FoundItem> FindContaining(std::wstring_view text) const;
+    /// The first item that contains the text ignoring case, items spelled `except` passed over; an empty text
+    /// is in none.
+    [[nodiscard]] std::optional<FoundItem> FindContaining(std::wstring_view text,
+                                                          std::wstring_view except = {}) const;
+
+    /// True when an item is this text, ignoring case.
+    [[nodiscard]] bool Has(std::wstring_view text) const;
+
+    /// Closes an open list; the item that is marked in it, if any, comes into the edit field.
+    void TakeMarked();
 
     /// What stands in the edit field.
     [[nodiscard]] std::string Text() const;

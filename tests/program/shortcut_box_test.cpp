@@ -70,6 +70,11 @@ class ShortcutBoxProgramTest : public ::testing::Test {
         mouse::Click(POINT{list.Rect().left + 20, list.Rect().bottom - 8});
     }
 
+    void OpenList() const {
+        keyboard::Chord({VK_MENU, VK_DOWN});
+        WaitFor("the list opens", [&] { return quon_->Shortcuts().Send(CB_GETDROPPEDSTATE) != FALSE; });
+    }
+
     ProgramFolder folder_;
     QuonIni ini_;
     std::string rest_;
@@ -262,6 +267,48 @@ TEST_F(OpeningTest, AChosenNameIsOpenedByEnterOnly) {
     ExpectShown("Second|");
 }
 
+TEST_F(OpeningTest, EnterInTheOpenListOpensTheMarkedNameAtOnce) {
+    const std::string first = MakeTarget("first.exe");
+    const std::string second = MakeTarget("second.exe");
+    ini_.cuts.emplace_back("First", first);
+    ini_.cuts.emplace_back("Second", second);
+    Start();
+    OpenList();
+    keyboard::Press(VK_DOWN, 2);
+    ExpectShown("[Second]");
+    keyboard::Press(VK_RETURN);
+    CloseAfterLaunch(second, 1);
+    ExpectShown("Second|");
+    EXPECT_EQ(quon_->Shortcuts().Send(CB_GETDROPPEDSTATE), FALSE);
+    EXPECT_THAT(TargetLaunches(first), IsEmpty());
+}
+
+TEST_F(OpeningTest, EscInTheOpenListClosesThatAndNothingMore) {
+    ini_.cuts.emplace_back("First", "C:\\nothing");
+    Start();
+    OpenList();
+    keyboard::Press(VK_DOWN);
+    ExpectShown("[First]");
+    keyboard::Press(VK_ESCAPE);
+    WaitFor("the list closes", [&] { return quon_->Shortcuts().Send(CB_GETDROPPEDSTATE) == FALSE; });
+    quon_->Program().WaitUntilIdle();
+    EXPECT_EQ(Edit().Text(), "First");
+    EXPECT_TRUE(quon_->IsOut());
+}
+
+TEST_F(OpeningTest, AMatchInsideANameOpensThatName) {
+    const std::string target = MakeTarget("target.exe");
+    ini_.cuts.emplace_back("Great editor", target);
+    Start();
+    keyboard::Type("edit");
+    ExpectShown("edit[or]");
+    keyboard::Press(VK_RETURN);
+    CloseAfterLaunch(target, 1);
+    ExpectShown("editor|");
+    mouse::Click(quon_->ImageButton(3));
+    CloseAfterLaunch(target, 2);
+}
+
 TEST_F(OpeningTest, AQueryStartsTheSearchToolOrSaysThatItIsMissing) {
     Start();
     keyboard::Type("?budget 2 план\n");
@@ -301,6 +348,23 @@ TEST_F(RefreshTest, TheRefreshItemReadsTheFileAnew) {
     ExpectShown("|");
     EXPECT_FALSE(MessageBoxWindow::IsShown(quon_->Id()));
     EXPECT_FALSE(folder_.Ini().HasSection("Collected"));
+}
+
+TEST_F(RefreshTest, KeysAndWheelOverTheClosedListOnlyFillTheBox) {
+    ini_.show_collected = true;
+    Start();
+    keyboard::Press(VK_DOWN);
+    ExpectShown("[[Refresh list]]");
+    mouse::MoveTo(Edit().Centre());
+    mouse::Wheel(-1);
+    quon_->Program().WaitUntilIdle();
+    EXPECT_FALSE(folder_.Ini().HasSection("Collected"));
+    EXPECT_FALSE(MessageBoxWindow::IsShown(quon_->Id()));
+    EXPECT_EQ(Edit().Text(), "[Refresh list]");
+    // Enter is a choice.
+    keyboard::Press(VK_RETURN);
+    MessageBoxWindow::Wait(quon_->Id()).ClickButton(0);
+    ExpectListed("notepad");
 }
 
 TEST_F(RefreshTest, CollectsTheProgramsThatAreRegistered) {

@@ -89,16 +89,72 @@ TEST_F(ShortcutBoxTest, LeavesOtherKeysAndOtherWindowsAlone) {
     EXPECT_THAT(log_.Lines(), IsEmpty());
 }
 
-TEST_F(ShortcutBoxTest, LeavesEnterAndEscToAnOpenList) {
-    ShowWindow(host_.Handle(), SW_SHOWNOACTIVATE);
-    SendMessageW(box_.List().Handle(), CB_SHOWDROPDOWN, TRUE, 0);
-    ASSERT_TRUE(box_.List().IsOpen());
+class OpenListTest : public ShortcutBoxFixture {
+  protected:
+    OpenListTest() {
+        folder_.WriteIniText("[Cuts]\r\nПлан=C:\\план.txt\r\nДруги=C:\\other.txt\r\n");
+        box_.Refill();
+        ShowWindow(host_.Handle(), SW_SHOWNOACTIVATE);
+    }
+    void OpenList(int marked) {
+        SendMessageW(box_.List().Handle(), CB_SHOWDROPDOWN, TRUE, 0);
+        ASSERT_TRUE(box_.List().IsOpen());
+        COMBOBOXINFO info{};
+        info.cbSize = sizeof info;
+        GetComboBoxInfo(box_.List().Handle(), &info);
+        SendMessageW(info.hwndList, LB_SETCURSEL, static_cast<WPARAM>(marked), 0);
+    }
+};
+
+TEST_F(OpenListTest, EscIsTheListsOwn) {
+    OpenList(0);
     MSG message{};
     message.hwnd = Edit();
     message.message = WM_KEYDOWN;
-    for (const WPARAM key : {WPARAM{VK_RETURN}, WPARAM{VK_ESCAPE}}) {
-        message.wParam = key;
-        EXPECT_FALSE(box_.PreTranslate(message));
+    message.wParam = VK_ESCAPE;
+    EXPECT_FALSE(box_.PreTranslate(message));
+    EXPECT_THAT(log_.Lines(), IsEmpty());
+    EXPECT_FALSE(dock_.Hidden());
+}
+
+TEST_F(OpenListTest, EnterTakesTheMarkedNameAndOpensIt) {
+    box_.List().SetText("План");
+    OpenList(1);
+    EXPECT_TRUE(Key(WM_KEYDOWN, VK_RETURN));
+    EXPECT_FALSE(box_.List().IsOpen());
+    EXPECT_EQ(Text(), "Други");
+    EXPECT_THAT(log_.Lines(), ElementsAre("open C:\\other.txt"));
+}
+
+TEST_F(OpenListTest, EnterOpensWhatIsTypedWhereNothingIsMarked) {
+    box_.List().SetText("План");
+    OpenList(-1);
+    EXPECT_TRUE(Key(WM_KEYDOWN, VK_RETURN));
+    EXPECT_FALSE(box_.List().IsOpen());
+    EXPECT_THAT(log_.Lines(), ElementsAre("open C:\\план.txt"));
+}
+
+TEST_F(OpenListTest, EnterOnTheRefreshItemRefreshes) {
+    config::Settings.HideAfterLaunch = true;
+    folder_.WriteIniText("[Cuts]\r\nНовый=C:\\a\r\n");
+    OpenList(2);
+    EXPECT_TRUE(Key(WM_KEYDOWN, VK_RETURN));
+    EXPECT_EQ(Text(), "");
+    EXPECT_THAT(box_.List().Items(), ElementsAre("Новый", "[Refresh list]"));
+    EXPECT_THAT(log_.Lines(), IsEmpty()) << "nothing is opened or docked";
+}
+
+TEST_F(ShortcutBoxTest, EnterAndGoOnTheRefreshItemRefresh) {
+    config::Settings.HideAfterLaunch = true;
+    for (const char* name : {"Новый", "Други"}) {
+        folder_.WriteIniText(std::string("[Cuts]\r\n") + name + "=C:\\a\r\n");
+        box_.List().SetText("[Refresh list]");
+        if (name == std::string("Новый"))
+            EXPECT_TRUE(Key(WM_KEYDOWN, VK_RETURN));
+        else
+            box_.Go();
+        EXPECT_EQ(Text(), "");
+        EXPECT_THAT(box_.List().Items(), ElementsAre(name, "[Refresh list]"));
     }
     EXPECT_THAT(log_.Lines(), IsEmpty());
 }
@@ -126,19 +182,19 @@ class ChoosingTest : public ShortcutBoxFixture {
     }
 };
 
-TEST_F(ChoosingTest, TellsTheWindowWhenTheBoxShowsTheChoice) {
-    box_.OnNotification(CBN_SELENDOK);
-    EXPECT_EQ(Told(), 1);
-    box_.OnNotification(CBN_SELCHANGE);
-    EXPECT_EQ(Told(), 1) << "an arrow key in the closed list";
-    for (const int code : {CBN_SELENDCANCEL, CBN_EDITCHANGE, CBN_EDITUPDATE, CBN_DROPDOWN, CBN_CLOSEUP,
-                           CBN_SETFOCUS, CBN_KILLFOCUS})
-        box_.OnNotification(code);
-    EXPECT_EQ(Told(), 0);
-    ShowWindow(host_.Handle(), SW_SHOWNOACTIVATE);
-    SendMessageW(box_.List().Handle(), CB_SHOWDROPDOWN, TRUE, 0);
-    box_.OnNotification(CBN_SELCHANGE);
-    EXPECT_EQ(Told(), 0) << "the choice goes on while the list is open";
+TEST_F(ChoosingTest, TellsTheWindowOfAChoiceFromTheOpenListOnly) {
+    const auto notify = [this](std::initializer_list<int> codes) {
+        for (const int code : codes)
+            box_.OnNotification(code);
+        return Told();
+    };
+    EXPECT_EQ(notify({CBN_DROPDOWN, CBN_SELCHANGE, CBN_SELENDOK}), 0) << "it is not over yet";
+    EXPECT_EQ(notify({CBN_CLOSEUP, CBN_SELCHANGE}), 1);
+    EXPECT_EQ(notify({CBN_SELENDOK, CBN_SELCHANGE}), 0) << "an arrow key or the wheel over the closed list";
+    EXPECT_EQ(notify({CBN_DROPDOWN, CBN_SELCHANGE, CBN_SELENDCANCEL, CBN_CLOSEUP}), 0) << "Esc";
+    EXPECT_EQ(notify({CBN_DROPDOWN, CBN_SELENDOK, CBN_SELENDCANCEL, CBN_CLOSEUP}), 0);
+    EXPECT_EQ(notify({CBN_SELENDOK, CBN_DROPDOWN, CBN_CLOSEUP}), 0);
+    EXPECT_EQ(notify({CBN_EDITCHANGE, CBN_EDITUPDATE, CBN_SETFOCUS, CBN_KILLFOCUS, CBN_CLOSEUP}), 0);
 }
 
 TEST_F(ChoosingTest, TheRefreshItemFillsTheListAnewAndEmptiesTheBox) {
@@ -167,8 +223,9 @@ TEST(PanelChoiceTest, ThePanelHandsTheChoiceToTheBox) {
     const testkit::Window list = panel.Window().Child(IDC_SHORTCUTS);
     list.SetText("[Refresh list]");
     panel.Log().Clear();
-    panel.Window().Send(WM_COMMAND, MAKEWPARAM(IDC_SHORTCUTS, CBN_SELENDOK),
-                        reinterpret_cast<LPARAM>(list.Handle()));
+    for (const int code : {CBN_DROPDOWN, CBN_SELENDOK, CBN_CLOSEUP})
+        panel.Window().Send(WM_COMMAND, MAKEWPARAM(IDC_SHORTCUTS, code),
+                            reinterpret_cast<LPARAM>(list.Handle()));
     EXPECT_EQ(list.Text(), "[Refresh list]");
     MSG message{};
     ASSERT_TRUE(PeekMessageW(&message, panel.Window().Handle(), WM_QUON_CHOSEN, WM_QUON_CHOSEN, PM_REMOVE));

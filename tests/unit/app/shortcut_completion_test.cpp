@@ -83,7 +83,43 @@ TEST_F(ShortcutCompletionTest, TheFirstItemOfTheListCounts) {
     EXPECT_EQ(Shown(), "2|");
     box_.List().SetText("");
     Type("re");
-    EXPECT_EQ(Shown(), "re[fresh list]]") << "the refresh item is the list's last";
+    EXPECT_EQ(Shown(), "re|") << "the refresh item is no name";
+}
+
+TEST_F(ShortcutCompletionTest, AMatchInsideAnItemOpensThatItem) {
+    Type("otep");
+    ASSERT_EQ(Shown(), "otep[ad]");
+    Key(WM_KEYDOWN, VK_RETURN);
+    box_.Go();
+    EXPECT_THAT(log_.Lines(), ElementsAre("open 2", "open 2"));
+    log_.Clear();
+    // Accepted by the cursor keys it is still what was composed.
+    Select(6, 6);
+    Key(WM_KEYDOWN, VK_RETURN);
+    EXPECT_THAT(log_.Lines(), ElementsAre("open 2"));
+    log_.Clear();
+    Down(VK_BACK, 8);
+    ASSERT_EQ(Text(), "otepa");
+    Key(WM_KEYDOWN, VK_RETURN);
+    EXPECT_THAT(log_.Lines(), ElementsAre("start rundll32.exe url.dll,FileProtocolHandler otepa"))
+        << "changed, it is the user's own text";
+}
+
+TEST_F(ShortcutCompletionTest, AShortcutOfTheComposedNameGoesFirst) {
+    folder_.WriteIniText("[Cuts]\r\nNotepad=2\r\nOTEPAD=7\r\n");
+    box_.Refill();
+    Type("otep");
+    ASSERT_EQ(Shown(), "otep[ad]");
+    Key(WM_KEYDOWN, VK_RETURN);
+    EXPECT_THAT(log_.Lines(), ElementsAre("open 7"));
+}
+
+TEST_F(ShortcutCompletionTest, AnItemThatIsGoneIsNotOpened) {
+    Type("otep");
+    folder_.WriteIniText("[Cuts]\r\nCalc=1\r\n");
+    box_.Refill();
+    Key(WM_KEYDOWN, VK_RETURN);
+    EXPECT_THAT(log_.Lines(), ElementsAre("start rundll32.exe url.dll,FileProtocolHandler otepad"));
 }
 
 TEST_F(ShortcutCompletionTest, MatchesInEveryScriptIgnoringCase) {

@@ -154,5 +154,24 @@ TEST_F(ComboBoxTest, ThatCannotBeMadeIsAnError) {
     EXPECT_EQ(ComboBox().Edit(), nullptr);
 }
 
+TEST_F(ComboBoxTest, PassesOverAnItemInTheSearch) {
+    list_.SetItems({"alpha", "[Refresh list]", "alphabet", "refresh"});
+    const auto found = list_.FindContaining(L"REF", L"[Refresh list]");
+    ASSERT_TRUE(found.has_value());
+    EXPECT_EQ(found->item, L"refresh");
+    EXPECT_EQ(list_.FindContaining(L"a", L"alpha")->item, L"alphabet");
+    EXPECT_FALSE(list_.FindContaining(L"list", L"[Refresh list]").has_value());
+    EXPECT_EQ(list_.FindContaining(L"list")->item, L"[Refresh list]");
+}
+
+TEST_F(ComboBoxTest, KnowsItsItemsIgnoringCase) {
+    EXPECT_FALSE(list_.Has(L"one"));
+    list_.SetItems({"one", "Бета č", "three"});
+    for (const wchar_t* text : {L"one", L"ONE", L"бЕТА Č", L"three"})
+        EXPECT_TRUE(list_.Has(text)) << ToBytes(text);
+    for (const wchar_t* text : {L"on", L"ne", L"thre", L"one two", L""})
+        EXPECT_FALSE(list_.Has(text)) << ToBytes(text);
+}
+
 }  // namespace
 }  // namespace win
