@@ -7,25 +7,36 @@
 #include <shlobj.h>
 
 #include <array>
+#include <vector>
 
 #include "sys/shell_folders.h"
 #include "win/handles.h"
 #include "win/process_start.h"
+#include "win/text.h"
 #include "win/window.h"
 
 namespace sys {
 namespace {
 
-constexpr DWORD kNameSize = 255;  // bytes, the NUL that ends the name among them
-using NameBuffer = std::array<char, kNameSize>;
+// In characters, the NUL that ends the name among them: no path of Windows is longer.
+constexpr DWORD kNameSize = 32768;
 
-/// The picker takes what is in its buffers for a name to begin with: blanks are none.
-NameBuffer BlankName() {
-    NameBuffer name{};
-    name.fill(' ');
-    name.back() = '\0';
-    return name;
-}
+/// Puts the current folder of the process back: the pickers change it while the user looks around, and a
+/// folder that is current cannot be removed, nor its drive.
+class CurrentFolderKept {
+  public:
+    CurrentFolderKept() : folder_(GetCurrentDirectoryW(0, nullptr), L'\0') {
+        folder_.resize(GetCurrentDirectoryW(static_cast<DWORD>(folder_.size()), folder_.data()));
+    }
+    CurrentFolderKept(const CurrentFolderKept&) = delete;
+    CurrentFolderKept& operator=(const CurrentFolderKept&) = delete;
+    CurrentFolderKept(CurrentFolderKept&&) = delete;
+    CurrentFolderKept& operator=(CurrentFolderKept&&) = delete;
+    ~CurrentFolderKept() { SetCurrentDirectoryW(folder_.c_str()); }
+
+  private:
+    std::wstring folder_;
+};
 
 std::string Trimmed(const std::string& text) {
     const size_t first = text.find_first_not_of(' ');
@@ -50,31 +61,34 @@ void clsBmenu::ShowProperties(const std::string& path) {
 }
 
 std::string clsBmenu::GetFolder() {
-    const std::string title = win::ProgramRoot();
-    BROWSEINFOA record{};
+    const CurrentFolderKept kept;
+    const std::wstring title = win::ToWide(win::ProgramRoot());
+    BROWSEINFOW record{};
     record.hwndOwner = GetDesktopWindow();
     record.lpszTitle = title.c_str();
     record.ulFlags = BIF_RETURNONLYFSDIRS;
-    const LPITEMIDLIST chosen = SHBrowseForFolderA(&record);
+    const LPITEMIDLIST chosen = SHBrowseForFolderW(&record);
     return chosen == nullptr ? std::string() : TakePath(chosen);
 }
 
 std::string clsBmenu::GetFile() {
-    NameBuffer path = BlankName();
-    NameBuffer title = BlankName();
-    const std::string folder = win::ProgramRoot();
-    OPENFILENAMEA record{};
+    const CurrentFolderKept kept;
+    // The picker takes what is in its buffers for a name to begin with, so they are empty.
+    std::vector<wchar_t> path(kNameSize);
+    std::vector<wchar_t> title(kNameSize);
+    const std::wstring folder = win::ToWide(win::ProgramRoot());
+    OPENFILENAMEW record{};
     record.lStructSize = sizeof record;
     record.hwndOwner = GetDesktopWindow();
     record.hInstance = win::ModuleInstance();
-    record.lpstrFilter = "All Files (*.*)\0*.*\0";
+    record.lpstrFilter = L"All Files (*.*)\0*.*\0";
     record.lpstrFile = path.data();
     record.nMaxFile = kNameSize;
     record.lpstrFileTitle = title.data();
     record.nMaxFileTitle = kNameSize;
     record.lpstrInitialDir = folder.c_str();
-    record.lpstrTitle = "Select file";
-    return GetOpenFileNameA(&record) != FALSE ? Trimmed(path.data()) : std::string();
+    record.lpstrTitle = L"Select file";
+    return GetOpenFileNameW(&record) != FALSE ? Trimmed(win::ToBytes(path.data())) : std::string();
 }
 
 int clsBmenu::FileOperation(std::int16_t operation, const std::string& source,

@@ -20,11 +20,11 @@ class clsBmenu {
     /// Opens the shell's properties sheet of a path (ShellExecuteEx). Nothing tells whether it came up.
     static void ShowProperties(const std::string& path);
 
-    /// Asks for a folder of the file system (SHBrowseForFolder); "" when the user cancels.
+    /// Asks for a folder of the file system (SHBrowseForFolderW); "" when the user cancels. The path comes
+    /// whole, whatever its script and length; the current folder of the process stays what it was.
     static std::string GetFolder();
 
-    /// Asks for a file (GetOpenFileName); "" when the user cancels, and for a path that takes more than 254
-    /// bytes.
+    /// The same for a file (GetOpenFileNameW).
     static std::string GetFile();
 
     /// Copies, moves, renames, recycles or deletes one file or folder (SHFileOperation); `destination` counts

@@ -5,14 +5,16 @@
 #include <shlobj.h>
 
 #include <array>
+#include <vector>
 
 #include "win/process_start.h"
+#include "win/text.h"
 
 namespace sys {
 namespace {
 
-// Large enough for 260 characters of up to four bytes in a UTF-8 process.
-constexpr size_t kPathBuffer = size_t{4} * MAX_PATH;
+// In characters: no path of Windows is longer, so that none is cut.
+constexpr DWORD kPathBuffer = 32768;
 constexpr DWORD kDriveBuffer = 255;
 constexpr DWORD kLabelBuffer = 255;
 constexpr int kDriveLimit = 100;
@@ -83,11 +85,10 @@ void AddPlaces(Loader& loader, win::MenuArray& menu) {
 }  // namespace
 
 std::string TakePath(LPITEMIDLIST list) {
-    std::string path(kPathBuffer, ' ');
-    path.back() = '\0';
-    if (SHGetPathFromIDListA(list, path.data()) == FALSE) path.front() = '\0';
+    std::vector<wchar_t> path(kPathBuffer);
+    const BOOL found = SHGetPathFromIDListEx(list, path.data(), kPathBuffer, GPFIDL_DEFAULT);
     CoTaskMemFree(list);
-    return path.substr(0, path.find('\0'));
+    return found != FALSE ? win::ToBytes(path.data()) : std::string();
 }
 
 void clsShell::ListShellFolders(win::MenuArray& menu) {

@@ -10,8 +10,8 @@
 
 namespace sys {
 
-/// The file-system path of an item list that the shell has given; "" when it has none. The list is freed
-/// (SHGetPathFromIDListA).
+/// The file-system path of an item list that the shell has given, whole, whatever its script and length; ""
+/// when it has none. The list is freed (SHGetPathFromIDListEx).
 std::string TakePath(LPITEMIDLIST list);
 
 /// The folders that the shell keeps for the system and the user, and the machine's drives.

@@ -10,10 +10,21 @@
 namespace sys {
 namespace {
 
+// Characters: no path and no command line of Windows is longer.
+constexpr size_t kLongestText = 32768;
+
 struct Link {
     std::string target;
     std::string arguments;
 };
+
+/// The scripting object keeps its texts as bytes, 260 of them at most: what does not fit is cut, what its
+/// code page does not know becomes "?".
+bool MayBeCut(const std::string& text) {
+    constexpr size_t kLongestCharacter = 4;
+    return text.size() + kLongestCharacter >= MAX_PATH || text.find('?') != std::string::npos ||
+           text.find("\xEF\xBF\xBD") != std::string::npos;
+}
 
 Link ReadWithScriptShell(const std::string& path) {
     CLSID shellClass{};
@@ -42,8 +53,8 @@ Link ReadWithShellLink(const std::string& path) {
     if (FAILED(link->QueryInterface(IID_IPersistFile, file.ReceiveVoid())) ||
         FAILED(file->Load(win::ToWide(path).c_str(), STGM_READ)))
         return {};
-    std::wstring target(INFOTIPSIZE, L'\0');
-    std::wstring arguments(INFOTIPSIZE, L'\0');
+    std::wstring target(kLongestText, L'\0');
+    std::wstring arguments(kLongestText, L'\0');
     link->GetPath(target.data(), static_cast<int>(target.size()), nullptr, 0);
     link->GetArguments(arguments.data(), static_cast<int>(arguments.size()));
     return {win::ToBytes(target.c_str()), win::ToBytes(arguments.c_str())};
@@ -54,7 +65,10 @@ Link ReadWithShellLink(const std::string& path) {
 std::string ReadLinkTarget(const std::string& path) {
     if (!path.ends_with("lnk")) return path + "|";
     Link link = ReadWithScriptShell(path);
-    if (link.target.empty()) link = ReadWithShellLink(path);
+    if (link.target.empty() || MayBeCut(link.target) || MayBeCut(link.arguments)) {
+        const Link whole = ReadWithShellLink(path);
+        if (whole.target.size() >= link.target.size()) link = whole;
+    }
     return link.target + "|" + link.arguments;
 }
 

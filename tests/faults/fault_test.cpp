@@ -225,8 +225,8 @@ class FaultsTest : public testing::Test {
     /// it does not learn that it is its own.
     static bool IsByDesign(const Fault& fault, const std::string& section, const std::string& key,
                            const std::optional<std::string>& old, const std::optional<std::string>& now) {
-        static const std::set<std::string> pickers{"GetOpenFileNameA", "SHBrowseForFolderA",
-                                                   "SHGetPathFromIDListA"};
+        static const std::set<std::string> pickers{"GetOpenFileNameW", "SHBrowseForFolderW",
+                                                   "SHGetPathFromIDListEx"};
         if (old.value_or("").empty() && fault.function == "GetWindowThreadProcessId") return true;
         if (section == "Buttons") return now == "" && (!old || fault.function == "PathFileExistsA");
         return (key.empty() && now == "") || (!old && pickers.contains(fault.function));

@@ -175,11 +175,11 @@ void Stage::PlayShell() {
 }
 
 void Stage::PlayPickers() {
-    fakes_.push_back(FAKE_CALL(GetOpenFileNameA, [this](LPOPENFILENAMEA record) -> WINBOOL {
-        std::strcpy(record->lpstrFile, File("notes.txt").c_str());
+    fakes_.push_back(FAKE_CALL(GetOpenFileNameW, [this](LPOPENFILENAMEW record) -> WINBOOL {
+        std::wcscpy(record->lpstrFile, testkit::Wide(File("notes.txt")).c_str());
         return TRUE;
     }));
-    fakes_.push_back(FAKE_CALL(SHBrowseForFolderA, [](LPBROWSEINFOA) {
+    fakes_.push_back(FAKE_CALL(SHBrowseForFolderW, [](LPBROWSEINFOW) {
         // The product's own slot, so that the books are kept on it.
         LPITEMIDLIST list = nullptr;
         SHGetSpecialFolderLocation(nullptr, CSIDL_WINDOWS, &list);

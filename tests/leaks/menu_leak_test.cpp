@@ -12,6 +12,7 @@
 #include "sys/process_list.h"
 #include "tests/leaks/panel_leak_test.h"
 #include "tests/support/hidden_window.h"
+#include "tests/support/text.h"
 
 namespace leaks {
 namespace {
@@ -79,7 +80,7 @@ TEST_F(MenuLeakTest, MenusOfButtons) {
 }
 
 TEST_F(MenuLeakTest, SubmenusOfAButtonsMenu) {
-    fakes_.push_back(FAKE_CALL(SHBrowseForFolderA, [](LPBROWSEINFOA) -> LPITEMIDLIST { return nullptr; }));
+    fakes_.push_back(FAKE_CALL(SHBrowseForFolderW, [](LPBROWSEINFOW) -> LPITEMIDLIST { return nullptr; }));
     Repeat([this] {
         // The programs that run, before the last three items: the first of them is assigned.
         PressInMenu(4, VK_UP);
@@ -138,12 +139,13 @@ TEST_F(MenuLeakTest, TheListOfProcesses) {
 }
 
 TEST_F(MenuLeakTest, AssigningFileOperationsAndProperties) {
-    fakes_.push_back(FAKE_CALL(SHBrowseForFolderA,
-                               [](LPBROWSEINFOA) { return static_cast<LPITEMIDLIST>(CoTaskMemAlloc(8)); }));
-    fakes_.push_back(FAKE_CALL(SHGetPathFromIDListA, [this](LPCITEMIDLIST, LPSTR path) {
-        std::strcpy(path, targets_.Path().c_str());
-        return TRUE;
-    }));
+    fakes_.push_back(FAKE_CALL(SHBrowseForFolderW,
+                               [](LPBROWSEINFOW) { return static_cast<LPITEMIDLIST>(CoTaskMemAlloc(8)); }));
+    fakes_.push_back(
+        FAKE_CALL(SHGetPathFromIDListEx, [this](LPCITEMIDLIST, LPWSTR path, DWORD, GPFIDL_FLAGS) {
+            std::wcscpy(path, testkit::Wide(targets_.Path()).c_str());
+            return TRUE;
+        }));
     fakes_.push_back(FAKE_CALL(SHFileOperationA, [](LPSHFILEOPSTRUCTA) { return 0; }));
     fakes_.push_back(FAKE_CALL(ShellExecuteExA, [](SHELLEXECUTEINFOA* record) {
         record->hProcess = OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, GetProcessId(GetCurrentProcess()));

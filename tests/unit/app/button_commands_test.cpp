@@ -36,19 +36,20 @@ class ButtonCommandsDesktopTest : public PanelParts {
     }
 
     void RecordShell() {
-        fakes_.push_back(FAKE_CALL(GetOpenFileNameA, [this](LPOPENFILENAMEA record) -> BOOL {
+        fakes_.push_back(FAKE_CALL(GetOpenFileNameW, [this](LPOPENFILENAMEW record) -> BOOL {
             NoteQuestion("file?");
-            std::strcpy(record->lpstrFile, answer_.c_str());
+            std::wcscpy(record->lpstrFile, testkit::Wide(answer_).c_str());
             return answer_.empty() ? FALSE : TRUE;
         }));
-        fakes_.push_back(FAKE_CALL(SHBrowseForFolderA, [this](LPBROWSEINFOA) -> LPITEMIDLIST {
+        fakes_.push_back(FAKE_CALL(SHBrowseForFolderW, [this](LPBROWSEINFOW) -> LPITEMIDLIST {
             NoteQuestion("folder?");
             return answer_.empty() ? nullptr : static_cast<LPITEMIDLIST>(CoTaskMemAlloc(2));
         }));
-        fakes_.push_back(FAKE_CALL(SHGetPathFromIDListA, [this](LPCITEMIDLIST, LPSTR path) -> BOOL {
-            std::strcpy(path, answer_.c_str());
-            return TRUE;
-        }));
+        fakes_.push_back(
+            FAKE_CALL(SHGetPathFromIDListEx, [this](LPCITEMIDLIST, LPWSTR path, DWORD, GPFIDL_FLAGS) -> BOOL {
+                std::wcscpy(path, testkit::Wide(answer_).c_str());
+                return TRUE;
+            }));
         fakes_.push_back(FAKE_CALL(SHFileOperationA, [this](LPSHFILEOPSTRUCTA record) {
             NoteQuestion("operation " + std::to_string(record->wFunc) + " " + record->pFrom + " > " +
                          (record->pTo != nullptr ? record->pTo : "nowhere"));

@@ -318,10 +318,11 @@ TEST_F(PanelMenusTest, ExploreTheChosenPlaceAndStayOut) {
 
 TEST_F(PanelMenusTest, SayNothingAboutAPlaceThatIsGone) {
     const std::string gone = folder_.FullPath("нема");
-    const auto location = FAKE_CALL(SHGetPathFromIDListA, [&](LPCITEMIDLIST, LPSTR path) -> BOOL {
-        std::copy_n(gone.c_str(), gone.size() + 1, path);
-        return TRUE;
-    });
+    const auto location =
+        FAKE_CALL(SHGetPathFromIDListEx, [&](LPCITEMIDLIST, LPWSTR path, DWORD, GPFIDL_FLAGS) -> BOOL {
+            std::wcscpy(path, testkit::Wide(gone).c_str());
+            return TRUE;
+        });
     INT_PTR answer = 0;
     const auto shell = FAKE_CALL(
         ShellExecuteA, [&](HWND owner, LPCSTR verb, LPCSTR file, LPCSTR parameters, LPCSTR folder, INT show) {

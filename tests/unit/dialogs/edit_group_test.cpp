@@ -19,6 +19,7 @@
 #include "tests/support/program_folder.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/scoped_ini_path.h"
+#include "tests/support/text.h"
 #include "tests/support/window.h"
 #include "win/dialog.h"
 #include "win/handles.h"
@@ -48,19 +49,19 @@ class EditGroupTest : public ::testing::Test {
   protected:
     EditGroupTest() {
         win::SetMainWindow(owner_.Handle());
-        fakes_.push_back(FAKE_CALL(GetOpenFileNameA, [this](LPOPENFILENAMEA record) -> WINBOOL {
+        fakes_.push_back(FAKE_CALL(GetOpenFileNameW, [this](LPOPENFILENAMEW record) -> WINBOOL {
             enabledMeanwhile_ = IsWindowEnabled(win::ModalOwner()) != 0;
-            picked_.copy(record->lpstrFile, record->nMaxFile - 1);
-            record->lpstrFile[picked_.size()] = '\0';
+            std::wcscpy(record->lpstrFile, testkit::Wide(picked_).c_str());
             return picked_.empty() ? FALSE : TRUE;
         }));
-        fakes_.push_back(FAKE_CALL(SHBrowseForFolderA, [this](LPBROWSEINFOA) -> LPITEMIDLIST {
+        fakes_.push_back(FAKE_CALL(SHBrowseForFolderW, [this](LPBROWSEINFOW) -> LPITEMIDLIST {
             return picked_.empty() ? nullptr : reinterpret_cast<LPITEMIDLIST>(CoTaskMemAlloc(2));
         }));
-        fakes_.push_back(FAKE_CALL(SHGetPathFromIDListA, [this](LPCITEMIDLIST, LPSTR path) -> WINBOOL {
-            path[picked_.copy(path, MAX_PATH - 1)] = '\0';
-            return TRUE;
-        }));
+        fakes_.push_back(FAKE_CALL(SHGetPathFromIDListEx,
+                                   [this](LPCITEMIDLIST, LPWSTR path, DWORD, GPFIDL_FLAGS) -> WINBOOL {
+                                       std::wcscpy(path, testkit::Wide(picked_).c_str());
+                                       return TRUE;
+                                   }));
     }
     ~EditGroupTest() override { win::SetMainWindow(nullptr); }
 

@@ -19,6 +19,7 @@
 #include "tests/support/modal_answers.h"
 #include "tests/support/program_folder.h"
 #include "tests/support/scoped_ini_path.h"
+#include "tests/support/text.h"
 #include "tests/unit/dialogs/dialog_parts.h"
 #include "win/errors.h"
 
@@ -180,8 +181,8 @@ TEST_F(EditShortcutTest, DrawsTheIconOfAPickedFileOnAClearedPictureAndShowsIt) {
         const RECT all{0, 0, 32, 32};
         return FillRect(dc, &all, brush.Get());
     });
-    const auto file = FAKE_CALL(GetOpenFileNameA, [](LPOPENFILENAMEA record) -> BOOL {
-        std::strcpy(record->lpstrFile, "C:\\picked.txt");
+    const auto file = FAKE_CALL(GetOpenFileNameW, [](LPOPENFILENAMEW record) -> BOOL {
+        std::wcscpy(record->lpstrFile, L"C:\\picked.txt");
         return TRUE;
     });
     Open("Стари", "C:\\d.txt\n", [&](Window dialog) {
@@ -254,11 +255,11 @@ TEST_F(EditShortcutTest, SelectsTheNameAtAClickOnAnyLabel) {
 
 TEST_F(EditShortcutTest, TakesWhatIsPickedAndNothingFromACancelledPicker) {
     std::string picked = "C:\\изабрано.txt";
-    const auto file = FAKE_CALL(GetOpenFileNameA, [&](LPOPENFILENAMEA record) -> BOOL {
-        std::strcpy(record->lpstrFile, picked.c_str());
+    const auto file = FAKE_CALL(GetOpenFileNameW, [&](LPOPENFILENAMEW record) -> BOOL {
+        std::wcscpy(record->lpstrFile, testkit::Wide(picked).c_str());
         return !picked.empty();
     });
-    const auto browse = FAKE_CALL(SHBrowseForFolderA, [&](LPBROWSEINFOA) -> LPITEMIDLIST {
+    const auto browse = FAKE_CALL(SHBrowseForFolderW, [&](LPBROWSEINFOW) -> LPITEMIDLIST {
         LPITEMIDLIST list = nullptr;
         if (!picked.empty()) SHGetSpecialFolderLocation(nullptr, CSIDL_WINDOWS, &list);
         return list;

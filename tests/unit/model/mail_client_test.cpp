@@ -112,10 +112,11 @@ TEST_F(MailClientTest, CutsTheCommandAtItsFirstComma) {
 }
 
 TEST_F(MailClientTest, CutsAtACommaInTheProgramFilesFolderToo) {
-    const RecordedCall folder = FAKE_CALL(SHGetPathFromIDListA, [](LPCITEMIDLIST, LPSTR path) -> BOOL {
-        strcpy(path, "D:\\Tools, mine");
-        return TRUE;
-    });
+    const RecordedCall folder =
+        FAKE_CALL(SHGetPathFromIDListEx, [](LPCITEMIDLIST, LPWSTR path, DWORD, GPFIDL_FLAGS) -> BOOL {
+            wcscpy(path, L"D:\\Tools, mine");
+            return TRUE;
+        });
     InstallClient("Client", "%ProgramFiles%\\a.exe,1");
     model::CTextShortcut::LauchMail();
     EXPECT_THAT(started_.Lines(), ElementsAre("2 <D:\\Tools>"));

@@ -35,6 +35,13 @@ std::string NamesIn(const char* list) {
     return names;
 }
 
+std::wstring NamesIn(const wchar_t* list) {
+    std::wstring names;
+    for (const wchar_t* name = list; name != nullptr && *name != L'\0'; name += std::wcslen(name) + 1)
+        names += L"[" + std::wstring(name) + L"]";
+    return names;
+}
+
 TEST(PropertiesSheetTest, IsAskedForWithoutParametersFolderOrMessages) {
     int calls = 0;
     const RecordedCall execute = FAKE_CALL(ShellExecuteExA, [&](SHELLEXECUTEINFOA* record) -> BOOL {
@@ -70,11 +77,11 @@ TEST(PropertiesSheetTest, GivesBackTheProcessThatTheShellMayReport) {
 
 TEST(FolderPickerTest, ShowsFoldersOfTheFileSystemUnderTheProgramsDriveAsTitle) {
     int calls = 0;
-    const RecordedCall browse = FAKE_CALL(SHBrowseForFolderA, [&](LPBROWSEINFOA record) -> LPITEMIDLIST {
+    const RecordedCall browse = FAKE_CALL(SHBrowseForFolderW, [&](LPBROWSEINFOW record) -> LPITEMIDLIST {
         ++calls;
         EXPECT_EQ(record->hwndOwner, GetDesktopWindow());
         EXPECT_EQ(record->pidlRoot, nullptr);
-        EXPECT_STREQ(record->lpszTitle, win::ProgramPath().substr(0, 3).c_str());
+        EXPECT_EQ(testkit::Utf8(record->lpszTitle), win::ProgramPath().substr(0, 3));
         EXPECT_EQ(record->ulFlags, 1u);
         EXPECT_EQ(record->lpfn, nullptr);
         EXPECT_EQ(record->lParam, 0);
@@ -89,7 +96,7 @@ TEST(FolderPickerTest, GivesThePathOfTheChosenFolderAndFreesItsItemList) {
     const std::string wanted = folder.MakeFolder("Kućište и 文");
     LPITEMIDLIST chosen = nullptr;
     void* freed = nullptr;
-    const RecordedCall browse = FAKE_CALL(SHBrowseForFolderA, [&](LPBROWSEINFOA) {
+    const RecordedCall browse = FAKE_CALL(SHBrowseForFolderW, [&](LPBROWSEINFOW) {
         SHParseDisplayName(testkit::Wide(wanted).c_str(), nullptr, &chosen, 0, nullptr);
         return chosen;
     });
@@ -104,25 +111,25 @@ TEST(FolderPickerTest, GivesThePathOfTheChosenFolderAndFreesItsItemList) {
 
 TEST(FilePickerTest, IsAskedForWithEachFieldOfItsRecord) {
     int calls = 0;
-    const RecordedCall open = FAKE_CALL(GetOpenFileNameA, [&](LPOPENFILENAMEA record) -> BOOL {
+    const RecordedCall open = FAKE_CALL(GetOpenFileNameW, [&](LPOPENFILENAMEW record) -> BOOL {
         ++calls;
-        EXPECT_EQ(record->lStructSize, sizeof(OPENFILENAMEA));
+        EXPECT_EQ(record->lStructSize, sizeof(OPENFILENAMEW));
         EXPECT_EQ(record->hwndOwner, GetDesktopWindow());
         EXPECT_EQ(record->hInstance, GetModuleHandleW(nullptr));
-        EXPECT_EQ(NamesIn(record->lpstrFilter), "[All Files (*.*)][*.*]");
-        EXPECT_EQ(std::string(record->lpstrFile, 255), std::string(254, ' ') + '\0');
-        EXPECT_EQ(record->nMaxFile, 255u);
-        EXPECT_EQ(std::string(record->lpstrFileTitle, 255), std::string(254, ' ') + '\0');
-        EXPECT_EQ(record->nMaxFileTitle, 255u);
-        EXPECT_STREQ(record->lpstrInitialDir, win::ProgramPath().substr(0, 3).c_str());
-        EXPECT_STREQ(record->lpstrTitle, "Select file");
+        EXPECT_EQ(NamesIn(record->lpstrFilter), L"[All Files (*.*)][*.*]");
+        EXPECT_STREQ(record->lpstrFile, L"") << "a name to begin with";
+        EXPECT_EQ(record->nMaxFile, 32768u);
+        EXPECT_STREQ(record->lpstrFileTitle, L"");
+        EXPECT_EQ(record->nMaxFileTitle, 32768u);
+        EXPECT_EQ(testkit::Utf8(record->lpstrInitialDir), win::ProgramPath().substr(0, 3));
+        EXPECT_STREQ(record->lpstrTitle, L"Select file");
         EXPECT_EQ(record->Flags, 0u);
         EXPECT_EQ(record->lpstrCustomFilter, nullptr);
         EXPECT_EQ(record->nFilterIndex, 0u);
         EXPECT_EQ(record->lpstrDefExt, nullptr);
         EXPECT_EQ(record->lpfnHook, nullptr);
         EXPECT_EQ(record->lpTemplateName, nullptr);
-        std::strcpy(record->lpstrFile, "C:\\given up.txt");
+        std::wcscpy(record->lpstrFile, L"C:\\given up.txt");
         return FALSE;
     });
     EXPECT_EQ(clsBmenu::GetFile(), "") << "the user has cancelled";
@@ -133,12 +140,52 @@ TEST(FilePickerTest, GivesTheChosenFileWithoutTheBlanksAroundIt) {
     for (const auto& [given, wanted] :
          {std::pair{"C:\\Пут\\文 č.txt", "C:\\Пут\\文 č.txt"}, std::pair{"  C:\\a b.txt ", "C:\\a b.txt"},
           std::pair{"   ", ""}, std::pair{"", ""}}) {
-        const RecordedCall open = FAKE_CALL(GetOpenFileNameA, [text = given](LPOPENFILENAMEA record) -> BOOL {
-            std::strcpy(record->lpstrFile, text);
+        const RecordedCall open = FAKE_CALL(GetOpenFileNameW, [text = given](LPOPENFILENAMEW record) -> BOOL {
+            std::wcscpy(record->lpstrFile, testkit::Wide(text).c_str());
             return TRUE;
         });
         EXPECT_EQ(clsBmenu::GetFile(), wanted);
     }
+}
+
+TEST(FilePickerTest, GivesTheLongestPathWhole) {
+    const std::wstring longest = L"C:\\" + std::wstring(32760, L'Ж') + L".txt";
+    const RecordedCall open = FAKE_CALL(GetOpenFileNameW, [&](LPOPENFILENAMEW record) -> BOOL {
+        if (record->nMaxFile <= longest.size()) return FALSE;
+        std::wcscpy(record->lpstrFile, longest.c_str());
+        return TRUE;
+    });
+    EXPECT_EQ(clsBmenu::GetFile(), testkit::Utf8(longest));
+}
+
+std::wstring CurrentFolder() {
+    wchar_t folder[MAX_PATH] = L"";
+    GetCurrentDirectoryW(MAX_PATH, folder);
+    return folder;
+}
+
+TEST(PickerTest, LeavesTheCurrentFolderOfTheProcessAsItWas) {
+    const ProgramFolder folder;
+    const std::wstring before = CurrentFolder();
+    const std::wstring elsewhere = testkit::Wide(folder.MakeFolder("Кућа 文"));
+    std::wstring meanwhile;
+    const auto look_around = [&] {
+        SetCurrentDirectoryW(elsewhere.c_str());
+        meanwhile = CurrentFolder();
+    };
+    const RecordedCall open = FAKE_CALL(GetOpenFileNameW, [&](LPOPENFILENAMEW) -> BOOL {
+        look_around();
+        return TRUE;
+    });
+    const RecordedCall browse = FAKE_CALL(SHBrowseForFolderW, [&](LPBROWSEINFOW) -> LPITEMIDLIST {
+        look_around();
+        return nullptr;
+    });
+    clsBmenu::GetFile();
+    EXPECT_EQ(meanwhile, elsewhere);
+    EXPECT_EQ(CurrentFolder(), before);
+    clsBmenu::GetFolder();
+    EXPECT_EQ(CurrentFolder(), before);
 }
 
 TEST(FileOperationTest, GivesTheShellItsRecordForEachCode) {

@@ -38,15 +38,26 @@ TEST(SpecialFolderTest, GivesThePathsThatTheShellKeeps) {
     }
 }
 
-TEST(SpecialFolderTest, CutsThePathAtItsNul) {
-    const RecordedCall path = FAKE_CALL(SHGetPathFromIDListA, [](LPCITEMIDLIST, LPSTR buffer) -> BOOL {
-        // The buffer comes filled with blanks, and has room for 260 characters of several bytes.
-        EXPECT_EQ(std::string(buffer, 512), std::string(512, ' '));
-        const std::string text = "C:\\" + std::string(700, 'x');
-        strcpy(buffer, text.c_str());
-        return TRUE;
-    });
-    EXPECT_EQ(sys::clsShell::GetSpecialfolder(CSIDL_DESKTOP), "C:\\" + std::string(700, 'x'));
+TEST(SpecialFolderTest, GivesAPathWholeWhateverItsLength) {
+    // The longest that Windows has.
+    const std::wstring longest = L"C:\\" + std::wstring(32764, L'Ж');
+    const RecordedCall path = FAKE_CALL(
+        SHGetPathFromIDListEx, [&](LPCITEMIDLIST, LPWSTR buffer, DWORD size, GPFIDL_FLAGS flags) -> BOOL {
+            EXPECT_EQ(flags, GPFIDL_DEFAULT);
+            if (size <= longest.size()) return FALSE;
+            std::wcscpy(buffer, longest.c_str());
+            return TRUE;
+        });
+    EXPECT_EQ(sys::clsShell::GetSpecialfolder(CSIDL_DESKTOP), testkit::Utf8(longest));
+}
+
+TEST(SpecialFolderTest, GivesNothingOfAPathThatTheShellCannotGive) {
+    const RecordedCall path =
+        FAKE_CALL(SHGetPathFromIDListEx, [](LPCITEMIDLIST, LPWSTR buffer, DWORD, GPFIDL_FLAGS) -> BOOL {
+            std::wcscpy(buffer, L"C:\\half of i");
+            return FALSE;
+        });
+    EXPECT_EQ(sys::clsShell::GetSpecialfolder(CSIDL_DESKTOP), "");
 }
 
 TEST(SpecialFolderTest, GivesNothingForAFolderWithoutAPath) {
@@ -59,10 +70,11 @@ TEST(SpecialFolderTest, GivesNothingWhenTheShellKnowsNoSuchFolder) {
     EXPECT_EQ(sys::clsShell::GetSpecialfolder(-1), "");
     CallLog log;
     const RecordedCall location = STUB_CALL(log, SHGetSpecialFolderLocation, S_FALSE);
-    const RecordedCall path = FAKE_CALL(SHGetPathFromIDListA, [&](LPCITEMIDLIST, LPSTR) -> BOOL {
-        log.Add("path");
-        return TRUE;
-    });
+    const RecordedCall path =
+        FAKE_CALL(SHGetPathFromIDListEx, [&](LPCITEMIDLIST, LPWSTR, DWORD, GPFIDL_FLAGS) -> BOOL {
+            log.Add("path");
+            return TRUE;
+        });
     EXPECT_EQ(sys::clsShell::GetSpecialfolder(CSIDL_DESKTOP), "");
     EXPECT_EQ(log.Count("path"), 0u);
 }

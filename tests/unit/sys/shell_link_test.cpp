@@ -165,6 +165,31 @@ TEST_F(ShellLinkTest, ReadsTheLinkThroughTheShellWhereTheScriptingObjectHasNoNam
     EXPECT_EQ(sys::ReadLinkTarget(link), target + "|");
 }
 
+TEST_F(ShellLinkTest, ReadsAgainWhatTheScriptingObjectMayHaveCut) {
+    const std::string target = folder_.MakeFile("Кућа\\файл 文件.txt");
+    const std::string arguments = "/" + testkit::Utf8(std::wstring(600, L'ж'));
+    const std::string link = folder_.MakeLink("a.lnk", {.target = target, .arguments = arguments});
+    const std::wstring wide = testkit::Wide(target);
+    std::wstring unknown = wide;
+    unknown.replace(unknown.rfind(L"文件"), 2, L"??");
+    for (const ScriptAnswers& answers :
+         {ScriptAnswers{.target = unknown, .arguments = L"/x"},
+          ScriptAnswers{.target = wide.substr(0, 20) + L"\uFFFD"},
+          ScriptAnswers{.target = wide, .arguments = std::wstring(128, L'ж')}}) {
+        FakeScriptShell shell(log_, answers);
+        ReplaceScriptShell(&shell);
+        EXPECT_EQ(sys::ReadLinkTarget(link), target + "|" + arguments);
+        calls_.clear();
+    }
+}
+
+TEST_F(ShellLinkTest, BelievesTheScriptingObjectWhereTheShellKnowsNoMore) {
+    const std::wstring target = L"C:\\" + std::wstring(300, L'ж');
+    FakeScriptShell shell(log_, {.target = target});
+    ReplaceScriptShell(&shell);
+    EXPECT_EQ(sys::ReadLinkTarget(folder_.FullPath("missing.lnk")), testkit::Utf8(target) + "|");
+}
+
 TEST_F(ShellLinkTest, ReadsALinkWithTheObjectsOfThisSystem) {
     const std::string target = folder_.MakeFile("цель.txt");
     const std::string link = folder_.MakeLink("a.lnk", {.target = target, .arguments = "/x"});

@@ -78,9 +78,10 @@ class ShellMenuTest : public testing::Test {
             *reinterpret_cast<int*>(*list) = folder;
             return S_OK;
         });
-    const RecordedCall path_ =
-        FAKE_CALL(SHGetPathFromIDListA, [this](LPCITEMIDLIST list, LPSTR path) -> BOOL {
-            strcpy(path, machine_.folders.at(*reinterpret_cast<const int*>(list)).c_str());
+    const RecordedCall path_ = FAKE_CALL(
+        SHGetPathFromIDListEx, [this](LPCITEMIDLIST list, LPWSTR path, DWORD, GPFIDL_FLAGS) -> BOOL {
+            const std::string& folder = machine_.folders.at(*reinterpret_cast<const int*>(list));
+            wcscpy(path, testkit::Wide(folder).c_str());
             return TRUE;
         });
     const RecordedCall roots_ = FAKE_CALL(GetLogicalDriveStringsA, [this](DWORD size, LPSTR buffer) -> DWORD {
