@@ -4,7 +4,7 @@
 #include <string>
 
 #include "app/panel_layout.h"
-#include "config/ini_guard.h"
+#include "config/ini_unit.h"
 #include "config/settings.h"
 #include "res/resource.h"
 #include "win/errors.h"
@@ -86,10 +86,11 @@ win::PictureBox& ButtonPanel::Picture(int index) {
 
 void ButtonPanel::RefreshShownTab() {
     state_.TipButton = 0;
-    // Free buttons are written again, each of them: one copy does for all.
-    const config::IniGuard guard;
+    // Free buttons are written again, each of them: one unit does for all.
+    config::IniUnit unit;
     for (int index = 1; index <= model::kButtonCount; ++index)
         state_.Button(index).RefreshButton(model::ButtonKey(config::Settings.CurrentTab, index));
+    (void)unit.Finish();
 }
 
 void ButtonPanel::Hover(int index) {

@@ -1,7 +1,7 @@
 #include "app/button_rename.h"
 
 #include "config/ini.h"
-#include "config/ini_guard.h"
+#include "config/ini_unit.h"
 #include "model/storable_name.h"
 #include "model/text_shortcut.h"
 #include "res/resource.h"
@@ -19,11 +19,12 @@ constexpr int kBoxTop = 58;
 void StoreUnder(PanelState& state, const std::string& name) {
     const model::CButtonShortcut& button = state.Current();
     const std::string target = model::WholeTarget(button.Naziv, button.FilePath);
-    const config::IniGuard guard;
+    config::IniUnit unit;
     config::RemoveRecord(model::kCutsSection, button.Naziv);
     config::WriteIni(model::kCutsSection, name, target);
     state.Context.Write(state.Context.CurrentButtonKey, name + "|" + std::to_string(button.FileIcon));
     model::MoveSwitch(button.Naziv, name, button.Switch);
+    (void)unit.Finish();
 }
 
 }  // namespace

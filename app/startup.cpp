@@ -8,7 +8,7 @@
 
 #include "app/glavni.h"
 #include "config/ini.h"
-#include "config/ini_guard.h"
+#include "config/ini_unit.h"
 #include "config/settings.h"
 #include "model/launching.h"
 #include "model/text_shortcut.h"
@@ -34,7 +34,8 @@ void Glavni::Load() {
     g_helpFile = win::ProgramFolder() + "\\Manual.chm";
     win::SetHelpHandler(&OpenHelpFile);
     config::IniPath = win::ProgramFolder() + "\\Quon.ini";
-    config::PutBackInterruptedIni();
+    const config::IniStart start;
+    config::RemoveInterruptedUnits();
     LoadTabs();
     LoadButtons();
     state_.Context.Records.LoadButtonRecords();

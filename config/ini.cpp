@@ -3,10 +3,14 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <unordered_map>
 #include <unordered_set>
 
-#include "config/ini_guard.h"
+#include "config/file_bytes.h"
+#include "config/ini_comments.h"
+#include "config/ini_unit.h"
 #include "win/errors.h"
+#include "win/handles.h"
 #include "win/text.h"
 
 namespace config {
@@ -23,30 +27,40 @@ constexpr size_t kSectionSlack = 8;
 constexpr size_t kValueBuffer = 1000;
 constexpr DWORD kValueSize = kLongestValue + 1;
 
-// A virus scanner or a backup lets go of the file soon.
-constexpr int kAttempts = 3;
-constexpr DWORD kAttemptPause = 20;  // milliseconds
+constexpr DWORD kStartPatience = 4000;  // milliseconds
+bool g_starting = false;
 
-/// Calls a profile function, and again while another program has the file open for itself. Its 0 says that
-/// nothing was read or written; why, only the last error says, which a success leaves alone.
-template <class Call>
-DWORD Patiently(Call call) {
-    for (int attempt = 1;; ++attempt) {
-        SetLastError(ERROR_SUCCESS);
-        const auto answer = static_cast<DWORD>(call());
-        const DWORD error = GetLastError();
-        const bool held = error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
-        if (answer != 0 || !held || attempt == kAttempts) return answer;
-        Sleep(kAttemptPause);
-    }
+[[noreturn]] void ThrowUnreadable(DWORD error) {
+    throw win::RuntimeError(IsHeldError(error)
+                                ? "Another program holds " + IniPath + ", so that Quon cannot read it"
+                                : "Windows error " + std::to_string(error) + " keeps Quon from reading " +
+                                      IniPath);
 }
 
-/// Stores a value; null takes the key out.
-void WriteValue(const std::string& section, const std::string& key, const char* value) {
-    IniGuard().Write([&] {
-        return Patiently(
-            [&] { return WritePrivateProfileStringA(section.c_str(), key.c_str(), value, IniPath.c_str()); });
-    });
+/// Whether a profile function that answered nothing, with this last error, has not read the file.
+bool WasUnreadable(DWORD error) {
+    // Which codes stand for a missing record differs from system to system.
+    if (error == ERROR_SUCCESS || error == ERROR_FILE_NOT_FOUND) return false;
+    if (IsHeldError(error)) return true;
+    const win::File file(CreateFileA(FileToRead().c_str(), GENERIC_READ,
+                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    return !file && GetLastError() != ERROR_FILE_NOT_FOUND && GetLastError() != ERROR_PATH_NOT_FOUND;
+}
+
+/// What a profile function counts, called again while another program keeps the file from us; nothing when
+/// the file could not be read.
+template <class Call>
+std::optional<DWORD> TryRead(Call call) {
+    for (;;) {
+        SetLastError(ERROR_SUCCESS);
+        const DWORD count = call(FileToRead().c_str());
+        const DWORD error = GetLastError();
+        if (count != 0 || !WasUnreadable(error)) return count;
+        if (MakeReadable(error)) continue;
+        if (g_starting) ThrowUnreadable(error);
+        return std::nullopt;
+    }
 }
 
 /// The first `count` characters of a profile function's answer. Where a character of several bytes did not
@@ -74,37 +88,81 @@ std::string NotAnEntry(const std::string& section, const std::string& entry) {
     return "Section \"" + section + "\" of " + IniPath + " has an entry without \"=\": " + entry;
 }
 
+/// Whether the section holds comment lines, which rewriting it would lose.
+bool HasComments(const std::string& section) {
+    const std::optional<std::string> bytes = ReadBytes(FileToRead());
+    return bytes && SectionHasComments(*bytes, section);
+}
+
+/// What writing the entries one by one leaves in an empty section: of each value what stands before its first
+/// "=", of equal keys the first spelling and the last value. The entry at index `doomed` is left out.
+std::vector<std::string> WithoutEntry(const std::vector<std::string>& entries, size_t doomed) {
+    std::vector<std::string> left;
+    std::unordered_map<std::wstring, size_t> places;
+    for (size_t index = 0; index < entries.size(); ++index) {
+        if (index == doomed) continue;
+        const std::vector<std::string> parts = win::Split(entries[index], '=');
+        const auto [place, isNew] = places.try_emplace(win::UpperCase(parts[0]), left.size());
+        if (isNew)
+            left.push_back(parts[0] + "=" + parts[1]);
+        else
+            left[place->second] = win::Before(left[place->second], '=') + "=" + parts[1];
+    }
+    return left;
+}
+
+bool HasCutValue(const std::vector<std::string>& entries) {
+    return std::any_of(entries.begin(), entries.end(), [](const std::string& entry) {
+        return std::count(entry.begin(), entry.end(), '=') > 1;
+    });
+}
+
+/// What a change answers that could not read what it is to change.
+bool NothingDone() noexcept {
+    IniUnit::Fail();
+    return false;
+}
+
 }  // namespace
 
-std::string ReadIniSection(const std::string& section) {
+IniStart::IniStart() noexcept : patience_(kStartPatience) { g_starting = true; }
+
+IniStart::~IniStart() { g_starting = false; }
+
+std::optional<std::string> TryReadIniSection(const std::string& section) {
     std::string buffer(kSectionSize, '\0');
-    const DWORD count = Patiently([&] {
-        return GetPrivateProfileSectionA(section.c_str(), buffer.data(), kSectionSize, IniPath.c_str());
+    const std::optional<DWORD> count = TryRead([&](const char* file) {
+        return GetPrivateProfileSectionA(section.c_str(), buffer.data(), kSectionSize, file);
     });
-    if (count == 0 || buffer.front() == '\0') return {};
-    return Answer(buffer, count - 1);
+    if (!count) return std::nullopt;
+    if (*count == 0 || buffer.front() == '\0') return std::string();
+    return Answer(buffer, *count - 1);
+}
+
+std::string ReadIniSection(const std::string& section) {
+    return TryReadIniSection(section).value_or(std::string());
+}
+
+std::optional<std::string> TryReadIni(const std::string& section, const std::string& key) {
+    std::string buffer(kValueBuffer, '\0');
+    const std::optional<DWORD> count = TryRead([&](const char* file) {
+        return GetPrivateProfileStringA(section.c_str(), key.c_str(), "", buffer.data(), kValueSize, file);
+    });
+    if (!count) return std::nullopt;
+    return Answer(buffer, *count);
 }
 
 std::string ReadIni(const std::string& section, const std::string& key) {
-    std::string buffer(kValueBuffer, '\0');
-    const DWORD count = Patiently([&] {
-        return GetPrivateProfileStringA(section.c_str(), key.c_str(), "", buffer.data(), kValueSize,
-                                        IniPath.c_str());
-    });
-    return Answer(buffer, count);
+    return TryReadIni(section, key).value_or(std::string());
 }
 
-void WriteIni(const std::string& section, const std::string& key, const std::string& value) {
-    WriteValue(section, key, value.c_str());
+bool WriteIni(const std::string& section, const std::string& key, const std::string& value) {
+    return CarryOut({section, key, value});
 }
 
-void WriteIniSection(const std::string& section, const std::string& data) {
+bool WriteIniSection(const std::string& section, const std::string& data) {
     // The NUL added here ends the last entry, the string's own the list.
-    const std::string list = data + '\0';
-    IniGuard().Write([&] {
-        return Patiently(
-            [&] { return WritePrivateProfileSectionA(section.c_str(), list.c_str(), IniPath.c_str()); });
-    });
+    return CarryOut({section, std::nullopt, data + '\0'});
 }
 
 std::vector<std::string> SectionEntries(const std::string& sectionText) {
@@ -125,44 +183,38 @@ std::string ListIniKeys(const std::string& section) {
     return win::Join(keys, '|');
 }
 
-void DeleteIniKey(const std::string& section, const std::string& key) {
-    const std::vector<std::string> entries = SectionEntries(ReadIniSection(section));
-    // Checked before the section is emptied, so that a bad entry costs no record.
+bool DeleteIniKey(const std::string& section, const std::string& key) {
+    const std::optional<std::string> text = TryReadIniSection(section);
+    if (!text) return NothingDone();
+    const std::vector<std::string> entries = SectionEntries(*text);
     for (const std::string& entry : entries)
         if (entry.find('=') == std::string::npos) throw win::SubscriptError(NotAnEntry(section, entry));
     size_t doomed = 0;
     const auto match = std::find_if(entries.begin(), entries.end(),
                                     [&](const std::string& entry) { return win::Before(entry, '=') == key; });
     if (match != entries.end()) doomed = static_cast<size_t>(match - entries.begin());
-    const IniGuard guard;
-    WriteIniSection(section, "");
-    for (size_t index = 0; index < entries.size(); ++index) {
-        if (index == doomed) continue;
-        const std::vector<std::string> parts = win::Split(entries[index], '=');
-        WriteIni(section, parts[0], parts[1]);
-    }
+    return WriteIniSection(section, win::Join(WithoutEntry(entries, doomed), '\0'));
 }
 
-void RemoveRecord(const std::string& section, const std::string& key) {
-    const std::string text = ReadIniSection(section);
-    const std::vector<std::string> entries = SectionEntries(text);
-    if (WasCut(text) || !CanBeRewritten(entries, key)) {
-        // Nor can a section be rewritten that was not read to its end. Windows takes out the one key.
-        if (!key.empty()) WriteValue(section, key, nullptr);
-        return;
-    }
+bool RemoveRecord(const std::string& section, const std::string& key) {
+    const std::optional<std::string> text = TryReadIniSection(section);
+    if (!text) return NothingDone();
+    const std::vector<std::string> entries = SectionEntries(*text);
+    // Nor can a section be rewritten that was not read to its end, or that holds more than entries. Windows
+    // takes out the one key.
+    const bool cut = WasCut(*text) || !CanBeRewritten(entries, key);
     const auto match = std::find_if(entries.begin(), entries.end(), [&](const std::string& entry) {
         return win::EqualIgnoringCase(win::Before(entry, '='), key);
     });
-    if (match == entries.end()) return;
-    const IniGuard guard;
-    DeleteIniKey(section, win::Before(*match, '='));
-    // Values were cut at their "=", and each step may have failed.
-    const std::vector<std::string> left = SectionEntries(ReadIniSection(section));
-    const std::unordered_set<std::string> whole(left.begin(), left.end());
-    for (const std::string& entry : entries)
-        if (&entry != &*match && !whole.contains(entry))
-            WriteIni(section, win::Before(entry, '='), win::After(entry, '='));
+    if (cut ? key.empty() : match == entries.end()) return true;
+    if (cut || (!key.empty() && HasComments(section))) return CarryOut({section, key, std::nullopt});
+    IniUnit unit;
+    if (!DeleteIniKey(section, win::Before(*match, '='))) return false;
+    // Values were cut at their "=".
+    std::vector<std::string> left = entries;
+    left.erase(left.begin() + (match - entries.begin()));
+    if (HasCutValue(left) && !WriteIniSection(section, win::Join(left, '\0'))) return false;
+    return unit.Finish();
 }
 
 }  // namespace config

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "config/patience.h"
 
 namespace config {
 
@@ -16,14 +19,23 @@ constexpr size_t kLongestValue = 554;
 /// A section of more than 19998 characters comes back cut short (GetPrivateProfileSectionA).
 std::string ReadIniSection(const std::string& section);
 
+/// As ReadIniSection, but nothing when Windows could not read the file: it is held, or denied to us.
+std::optional<std::string> TryReadIniSection(const std::string& section);
+
 /// One value, at most its first 554 characters; "" when there is none (GetPrivateProfileStringA).
 std::string ReadIni(const std::string& section, const std::string& key);
 
-/// Writes one value; the outcome is not checked (WritePrivateProfileStringA).
-void WriteIni(const std::string& section, const std::string& key, const std::string& value);
+/// As ReadIni, but nothing when Windows could not read the file: it is held, or denied to us. Only "" says
+/// that there is no such record.
+std::optional<std::string> TryReadIni(const std::string& section, const std::string& key);
 
-/// Replaces the whole section by NUL-separated entries; "" empties it (WritePrivateProfileSectionA).
-void WriteIniSection(const std::string& section, const std::string& data);
+/// Writes one value in the open unit of writes, else in one of its own (WritePrivateProfileStringA). False
+/// when it failed; nobody has to look.
+bool WriteIni(const std::string& section, const std::string& key, const std::string& value);
+
+/// Replaces the whole section by NUL-separated entries; "" empties it (WritePrivateProfileSectionA). Comment
+/// lines in it are lost. False when it failed.
+bool WriteIniSection(const std::string& section, const std::string& data);
 
 /// The section's keys in file order, joined by "|"; "" for an empty section.
 /// Throws InvalidArgumentError for an entry without "=".
@@ -31,12 +43,27 @@ std::string ListIniKeys(const std::string& section);
 
 /// Removes a key by rewriting the section: an absent key takes the first entry with it, and every value
 /// left is cut at its first "=". Use RemoveRecord, which guards against both.
-/// Throws SubscriptError for an entry without "=", before anything is changed.
-void DeleteIniKey(const std::string& section, const std::string& key);
+/// Throws SubscriptError for an entry without "=", before anything is changed. False when it failed.
+bool DeleteIniKey(const std::string& section, const std::string& key);
 
-/// Removes the record of a key, compared ignoring case, and leaves every other record whole.
-/// Does nothing when there is none.
-void RemoveRecord(const std::string& section, const std::string& key);
+/// Removes the record of a key, compared ignoring case, and leaves every other record and the user's comment
+/// lines whole. Does nothing when there is none. False when it failed; a unit that is open has failed then.
+bool RemoveRecord(const std::string& section, const std::string& key);
+
+/// While it lives, the program starts: a configuration file that another program holds is waited for some
+/// seconds, and a read that still fails throws RuntimeError, which says what keeps us from the file.
+class IniStart {
+  public:
+    IniStart() noexcept;
+    IniStart(const IniStart&) = delete;
+    IniStart& operator=(const IniStart&) = delete;
+    IniStart(IniStart&&) = delete;
+    IniStart& operator=(IniStart&&) = delete;
+    ~IniStart();
+
+  private:
+    LongPatience patience_;
+};
 
 /// The entries of a section's text as ReadIniSection gives it; none for "".
 std::vector<std::string> SectionEntries(const std::string& sectionText);

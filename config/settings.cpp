@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "config/ini.h"
-#include "config/ini_guard.h"
+#include "config/ini_unit.h"
 #include "win/errors.h"
 #include "win/text.h"
 
@@ -157,7 +157,7 @@ void CheckPopUpSettings() {
     ReadPopUpSettings(unused);
 }
 
-void SaveSettings() {
+bool SaveSettings() {
     const SettingsRecord& s = Settings;
     const std::vector<std::string> main{std::to_string(s.CurrentTab),        BooleanText(s.StartWithWindows),
                                         BooleanText(s.StartGlued),           BooleanText(s.HideAfterLaunch),
@@ -165,13 +165,12 @@ void SaveSettings() {
                                         BooleanText(s.ExtensiveTooltips),    std::to_string(s.Edge),
                                         BooleanText(s.SingleClickOpen),      BooleanText(s.ShowCollected),
                                         BooleanText(s.TabDescriptions)};
-    const IniGuard guard;
+    IniUnit unit;
     WriteIni(kSection, "Main", win::Join(main, ','));
     WriteIni(kSection, "popdelay", std::to_string(s.PopDelay));
     WriteIni(kSection, "poptf", BooleanText(s.PopOnHover));
     WriteIni(kSection, "clickshow", BooleanText(s.ClickShows));
-    // The session may end in the middle of something, and the process as soon as this returns.
-    IniGuard::Commit();
+    return unit.Finish();
 }
 
 }  // namespace config

@@ -36,8 +36,9 @@ void LoadPopUpSettings();
 /// Throws what LoadPopUpSettings would throw, and changes nothing.
 void CheckPopUpSettings();
 
-/// Writes "Main", "popdelay", "poptf" and "clickshow", in this order.
-void SaveSettings();
+/// Writes "Main", "popdelay", "poptf" and "clickshow", in this order. False when the file could not be
+/// written, and is as it was.
+bool SaveSettings();
 
 /// The number that a text begins with, else 0; `name` is what the error message calls it.
 /// Throws OverflowError outside the 32-bit range.

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "config/ini.h"
-#include "config/ini_guard.h"
+#include "config/ini_unit.h"
 #include "dialogs/message_box.h"
 #include "dialogs/pick_target.h"
 #include "model/storable_name.h"
@@ -140,7 +140,7 @@ void frmEditB::Apply() {
 
 void frmEditB::Store(const std::string& name) {
     const std::string items = win::Join(Items(), '|');
-    const config::IniGuard guard;
+    config::IniUnit unit;
     if (name != oldName_) {
         const std::string key = model::FindButtonKey(oldName_);
         if (!key.empty()) {
@@ -150,6 +150,7 @@ void frmEditB::Store(const std::string& name) {
     }
     config::RemoveRecord(model::kCutsSection, oldName_);
     config::WriteIni(model::kCutsSection, name, items);
+    (void)unit.Finish();
 }
 
 }  // namespace dialogs

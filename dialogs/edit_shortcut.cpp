@@ -1,7 +1,7 @@
 #include "dialogs/edit_shortcut.h"
 
 #include "config/ini.h"
-#include "config/ini_guard.h"
+#include "config/ini_unit.h"
 #include "dialogs/pick_target.h"
 #include "model/storable_name.h"
 #include "model/target_icon.h"
@@ -106,7 +106,7 @@ void frmEdit::Store() {
     const std::string file = File();
     const std::string commandSwitch = config::ReadIni(model::kSwitchSection, oldName_);
     const std::string key = model::FindButtonKey(oldName_);
-    const config::IniGuard guard;
+    config::IniUnit unit;
     if (!key.empty()) {
         const std::string record = config::ReadIni(model::kButtonsSection, key);
         context_.Write(key, name + "|" + win::After(record, '|'));
@@ -114,6 +114,7 @@ void frmEdit::Store() {
     config::RemoveRecord(model::kCutsSection, oldName_);
     config::WriteIni(model::kCutsSection, name, file);
     model::MoveSwitch(oldName_, name, commandSwitch);
+    (void)unit.Finish();
 }
 
 }  // namespace dialogs

@@ -13,7 +13,7 @@
 #include <utility>
 
 #include "config/ini.h"
-#include "config/ini_guard.h"
+#include "config/ini_unit.h"
 #include "config/settings.h"
 #include "model/launching.h"
 #include "model/storable_name.h"
@@ -92,9 +92,10 @@ void Launch(std::string target, bool isGroup) {
 
 void MoveSwitch(const std::string& former, const std::string& name, const std::string& commandSwitch) {
     if (commandSwitch.empty()) return;
-    const config::IniGuard guard;
+    config::IniUnit unit;
     config::RemoveRecord(kSwitchSection, former);
     config::WriteIni(kSwitchSection, name, StorableSwitch(commandSwitch));
+    (void)unit.Finish();
 }
 
 std::string SearchToolMessage() {

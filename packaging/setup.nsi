@@ -145,8 +145,12 @@ Section "Uninstall"
         Delete "$INSTDIR\Quon.ini.before-write"
         keep:
     ${EndIf}
-    ; Half a copy, which nothing ever reads. A whole one is what the user stored, if Quon was killed.
+    ; What nothing ever reads. A whole copy by version 2.0.1 is what the user stored, if that was killed.
     Delete "$INSTDIR\Quon.ini.copying"
+    Delete "$INSTDIR\Quon.ini.unit-1"
+    Delete "$INSTDIR\Quon.ini.unit-2"
+    Delete "$INSTDIR\Quon.ini.unit-3"
+    Delete "$INSTDIR\Quon.ini.unit-4"
     Delete "$INSTDIR\Quon.exe"
     Delete "$INSTDIR\Manual.chm"
     Delete "$INSTDIR\License.txt"

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "win/errors.h"
+#include "win/message_ban.h"
 #include "win/window.h"
 
 namespace win {
@@ -20,6 +21,7 @@ std::vector<HWND>& OpenDialogs() {
 }  // namespace
 
 INT_PTR Dialog::ShowModal(HWND owner, int templateId) {
+    AssertMayPump("a dialog");
     const INT_PTR answer = DialogBoxParamW(ModuleInstance(), MAKEINTRESOURCEW(templateId), owner,
                                            &Dialog::Procedure, reinterpret_cast<LPARAM>(this));
     handle_ = nullptr;

@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <exception>
 
+#include "win/message_ban.h"
 #include "win/window.h"
 
 namespace win {
 
 InputPause::InputPause() : active_(GetActiveWindow()) {
+    AssertMayPump("a window of the system");
     EnumThreadWindows(GetCurrentThreadId(), &InputPause::Collect, reinterpret_cast<LPARAM>(&paused_));
     for (const Paused& paused : paused_) {
         EnableWindow(paused.window, FALSE);

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "win/errors.h"
+#include "win/message_ban.h"
 #include "win/text.h"
 
 namespace win {
@@ -71,6 +72,7 @@ std::optional<int> MenuArray::IndexOf(int command) const noexcept {
 }
 
 int TrackMenu(const MenuArray& menu, POINT at, HWND owner) {
+    AssertMayPump("a menu");
     const Menu popup = menu.Build();
     return TrackPopupMenu(popup.Get(), TPM_RETURNCMD | TPM_RIGHTBUTTON, at.x, at.y, 0, owner, nullptr);
 }

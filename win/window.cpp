@@ -2,6 +2,7 @@
 
 #include "win/errors.h"
 #include "win/handles.h"
+#include "win/message_ban.h"
 #include "win/text.h"
 
 namespace win {
@@ -108,6 +109,7 @@ POINT PointerPlace() noexcept {
 }
 
 bool ProcessPendingMessages(const MessageFilter& filter) {
+    AssertMayPump("a wait that handles events");
     MSG message{};
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
         if (message.message == WM_QUIT) {

@@ -39,8 +39,8 @@ class SessionEndTest : public ::testing::Test {
         const std::string before = folder_.IniBytes();
         EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini.Main());
         quon.Main().Send(WM_ENDSESSION, TRUE);
-        // The process may be ended from here on: all is saved, and no copy waits to be put back.
-        EXPECT_FALSE(folder_.Exists("Quon.ini.before-write"));
+        // The process may be ended from here on: all is saved, and nothing lies beside it.
+        EXPECT_FALSE(folder_.Exists("Quon.ini.unit-1"));
         ini.current_tab = 2;
         EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini.Main());
         EXPECT_EQ(folder_.IniValue("Settings", "popdelay"), "700");

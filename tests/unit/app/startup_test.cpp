@@ -135,13 +135,18 @@ TEST(LoadTest, LoadsFromANetworkShareWhereItMayWriteNoProbe) {
     EXPECT_EQ(panel.Folder().IniValue("Settings", "popdelay"), "500");
 }
 
-TEST(LoadTest, PutsBackWhatAKilledRunHasLeftBeforeItReadsAnything) {
+TEST(LoadTest, PutsNothingBackThatAKilledRunHasLeft) {
     PanelHarness panel(MainWith("4"), FullTab(4));
-    panel.Folder().MakeFile("Quon.ini.before-write", panel.Folder().IniBytes());
-    panel.Folder().WriteIniText("[Settings]\r\nMa");
+    const std::string text = panel.Folder().IniBytes();
+    panel.Folder().MakeFile("Quon.ini.unit-1", std::string(text.size(), '\0'));
+    panel.Folder().MakeFile("Quon.ini.unit-2", MainWith("1"));
+    panel.Folder().MakeFile("Quon.ini.before-write", "[Settings]\r\nMa");
+    panel.Folder().MakeFile("Quon.ini.unit-mine", "kept");
     panel.Load();
     EXPECT_EQ(panel.Window().Child(209).Text(), "n49");
-    EXPECT_FALSE(panel.Folder().Exists("Quon.ini.before-write"));
+    EXPECT_FALSE(panel.Folder().Exists("Quon.ini.unit-1"));
+    EXPECT_FALSE(panel.Folder().Exists("Quon.ini.unit-2"));
+    EXPECT_EQ(panel.Folder().ReadFile("Quon.ini.unit-mine"), "kept");
 }
 
 TEST(LoadTest, LabelsTheHeadersFromTheTabRecords) {

@@ -10,10 +10,13 @@
 #include "config/ini.h"
 #include "tests/support/recorded_call.h"
 #include "tests/unit/config/config_file.h"
+#include "win/errors.h"
 
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testkit::RecordedCall;
 
 class HeldFileTest : public ConfigFile {
@@ -33,7 +36,13 @@ class HeldFileTest : public ConfigFile {
     DWORD error_ = ERROR_SHARING_VIOLATION;
     int calls_ = 0;
     int pauses_ = 0;
-    RecordedCall pause_ = FAKE_CALL(Sleep, [this](DWORD) { ++pauses_; });
+    ULONGLONG now_ = GetTickCount64();
+    RecordedCall clock_ = FAKE_CALL(GetTickCount64, [this] { return now_; });
+    RecordedCall pause_ = FAKE_CALL(Sleep, [this](DWORD time) {
+        ++pauses_;
+        now_ += time;
+    });
+    void AnotherAction() { now_ += 1000; }
     RecordedCall value_ = FAKE_CALL(GetPrivateProfileStringA, [this](LPCSTR section, LPCSTR key, LPCSTR none,
                                                                      LPSTR text, DWORD size, LPCSTR file) {
         return Answer(
@@ -61,6 +70,7 @@ class HeldFileTest : public ConfigFile {
 TEST_F(HeldFileTest, IsReadAndWrittenOnceItIsLetGo) {
     for (const DWORD error : {ERROR_SHARING_VIOLATION, ERROR_LOCK_VIOLATION}) {
         error_ = error;
+        AnotherAction();
         held_ = 1;
         EXPECT_EQ(config::ReadIni("Cuts", "a"), "1");
         held_ = 2;
@@ -76,11 +86,26 @@ TEST_F(HeldFileTest, IsReadAndWrittenOnceItIsLetGo) {
     EXPECT_EQ(pauses_, 2 * 6);
 }
 
-TEST_F(HeldFileTest, IsGivenUpAfterThreeAttempts) {
-    held_ = 100;
-    EXPECT_EQ(config::ReadIni("Cuts", "a"), "");
-    EXPECT_EQ(calls_, 3);
-    EXPECT_EQ(pauses_, 2);
+TEST_F(HeldFileTest, IsWaitedForAFifthOfASecondInAllByOneAction) {
+    AnotherAction();
+    held_ = 1000;
+    const ULONGLONG begin = now_;
+    EXPECT_EQ(config::TryReadIni("Cuts", "a"), std::nullopt);
+    EXPECT_EQ(now_ - begin, 200u);
+    EXPECT_EQ(calls_, 11);
+    // Whatever else it reads and writes is tried once.
+    for (int other = 0; other < 100; ++other) {
+        EXPECT_EQ(config::TryReadIniSection("Cuts"), std::nullopt);
+        EXPECT_EQ(config::ReadIni("Cuts", "a"), "");
+        EXPECT_EQ(config::ReadIniSection("Cuts"), "");
+        EXPECT_FALSE(config::RemoveRecord("Cuts", "a"));
+        EXPECT_FALSE(config::WriteIni("Cuts", "c", "3"));
+    }
+    EXPECT_EQ(now_ - begin, 200u);
+    AnotherAction();
+    held_ = 9;
+    EXPECT_EQ(config::TryReadIni("Cuts", "a"), "1");
+    EXPECT_THAT(Lines("Cuts"), ElementsAre("a=1", "b=2"));
 }
 
 TEST_F(HeldFileTest, IsNotWaitedForAfterAnotherFailure) {
@@ -92,6 +117,50 @@ TEST_F(HeldFileTest, IsNotWaitedForAfterAnotherFailure) {
     EXPECT_EQ(config::ReadIni("Cuts", "missing"), "");
     EXPECT_EQ(calls_, 4);
     EXPECT_EQ(pauses_, 0);
+}
+
+TEST_F(HeldFileTest, OnlyAFileThatCannotBeReadGivesNoAnswer) {
+    EXPECT_EQ(config::TryReadIni("Cuts", "missing"), "");
+    EXPECT_EQ(config::TryReadIniSection("Missing"), "");
+    // What Windows says of a key that is not there.
+    error_ = ERROR_FILE_NOT_FOUND;
+    held_ = 1;
+    EXPECT_EQ(config::TryReadIni("Cuts", "missing"), "");
+    // A code that says nothing: the file itself tells.
+    error_ = ERROR_ACCESS_DENIED;
+    held_ = 1;
+    EXPECT_EQ(config::TryReadIni("Cuts", "missing"), "");
+    const RecordedCall open = FAKE_CALL(
+        CreateFileA, [](LPCSTR, DWORD, DWORD, LPSECURITY_ATTRIBUTES, DWORD, DWORD, HANDLE) -> HANDLE {
+            SetLastError(ERROR_ACCESS_DENIED);
+            return INVALID_HANDLE_VALUE;
+        });
+    held_ = 2;
+    EXPECT_EQ(config::TryReadIni("Cuts", "a"), std::nullopt);
+    EXPECT_EQ(config::TryReadIniSection("Cuts"), std::nullopt);
+}
+
+TEST_F(HeldFileTest, IsWaitedForLongerByAStartWhichThenSaysWhy) {
+    AnotherAction();
+    {
+        const config::IniStart start;
+        held_ = 120;
+        EXPECT_EQ(config::ReadIni("Cuts", "a"), "1");
+        held_ = 1000;
+        try {
+            config::ReadIni("Cuts", "a");
+            ADD_FAILURE() << "no error";
+        } catch (const win::RuntimeError& error) {
+            EXPECT_THAT(error.what(),
+                        AllOf(HasSubstr("Another program holds"), HasSubstr(folder_.IniPath())));
+        }
+        EXPECT_EQ(pauses_, 200) << "four seconds";
+        EXPECT_THROW(config::ReadIniSection("Cuts"), win::RuntimeError);
+        held_ = 0;
+        EXPECT_EQ(config::ReadIni("Cuts", "missing"), "") << "that is no fault of the file";
+    }
+    held_ = 1;
+    EXPECT_EQ(config::ReadIni("Cuts", "a"), "") << "and afterwards as ever";
 }
 
 }  // namespace

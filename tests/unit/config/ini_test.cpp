@@ -75,12 +75,12 @@ TEST_F(IniTest, TakesASectionThatBeginsWithANulForEmpty) {
     }
 }
 
-TEST_F(IniTest, WritesAValueOfTheFileAtIniPath) {
+TEST_F(IniTest, WritesAValueOfTheFileBesideIniPath) {
     CallLog log;
     const RecordedCall write = STUB_CALL(log, WritePrivateProfileStringA, FALSE);
     config::WriteIni("Cuts", "Notes", "C:\\a.txt");
-    EXPECT_THAT(log.Lines(),
-                ElementsAre("WritePrivateProfileStringA Cuts Notes C:\\a.txt " + folder_.IniPath()));
+    EXPECT_THAT(log.Lines(), ElementsAre("WritePrivateProfileStringA Cuts Notes C:\\a.txt " +
+                                         folder_.FullPath("Quon.ini.unit-1")));
 }
 
 TEST_F(IniTest, WritesASectionAsAListEndedByTwoNuls) {
@@ -166,15 +166,15 @@ TEST_F(IniTest, DeletesAKeyAndKeepsTheOrderOfTheOthers) {
     EXPECT_THAT(Lines("Switch"), ElementsAre("b=/x"));
 }
 
-TEST_F(IniTest, DeletesByEmptyingTheSectionAndWritingTheOtherEntriesBack) {
+TEST_F(IniTest, DeletesByWritingTheOtherEntriesOfTheSectionAtOnce) {
     folder_.WriteIniText("[Cuts]\r\na=1\r\nb=\r\nc=3\r\n");
     CallLog log;
     const RecordedCall section = LOG_CALL(log, WritePrivateProfileSectionA);
     const RecordedCall value = LOG_CALL(log, WritePrivateProfileStringA);
     config::DeleteIniKey("Cuts", "a");
-    EXPECT_THAT(log.Lines(), ElementsAre("WritePrivateProfileSectionA Cuts  " + folder_.IniPath(),
-                                         "WritePrivateProfileStringA Cuts b  " + folder_.IniPath(),
-                                         "WritePrivateProfileStringA Cuts c 3 " + folder_.IniPath()));
+    EXPECT_THAT(log.Lines(),
+                ElementsAre("WritePrivateProfileSectionA Cuts b= " + folder_.FullPath("Quon.ini.unit-1")));
+    EXPECT_THAT(Lines("Cuts"), ElementsAre("b=", "c=3"));
 }
 
 TEST_F(IniTest, DeletingAnAbsentKeyDropsTheFirstEntry) {

@@ -1,0 +1,179 @@
+#include "config/ini_unit.h"
+
+#include <windows.h>
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "config/file_bytes.h"
+#include "config/ini.h"
+#include "config/patience.h"
+#include "config/side_file.h"
+#include "win/message_ban.h"
+
+namespace config {
+namespace {
+
+enum class Way {
+    kNotYet,    ///< nothing has been written so far
+    kSideFile,  ///< a side file takes the writes
+    kItself     ///< there can be none: the file itself takes them
+};
+
+/// The unit that is open, with all that is needed to carry it out once more.
+struct OpenUnit {
+    int depth = 0;
+    bool failed = false;
+    Way way = Way::kNotYet;
+    SideFile side;
+    std::vector<IniWrite> writes;
+    std::optional<std::string> before;  ///< what the file held, where it takes the writes itself
+    std::optional<win::MessageBan> ban;
+};
+
+OpenUnit g_unit;
+
+/// The one file that holds everything, when Windows has stopped halfway in putting it into its place.
+std::string g_stranded;
+
+const std::string& FileToWrite() noexcept {
+    return g_unit.way == Way::kSideFile ? g_unit.side.Path() : IniPath;
+}
+
+bool CallProfileFunction(const IniWrite& write) {
+    const char* file = FileToWrite().c_str();
+    const char* text = write.Text ? write.Text->c_str() : nullptr;
+    SetLastError(ERROR_SUCCESS);
+    if (write.Key)
+        return WritePrivateProfileStringA(write.Section.c_str(), write.Key->c_str(), text, file) != 0;
+    return WritePrivateProfileSectionA(write.Section.c_str(), text, file) != 0;
+}
+
+bool ChooseWay() {
+    if (!g_stranded.empty() && MoveFileExA(g_stranded.c_str(), IniPath.c_str(), MOVEFILE_WRITE_THROUGH) == 0)
+        return false;
+    g_stranded.clear();
+    switch (g_unit.side.Make(IniPath)) {
+        case SideFileResult::kMade: g_unit.way = Way::kSideFile; return true;
+        case SideFileResult::kRefused: return false;
+        case SideFileResult::kImpossible: break;
+    }
+    g_unit.way = Way::kItself;
+    g_unit.before = ReadBytes(IniPath);
+    return true;
+}
+
+/// Makes the side file under another name, because the former is kept from us, with the first `count` writes
+/// in it.
+bool MakeAnew(size_t count) {
+    if (!ChooseWay()) return false;
+    for (size_t index = 0; index < count; ++index)
+        if (!CallProfileFunction(g_unit.writes[index])) return false;
+    return true;
+}
+
+/// After a failure: whether it is worth trying again, with the first `writesBefore` writes done.
+bool MayTryAgain(DWORD error, size_t writesBefore) {
+    if (!IsHeldError(error)) return false;
+    return WaitForHeldFile() ||
+           (g_unit.way == Way::kSideFile && g_unit.side.IsHeld() && MakeAnew(writesBefore));
+}
+
+bool CarryOutLast() {
+    while (!CallProfileFunction(g_unit.writes.back()))
+        if (!MayTryAgain(GetLastError(), g_unit.writes.size() - 1)) return false;
+    return true;
+}
+
+/// Puts the side file into its place.
+bool PutInPlace() {
+    for (;;) {
+        if (g_unit.way == Way::kItself) return true;
+        if (g_unit.side.Flush() && g_unit.side.Replace()) return true;
+        const DWORD error = GetLastError();
+        if (g_unit.side.TargetIsLost()) {
+            g_stranded = g_unit.side.Leave();
+            return true;
+        }
+        if (!MayTryAgain(error, g_unit.writes.size())) return false;
+    }
+}
+
+void TakeBack() noexcept {
+    g_unit.side.Drop();
+    if (g_unit.way != Way::kItself || !g_unit.before) return;
+    try {
+        if (ReadBytes(IniPath) != g_unit.before) WriteBytes(IniPath, *g_unit.before);
+    } catch (const std::exception&) {
+        // No memory to look at it: what was written stays.
+    }
+}
+
+void Reset() noexcept {
+    g_unit.side.Drop();
+    g_unit.writes.clear();
+    g_unit.before.reset();
+    g_unit.way = Way::kNotYet;
+    g_unit.failed = false;
+}
+
+}  // namespace
+
+IniUnit::IniUnit() noexcept : writesBefore_(g_unit.writes.size()) {
+    if (g_unit.depth++ == 0) g_unit.ban.emplace();
+}
+
+IniUnit::~IniUnit() {
+    if (ended_) return;
+    // Of an inner unit nothing can be taken back alone.
+    if (g_unit.writes.size() > writesBefore_) g_unit.failed = true;
+    if (--g_unit.depth > 0) return;
+    TakeBack();
+    Reset();
+    g_unit.ban.reset();
+}
+
+bool IniUnit::Finish() {
+    if (ended_) return false;
+    if (g_unit.depth > 1) {
+        ended_ = true;
+        --g_unit.depth;
+        return !g_unit.failed;
+    }
+    const bool done = !g_unit.failed && (g_unit.way == Way::kNotYet || PutInPlace());
+    if (!done) TakeBack();
+    Reset();
+    ended_ = true;
+    --g_unit.depth;
+    g_unit.ban.reset();
+    return done;
+}
+
+void IniUnit::Fail() noexcept { g_unit.failed = AnyOpen(); }
+
+bool IniUnit::AnyOpen() noexcept { return g_unit.depth > 0; }
+
+void RemoveInterruptedUnits() { RemoveSideFiles(IniPath); }
+
+bool CarryOut(IniWrite write) {
+    if (g_unit.depth == 0) {
+        IniUnit unit;
+        return CarryOut(std::move(write)) && unit.Finish();
+    }
+    if (g_unit.failed) return false;
+    // Until it has worked, whatever comes out of it.
+    g_unit.failed = true;
+    g_unit.writes.push_back(std::move(write));
+    g_unit.failed = !((g_unit.way != Way::kNotYet || ChooseWay()) && CarryOutLast());
+    return !g_unit.failed;
+}
+
+const std::string& FileToRead() noexcept {
+    if (g_unit.way == Way::kSideFile) return g_unit.side.Path();
+    return g_stranded.empty() ? IniPath : g_stranded;
+}
+
+bool MakeReadable(unsigned long error) { return !g_unit.failed && MayTryAgain(error, g_unit.writes.size()); }
+
+}  // namespace config

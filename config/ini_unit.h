@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+namespace config {
+
+/// One write to the configuration file.
+struct IniWrite {
+    std::string Section;
+    std::optional<std::string> Key;   ///< none: the whole section, whose entries end with a NUL each
+    std::optional<std::string> Text;  ///< none: the key is taken out
+};
+
+/// One unit of writes: Quon.ini is at every moment what it was before the unit or what it is after it. The
+/// writes go to a new file beside it, made from it at the first write, which takes its place at the end;
+/// reads inside the unit see the unit. Units nest, the outermost one counts. While one is open nothing may be
+/// called that lets messages run.
+class IniUnit {
+  public:
+    IniUnit() noexcept;
+    IniUnit(const IniUnit&) = delete;
+    IniUnit& operator=(const IniUnit&) = delete;
+    IniUnit(IniUnit&&) = delete;
+    IniUnit& operator=(IniUnit&&) = delete;
+    /// A unit that was not finished has not happened.
+    ~IniUnit();
+
+    /// Ends the unit. For the outermost one: true when everything stands in Quon.ini, false when Quon.ini is
+    /// as it was. For an inner one: whether the unit is good so far. The first failure ends the unit: later
+    /// writes are left out.
+    [[nodiscard]] bool Finish();
+
+    /// Notes that something has failed on which the open unit depends; none open: does nothing.
+    static void Fail() noexcept;
+
+    /// Whether a unit is open.
+    static bool AnyOpen() noexcept;
+
+  private:
+    size_t writesBefore_;
+    bool ended_ = false;
+};
+
+/// Deletes what a killed program has left beside Quon.ini of a unit, whatever it holds; to be called by the
+/// one instance that runs.
+void RemoveInterruptedUnits();
+
+/// Carries out one write in the unit that is open, else in a unit of its own. False when it failed.
+bool CarryOut(IniWrite write);
+
+/// The file that reads are to read now.
+const std::string& FileToRead() noexcept;
+
+/// After a read that failed with this Windows error: waits a moment for a file that is held, or makes the
+/// unit's own file anew. True to try again.
+bool MakeReadable(unsigned long error);
+
+}  // namespace config

@@ -1,0 +1,28 @@
+#pragma once
+
+namespace config {
+
+/// Waits a moment for a file that another program has open for itself, as a virus scanner or a backup does:
+/// true when the caller is to try again. One user action waits a fifth of a second in all (Sleep), however
+/// often it asks; only when nobody has asked for a while does the next one wait again.
+bool WaitForHeldFile() noexcept;
+
+/// Whether a Windows error says that another program keeps the file from us for the moment.
+bool IsHeldError(unsigned long error) noexcept;
+
+/// While it lives, a held file is waited for longer: where no window stands still meanwhile.
+class LongPatience {
+  public:
+    /// `milliseconds` in all.
+    explicit LongPatience(unsigned long milliseconds) noexcept;
+    LongPatience(const LongPatience&) = delete;
+    LongPatience& operator=(const LongPatience&) = delete;
+    LongPatience(LongPatience&&) = delete;
+    LongPatience& operator=(LongPatience&&) = delete;
+    ~LongPatience();
+
+  private:
+    unsigned long former_;
+};
+
+}  // namespace config

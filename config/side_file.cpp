@@ -1,0 +1,200 @@
+#include "config/side_file.h"
+
+#include <windows.h>
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "config/patience.h"
+#include "win/handles.h"
+#include "win/text.h"
+
+namespace config {
+namespace {
+
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+// No names that a user would give to a copy of his own; several, because a file can be kept from us.
+constexpr const char* kSuffix = ".unit-";
+constexpr int kNames = 4;
+
+std::string SideName(const std::string& target, int number) {
+    return target + kSuffix + std::to_string(number);
+}
+
+std::string FolderOf(const std::string& path) { return path.substr(0, path.rfind('\\') + 1); }
+
+bool Exists(const std::string& path) { return GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
+
+bool IsNoRoom(DWORD error) { return error == ERROR_DISK_FULL || error == ERROR_HANDLE_DISK_FULL; }
+
+win::File Open(const std::string& path, DWORD access, DWORD flags = FILE_ATTRIBUTE_NORMAL) {
+    return win::File(CreateFileA(path.c_str(), access, kShareAll, nullptr, OPEN_EXISTING, flags, nullptr));
+}
+
+/// Whether the disk has room for the file to grow: not every system's profile functions tell that they have
+/// found none.
+bool HasRoomToGrow(const std::string& path) {
+    constexpr ULONGLONG kLargestCluster = 64 * 1024;
+    ULARGE_INTEGER room{};
+    return GetDiskFreeSpaceExA(FolderOf(path).c_str(), &room, nullptr, nullptr) == 0 ||
+           room.QuadPart >= kLargestCluster;
+}
+
+/// The true path of an open file or folder; "" when Windows does not tell.
+std::string FinalPath(HANDLE file) {
+    std::string path(MAX_PATH, '\0');
+    DWORD length = 0;
+    while ((length = GetFinalPathNameByHandleA(file, path.data(), static_cast<DWORD>(path.size()), 0)) >
+           path.size())
+        path.resize(length);
+    path.resize(length);
+    constexpr std::string_view kShare = "\\\\?\\UNC\\";
+    constexpr std::string_view kLocal = "\\\\?\\";
+    if (path.starts_with(kShare)) return "\\\\" + path.substr(kShare.size());
+    return path.starts_with(kLocal) ? path.substr(kLocal.size()) : path;
+}
+
+/// The path that a file was opened by, or for a symbolic link that of the file it leads to. A folder on the
+/// way may be a link without the file being one. Nothing when a link leads nowhere that has a path.
+std::optional<std::string> ResolvedPath(const std::string& path, HANDLE file) {
+    const std::string final = FinalPath(file);
+    const bool isLink = (GetFileAttributesA(path.c_str()) & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+    if (final.empty()) return isLink ? std::nullopt : std::optional(path);
+    if (isLink) return final;
+    if (win::EqualIgnoringCase(final, path)) return path;
+    const win::File folder = Open(FolderOf(path), 0, FILE_FLAG_BACKUP_SEMANTICS);
+    const std::string name = path.substr(FolderOf(path).size());
+    const bool same = !folder || win::EqualIgnoringCase(FinalPath(folder.Get()) + "\\" + name, final);
+    return same ? path : final;
+}
+
+/// Opens the file as a write to it would, with some patience: the side file must not get around what is
+/// denied.
+win::File OpenToWrite(const std::string& path) {
+    for (;;) {
+        win::File file = Open(path, GENERIC_READ | GENERIC_WRITE);
+        if (file || !IsHeldError(GetLastError()) || !WaitForHeldFile()) return file;
+    }
+}
+
+/// Gives `to` what a copy does not take over from `from`: who may do what with it, and when it was created.
+/// What Windows does not let through stays as the folder has it.
+void CopyIdentity(const std::string& from, const std::string& to) {
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    if (GetFileAttributesExA(from.c_str(), GetFileExInfoStandard, &data) != 0) {
+        const win::File file = Open(to, FILE_WRITE_ATTRIBUTES);
+        if (file) SetFileTime(file.Get(), &data.ftCreationTime, nullptr, nullptr);
+        SetFileAttributesA(to.c_str(), data.dwFileAttributes);
+    }
+    DWORD size = 0;
+    GetFileSecurityA(from.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    std::vector<std::byte> rights(size);
+    if (size != 0 &&
+        GetFileSecurityA(from.c_str(), DACL_SECURITY_INFORMATION, rights.data(), size, &size) != 0)
+        SetFileSecurityA(to.c_str(), DACL_SECURITY_INFORMATION, rights.data());
+}
+
+/// Whether a failure to take a file's place may be over in a moment.
+bool MayPass(DWORD error) {
+    return IsHeldError(error) || error == ERROR_ACCESS_DENIED || error == ERROR_UNABLE_TO_REMOVE_REPLACED ||
+           error == ERROR_UNABLE_TO_MOVE_REPLACEMENT || error == ERROR_UNABLE_TO_MOVE_REPLACEMENT_2;
+}
+
+bool Rename(const std::string& from, const std::string& to, DWORD flags) {
+    return MoveFileExA(from.c_str(), to.c_str(), flags | MOVEFILE_WRITE_THROUGH) != 0;
+}
+
+}  // namespace
+
+SideFileResult SideFile::Make(const std::string& path) {
+    Drop();
+    target_ = path;
+    targetIsNew_ = false;
+    const DWORD attributes = GetFileAttributesA(path.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+        targetIsNew_ = GetLastError() == ERROR_FILE_NOT_FOUND;
+    } else {
+        // Opening does not tell: not every system minds.
+        if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) return SideFileResult::kRefused;
+        const win::File file = OpenToWrite(path);
+        if (!file) return SideFileResult::kRefused;
+        const std::optional<std::string> resolved = ResolvedPath(path, file.Get());
+        if (!resolved) return SideFileResult::kImpossible;
+        target_ = *resolved;
+    }
+    return MakeUnderAName();
+}
+
+SideFileResult SideFile::MakeUnderAName() {
+    if (!HasRoomToGrow(target_)) return SideFileResult::kRefused;
+    for (int number = 1; number <= kNames; ++number) {
+        const std::string name = SideName(target_, number);
+        DeleteFileA(name.c_str());
+        bool made = false;
+        do {
+            made = targetIsNew_ ? static_cast<bool>(win::File(CreateFileA(name.c_str(), GENERIC_WRITE, 0,
+                                                                          nullptr, CREATE_NEW, 0, nullptr)))
+                                : CopyFileA(target_.c_str(), name.c_str(), TRUE) != 0;
+        } while (!made && IsHeldError(GetLastError()) && WaitForHeldFile());
+        if (made) {
+            path_ = name;
+            return HasRoomToGrow(target_) ? SideFileResult::kMade : SideFileResult::kRefused;
+        }
+        const DWORD error = GetLastError();
+        // Half a copy would be in the way of the next.
+        if (IsNoRoom(error)) DeleteFileA(name.c_str());
+        if (IsNoRoom(error) || IsHeldError(error)) return SideFileResult::kRefused;
+    }
+    return SideFileResult::kImpossible;
+}
+
+bool SideFile::IsHeld() const noexcept {
+    return !Open(path_, GENERIC_READ | GENERIC_WRITE | DELETE) && IsHeldError(GetLastError());
+}
+
+bool SideFile::Flush() const {
+    if (!HasRoomToGrow(target_)) {
+        SetLastError(ERROR_DISK_FULL);
+        return false;
+    }
+    const win::File file = Open(path_, GENERIC_WRITE);
+    return file && FlushFileBuffers(file.Get()) != 0;
+}
+
+bool SideFile::Replace() {
+    if (!targetIsNew_) CopyIdentity(target_, path_);
+    for (;;) {
+        if (Rename(path_, target_, targetIsNew_ ? 0 : MOVEFILE_REPLACE_EXISTING)) break;
+        // A file that others have open can be moved out of the way where it cannot be replaced.
+        if (!targetIsNew_ && ReplaceFileA(target_.c_str(), path_.c_str(), nullptr, 0, nullptr, nullptr) != 0)
+            break;
+        const DWORD error = GetLastError();
+        if (MayPass(error) && !IsHeld() && WaitForHeldFile()) continue;
+        SetLastError(error);
+        return false;
+    }
+    path_.clear();
+    return true;
+}
+
+bool SideFile::TargetIsLost() const noexcept {
+    return !targetIsNew_ && !path_.empty() && !Exists(target_) && GetLastError() == ERROR_FILE_NOT_FOUND;
+}
+
+std::string SideFile::Leave() noexcept { return std::exchange(path_, {}); }
+
+void SideFile::Drop() noexcept {
+    if (!path_.empty()) DeleteFileA(path_.c_str());
+    path_.clear();
+}
+
+void RemoveSideFiles(const std::string& path) {
+    const win::File file = Open(path, 0);
+    if (!file) return;
+    const std::string target = ResolvedPath(path, file.Get()).value_or(path);
+    for (int number = 1; number <= kNames; ++number)
+        DeleteFileA(SideName(target, number).c_str());
+}
+
+}  // namespace config

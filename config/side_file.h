@@ -1,0 +1,68 @@
+#pragma once
+
+#include <string>
+
+namespace config {
+
+/// What became of an attempt to make a side file.
+enum class SideFileResult {
+    kMade,
+    kImpossible,  ///< the folder takes no new file, or the path leaves no room for its name
+    kRefused      ///< the file may not be written, or the disk is full: nothing is to be written at all
+};
+
+/// A new file beside the configuration file that is to take its place. Deleted with this value unless it has.
+class SideFile {
+  public:
+    SideFile() = default;
+    SideFile(const SideFile&) = delete;
+    SideFile& operator=(const SideFile&) = delete;
+    SideFile(SideFile&&) = delete;
+    SideFile& operator=(SideFile&&) = delete;
+    ~SideFile() { Drop(); }
+
+    /// Makes a copy of the file at `path` under the first name of its own that is free (CopyFileA), or an
+    /// empty file where there is none. For a symbolic link the file that it leads to counts. What was made
+    /// before is dropped.
+    SideFileResult Make(const std::string& path);
+
+    /// The full path of the file whose place is to be taken.
+    [[nodiscard]] const std::string& Target() const noexcept { return target_; }
+
+    /// The file's full path; "" when there is none.
+    [[nodiscard]] const std::string& Path() const noexcept { return path_; }
+
+    /// Whether another program keeps the file from us.
+    [[nodiscard]] bool IsHeld() const noexcept;
+
+    /// Writes what Windows still keeps in memory to the disk (FlushFileBuffers). False for a full disk, too;
+    /// the last error says why.
+    [[nodiscard]] bool Flush() const;
+
+    /// Takes the target's place with its attributes, access rights and creation time: in one step
+    /// (MoveFileExA), and only where that cannot be done, by ReplaceFileA, which takes two. False leaves both
+    /// files as they were, and the last error says why; unless TargetIsLost().
+    [[nodiscard]] bool Replace();
+
+    /// Whether Windows has stopped halfway: there is no target any more, and this file holds all.
+    [[nodiscard]] bool TargetIsLost() const noexcept;
+
+    /// Leaves the file where it is; returns its path.
+    std::string Leave() noexcept;
+
+    /// Deletes the file.
+    void Drop() noexcept;
+
+  private:
+    [[nodiscard]] SideFileResult MakeUnderAName();
+
+    std::string target_;
+    std::string path_;
+    bool targetIsNew_ = false;
+};
+
+/// Deletes what a killed program has left beside the file at `path`, whatever it holds. Where there is no
+/// such file, nothing is deleted.
+void RemoveSideFiles(const std::string& path);
+
+}  // namespace config
