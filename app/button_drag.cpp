@@ -2,6 +2,9 @@
 
 #include <windowsx.h>
 
+#include <cstdlib>
+#include <utility>
+
 namespace app {
 namespace {
 
@@ -13,17 +16,28 @@ POINT MessagePlace() noexcept {
 
 }  // namespace
 
+bool IsDragDistance(POINT from, POINT to, SIZE distance) noexcept {
+    return std::abs(to.x - from.x) > distance.cx || std::abs(to.y - from.y) > distance.cy;
+}
+
 void ButtonDrag::Begin() {
     const model::CButtonShortcut& button = state_.Current();
     if (button.IsFree()) return;
     source_ = {state_.Context.CurrentButtonKey, button.FilePath, button.Naziv, button.Switch};
-    active_ = true;
+    start_ = MessagePlace();
+    stage_ = Stage::kPressed;
+}
+
+void ButtonDrag::TakeUp() noexcept {
+    const SIZE distance{GetSystemMetrics(SM_CXDRAG), GetSystemMetrics(SM_CYDRAG)};
+    if (stage_ != Stage::kPressed || !IsDragDistance(start_, MessagePlace(), distance)) return;
+    stage_ = Stage::kCarrying;
     enteredHeader_ = 0;
-    SetCursor(LoadCursor(nullptr, IDC_SIZEALL));
 }
 
 void ButtonDrag::OnMove() {
-    if (!active_) return;
+    TakeUp();
+    if (!Active()) return;
     SetCursor(LoadCursor(nullptr, IDC_SIZEALL));
     const int header = tabs_.HeaderAt(MessagePlace()).value_or(0);
     if (header == enteredHeader_) return;
@@ -31,16 +45,18 @@ void ButtonDrag::OnMove() {
     if (header != 0) tabs_.b1_MouseUp(header, win::MouseButton::kLeft, 0, 0, 0);
 }
 
-void ButtonDrag::Drop() {
-    if (!active_) return;
+bool ButtonDrag::Drop() {
+    TakeUp();
+    const bool carried = Active();
     Cancel();
+    if (!carried) return false;
     const auto target = buttons_.ButtonAt(MessagePlace());
     if (target && onDrop) onDrop(*target, source_);
+    return true;
 }
 
 void ButtonDrag::Cancel() noexcept {
-    active_ = false;
-    SetCursor(LoadCursor(nullptr, IDC_ARROW));
+    if (std::exchange(stage_, Stage::kNone) == Stage::kCarrying) SetCursor(LoadCursor(nullptr, IDC_ARROW));
 }
 
 }  // namespace app

@@ -19,23 +19,32 @@ struct DragSource {
     std::string Switch;
 };
 
-/// Moving a button by CTRL+SHIFT and the left mouse button, over the headers to another tab too.
+/// True when two points of the screen are farther apart than a drag needs, in pixels (SM_CXDRAG, SM_CYDRAG).
+bool IsDragDistance(POINT from, POINT to, SIZE distance) noexcept;
+
+/// Moving a button by CTRL+SHIFT and the left mouse button, over the headers to another tab too. It begins
+/// when the pointer has gone farther than the system's drag distance; until then the press may become a
+/// click.
 class ButtonDrag {
   public:
     ButtonDrag(PanelState& state, ButtonPanel& buttons, TabStrip& tabs) noexcept
         : state_(state), buttons_(buttons), tabs_(tabs) {}
 
-    /// Starts moving the current button; nothing happens on a free one.
+    /// Gets ready to move the current button; nothing happens on a free one.
     void Begin();
 
+    /// True from a press that may become a move to its end.
+    [[nodiscard]] bool Ready() const noexcept { return stage_ != Stage::kNone; }
+
     /// True while a button is carried.
-    [[nodiscard]] bool Active() const noexcept { return active_; }
+    [[nodiscard]] bool Active() const noexcept { return stage_ == Stage::kCarrying; }
 
     /// The pointer moves while the button is carried: a header that it enters shows its tab.
     void OnMove();
 
-    /// The mouse button is released: the move ends on the button under the pointer, or nowhere.
-    void Drop();
+    /// The mouse button is released: the move ends on the button under the pointer, or nowhere. False when
+    /// there was no move.
+    bool Drop();
 
     /// Ends the move without a change.
     void Cancel() noexcept;
@@ -44,10 +53,15 @@ class ButtonDrag {
     std::function<void(int, const DragSource&)> onDrop;
 
   private:
+    enum class Stage { kNone, kPressed, kCarrying };
+
+    void TakeUp() noexcept;
+
     PanelState& state_;
     ButtonPanel& buttons_;
     TabStrip& tabs_;
-    bool active_ = false;
+    Stage stage_ = Stage::kNone;
+    POINT start_{};
     int enteredHeader_ = 0;
     DragSource source_;
 };

@@ -33,7 +33,7 @@ void ButtonMouse::AttachTo(win::PictureBox& picture, int index) {
         if (!config::Settings.SingleClickOpen) DoubleClick(index);
     };
     picture.onMouseDown = [this, index](const win::PictureBox::Mouse& mouse) { MouseDown(index, mouse); };
-    picture.onMouseUp = [this](const win::PictureBox::Mouse&) { drag_.Drop(); };
+    picture.onMouseUp = [this](const win::PictureBox::Mouse& mouse) { MouseUp(mouse); };
     picture.onMouseMove = [this, index](const win::PictureBox::Mouse&) { MouseMove(index); };
     picture.onMouseLeave = [this] { buttons_.HideHoverOutside(); };
     picture.onCaptureLost = [this] { drag_.Cancel(); };
@@ -61,7 +61,7 @@ void ButtonMouse::AttachHoverPicture() {
     hover.onMouseDown = [this](const win::PictureBox::Mouse& mouse) {
         MouseDown(buttons_.HoveredButton(), mouse);
     };
-    hover.onMouseUp = [this](const win::PictureBox::Mouse&) { drag_.Drop(); };
+    hover.onMouseUp = [this](const win::PictureBox::Mouse& mouse) { MouseUp(mouse); };
     hover.onClick = [this] { Click(buttons_.HoveredButton()); };
     hover.onDoubleClick = [this] {
         if (!config::Settings.SingleClickOpen) DoubleClick(buttons_.HoveredButton());
@@ -84,8 +84,11 @@ void ButtonMouse::MouseDown(int index, const win::PictureBox::Mouse& mouse) {
         OpenMenu(win::PointerPlace());
     } else if (mouse.shift == win::kShift + win::kControl) {
         drag_.Begin();
-        dragged_ = drag_.Active();
     }
+}
+
+void ButtonMouse::MouseUp(const win::PictureBox::Mouse& mouse) {
+    if (mouse.button == win::MouseButton::kLeft) dragged_ = drag_.Drop();
 }
 
 void ButtonMouse::OpenMenu(POINT at) {
@@ -95,10 +98,8 @@ void ButtonMouse::OpenMenu(POINT at) {
 }
 
 void ButtonMouse::MouseMove(int index) {
-    if (drag_.Active()) {
-        drag_.OnMove();
-        return;
-    }
+    drag_.OnMove();
+    if (drag_.Active()) return;
     Select(index);
     buttons_.Hover(index);
 }

@@ -42,6 +42,7 @@ class ButtonMouse {
     void Click(int index);
     void DoubleClick(int index);
     void MouseDown(int index, const win::PictureBox::Mouse& mouse);
+    void MouseUp(const win::PictureBox::Mouse& mouse);
     void OpenMenu(POINT at);
     void MouseMove(int index);
     bool Key(int index, WPARAM key);

@@ -107,6 +107,9 @@ void ButtonPanel::Hover(int index) {
 }
 
 void ButtonPanel::HideHover() {
+    // A move that began on the mark would lose the mouse with it. It is looked at again when the mouse is
+    // free.
+    if (GetCapture() == hover_.Handle()) return;
     container_.LeavePointer();
     ShowWindow(hover_.Handle(), SW_HIDE);
 }

@@ -52,7 +52,7 @@ class ButtonPanel {
     /// buttons.
     void Hover(int index);
 
-    /// Hides the hover picture.
+    /// Hides the hover picture, unless it holds the mouse.
     void HideHover();
 
     /// Hides the hover picture unless it holds the mouse, or the pointer is on it or on a button that no

@@ -10,6 +10,7 @@
 #include "res/resource.h"
 #include "win/dialog.h"
 #include "win/geometry.h"
+#include "win/key_repeat.h"
 #include "win/text.h"
 
 namespace app {
@@ -18,6 +19,10 @@ namespace {
 constexpr DWORD kStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
 constexpr DWORD kExtendedStyle = WS_EX_TOOLWINDOW | WS_EX_TOPMOST | WS_EX_CONTROLPARENT;
 enum TrayCommand { kShowQuon = 0, kClose = 2 };
+
+bool ActsOnce(WPARAM key) {
+    return key == VK_RETURN || key == VK_ESCAPE || key == VK_F1 || key == VK_F2 || key == VK_F10;
+}
 
 RECT OuterRect() {
     RECT rect = layout::At(0, 0, layout::kClientWidth, layout::kClientHeight);
@@ -71,6 +76,8 @@ void Glavni::Organize() {
 bool Glavni::PreTranslate(MSG& message) {
     if (message.hwnd != Handle() && IsChild(Handle(), message.hwnd) == 0) return false;
     const bool pressed = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
+    // Held, a key that opens, stores or docks is one press.
+    if (pressed && win::IsKeyRepeat(message.lParam) && ActsOnce(message.wParam)) return true;
     if (pressed && KeyDown(message.wParam, win::HeldModifiers())) return true;
     return shortcuts_.PreTranslate(message) || IsDialogMessageW(Handle(), &message) != 0;
 }

@@ -10,6 +10,7 @@
 #include "win/dialog.h"
 #include "win/errors.h"
 #include "win/handles.h"
+#include "win/key_repeat.h"
 #include "win/process_start.h"
 #include "win/text.h"
 
@@ -46,6 +47,7 @@ int RunQuon() {
     if (GetLastError() == ERROR_ALREADY_EXISTS || !instance) return 0;
     const win::OleThread ole;
     win::SetErrorReporter(&ReportError);
+    const win::KeyRepeatFilter repeats;
     app::Glavni glavni;
     glavni.CreateParts();
     glavni.Load();

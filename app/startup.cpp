@@ -141,7 +141,10 @@ bool Glavni::KeyDown(WPARAM key, win::ShiftState shift) {
             return false;
         case VK_F2: rename_.Begin(); return true;
         case VK_ESCAPE:
-            if (drag_.Active()) ReleaseCapture();
+            if (drag_.Ready()) {
+                ReleaseCapture();
+                return true;
+            }
             if (!rename_.IsOpen()) return false;
             rename_.Abandon();
             return true;

@@ -1,6 +1,7 @@
 #include "dialogs/edit_group.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 #include "config/ini.h"
@@ -74,9 +75,13 @@ bool frmEditB::OnCommand(int id, int notification) {
 INT_PTR frmEditB::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_VSCROLL: list_.OnScroll(LOWORD(wParam)); return TRUE;
-        case WM_MOUSEWHEEL:
-            list_.OnScroll(GET_WHEEL_DELTA_WPARAM(wParam) < 0 ? SB_PAGEDOWN : SB_PAGEUP);
+        case WM_MOUSEWHEEL: {
+            const int notches =
+                wheel_.Add(GET_WHEEL_DELTA_WPARAM(wParam), static_cast<std::uint32_t>(GetMessageTime()));
+            for (int notch = 0; notch < std::abs(notches); ++notch)
+                list_.OnScroll(notches < 0 ? SB_PAGEDOWN : SB_PAGEUP);
             return TRUE;
+        }
         case WM_CTLCOLOREDIT: {
             const auto dc = reinterpret_cast<HDC>(wParam);
             SetBkColor(dc, GetSysColor(COLOR_WINDOW));

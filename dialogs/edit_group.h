@@ -7,6 +7,7 @@
 #include "dialogs/row_list.h"
 #include "dialogs/shortcut_name.h"
 #include "model/button_records.h"
+#include "sys/mouse_wheel.h"
 #include "win/dialog.h"
 
 namespace dialogs {
@@ -48,6 +49,7 @@ class frmEditB : public win::Dialog {
     std::vector<Row> firstItems_;
     ShortcutNameBox name_;
     RowList list_;
+    sys::WheelNotches wheel_;
 };
 
 }  // namespace dialogs

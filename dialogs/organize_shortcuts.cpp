@@ -1,5 +1,6 @@
 #include "dialogs/organize_shortcuts.h"
 
+#include <cstdlib>
 #include <utility>
 #include <vector>
 
@@ -139,7 +140,9 @@ void frmCuts::OnActivate(bool active) {
         return;
     }
     sys::HookWheel(Handle(), [this](const sys::WheelTurn& turn) {
-        MouseWheel(turn.Keys, turn.Rotation, turn.X, turn.Y);
+        const int notches = wheel_.Add(turn.Rotation, static_cast<std::uint32_t>(GetMessageTime()));
+        for (int notch = 0; notch < std::abs(notches); ++notch)
+            MouseWheel(turn.Keys, notches < 0 ? -WHEEL_DELTA : WHEEL_DELTA, turn.X, turn.Y);
     });
 }
 

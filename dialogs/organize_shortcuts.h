@@ -5,6 +5,7 @@
 
 #include "dialogs/row_list.h"
 #include "model/button_records.h"
+#include "sys/mouse_wheel.h"
 #include "win/dialog.h"
 
 namespace dialogs {
@@ -38,6 +39,7 @@ class frmCuts : public win::Dialog {
 
     model::ButtonContext& context_;
     RowList list_;
+    sys::WheelNotches wheel_;
 };
 
 }  // namespace dialogs

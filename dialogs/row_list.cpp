@@ -11,6 +11,7 @@
 #include "sys/utility.h"
 #include "win/geometry.h"
 #include "win/handles.h"
+#include "win/key_repeat.h"
 #include "win/text.h"
 
 namespace dialogs {
@@ -168,7 +169,8 @@ std::optional<LRESULT> RowList::OnMessage(UINT message, WPARAM wParam, LPARAM lP
             if (OnPress(GET_Y_LPARAM(lParam)) && onOpen) onOpen();
             return 0;
         case WM_GETDLGCODE: return DLGC_WANTARROWS;
-        case WM_KEYDOWN: return OnKey(wParam) ? std::optional<LRESULT>(0) : std::nullopt;
+        case WM_KEYDOWN:
+            return OnKey(wParam, win::IsKeyRepeat(lParam)) ? std::optional<LRESULT>(0) : std::nullopt;
         case WM_SETFOCUS:
         case WM_KILLFOCUS:
         case WM_UPDATEUISTATE: Repaint(); return std::nullopt;
@@ -176,7 +178,7 @@ std::optional<LRESULT> RowList::OnMessage(UINT message, WPARAM wParam, LPARAM lP
     }
 }
 
-bool RowList::OnKey(WPARAM key) {
+bool RowList::OnKey(WPARAM key, bool repeated) {
     const int page = std::max(1, FrameHeight() / Step());
     switch (key) {
         case VK_UP: Select(selected_ - 1); return true;
@@ -186,7 +188,7 @@ bool RowList::OnKey(WPARAM key) {
         case VK_HOME: Select(0); return true;
         case VK_END: Select(Count() - 1); return true;
         case VK_DELETE:
-            if (onDelete && !rows_.empty()) onDelete();
+            if (onDelete && !rows_.empty() && !repeated) onDelete();
             return true;
         default: return false;
     }

@@ -82,7 +82,7 @@ class RowList : public win::Window {
     // Events; an empty one is ignored.
     /// A row was double-clicked.
     std::function<void()> onOpen;
-    /// The Delete key was pressed while a row was selected.
+    /// The Delete key was pressed while a row was selected; held, it tells once.
     std::function<void()> onDelete;
 
   protected:
@@ -106,7 +106,7 @@ class RowList : public win::Window {
     void Reveal(int index);
     void TellName() const;
     void Repaint() const noexcept;
-    bool OnKey(WPARAM key);
+    bool OnKey(WPARAM key, bool repeated);
     /// False below the last row, where there is nothing to select.
     bool OnPress(int y);
     void OnPaint();

@@ -37,6 +37,18 @@ WheelTurn WheelTurnOf(WPARAM wParam, LPARAM lParam) noexcept {
     return {LowPart(keys), HighPart(keys), LowPart(place), HighPart(place)};
 }
 
+int WheelNotches::Add(std::int32_t rotation, std::uint32_t time) noexcept {
+    constexpr std::uint32_t kPause = 1000;  // milliseconds
+    const bool turnedBack = (rest_ < 0) != (rotation < 0);
+    // The clock starts again at 0 after 49.7 days: differences stay right.
+    if (turnedBack || time - lastTime_ > kPause) rest_ = 0;
+    lastTime_ = time;
+    rest_ += rotation;
+    const int notches = rest_ / WHEEL_DELTA;
+    rest_ %= WHEEL_DELTA;
+    return notches;
+}
+
 void HookWheel(HWND window, std::function<void(const WheelTurn&)> mouseWheel) {
     // Hooked twice, a window would have the hook itself for its former procedure.
     UnhookWheel();

@@ -20,6 +20,19 @@ struct WheelTurn {
 /// What a WM_MOUSEWHEEL message says. Only the low 32 bits of each parameter count.
 WheelTurn WheelTurnOf(WPARAM wParam, LPARAM lParam) noexcept;
 
+/// Adds up what is turned in small steps, as touchpads and fine wheels do.
+class WheelNotches {
+  public:
+    /// Takes a rotation (120 a notch) and when it was told (GetMessageTime, milliseconds); returns how many
+    /// notches it completes, negative toward the user. What is left over counts for the next one, unless that
+    /// goes the other way or comes later than a second.
+    int Add(std::int32_t rotation, std::uint32_t time) noexcept;
+
+  private:
+    std::int32_t rest_ = 0;
+    std::uint32_t lastTime_ = 0;
+};
+
 /// Lets a window tell of each turn of the wheel, by putting WheelWndProc before its own procedure. There is
 /// one hook at a time: another window's ends.
 void HookWheel(HWND window, std::function<void(const WheelTurn&)> mouseWheel);

@@ -58,6 +58,7 @@ inline void MemoryDc(HDC handle) noexcept { DeleteDC(handle); }
 inline void GdiObject(HGDIOBJ handle) noexcept { DeleteObject(handle); }
 inline void KernelObject(HANDLE handle) noexcept { CloseHandle(handle); }
 inline void RegistryKey(HKEY handle) noexcept { RegCloseKey(handle); }
+inline void MessageHook(HHOOK handle) noexcept { UnhookWindowsHookEx(handle); }
 }  // namespace close
 
 /// Owners of what Windows hands out to be given back: icons by DestroyIcon, menus by DestroyMenu (their
@@ -77,6 +78,9 @@ using KernelObject = Handle<NullHandleTraits<HANDLE, close::KernelObject>>;
 
 /// An open registry key (RegCloseKey).
 using RegistryKey = Handle<NullHandleTraits<HKEY, close::RegistryKey>>;
+
+/// A hook into messages (UnhookWindowsHookEx).
+using MessageHook = Handle<NullHandleTraits<HHOOK, close::MessageHook>>;
 
 /// How a file's handle is given back; INVALID_HANDLE_VALUE stands for "none".
 struct FileTraits {

@@ -74,7 +74,9 @@ std::optional<int> MenuArray::IndexOf(int command) const noexcept {
 int TrackMenu(const MenuArray& menu, POINT at, HWND owner) {
     AssertMayPump("a menu");
     const Menu popup = menu.Build();
-    return TrackPopupMenu(popup.Get(), TPM_RETURNCMD | TPM_RIGHTBUTTON, at.x, at.y, 0, owner, nullptr);
+    // Opened while the right button is pressed, the menu must not take the end of that press for a choice.
+    const UINT rightChooses = GetKeyState(VK_RBUTTON) < 0 ? 0 : TPM_RIGHTBUTTON;
+    return TrackPopupMenu(popup.Get(), TPM_RETURNCMD | rightChooses, at.x, at.y, 0, owner, nullptr);
 }
 
 }  // namespace win

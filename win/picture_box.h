@@ -50,7 +50,7 @@ class PictureBox : public Window {
     std::function<void(const Mouse&)> onMouseMove;
     /// The pointer left the box (WM_MOUSELEAVE).
     std::function<void()> onMouseLeave;
-    /// Gets a virtual-key code; true means that the key was used.
+    /// Gets a virtual-key code, of a held Enter or Space once; true means that the key was used.
     std::function<bool(WPARAM)> onKeyDown;
     /// The box has got the focus of the keyboard.
     std::function<void()> onFocus;

@@ -195,5 +195,24 @@ TEST_F(ButtonMenuProgramTest, EditsAGroupAndChangesAnIcon) {
     ExpectPanelBack(quon);
 }
 
+TEST_F(ButtonMenuProgramTest, ARightPressThatSlipsOntoAnItemRunsNothing) {
+    QuonIni ini;
+    ini.AddShortcut("11", "Stays", folder_.MakeFile("a.txt"));
+    QuonPanel quon = Start(ini);
+    const std::string before = folder_.IniBytes();
+    mouse::MoveTo(quon.Button(1).Centre());
+    mouse::Press(mouse::Button::kRight);
+    const PopupMenu menu = PopupMenu::Wait(quon.Id());
+    const RECT item = menu.Item("Free button").rect;
+    mouse::Glide({(item.left + item.right) / 2, (item.top + item.bottom) / 2});
+    WaitFor("the item is marked", [&] { return menu.Item("Free button").highlighted; });
+    mouse::Release(mouse::Button::kRight);
+    quon.Main().Send(WM_NULL);
+    EXPECT_TRUE(menu.PopupWindow().IsVisible()) << "the menu stays for a choice";
+    menu.Dismiss();
+    EXPECT_EQ(quon.Button(1).Text(), "Stays");
+    EXPECT_EQ(folder_.IniBytes(), before);
+}
+
 }  // namespace
 }  // namespace testkit

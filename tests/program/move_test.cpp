@@ -129,5 +129,72 @@ TEST_F(MoveTest, LettingAltGoAfterAClickLeadsToNoMenu) {
     quon_->ExpectName(5, "Первый");
 }
 
+TEST_F(MoveTest, APressAndReleaseOnOnePlaceMovesNothing) {
+    const std::string before = folder_.IniBytes();
+    {
+        const HeldKeys keys(Moving());
+        mouse::MoveTo(quon_->Button(1).Centre());
+        mouse::Press();
+        mouse::Release();
+    }
+    quon_->Settle();
+    EXPECT_EQ(folder_.IniBytes(), before) << "the icon that was chosen is kept";
+}
+
+TEST_F(MoveTest, EscCancelsTheMoveAfterTheKeysWereLetGoToo) {
+    const std::string before = folder_.IniBytes();
+    {
+        const HeldKeys keys(Moving());
+        mouse::MoveTo(quon_->Button(1).Centre());
+        mouse::Press();
+        mouse::Glide(quon_->Button(5).Centre());
+    }
+    keyboard::Press(VK_ESCAPE);
+    mouse::Glide(quon_->Button(9).Centre());
+    mouse::Release();
+    quon_->Settle();
+    EXPECT_EQ(folder_.IniBytes(), before);
+    EXPECT_TRUE(quon_->IsOut());
+    // The next one is a move again.
+    Move(1, 9);
+    quon_->ExpectName(9, "Первый");
+}
+
+TEST_F(MoveTest, EscInAMoveFromTheHoverMarkLeavesTheDropDownAlone) {
+    const std::string before = folder_.IniBytes();
+    const Window edit = quon_->Shortcuts().Descendants().front();
+    mouse::Click(edit.ClientPoint(5, 5));
+    WaitFor("the drop-down has the focus", [&] { return edit.IsFocused(); });
+    mouse::MoveTo(quon_->Button(1).Centre());
+    WaitFor("the hover mark", [&] { return quon_->HoverPicture().IsVisible(); });
+    {
+        const HeldKeys keys(Moving());
+        mouse::MoveTo(quon_->HoverPicture().Centre());
+        mouse::Press();
+        mouse::Glide(quon_->Button(5).Centre());
+    }
+    ASSERT_TRUE(edit.IsFocused());
+    keyboard::Press(VK_ESCAPE);
+    mouse::Release();
+    quon_->Settle();
+    EXPECT_EQ(folder_.IniBytes(), before);
+    EXPECT_TRUE(quon_->IsOut()) << "an empty drop-down docks the panel on Esc";
+}
+
+TEST_F(MoveTest, TheHoverMarkCarriesAButtonToAnotherTab) {
+    const HeldKeys keys(Moving());
+    mouse::MoveTo(quon_->Button(1).Centre());
+    WaitFor("the hover mark", [&] { return quon_->HoverPicture().IsVisible(); });
+    mouse::MoveTo(quon_->HoverPicture().Centre());
+    mouse::Press();
+    mouse::Glide(quon_->Header(2).Centre());
+    quon_->ExpectName(1, "Empty");
+    mouse::Glide(quon_->Button(4).Centre());
+    mouse::Release();
+    quon_->ExpectName(4, "Первый");
+    EXPECT_EQ(Record("24"), "Первый|0");
+    EXPECT_EQ(Record("11"), "");
+}
+
 }  // namespace
 }  // namespace testkit

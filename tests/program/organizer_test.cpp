@@ -7,6 +7,7 @@
 
 #include <string>
 
+#include "res/resource.h"
 #include "tests/program/quon_panel.h"
 
 namespace testkit {
@@ -110,6 +111,47 @@ TEST_F(OrganizerTest, TheRealWheelScrollsTheList) {
     EXPECT_GT(BarValue(organiser), 4000);
     keyboard::Press(VK_ESCAPE);
     WaitFor("the organiser closes", [&] { return !organiser.Exists(); });
+}
+
+TEST_F(OrganizerTest, SmallStepsOfTheWheelAddUp) {
+    QuonIni ini;
+    for (int index = 0; index < 100; ++index)
+        ini.cuts.emplace_back("n" + std::to_string(index), "C:\\windows");
+    QuonPanel quon = Start(ini);
+    const Window organiser = Open(quon, 100);
+    mouse::MoveTo(organiser.Child(IDC_ORGANIZE_FRAME).Centre());
+    for (int step = 0; step < 12; ++step)
+        mouse::Turn(-10);
+    WaitFor("the list scrolls", [&] { return BarValue(organiser) == 102; });
+    quon.Program().WaitUntilIdle();
+    EXPECT_EQ(BarValue(organiser), 102);
+    Leave(organiser);
+}
+
+TEST_F(OrganizerTest, AHeldDeleteKeyDeletesOneShortcut) {
+    QuonIni ini;
+    for (const char* name : {"First", "Second", "Third"})
+        ini.cuts.emplace_back(name, "C:\\windows");
+    QuonPanel quon = Start(ini);
+    const Window organiser = Open(quon, 3);
+    keyboard::Hold(VK_DELETE, 20);
+    WaitForName(organiser, "Second");
+    quon.Program().WaitUntilIdle();
+    EXPECT_EQ(organiser.Child(IDC_ORGANIZE_BASKET).Text(), "Second");
+    EXPECT_THAT(folder_.Ini().Keys("Cuts"), ElementsAre("Second", "Third"));
+    // The delete command's button, pressed by a held Enter.
+    keyboard::Chord({VK_SHIFT, VK_TAB});
+    mouse::MoveTo(organiser.Child(IDC_ORGANIZE_DELETE).Centre());
+    for (int tab = 0; tab < 6 && !organiser.Child(IDC_ORGANIZE_DELETE).IsFocused(); ++tab) {
+        keyboard::Press(VK_TAB);
+        quon.Program().WaitUntilIdle();
+    }
+    ASSERT_TRUE(organiser.Child(IDC_ORGANIZE_DELETE).IsFocused());
+    keyboard::Hold(VK_RETURN, 20);
+    WaitForName(organiser, "Third");
+    quon.Program().WaitUntilIdle();
+    EXPECT_THAT(folder_.Ini().Keys("Cuts"), ElementsAre("Third"));
+    Leave(organiser);
 }
 
 }  // namespace

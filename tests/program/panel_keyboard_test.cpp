@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "res/resource.h"
 #include "tests/program/other_window.h"
 #include "tests/program/quon_panel.h"
 #include "tests/support/text.h"
@@ -104,6 +105,56 @@ TEST_F(PanelKeyboardTest, EnterAndSpaceOpenButtonsAndShowTabs) {
     keyboard::Press(VK_RETURN);
     quon.ExpectName(1, "Empty");
     EXPECT_THAT(TargetLaunches(target), SizeIs(3));
+}
+
+TEST_F(PanelKeyboardTest, AHeldKeyOpensOneProgramAndStoresOnce) {
+    constexpr int kTwoSeconds = 60;
+    const std::string target = folder_.CopyIn(TestTargetExe(), "target.exe");
+    QuonIni ini;
+    ini.AddShortcut("11", "Editor", target);
+    QuonPanel quon = Start(ini);
+    std::size_t launches = 0;
+    const auto expect_one_more = [&](const char* what) {
+        const TargetLaunch launch = WaitForTargetLaunches(target, ++launches).back();
+        quon.Program().WaitUntilIdle();
+        EXPECT_THAT(TargetLaunches(target), SizeIs(launches)) << what;
+        RunningProgram::Attach(launch.process_id).CloseAndWait();
+        quon.Main().Activate();
+    };
+    for (const WORD key : {WORD{VK_RETURN}, WORD{VK_SPACE}}) {
+        keyboard::Hold(key, kTwoSeconds);
+        expect_one_more("the button");
+    }
+    const Window edit = quon.Shortcuts().Descendants().front();
+    mouse::Click(edit.ClientPoint(5, 5));
+    WaitFor("the drop-down has the focus", [&] { return edit.IsFocused(); });
+    keyboard::Type("editor");
+    keyboard::Hold(VK_RETURN, kTwoSeconds);
+    expect_one_more("the drop-down");
+    PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, IDC_IMAGE_BUTTON + 3);
+    keyboard::Hold(VK_RETURN, kTwoSeconds);
+    expect_one_more("the Go button");
+}
+
+TEST_F(PanelKeyboardTest, AHeldEnterDoesNotAnswerTheMenuThatItHasOpened) {
+    QuonPanel quon = Start({});
+    const Window edit = quon.Shortcuts().Descendants().front();
+    mouse::Click(edit.ClientPoint(5, 5));
+    WaitFor("the drop-down has the focus", [&] { return edit.IsFocused(); });
+    PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, IDC_IMAGE_BUTTON + 3);
+    PressAndExpectFocus(quon, {VK_LEFT}, IDC_IMAGE_BUTTON + 2);
+    keyboard::Hold(VK_RETURN, 20);
+    const PopupMenu menu = PopupMenu::Wait(quon.Id());
+    quon.Main().Send(WM_NULL);
+    EXPECT_TRUE(menu.PopupWindow().IsVisible());
+    // Enter on "Options", held: the dialog that it opens is not accepted by the same press.
+    keyboard::Press(VK_DOWN, 2);
+    keyboard::Hold(VK_RETURN, 40);
+    const Window dialog = quon.Program().WaitForWindow({.title = "Quon settings"});
+    quon.Program().WaitUntilIdle();
+    EXPECT_TRUE(dialog.Exists());
+    keyboard::Press(VK_ESCAPE);
+    WaitFor("the dialog closes", [&] { return !dialog.Exists(); });
 }
 
 TEST_F(PanelKeyboardTest, TheFocusIsMarkedOnceAKeyIsUsed) {

@@ -236,9 +236,9 @@ void KeepAtGoal() {
     if (HasGoal() && !SamePlace(Place(), goal.place)) SendMouse(MOUSEEVENTF_MOVE, goal.place);
 }
 
-void Wheel(int notches) {
-    Send({MouseInput(MOUSEEVENTF_WHEEL, 0, 0, static_cast<DWORD>(notches * WHEEL_DELTA))});
-}
+void Wheel(int notches) { Turn(notches * WHEEL_DELTA); }
+
+void Turn(int rotation) { Send({MouseInput(MOUSEEVENTF_WHEEL, 0, 0, static_cast<DWORD>(rotation))}); }
 
 }  // namespace mouse
 
@@ -247,6 +247,12 @@ namespace keyboard {
 void Press(WORD key, int times) {
     for (int i = 0; i < times; ++i)
         SendWithHeldKeys({KeyInput(key, false), KeyInput(key, true)});
+}
+
+void Hold(WORD key, int repeats) {
+    for (int i = 0; i <= repeats; ++i)
+        SendWithHeldKeys({KeyInput(key, false)});
+    SendWithHeldKeys({KeyInput(key, true)});
 }
 
 void Chord(const Keys& keys) { const HeldKeys held(keys); }

@@ -62,6 +62,8 @@ void Drag(POINT from, POINT to, const Keys& held = {});
 void KeepAtGoal();
 /// Turns the wheel; positive is away from the user.
 void Wheel(int notches);
+/// A turn of any size; 120 is a notch.
+void Turn(int rotation);
 
 }  // namespace mouse
 
@@ -69,6 +71,8 @@ namespace keyboard {
 
 /// One key, pressed and let go: VK_RETURN, 'A'.
 void Press(WORD key, int times = 1);
+/// One key held down, told once and then again `repeats` times, as the keyboard does by itself; then let go.
+void Hold(WORD key, int repeats);
 /// Keys pressed in this order and let go in the opposite one: {VK_MENU, VK_F4}.
 void Chord(const Keys& keys);
 /// Text as keys where the keyboard layout has them, else as Unicode characters. "\n" is Enter.

@@ -40,11 +40,66 @@ TEST_F(ButtonDragTest, StartsOnlyWithCtrlShiftAndTheLeftButton) {
     for (const std::initializer_list<int> held :
          {std::initializer_list<int>{}, {VK_CONTROL}, {VK_SHIFT}, {VK_CONTROL, VK_SHIFT, VK_MENU}}) {
         Press(Button(1), held);
-        EXPECT_FALSE(drag_.Active());
+        EXPECT_FALSE(drag_.Ready());
         Release(Button(1));
     }
     Start();
+    EXPECT_TRUE(drag_.Ready());
+}
+
+TEST_F(ButtonDragTest, BeginsBeyondTheSystemsDragDistance) {
+    const LONG across = GetSystemMetrics(SM_CXDRAG);
+    const LONG down = GetSystemMetrics(SM_CYDRAG);
+    for (const POINT beyond : {POINT{across + 1, 0}, {-across - 1, 0}, {0, down + 1}, {0, -down - 1}}) {
+        const POINT start{pointer_};
+        Start();
+        for (const POINT within : {POINT{0, 0}, {across, down}, {-across, -down}}) {
+            pointer_ = {start.x + within.x, start.y + within.y};
+            SendMessageW(Button(1), WM_MOUSEMOVE, MK_LBUTTON, 0);
+            EXPECT_FALSE(drag_.Active());
+        }
+        pointer_ = {start.x + beyond.x, start.y + beyond.y};
+        SendMessageW(Button(1), WM_MOUSEMOVE, MK_LBUTTON, 0);
+        EXPECT_TRUE(drag_.Active());
+        // Back where it began it is a move all the same.
+        pointer_ = start;
+        SendMessageW(Button(1), WM_MOUSEMOVE, MK_LBUTTON, 0);
+        EXPECT_TRUE(drag_.Active());
+        Release(Button(1));
+        EXPECT_FALSE(drag_.Ready());
+    }
+}
+
+TEST_F(ButtonDragTest, APressAndReleaseOnOnePlaceMovesNothing) {
+    pointer_ = Inside(Button(1));
+    Start();
+    Release(Button(1));
+    EXPECT_FALSE(drag_.Ready());
+    EXPECT_THAT(log_.Lines(), IsEmpty());
+    EXPECT_EQ(folder_.IniBytes(), before_);
+}
+
+TEST_F(ButtonDragTest, APressAndReleaseOnOnePlaceIsAClick) {
+    config::Settings.SingleClickOpen = true;
+    const auto shell = FAKE_CALL(ShellExecuteA, [this](HWND, LPCSTR, LPCSTR file, LPCSTR, LPCSTR, INT show) {
+        log_.Add("open", file, show);
+        return reinterpret_cast<HINSTANCE>(33);
+    });
+    state_.Button(1).Switch.clear();
+    pointer_ = Inside(Button(1));
+    Start();
+    Release(Button(1));
+    EXPECT_NE(log_.Count("open http://a/ 1"), 0u) << log_.Text();
+}
+
+TEST_F(ButtonDragTest, TheRightButtonLetGoDropsNothing) {
+    Start();
+    MoveTo(Button(5));
+    SendMessageW(Button(1), WM_RBUTTONUP, MK_LBUTTON, MAKELPARAM(5, 5));
+    EXPECT_THAT(log_.Lines(), IsEmpty());
     EXPECT_TRUE(drag_.Active());
+    ReleaseAt(Button(5));
+    EXPECT_EQ(log_.Count("drop 5"), 1u);
 }
 
 TEST_F(ButtonDragTest, LeavesTheRightButtonToTheMenuWhateverIsHeld) {
@@ -60,7 +115,7 @@ TEST_F(ButtonDragTest, LeavesTheRightButtonToTheMenuWhateverIsHeld) {
 
 TEST_F(ButtonDragTest, DoesNotStartOnAFreeButton) {
     Press(Button(2), {VK_CONTROL, VK_SHIFT});
-    EXPECT_FALSE(drag_.Active());
+    EXPECT_FALSE(drag_.Ready());
 }
 
 TEST_F(ButtonDragTest, HandsOverACopyOfWhatTheSourceHeld) {
@@ -101,6 +156,7 @@ TEST_F(ButtonDragTest, ShowsTheTabOfTheSameHeaderInTheNextMoveToo) {
     Start();
     ReleaseAt(Header(3));
     tabs_.b1_MouseUp(1, win::MouseButton::kLeft, 0, 0, 0);
+    pointer_ = Inside(Button(1));
     Start();
     MoveTo(Header(3));
     EXPECT_EQ(config::Settings.CurrentTab, 3);
@@ -117,8 +173,10 @@ TEST_F(ButtonDragTest, ChangesNothingWhenDroppedElsewhere) {
 
 TEST_F(ButtonDragTest, ChangesNothingWhenTheMouseIsTakenAway) {
     Start();
+    MoveTo(Button(4));
+    ASSERT_TRUE(drag_.Active());
     ReleaseCapture();
-    EXPECT_FALSE(drag_.Active());
+    EXPECT_FALSE(drag_.Ready());
     ReleaseAt(Button(5));
     EXPECT_THAT(log_.Lines(), IsEmpty());
     EXPECT_EQ(folder_.IniBytes(), before_);
@@ -126,6 +184,7 @@ TEST_F(ButtonDragTest, ChangesNothingWhenTheMouseIsTakenAway) {
 
 TEST_F(ButtonDragTest, DoesNotMakeAnotherButtonTheCurrentOneOnItsWay) {
     Start();
+    MoveTo(Button(5));
     pointer_ = Inside(Button(6));
     SendMessageW(Button(6), WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(5, 5));
     EXPECT_EQ(state_.Context.CurrentButtonIndex, 1);

@@ -418,18 +418,20 @@ TEST_F(ButtonMouseTest, MovesTheButtonThatTheHoverPictureStandsOn) {
     drag_.onDrop = [this](int target, const DragSource& source) { log_.Add("drop", target, source.Key); };
     SendMessageW(Button(1), WM_MOUSEMOVE, 0, MAKELPARAM(5, 5));
     Press(hover, {VK_CONTROL, VK_SHIFT});
-    EXPECT_TRUE(drag_.Active());
+    EXPECT_TRUE(drag_.Ready());
     pointer_ = Inside(tabs_.Header(3).Handle());
     SendMessageW(hover, WM_MOUSEMOVE, MK_LBUTTON, 0);
+    EXPECT_TRUE(drag_.Active());
     EXPECT_EQ(config::Settings.CurrentTab, 3);
+    EXPECT_NE(GetWindowLongPtrW(hover, GWL_STYLE) & WS_VISIBLE, 0) << "it holds the mouse";
     pointer_ = Inside(Button(6));
     Release(hover);
     EXPECT_THAT(log_.Lines(), ElementsAre("drop 6 11"));
     tabs_.b1_MouseUp(1, win::MouseButton::kLeft, 0, 0, 0);
     Press(hover, {VK_CONTROL, VK_SHIFT});
-    ASSERT_TRUE(drag_.Active());
+    ASSERT_TRUE(drag_.Ready());
     ReleaseCapture();
-    EXPECT_FALSE(drag_.Active()) << "the mouse was taken away";
+    EXPECT_FALSE(drag_.Ready()) << "the mouse was taken away";
 }
 
 }  // namespace

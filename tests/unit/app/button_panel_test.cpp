@@ -126,6 +126,18 @@ TEST_F(ButtonPanelTest, KeepsTheHoverPictureOnlyWhileThePointerIsOnItOrAButton) 
     }
 }
 
+TEST_F(ButtonPanelTest, KeepsTheHoverPictureThatHoldsTheMouseWhenTheTabChanges) {
+    const HWND hover = buttons_.HoverPicture().Handle();
+    buttons_.Hover(2);
+    SetCapture(hover);
+    buttons_.HideHover();
+    EXPECT_NE(GetWindowLongPtrW(hover, GWL_STYLE) & WS_VISIBLE, 0);
+    EXPECT_EQ(GetCapture(), hover);
+    ReleaseCapture();
+    buttons_.HideHover();
+    EXPECT_EQ(GetWindowLongPtrW(hover, GWL_STYLE) & WS_VISIBLE, 0);
+}
+
 TEST_F(ButtonPanelTest, LooksWhereThePointerIsFiveTimesASecondWhileTheHoverPictureIsOut) {
     const HWND container = GetParent(Button(1));
     std::vector<std::string> calls;

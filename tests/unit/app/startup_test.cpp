@@ -292,6 +292,35 @@ TEST(PanelKeysTest, EnterAcceptsTheNewNameInTheRenameBoxAlone) {
     EXPECT_FALSE(IsShown(box));
 }
 
+TEST(PanelKeysTest, HeldKeysOpenAndStoreNothingAgain) {
+    constexpr LPARAM kRepeated = 0x40000001;
+    KeyboardPanel panel;
+    const testkit::Window box = panel.Window().Child(IDC_RENAME);
+    const auto repeat = [&](WPARAM key, testkit::Window window) {
+        MSG message{};
+        message.hwnd = window.Handle();
+        message.message = WM_KEYDOWN;
+        message.wParam = key;
+        message.lParam = kRepeated;
+        return panel.Panel().PreTranslate(message);
+    };
+    EXPECT_TRUE(repeat(VK_F2, panel.Window()));
+    EXPECT_FALSE(IsShown(box));
+    panel.PressKey(WM_KEYDOWN, VK_F2);
+    box.SetText("other");
+    SetFocus(box.Handle());
+    EXPECT_TRUE(repeat(VK_RETURN, box));
+    EXPECT_TRUE(repeat(VK_ESCAPE, box));
+    EXPECT_TRUE(IsShown(box));
+    EXPECT_EQ(panel.Folder().IniValue("Buttons", "11"), "n11|0");
+    const testkit::Window list = panel.Window().Child(IDC_SHORTCUTS);
+    const testkit::Window edit = list.Descendants().front();
+    list.SetText("text");
+    for (const WPARAM key : {WPARAM{VK_RETURN}, WPARAM{VK_ESCAPE}, WPARAM{VK_F1}})
+        EXPECT_TRUE(repeat(key, edit)) << key;
+    EXPECT_EQ(list.Text(), "text");
+}
+
 TEST(PanelKeysTest, OtherKeysDoNothing) {
     KeyboardPanel panel;
     for (const int key : {VK_F3, VK_F4, VK_F5, VK_DELETE, VK_BACK, VK_ESCAPE, VK_HOME, int{'A'}})

@@ -474,6 +474,11 @@ TEST_F(EditGroupTest, TheRowsHaveTheirGeometry) {
              EXPECT_EQ(GetScrollPos(bar, SB_CTL), 140);
              List(dialog).Send(WM_MOUSEWHEEL, MAKEWPARAM(0, 120));
              EXPECT_EQ(GetScrollPos(bar, SB_CTL), 80);
+             for (int step = 1; step <= 12; ++step) {
+                 EXPECT_EQ(GetScrollPos(bar, SB_CTL), 80) << "small steps add up";
+                 List(dialog).Send(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-10)));
+             }
+             EXPECT_EQ(GetScrollPos(bar, SB_CTL), 140);
              Click(dialog, IDC_GROUP_CANCEL);
          }});
 }

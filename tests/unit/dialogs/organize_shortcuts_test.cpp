@@ -446,6 +446,19 @@ TEST_F(OrganizeShortcutsTest, TheWheelIsHookedWhileItIsActive) {
              }});
 }
 
+TEST_F(OrganizeShortcutsTest, SmallStepsOfTheWheelAddUpToItsNotch) {
+    Organize(Many(20), {[](Window organiser) {
+                 const HWND bar = organiser.Child(IDC_ORGANIZE_SCROLL).Handle();
+                 organiser.Send(WM_ACTIVATE, WA_ACTIVE);
+                 for (int step = 1; step <= 12; ++step) {
+                     EXPECT_EQ(GetScrollPos(bar, SB_CTL), 0) << step;
+                     List(organiser).Send(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-10)));
+                 }
+                 EXPECT_EQ(GetScrollPos(bar, SB_CTL), 102);
+                 Quit(organiser);
+             }});
+}
+
 TEST_F(OrganizeShortcutsTest, TheBarMovesByItsSteps) {
     Organize(Many(20), {[](Window organiser) {
                  const HWND bar = organiser.Child(IDC_ORGANIZE_SCROLL).Handle();

@@ -310,6 +310,18 @@ TEST_F(RowListTest, TheDeleteKeyAsksForTheSelectedRowsEnd) {
     EXPECT_EQ(asked, 1);
 }
 
+TEST_F(RowListTest, AHeldDeleteKeyAsksOnceAndAHeldArrowGoesOn) {
+    constexpr LPARAM kRepeated = 0x40000001;
+    int asked = 0;
+    list_.onDelete = [&] { ++asked; };
+    list_.Assign(Numbered(3));
+    Press(list_, VK_DELETE);
+    EXPECT_EQ(SendMessageW(list_.Handle(), WM_KEYDOWN, VK_DELETE, kRepeated), 0);
+    EXPECT_EQ(asked, 1);
+    SendMessageW(list_.Handle(), WM_KEYDOWN, VK_DOWN, kRepeated);
+    EXPECT_EQ(list_.Selected(), 1);
+}
+
 TEST_F(RowListTest, ARowsIconIsFetchedWhenItIsFirstSeen) {
     list_.Assign(Numbered(1000));
     EXPECT_THAT(asked_, IsEmpty());

@@ -161,5 +161,37 @@ TEST_F(MouseWheelTest, AnErrorOfTheFormDoesNotKeepTheMessage) {
     EXPECT_EQ(reports, 1);
 }
 
+TEST(WheelNotchesTest, SmallStepsAddUpToANotch) {
+    WheelNotches wheel;
+    for (int step = 1; step < 12; ++step)
+        EXPECT_EQ(wheel.Add(-10, 100), 0) << step;
+    EXPECT_EQ(wheel.Add(-10, 100), -1);
+    for (int step = 1; step < 12; ++step)
+        EXPECT_EQ(wheel.Add(-10, 100), 0) << step;
+    EXPECT_EQ(wheel.Add(-25, 100), -1);
+    EXPECT_EQ(wheel.Add(-105, 100), -1) << "fifteen were left over";
+}
+
+TEST(WheelNotchesTest, AFullTurnIsOneAtOnceAndALargeOneSeveral) {
+    WheelNotches wheel;
+    EXPECT_EQ(wheel.Add(120, 0), 1);
+    EXPECT_EQ(wheel.Add(-120, 0), -1);
+    EXPECT_EQ(wheel.Add(0, 0), 0);
+    EXPECT_EQ(wheel.Add(360, 0), 3);
+    EXPECT_EQ(wheel.Add(-32768, 0), -273);
+}
+
+TEST(WheelNotchesTest, WhatIsLeftGoesWhenTheDirectionChangesAndAfterAPause) {
+    WheelNotches wheel;
+    EXPECT_EQ(wheel.Add(110, 0), 0);
+    EXPECT_EQ(wheel.Add(-20, 10), 0);
+    EXPECT_EQ(wheel.Add(-100, 20), -1) << "the way back counts from its beginning";
+    EXPECT_EQ(wheel.Add(-110, 30), 0);
+    EXPECT_EQ(wheel.Add(-10, 1031), 0) << "too late";
+    EXPECT_EQ(wheel.Add(-110, 2031), -1) << "just in time";
+    EXPECT_EQ(wheel.Add(60, 0xFFFFFFF0U), 0);
+    EXPECT_EQ(wheel.Add(60, 0x10), 1) << "over the clock's end";
+}
+
 }  // namespace
 }  // namespace sys

@@ -172,6 +172,19 @@ TEST_F(MenuArrayTest, IsShownAtAPointAndAnswersTheCommand) {
     EXPECT_EQ(shown, "Second");
 }
 
+TEST_F(MenuArrayTest, TheEndOfThePressThatOpensItChoosesNothing) {
+    UINT flags = 0;
+    const RecordedCall track =
+        FAKE_CALL(TrackPopupMenu, [&](HMENU, UINT how, int, int, int, HWND, const RECT*) -> WINBOOL {
+            flags = how;
+            return 0;
+        });
+    const RecordedCall pressed =
+        FAKE_CALL(GetKeyState, [](int key) -> SHORT { return key == VK_RBUTTON ? SHORT{-128} : SHORT{0}; });
+    TrackMenu(menu_, {12, 34}, GetDesktopWindow());
+    EXPECT_EQ(flags, UINT{TPM_RETURNCMD});
+}
+
 TEST_F(MenuArrayTest, KeepsNoSubmenuThatWindowsDidNotTake) {
     MenuArray inner(2100, {Item("Inner")});
     menu_[0].submenu = &inner;

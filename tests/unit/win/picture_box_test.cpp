@@ -327,6 +327,19 @@ TEST_F(PictureBoxTest, HandsKeysOn) {
     EXPECT_THAT(keys, ElementsAre(WPARAM{VK_SPACE}, WPARAM{'A'}));
 }
 
+TEST_F(PictureBoxTest, AHeldKeyPressesItOnceAndGoesOnMovingTheFocus) {
+    constexpr LPARAM kRepeated = 0x40000001;
+    std::vector<WPARAM> keys;
+    box_.onKeyDown = [&](WPARAM key) {
+        keys.push_back(key);
+        return true;
+    };
+    for (const WPARAM key : {WPARAM{VK_RETURN}, WPARAM{VK_SPACE}, WPARAM{VK_RIGHT}})
+        EXPECT_EQ(SendMessageW(box_.Handle(), WM_KEYDOWN, key, kRepeated), 0);
+    EXPECT_EQ(SendMessageW(box_.Handle(), WM_SYSKEYDOWN, VK_RETURN, kRepeated), 0);
+    EXPECT_THAT(keys, ElementsAre(WPARAM{VK_RIGHT}));
+}
+
 TEST_F(PictureBoxTest, AltAndEnterIsAKeyLikeEnterAndDoesNotBeep) {
     std::vector<WPARAM> keys;
     box_.onKeyDown = [&](WPARAM key) {

@@ -1,0 +1,52 @@
+#include "win/key_repeat.h"
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace win {
+namespace {
+
+constexpr LPARAM kPressed = 0x001C0001;
+constexpr LPARAM kRepeated = 0x401C0001;
+
+/// Whether a modal loop would drop the message.
+bool IsDropped(int code, UINT message, WPARAM key, LPARAM lParam) {
+    MSG waiting{};
+    waiting.message = message;
+    waiting.wParam = key;
+    waiting.lParam = lParam;
+    return CallMsgFilterW(&waiting, code) != FALSE;
+}
+
+TEST(KeyRepeatTest, IsToldByThirtiethBit) {
+    EXPECT_FALSE(IsKeyRepeat(kPressed));
+    EXPECT_TRUE(IsKeyRepeat(kRepeated));
+    // Let go: the key was down before, which is no repeat of a press, but nobody asks.
+    EXPECT_TRUE(IsKeyRepeat(static_cast<LPARAM>(0xC01C0001)));
+    EXPECT_FALSE(IsKeyRepeat(static_cast<LPARAM>(0x801C0001)));
+}
+
+TEST(KeyRepeatTest, ModalLoopsGetTheFirstPressOfEnterOnly) {
+    std::optional<KeyRepeatFilter> filter(std::in_place);
+    for (const int code : {MSGF_DIALOGBOX, MSGF_MENU}) {
+        for (const WPARAM key : {WPARAM{VK_RETURN}, WPARAM{VK_F1}, WPARAM{VK_F10}}) {
+            EXPECT_FALSE(IsDropped(code, WM_KEYDOWN, key, kPressed)) << key;
+            EXPECT_TRUE(IsDropped(code, WM_KEYDOWN, key, kRepeated)) << key;
+            EXPECT_TRUE(IsDropped(code, WM_SYSKEYDOWN, key, kRepeated)) << key;
+            EXPECT_FALSE(IsDropped(code, WM_KEYUP, key, kRepeated)) << key;
+        }
+        EXPECT_FALSE(IsDropped(code, WM_KEYDOWN, 'A', kRepeated));
+        EXPECT_FALSE(IsDropped(code, WM_KEYDOWN, VK_DOWN, kRepeated));
+    }
+    EXPECT_FALSE(IsDropped(MSGF_DIALOGBOX, WM_KEYDOWN, VK_SPACE, kRepeated)) << "it types";
+    EXPECT_TRUE(IsDropped(MSGF_MENU, WM_KEYDOWN, VK_SPACE, kRepeated));
+    EXPECT_FALSE(IsDropped(MSGF_SCROLLBAR, WM_KEYDOWN, VK_RETURN, kRepeated));
+    filter.reset();
+    EXPECT_FALSE(IsDropped(MSGF_DIALOGBOX, WM_KEYDOWN, VK_RETURN, kRepeated)) << "the filter is gone";
+}
+
+}  // namespace
+}  // namespace win
