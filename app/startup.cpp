@@ -124,6 +124,9 @@ void Glavni::UnloadNow() {
     if (unloaded_) return;
     unloaded_ = true;
     tray_.RemoveTrayIcon();
+    // Nobody works with the window any more: a file that is held is waited for, or the settings are lost.
+    constexpr DWORD kEndPatience = 3000;  // milliseconds
+    const config::LongPatience patience(kEndPatience);
     config::SaveSettings();
     win::SetMainWindow(nullptr);
     Destroy();

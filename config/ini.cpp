@@ -184,6 +184,7 @@ std::string ListIniKeys(const std::string& section) {
 }
 
 bool DeleteIniKey(const std::string& section, const std::string& key) {
+    if (IniUnit::HasFailed()) return false;
     const std::optional<std::string> text = TryReadIniSection(section);
     if (!text) return NothingDone();
     const std::vector<std::string> entries = SectionEntries(*text);
@@ -197,6 +198,7 @@ bool DeleteIniKey(const std::string& section, const std::string& key) {
 }
 
 bool RemoveRecord(const std::string& section, const std::string& key) {
+    if (IniUnit::HasFailed()) return false;
     const std::optional<std::string> text = TryReadIniSection(section);
     if (!text) return NothingDone();
     const std::vector<std::string> entries = SectionEntries(*text);

@@ -37,6 +37,10 @@ OpenUnit g_unit;
 /// The one file that holds everything, when Windows has stopped halfway in putting it into its place.
 std::string g_stranded;
 
+bool IsStranded() noexcept {
+    return !g_stranded.empty() && GetFileAttributesA(IniPath.c_str()) == INVALID_FILE_ATTRIBUTES;
+}
+
 const std::string& FileToWrite() noexcept {
     return g_unit.way == Way::kSideFile ? g_unit.side.Path() : IniPath;
 }
@@ -51,7 +55,7 @@ bool CallProfileFunction(const IniWrite& write) {
 }
 
 bool ChooseWay() {
-    if (!g_stranded.empty() && MoveFileExA(g_stranded.c_str(), IniPath.c_str(), MOVEFILE_WRITE_THROUGH) == 0)
+    if (IsStranded() && MoveFileExA(g_stranded.c_str(), IniPath.c_str(), MOVEFILE_WRITE_THROUGH) == 0)
         return false;
     g_stranded.clear();
     switch (g_unit.side.Make(IniPath)) {
@@ -152,6 +156,8 @@ bool IniUnit::Finish() {
 
 void IniUnit::Fail() noexcept { g_unit.failed = AnyOpen(); }
 
+bool IniUnit::HasFailed() noexcept { return g_unit.failed; }
+
 bool IniUnit::AnyOpen() noexcept { return g_unit.depth > 0; }
 
 void RemoveInterruptedUnits() { RemoveSideFiles(IniPath); }
@@ -170,8 +176,9 @@ bool CarryOut(IniWrite write) {
 }
 
 const std::string& FileToRead() noexcept {
-    if (g_unit.way == Way::kSideFile) return g_unit.side.Path();
-    return g_stranded.empty() ? IniPath : g_stranded;
+    // What a failed unit has written is worth nothing.
+    if (g_unit.way == Way::kSideFile && !g_unit.failed) return g_unit.side.Path();
+    return IsStranded() ? g_stranded : IniPath;
 }
 
 bool MakeReadable(unsigned long error) { return !g_unit.failed && MayTryAgain(error, g_unit.writes.size()); }

@@ -35,6 +35,9 @@ class IniUnit {
     /// Notes that something has failed on which the open unit depends; none open: does nothing.
     static void Fail() noexcept;
 
+    /// Whether a unit is open that has failed: nothing more needs to be tried in it.
+    static bool HasFailed() noexcept;
+
     /// Whether a unit is open.
     static bool AnyOpen() noexcept;
 

@@ -170,6 +170,8 @@ bool SideFile::Replace() {
         if (!targetIsNew_ && ReplaceFileA(target_.c_str(), path_.c_str(), nullptr, 0, nullptr, nullptr) != 0)
             break;
         const DWORD error = GetLastError();
+        // It has only gone half the way.
+        if (TargetIsLost() && Rename(path_, target_, 0)) break;
         if (MayPass(error) && !IsHeld() && WaitForHeldFile()) continue;
         SetLastError(error);
         return false;

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "config/ini.h"
+#include "config/ini_unit.h"
 #include "model/launching.h"
 #include "model/probe_file.h"
 #include "model/storable_name.h"
@@ -43,11 +44,20 @@ void clsCollectedApps::CreateAppList() {
         DWORD size = name.size();
         if (RegEnumKeyExA(HKEY_CLASSES_ROOT, index, name.data(), &size, nullptr, nullptr, nullptr, nullptr) !=
             ERROR_SUCCESS)
-            return;
+            break;
         // Up to its first NUL.
         const std::string key = name.data();
         if (key.starts_with('.')) CollectFor(key);
     }
+    Store();
+}
+
+void clsCollectedApps::Store() const {
+    // Only now: what is asked above may let messages run.
+    config::IniUnit unit;
+    for (const std::string& program : programs_)
+        config::WriteIni(kCollectedSection, NameForTarget(program), program);
+    (void)unit.Finish();
 }
 
 void clsCollectedApps::CollectFor(const std::string& extension) {
@@ -55,8 +65,7 @@ void clsCollectedApps::CollectFor(const std::string& extension) {
     const ProbeFile probe("tempfile" + extension, "Tamo");
     if (!probe) return;
     const std::string program = FindAssociatedExe(probe.Path());
-    if (IsNewProgram(program, probe.Path()))
-        config::WriteIni(kCollectedSection, NameForTarget(program), program);
+    if (IsNewProgram(program, probe.Path())) programs_.push_back(program);
 }
 
 bool clsCollectedApps::IsNewProgram(const std::string& answer, const std::string& probe) {

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <unordered_set>
+#include <vector>
 
 namespace model {
 
@@ -9,15 +10,19 @@ namespace model {
 class clsCollectedApps {
   public:
     /// Lets the waiting window messages run, then asks for the program of every file type in
-    /// HKEY_CLASSES_ROOT and writes each program once into section "Collected", under the name of its file.
+    /// HKEY_CLASSES_ROOT and writes each program once into section "Collected", under the name of its file:
+    /// all of them in one unit of writes, or none.
     /// Takes seconds. Does nothing when the messages have ended the program.
     void CreateAppList();
 
   private:
     void CollectFor(const std::string& extension);
+    void Store() const;
     [[nodiscard]] bool IsNewProgram(const std::string& answer, const std::string& probe);
 
-    // In upper case.
+    // In the order in which they were found.
+    std::vector<std::string> programs_;
+    // The same in upper case.
     std::unordered_set<std::wstring> collected_;
 };
 

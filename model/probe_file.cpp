@@ -19,6 +19,9 @@ ProbeFile::ProbeFile(std::string_view name, std::string_view text) : path_(win::
     made_ = true;
 }
 
-ProbeFile::~ProbeFile() { DeleteFileA(path_.c_str()); }
+ProbeFile::~ProbeFile() {
+    // What could not be made is somebody else's.
+    if (made_) DeleteFileA(path_.c_str());
+}
 
 }  // namespace model

@@ -20,6 +20,7 @@ const std::map<std::string, Failure>& Failures() {
     static const std::map<std::string, Failure> failures{
         {"CLSIDFromProgID", {0x800401F3}},   // CO_E_CLASSSTRING
         {"CoCreateInstance", {0x80040154}},  // REGDB_E_CLASSNOTREG
+        {"CopyFileA", {0, ERROR_ACCESS_DENIED}},
         {"CreateFileA", {kInvalidHandle, ERROR_SHARING_VIOLATION}},
         {"CreateToolhelp32Snapshot", {kInvalidHandle}},
         {"DeleteFileA", {0, ERROR_SHARING_VIOLATION}},
@@ -27,9 +28,14 @@ const std::map<std::string, Failure>& Failures() {
         {"FindExecutableA", {SE_ERR_NOASSOC}},
         {"FindFirstFileA", {kInvalidHandle, ERROR_ACCESS_DENIED}},
         {"FindNextFileA", {0, ERROR_ACCESS_DENIED}},
+        {"FlushFileBuffers", {0, ERROR_DISK_FULL}},
+        {"GetFileAttributesA", {INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED}},
         {"GetFileAttributesExA", {0, ERROR_ACCESS_DENIED}},
+        {"GetFileSecurityA", {0, ERROR_ACCESS_DENIED}},
+        {"GetFinalPathNameByHandleA", {0, ERROR_PATH_NOT_FOUND}},
         {"GetPrivateProfileSectionA", {0, ERROR_SHARING_VIOLATION}},
         {"GetPrivateProfileStringA", {0, ERROR_SHARING_VIOLATION}},
+        {"MoveFileExA", {0, ERROR_ACCESS_DENIED}},
         {"OpenClipboard", {0, ERROR_ACCESS_DENIED}},
         {"OpenProcess", {0, ERROR_ACCESS_DENIED}},
         {"RegDeleteValueA", {ERROR_ACCESS_DENIED}},
@@ -38,6 +44,7 @@ const std::map<std::string, Failure>& Failures() {
         {"RegQueryValueExA", {ERROR_FILE_NOT_FOUND}},
         {"RegSetValueExA", {ERROR_ACCESS_DENIED}},
         {"RegisterDragDrop", {kOutOfMemory}},
+        {"ReplaceFileA", {0, ERROR_UNABLE_TO_REMOVE_REPLACED}},
         {"SHFileOperationA", {ERROR_CANCELLED}},
         {"SHGetSpecialFolderLocation", {kFailed}},
         {"SetWindowTheme", {kFailed}},
@@ -77,6 +84,7 @@ const std::set<std::string>& Exempt() {
         "GetSysColor",
         "GetSysColorBrush",
         "GetTickCount",
+        "GetTickCount64",
         "IsChild",
         "IsWindow",
         "IsWindowEnabled",

@@ -227,6 +227,33 @@ TEST_F(CollectedAppsTest, AsksNothingWhenTheProbeCannotBeMade) {
     EXPECT_THAT(Collected(), IsEmpty());
 }
 
+TEST_F(CollectedAppsTest, LeavesAFileOfThatNameWhichItMayNotReplace) {
+    Register(".txt", "C:\\edit.exe");
+    folder_.MakeFile("tempfile.txt", "mine");
+    {
+        const testkit::RecordedCall create =
+            FAKE_CALL(CreateFileA, [](auto...) -> HANDLE { return INVALID_HANDLE_VALUE; });
+        clsCollectedApps().CreateAppList();
+    }
+    EXPECT_EQ(folder_.ReadFile("tempfile.txt"), "mine");
+    folder_.RemoveFile("tempfile.txt");
+}
+
+TEST_F(CollectedAppsTest, StoresAllOfThemInOneUnitAfterTheLastQuestion) {
+    Register(".a", "C:\\a.exe");
+    Register(".b", "C:\\b.exe");
+    Register(".c", "C:\\c.exe");
+    folder_.WriteIniText("[Cuts]\r\na=1\r\n");
+    const auto copy = FAKE_CALL(CopyFileA, [&](LPCSTR from, LPCSTR to, BOOL keep) {
+        log_.Add("unit");
+        return ORIGINAL_CALL(CopyFileA)(from, to, keep);
+    });
+    clsCollectedApps().CreateAppList();
+    EXPECT_EQ(log_.Count("unit"), 1u);
+    EXPECT_EQ(log_.Lines().back(), "unit");
+    EXPECT_EQ(Collected().size(), 3u);
+}
+
 TEST_F(CollectedAppsTest, LetsWaitingMessagesRunOnceBeforehand) {
     static testkit::CallLog* log = nullptr;
     log = &log_;
