@@ -85,7 +85,8 @@ void CopyIdentity(const std::string& from, const std::string& to) {
     if (GetFileAttributesExA(from.c_str(), GetFileExInfoStandard, &data) != 0) {
         const win::File file = Open(to, FILE_WRITE_ATTRIBUTES);
         if (file) SetFileTime(file.Get(), &data.ftCreationTime, nullptr, nullptr);
-        SetFileAttributesA(to.c_str(), data.dwFileAttributes);
+        if (GetFileAttributesA(to.c_str()) != data.dwFileAttributes)
+            SetFileAttributesA(to.c_str(), data.dwFileAttributes);
     }
     DWORD size = 0;
     GetFileSecurityA(from.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
@@ -127,7 +128,6 @@ SideFileResult SideFile::Make(const std::string& path) {
 }
 
 SideFileResult SideFile::MakeUnderAName() {
-    if (!HasRoomToGrow(target_)) return SideFileResult::kRefused;
     for (int number = 1; number <= kNames; ++number) {
         const std::string name = SideName(target_, number);
         DeleteFileA(name.c_str());
@@ -139,14 +139,15 @@ SideFileResult SideFile::MakeUnderAName() {
         } while (!made && IsHeldError(GetLastError()) && WaitForHeldFile());
         if (made) {
             path_ = name;
-            return HasRoomToGrow(target_) ? SideFileResult::kMade : SideFileResult::kRefused;
+            return SideFileResult::kMade;
         }
         const DWORD error = GetLastError();
         // Half a copy would be in the way of the next.
         if (IsNoRoom(error)) DeleteFileA(name.c_str());
         if (IsNoRoom(error) || IsHeldError(error)) return SideFileResult::kRefused;
     }
-    return SideFileResult::kImpossible;
+    // The file itself would be truncated before it is written.
+    return HasRoomToGrow(target_) ? SideFileResult::kImpossible : SideFileResult::kRefused;
 }
 
 bool SideFile::IsHeld() const noexcept {

@@ -4,6 +4,10 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <iterator>
+#include <random>
+
 #include "tests/support/call_log.h"
 #include "tests/support/recorded_call.h"
 #include "tests/unit/config/config_file.h"
@@ -213,6 +217,59 @@ TEST_F(IniTest, DeletingFromASectionWithAnEntryThatIsNoRecordChangesNothing) {
         EXPECT_THAT(error.what(), HasSubstr(folder_.IniPath()));
     }
     EXPECT_EQ(folder_.IniBytes(), text);
+}
+
+/// Removes a key step by step: the section emptied, and every other entry written again.
+void DeleteStepByStep(const std::string& section, const std::string& key, const std::string& path) {
+    const std::vector<std::string> entries = config::SectionEntries(config::ReadIniSection(section));
+    size_t doomed = 0;
+    for (size_t index = entries.size(); index-- > 0;)
+        if (entries[index].substr(0, entries[index].find('=')) == key) doomed = index;
+    WritePrivateProfileSectionA(section.c_str(), "\0", path.c_str());
+    for (size_t index = 0; index < entries.size(); ++index) {
+        if (index == doomed) continue;
+        const size_t name = entries[index].find('=');
+        const std::string rest = entries[index].substr(name + 1);
+        WritePrivateProfileStringA(section.c_str(), entries[index].substr(0, name).c_str(),
+                                   rest.substr(0, rest.find('=')).c_str(), path.c_str());
+    }
+}
+
+/// Without the blanks at the ends of lines: each write reads the file anew and trims what the ones before it
+/// have written, so that they depend on how many there were.
+std::string Trimmed(std::string text) {
+    for (size_t blank = 0; (blank = std::min(text.find(" \r"), text.find("\t\r"))) != std::string::npos;)
+        text.erase(blank, 1);
+    return text;
+}
+
+TEST_F(IniTest, DeletingLeavesByteForByteWhatWritingEveryOtherEntryLeaves) {
+    std::mt19937 random(1);
+    const std::string pieces[] = {
+        "a", "A", "b", "ž",    "Ž",    "=",    "=",  " ",   "\t", "\"", "'",  "x y",    ";",           "[",
+        "]", "|", "#", "\r\n", "\r\n", "\r\n", "q=", "r=5", "s=", "t=", "u=", "\r\nz=", "\r\n[S]\r\n", "值"};
+    int deletions = 0;
+    for (int round = 0; round < 200; ++round) {
+        std::string text = "; first\r\n[S]\r\nfirst=1\r\n";
+        for (int piece = 0; piece < 25; ++piece)
+            text += pieces[random() % std::size(pieces)];
+        text += "\r\n[T]\r\n;last\r\nx=y\r\n";
+        const char* keys[] = {"a", "A", "b", "q", "r", "first", "absent", "z"};
+        const std::string key = keys[random() % std::size(keys)];
+        folder_.WriteIniText(text);
+        try {
+            config::DeleteIniKey("S", key);
+        } catch (const win::SubscriptError&) {
+            EXPECT_EQ(folder_.IniBytes(), text);
+            continue;
+        }
+        const std::string found = Trimmed(folder_.IniBytes());
+        folder_.WriteIniText(text);
+        DeleteStepByStep("S", key, folder_.IniPath());
+        ASSERT_EQ(found, Trimmed(folder_.IniBytes())) << "without " << key << " of:\n" << text;
+        ++deletions;
+    }
+    EXPECT_GT(deletions, 50);
 }
 
 TEST_F(IniTest, DeletingFromAnEmptySectionLeavesItEmpty) {

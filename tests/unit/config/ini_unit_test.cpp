@@ -258,20 +258,27 @@ TEST_F(IniUnitTest, ADiskTooFullIsNotWrittenTo) {
 }
 
 TEST_F(IniUnitTest, ADiskThatRunsFullInBetweenLosesNothing) {
-    // Some profile functions say that they have written what found no room: three looks at the room.
-    for (int full = 1; full <= 3; ++full) {
-        int looks = 0;
-        const RecordedCall space =
-            FAKE_CALL(GetDiskFreeSpaceExA,
-                      [&](LPCSTR folder, PULARGE_INTEGER free, PULARGE_INTEGER, PULARGE_INTEGER) -> BOOL {
-                          EXPECT_EQ(folder, folder_.Path() + "\\");
-                          free->QuadPart = ++looks == full ? 65535 : 65536;
-                          return TRUE;
-                      });
-        EXPECT_FALSE(config::WriteIni("Cuts", "a", "2")) << full;
-        EXPECT_EQ(looks, full);
+    // Some profile functions say that they have written what found no room.
+    ULONGLONG room = 65535;
+    const RecordedCall space =
+        FAKE_CALL(GetDiskFreeSpaceExA,
+                  [&](LPCSTR folder, PULARGE_INTEGER free, PULARGE_INTEGER, PULARGE_INTEGER) -> BOOL {
+                      EXPECT_EQ(folder, folder_.Path() + "\\");
+                      free->QuadPart = room;
+                      return TRUE;
+                  });
+    EXPECT_FALSE(config::WriteIni("Cuts", "a", "2"));
+    ExpectUnchanged();
+    {
+        const RecordedCall copy = FAKE_CALL(CopyFileA, [](LPCSTR, LPCSTR, BOOL) -> BOOL {
+            SetLastError(ERROR_ACCESS_DENIED);
+            return FALSE;
+        });
+        EXPECT_FALSE(config::WriteIni("Cuts", "a", "2")) << "nor the file itself";
         ExpectUnchanged();
     }
+    ++room;
+    EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
 }
 
 TEST_F(IniUnitTest, WhereNoNewFileCanBeMadeTheFileItselfIsWritten) {

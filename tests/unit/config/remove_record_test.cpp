@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "config/ini.h"
+#include "config/ini_unit.h"
 #include "tests/support/call_log.h"
 #include "tests/support/recorded_call.h"
 #include "tests/unit/config/config_file.h"
@@ -149,6 +150,30 @@ TEST_F(RemoveRecordTest, TakesARecordOutOfASectionWithALineThatIsNoneAndLeavesTh
     folder_.WriteIniText("[Cuts]\r\na=x=y\r\njunk\r\nb=2\r\n");
     config::RemoveRecord("Cuts", "B");
     EXPECT_EQ(folder_.IniBytes(), "[Cuts]\r\na=x=y\r\njunk\r\n");
+}
+
+TEST_F(RemoveRecordTest, KeepsTheUsersCommentLines) {
+    folder_.WriteIniText(
+        "; all\r\n[Cuts]\r\n; work\r\na=x=y\r\nb=2\r\n; home\r\nc=3\r\n[Switch]\r\nb=/x\r\n");
+    EXPECT_TRUE(config::RemoveRecord("Cuts", "B"));
+    EXPECT_TRUE(config::RemoveRecord("Switch", "b"));
+    EXPECT_EQ(folder_.IniBytes(), "; all\r\n[Cuts]\r\n; work\r\na=x=y\r\n; home\r\nc=3\r\n[Switch]\r\n");
+}
+
+TEST_F(RemoveRecordTest, WritesNothingWhereTheSectionCannotBeRead) {
+    folder_.WriteIniText("[Cuts]\r\na=1\r\nb=2\r\n");
+    const RecordedCall read = FAKE_CALL(GetPrivateProfileSectionA, [](auto...) -> DWORD {
+        SetLastError(ERROR_SHARING_VIOLATION);
+        return 0;
+    });
+    EXPECT_FALSE(config::RemoveRecord("Cuts", "b"));
+    EXPECT_FALSE(config::DeleteIniKey("Cuts", "b"));
+    config::IniUnit unit;
+    EXPECT_TRUE(config::WriteIni("Cuts", "c", "3"));
+    EXPECT_FALSE(config::RemoveRecord("Cuts", "b"));
+    EXPECT_FALSE(config::WriteIni("Cuts", "c", "4")) << "what belongs together is not done by halves";
+    EXPECT_FALSE(unit.Finish());
+    EXPECT_EQ(folder_.IniBytes(), "[Cuts]\r\na=1\r\nb=2\r\n");
 }
 
 TEST_F(RemoveRecordTest, LosesNoRecordWhereASectionCannotBeReadInTheMidst) {
