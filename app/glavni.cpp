@@ -56,6 +56,7 @@ void Glavni::CreateParts() {
 void Glavni::JoinParts() {
     dock_.Attach(Handle(), [this](MSG& message) { return PreTranslate(message); });
     dock_.EnableTimer(true);
+    hotKey_.Attach(Handle());
     buttonMenu_.Attach(Handle());
     mouse_.Attach();
     drag_.onDrop = [this](int target, const DragSource& source) { MoveToButton(state_, target, source); };
@@ -95,6 +96,9 @@ std::optional<LRESULT> Glavni::OnMessage(UINT message, WPARAM wParam, LPARAM lPa
         case WM_MBUTTONDOWN: dock_.OnPress(); return 0;
         case WM_ACTIVATE: OnActivate(LOWORD(wParam) != WA_INACTIVE); return 0;
         case WM_TIMER: dock_.OnTimer(); return 0;
+        case WM_HOTKEY:
+            if (hotKey_.IsMine(wParam)) OnHotKey();
+            return 0;
         case WM_HELP: win::ShowHelp(); return 0;
         case WM_COMMAND:
             if (LOWORD(wParam) == IDC_RENAME && HIWORD(wParam) == EN_KILLFOCUS) rename_.Abandon();
@@ -115,6 +119,7 @@ std::optional<LRESULT> Glavni::OnMessage(UINT message, WPARAM wParam, LPARAM lPa
         case WM_DESTROY:
             drops_.Detach();
             shortcuts_.Detach();
+            hotKey_.Set(0);
             PostQuitMessage(0);
             return 0;
         default: return std::nullopt;
@@ -164,6 +169,25 @@ void Glavni::OnMouseMove(WPARAM wParam, LPARAM lParam) {
         case WM_RBUTTONUP: OnTrayRightClick(); return;
         default: dock_.OnHover(); return;
     }
+}
+
+void Glavni::OnHotKey() {
+    EndMenu();
+    // A dialog or a picker keeps the panel from taking input: it comes to the front instead.
+    if (IsWindowEnabled(Handle()) == 0) {
+        SetForegroundWindow(GetLastActivePopup(win::ModalOwner()));
+        return;
+    }
+    if (!dock_.Hidden() && GetForegroundWindow() == Handle()) {
+        // What is carried is put back: the panel goes away below the pointer.
+        ReleaseCapture();
+        dock_.ShowQuon(false, false);
+        return;
+    }
+    dock_.ShowQuon(true, false);
+    lastFocus_ = shortcuts_.List().Edit();
+    SetForegroundWindow(Handle());
+    shortcuts_.TakeFocus();
 }
 
 void Glavni::OnTrayRightClick() {

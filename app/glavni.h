@@ -13,6 +13,7 @@
 #include "app/button_rename.h"
 #include "app/button_tip.h"
 #include "app/edge_dock.h"
+#include "app/hot_key.h"
 #include "app/panel_menus.h"
 #include "app/panel_state.h"
 #include "app/shortcut_box.h"
@@ -51,6 +52,7 @@ class Glavni : public win::Window, public dialogs::PanelHost {
     void EnableTimer(bool enabled) override { dock_.EnableTimer(enabled); }
     void ShowTooltipSetting() override { menus_.ShowTooltipSetting(); }
     void TakeCloseSetting() override { closeButtonCloses_ = config::Settings.CloseButtonCloses; }
+    bool TakeHotKey(std::uint16_t word) override { return hotKey_.Set(word); }
     void RefillList() override { shortcuts_.Refill(); }
     model::ButtonContext& Context() override { return state_.Context; }
     model::clsTab& Tab(int number) override { return state_.Tab(number); }
@@ -77,6 +79,7 @@ class Glavni : public win::Window, public dialogs::PanelHost {
     void OnActivate(bool active);
     void OnMouseMove(WPARAM wParam, LPARAM lParam);
     void OnTrayRightClick();
+    void OnHotKey();
 
     PanelState state_;
     EdgeDock dock_;
@@ -91,6 +94,7 @@ class Glavni : public win::Window, public dialogs::PanelHost {
     ButtonRename rename_{state_, buttons_};
     ShortcutBox shortcuts_{dock_};
     PanelMenus menus_{dock_};
+    HotKey hotKey_;
     win::MenuArray mnuTray_;
 
     HICON icon_ = nullptr;

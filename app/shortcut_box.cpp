@@ -89,6 +89,11 @@ void ShortcutBox::Escape() {
     cMain_.SetText("");
 }
 
+void ShortcutBox::TakeFocus() {
+    SetFocus(cMain_.Edit());
+    SendMessageW(cMain_.Edit(), EM_SETSEL, 0, -1);
+}
+
 bool ShortcutBox::PreTranslate(const MSG& message) {
     if (message.hwnd != cMain_.Edit()) return false;
     if (message.message == WM_KEYUP) OnKeyUp(message.wParam);

@@ -32,6 +32,9 @@ class ShortcutBox {
     /// The Go button: docks when launching hides the window, then opens what is typed.
     void Go();
 
+    /// Takes the focus with its text selected, so that typing replaces it.
+    void TakeFocus();
+
     /// Takes Enter and Esc in the edit field and completes what is typed there; true when the message was
     /// used.
     bool PreTranslate(const MSG& message);

@@ -60,6 +60,9 @@ void Glavni::Load() {
     FindWindowA("Shell_traywnd", nullptr);
     // The list was filled before it was known whether collected applications belong to it.
     if (config::Settings.ShowCollected) shortcuts_.Refill();
+    // That another program has the keys is told where they are chosen.
+    config::LoadHotKey();
+    hotKey_.Set(config::Settings.HotKey);
 }
 
 void Glavni::LoadTabs() {

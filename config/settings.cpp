@@ -19,6 +19,10 @@ SettingsRecord Settings;
 namespace {
 
 constexpr const char* kSection = "Settings";
+constexpr const char* kHotKey = "hotkey";
+
+// The hot key in the file, as far as is known.
+std::uint16_t g_storedHotKey = 0;
 
 // The fields of "Main" by position; the names serve the error messages.
 constexpr std::array kMainFields{
@@ -152,6 +156,15 @@ void LoadMainSettings() {
 
 void LoadPopUpSettings() { ReadPopUpSettings(Settings); }
 
+void LoadHotKey() {
+    double number = 0;
+    ParseNumber(TrimBlanks(ReadIni(kSection, kHotKey)), number);
+    constexpr int kHighest = std::numeric_limits<std::uint16_t>::max();
+    Settings.HotKey =
+        number >= 1 && number <= kHighest ? static_cast<std::uint16_t>(number) : std::uint16_t{0};
+    g_storedHotKey = Settings.HotKey;
+}
+
 void CheckPopUpSettings() {
     SettingsRecord unused;
     ReadPopUpSettings(unused);
@@ -170,7 +183,11 @@ bool SaveSettings() {
     WriteIni(kSection, "popdelay", std::to_string(s.PopDelay));
     WriteIni(kSection, "poptf", BooleanText(s.PopOnHover));
     WriteIni(kSection, "clickshow", BooleanText(s.ClickShows));
-    return unit.Finish();
+    // A file that has none needs no record that says so.
+    if (s.HotKey != 0 || g_storedHotKey != 0) WriteIni(kSection, kHotKey, std::to_string(s.HotKey));
+    if (!unit.Finish()) return false;
+    g_storedHotKey = s.HotKey;
+    return true;
 }
 
 }  // namespace config

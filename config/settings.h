@@ -21,6 +21,7 @@ struct SettingsRecord {
     bool PopOnHover = false;            ///< hovering over the hidden window brings it out
     std::int32_t PopDelay = 500;        ///< hover delay in milliseconds
     bool ClickShows = false;            ///< a click on the hidden window brings it out
+    std::uint16_t HotKey = 0;           ///< brings the panel out: HKM_GETHOTKEY's word; 0 for none
 };
 
 /// The one settings record of the process.
@@ -36,8 +37,11 @@ void LoadPopUpSettings();
 /// Throws what LoadPopUpSettings would throw, and changes nothing.
 void CheckPopUpSettings();
 
-/// Writes "Main", "popdelay", "poptf" and "clickshow", in this order. False when the file could not be
-/// written, and is as it was.
+/// Reads "hotkey"; what is no number from 1 to 65535 is none. Throws nothing.
+void LoadHotKey();
+
+/// Writes "Main", "popdelay", "poptf" and "clickshow", in this order, and "hotkey" where there is or was one.
+/// False when the file could not be written, and is as it was.
 bool SaveSettings();
 
 /// The number that a text begins with, else 0; `name` is what the error message calls it.

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <commctrl.h>
+
 #include <array>
 #include <string>
 
@@ -54,6 +56,15 @@ constexpr std::array<Option, 10> kOptions{
      {&SettingsRecord::ClickShows, kChecked,
       "If checked, Quon will pop-up even if 'Hover XXX ms before poping-up' is disabled."}}};
 
+struct Tip {
+    const char* title;
+    const char* text;
+};
+
+constexpr Tip kHotKeyTip{"Default: none",
+                         "Press the keys that bring Quon out, ready for typing a name, wherever you are.\n"
+                         "Pressed again, they send it back to the edge. Backspace clears them."};
+
 constexpr int kPopOnHover = 8;
 constexpr int kClickShows = 9;
 constexpr int kEdgeCount = 4;
@@ -89,7 +100,11 @@ bool DeleteRunEntry() {
 
 }  // namespace
 
-void frmSettings::Open() { ShowModal(win::ModalOwner(), IDD_OPTIONS); }
+void frmSettings::Open() {
+    const INITCOMMONCONTROLSEX hotKeys{sizeof hotKeys, ICC_HOTKEY_CLASS};
+    InitCommonControlsEx(&hotKeys);
+    ShowModal(win::ModalOwner(), IDD_OPTIONS);
+}
 
 bool frmSettings::OnInit() {
     // The docked panel must not cover the dialog every half second.
@@ -114,6 +129,9 @@ void frmSettings::ShowSettings() {
         CheckDlgButton(Handle(), IDC_OPTION + index, on ? BST_CHECKED : BST_UNCHECKED);
         if (index == kPopOnHover) win::SetText(Item(IDC_POP_DELAY), std::to_string(Settings.PopDelay));
     }
+    // A key alone or with SHIFT would be lost for typing: CTRL and ALT are added.
+    SendMessageW(Item(IDC_HOT_KEY), HKM_SETRULES, HKCOMB_NONE | HKCOMB_S, HOTKEYF_CONTROL | HOTKEYF_ALT);
+    SendMessageW(Item(IDC_HOT_KEY), HKM_SETHOTKEY, Settings.HotKey, 0);
     // A stored number that is no edge marks none, nor another control, and stays until an edge is chosen.
     edge_ = Settings.Edge;
     if (edge_ >= 1 && edge_ <= kEdgeCount) CheckDlgButton(Handle(), IDC_EDGE + edge_, BST_CHECKED);
@@ -163,19 +181,21 @@ INT_PTR frmSettings::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 
 void frmSettings::OnPointer(HWND window) {
     const int index = GetDlgCtrlID(window) - IDC_OPTION;
+    const bool explained = index == kHotKey || (index >= 0 && index < kNoOption);
     if (window == Handle()) {
         hovered_ = kNoOption;
         tip_.reset();
-    } else if (index >= 0 && index < kNoOption && index != hovered_) {
+    } else if (explained && index != hovered_) {
         ShowTip(index);
     }
 }
 
 void frmSettings::ShowTip(int index) {
-    const Option& option = kOptions.at(static_cast<size_t>(index));
+    const auto tipOf = [](const Option& option) { return Tip{option.title, option.text}; };
+    const Tip tip = index == kHotKey ? kHotKeyTip : tipOf(kOptions.at(static_cast<size_t>(index)));
     if (!tip_) tip_ = std::make_unique<sys::clsToolTip>();
-    tip_->SetTitle(option.title);
-    tip_->SetTipText(option.text);
+    tip_->SetTitle(tip.title);
+    tip_->SetTipText(tip.text);
     tip_->SetParentControl(Item(IDC_OPTION + index));
     tip_->Create();
     hovered_ = index;
@@ -196,6 +216,7 @@ bool frmSettings::Checked(int index) const {
 }
 
 void frmSettings::Accept() {
+    if (!TakeHotKey()) return;
     CopySettings();
     if (Settings.StartWithWindows) {
         WriteRunEntry();
@@ -204,6 +225,17 @@ void frmSettings::Accept() {
         return;
     }
     End(0);
+}
+
+bool frmSettings::TakeHotKey() const {
+    const auto word = static_cast<std::uint16_t>(SendMessageW(Item(IDC_HOT_KEY), HKM_GETHOTKEY, 0, 0));
+    if (host_.TakeHotKey(word)) {
+        Settings.HotKey = word;
+        return true;
+    }
+    ShowNote("Another program uses these keys already.\nPlease press others, or none.");
+    SetFocus(Item(IDC_HOT_KEY));
+    return false;
 }
 
 /// In this order: what comes before a delay that is no number stays copied.

@@ -25,6 +25,9 @@ class frmSettings : public win::Dialog {
 
   private:
     static constexpr int kNoOption = 10;
+    /// The hot key among the controls with a tip: like those of the check boxes, its identifier beyond the
+    /// first.
+    static constexpr int kHotKey = 60;
 
     void ShowSettings();
     void ShapeWarning();
@@ -33,6 +36,7 @@ class frmSettings : public win::Dialog {
     void WarnOfUnreachablePanel();
     [[nodiscard]] bool Checked(int index) const;
     void Accept();
+    [[nodiscard]] bool TakeHotKey() const;
     void CopySettings();
     void Copy(int index) const;
     [[nodiscard]] std::int32_t TypedDelay() const;
@@ -41,7 +45,7 @@ class frmSettings : public win::Dialog {
     PanelHost& host_;
     std::int32_t edge_ = 0;
     bool collectedBefore_ = false;
-    /// The check box whose tip was built last.
+    /// The control whose tip was built last.
     int hovered_ = kNoOption;
     std::unique_ptr<sys::clsToolTip> tip_;
     sys::clsToolTip delayTip_;

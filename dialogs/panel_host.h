@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "model/button_records.h"
 #include "model/tab.h"
 
@@ -26,6 +28,10 @@ class PanelHost {
 
     /// Makes the close button follow the setting.
     virtual void TakeCloseSetting() = 0;
+
+    /// Makes a key combination, as a hot-key control tells it, bring the panel out; 0 for none. False when
+    /// another program has it: the former one stays then.
+    virtual bool TakeHotKey(std::uint16_t word) = 0;
 
     /// Fills the drop-down of text shortcuts anew.
     virtual void RefillList() = 0;

@@ -49,6 +49,7 @@
 #define IDC_OPTIONS_CANCEL 440
 #define IDC_OPTIONS_ACCEPT 441
 #define IDC_OPTIONS_WARNING 450
+#define IDC_HOT_KEY 460
 
 // Organize shortcuts
 #define IDC_ORGANIZE_EDIT 500

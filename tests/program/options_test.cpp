@@ -2,6 +2,7 @@
 // Quon.ini, the registry and the panel show afterwards.
 #include <windows.h>
 
+#include <commctrl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "res/resource.h"
+#include "tests/program/other_window.h"
 #include "tests/program/quon_panel.h"
 
 namespace testkit {
@@ -373,6 +376,64 @@ TEST_F(OptionsDialogTest, ClosesWithTheProgram) {
     quon.Main().Post(WM_CLOSE);
     EXPECT_EQ(quon.Program().WaitForExit(), 0u);
     EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini.Main());
+}
+
+TEST_F(OptionsDialogTest, AHotKeyBringsThePanelOutAndDocksItFromEverywhere) {
+    QuonIni ini;
+    ini.click_shows = true;
+    ini.start_glued = true;
+    folder_.WriteIniText(ini.Text() + "[Collected]\r\n");
+    {
+        QuonPanel quon(folder_);
+        quon.Main().Post(WM_MOUSEMOVE, 1, WM_LBUTTONUP);
+        WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+        const Window dialog = OpenOptions(quon);
+        CaptureScreen().SaveAs("options-hot-key.bmp");
+        Click(dialog, IDC_HOT_KEY);
+        WaitFor("the hot key has the focus", [&] { return dialog.Child(IDC_HOT_KEY).IsFocused(); });
+        keyboard::Chord({VK_CONTROL, VK_MENU, 'J'});
+        WaitFor("the keys are taken",
+                [&] { return LOBYTE(dialog.Child(IDC_HOT_KEY).Send(HKM_GETHOTKEY)) == 'J'; });
+        Leave(dialog, kAccept);
+        WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+        EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
+    }
+    EXPECT_EQ(folder_.IniValue("Settings", "hotkey"), "1610");
+    QuonPanel quon(folder_);
+    EXPECT_TRUE(quon.IsDockedAt(Edge::kBottom));
+    const OtherWindow typing({100, 100, 300, 200});
+    typing.AsWindow().Activate();
+    for (int round = 0; round < 2; ++round) {
+        keyboard::Chord({VK_CONTROL, VK_MENU, 'J'});
+        WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+        const Window edit = quon.Shortcuts().Descendants().front();
+        WaitFor("the drop-down has the focus",
+                [&] { return edit.IsFocused() && quon.Main().IsForeground(); });
+        keyboard::Type(round == 0 ? "a" : "b");
+        WaitFor("typing replaces the text", [&] { return edit.Text() == (round == 0 ? "a" : "b"); });
+        keyboard::Chord({VK_CONTROL, VK_MENU, 'J'});
+        WaitFor("the panel docks", [&] { return quon.IsDockedAt(Edge::kBottom); });
+    }
+}
+
+TEST_F(OptionsDialogTest, SaysThatAHotKeyIsTaken) {
+    ASSERT_TRUE(RegisterHotKey(nullptr, 1, MOD_CONTROL | MOD_ALT, 'K'));
+    QuonIni ini;
+    ini.click_shows = true;
+    QuonPanel quon = Start(ini);
+    const Window dialog = OpenOptions(quon);
+    dialog.Child(IDC_HOT_KEY).Send(HKM_SETHOTKEY, MAKEWORD('K', HOTKEYF_CONTROL | HOTKEYF_ALT));
+    Click(dialog, kAccept);
+    const MessageBoxWindow note = MessageBoxWindow::Wait(quon.Id());
+    EXPECT_EQ(note.Text(), "Another program uses these keys already.\nPlease press others, or none.");
+    note.ClickButton(0);
+    WaitFor("the hot key has the focus", [&] { return dialog.Child(IDC_HOT_KEY).IsFocused(); });
+    keyboard::Press(VK_BACK);
+    WaitFor("none is chosen", [&] { return dialog.Child(IDC_HOT_KEY).Send(HKM_GETHOTKEY) == 0; });
+    Leave(dialog, kAccept);
+    EXPECT_TRUE(UnregisterHotKey(nullptr, 1));
+    EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
+    EXPECT_FALSE(folder_.IniValue("Settings", "hotkey").has_value());
 }
 
 }  // namespace

@@ -73,11 +73,12 @@ TEST(LoadTest, RunsItsStepsInOrder) {
     EXPECT_THAT(start, ElementsAreArray(expected));
     const std::vector<std::string> end(lines.begin() + static_cast<std::ptrdiff_t>(expected.size()),
                                        lines.end());
-    ASSERT_EQ(end.size(), 4u) << panel.Log().Text();
+    ASSERT_EQ(end.size(), 5u) << panel.Log().Text();
     EXPECT_THAT(end[0], StartsWith("place "));
     EXPECT_EQ(end[1], "topmost");
     EXPECT_EQ(end[2], "show " + std::to_string(SW_SHOW));
     EXPECT_EQ(end[3], "find Shell_traywnd (null)");
+    EXPECT_EQ(end[4], "read Settings hotkey");
 }
 
 TEST(LoadTest, TakesConfigurationAndHelpFromTheProgramFolder) {

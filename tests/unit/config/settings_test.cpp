@@ -323,6 +323,37 @@ TEST_F(SettingsTest, SavesFourValuesInTheirOrder) {
                             start + "clickshow False" + file));
 }
 
+TEST_F(SettingsTest, TheHotKeyIsANumberOrNone) {
+    const struct {
+        const char* text;
+        int word;
+    } rows[] = {{"1617", 1617}, {"65535", 65535}, {"65536", 0},          {"0", 0},      {"-5", 0},
+                {"", 0},        {"keys", 0},      {"99999999999999", 0}, {" 833 ", 833}};
+    for (const auto& [text, word] : rows) {
+        WriteKey(std::string("hotkey=") + text);
+        config::LoadHotKey();
+        EXPECT_EQ(config::Settings.HotKey, word) << text;
+    }
+    WriteKey("other=1");
+    config::LoadHotKey();
+    EXPECT_EQ(config::Settings.HotKey, 0);
+}
+
+TEST_F(SettingsTest, TheHotKeyIsSavedLastAndOnlyWhereThereIsOrWasOne) {
+    WriteKey("other=1");
+    config::LoadHotKey();
+    config::SaveSettings();
+    EXPECT_FALSE(folder_.IniValue("Settings", "hotkey").has_value());
+    config::Settings.HotKey = 1617;
+    config::SaveSettings();
+    EXPECT_EQ(folder_.Ini().Keys("Settings").back(), "hotkey");
+    EXPECT_EQ(folder_.IniValue("Settings", "hotkey"), "1617");
+    config::LoadHotKey();
+    config::Settings.HotKey = 0;
+    config::SaveSettings();
+    EXPECT_EQ(folder_.IniValue("Settings", "hotkey"), "0");
+}
+
 TEST_F(SettingsTest, AreCompleteForANewUserAndAsTheOptionsDocumentThem) {
     folder_.WriteIniText(testkit::NewUsersIni());
     config::LoadMainSettings();

@@ -5,6 +5,7 @@
 
 #include <commctrl.h>
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -29,6 +30,10 @@ class RecordedHost : public PanelHost {
         log.Add("close setting");
         if (onCloseSetting) onCloseSetting();
     }
+    bool TakeHotKey(std::uint16_t word) override {
+        log.Add("hot key", word);
+        return hotKeyAnswer;
+    }
     void RefillList() override { log.Add("refill"); }
     model::ButtonContext& Context() override { return context; }
     model::clsTab& Tab(int number) override {
@@ -37,6 +42,7 @@ class RecordedHost : public PanelHost {
     }
 
     testkit::CallLog log;
+    bool hotKeyAnswer = true;
     std::function<void()> onTooltipMark;
     std::function<void()> onCloseSetting;
     model::ButtonContext context;

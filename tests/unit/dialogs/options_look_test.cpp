@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "dialogs/options.h"
+#include "res/resource.h"
 #include "tests/unit/dialogs/options_fixture.h"
 
 namespace dialogs {
@@ -63,7 +64,7 @@ TEST_F(OptionsLookTest, GroupsItsBoxesInTheirFrames) {
     const std::vector<std::pair<std::string, std::vector<int>>> frames{
         {"General", {400, 401, 403, 405, 406}},
         {"Position", {431, 432, 433, 434, 402}},
-        {"Window related", {408, 420, 409, 404}},
+        {"Window related", {408, 420, 409, 404, IDC_HOT_KEY}},
         {"Other", {407}}};
     Open([&](Window dialog) {
         const std::vector<Window> children = dialog.Descendants();
@@ -110,6 +111,11 @@ TEST_F(OptionsLookTest, ExplainsEachBoxByItsTip) {
         for (int index = 0; index < 10; ++index)
             PointAt(dialog, dialog.Child(400 + index));
         EXPECT_EQ(log.Tips(), tips);
+        PointAt(dialog, dialog.Child(IDC_HOT_KEY));
+        EXPECT_EQ(
+            log.Tips().back(),
+            "460 Default: none|Press the keys that bring Quon out, ready for typing a name, wherever you "
+            "are.\nPressed again, they send it back to the edge. Backspace clears them.");
         EXPECT_EQ(TipLog::WindowCount(), 2) << "the box's own and one for all options";
         Click(dialog, kCancelButton);
     });
@@ -214,8 +220,8 @@ TEST_F(OptionsLookTest, DoesNotWarnWhileOneTriggerIsLeftOrTheBoxesAreFilled) {
 TEST_F(OptionsLookTest, GoesByTheKeyboard) {
     Open([](Window dialog) {
         EXPECT_EQ(GetFocus(), dialog.Child(400).Handle());
-        EXPECT_THAT(TabOrder(dialog, 400),
-                    ElementsAre(400, 401, 403, 405, 406, 431, 402, 408, 420, 409, 404, 407, 441, 440));
+        EXPECT_THAT(TabOrder(dialog, 400), ElementsAre(400, 401, 403, 405, 406, 431, 402, IDC_HOT_KEY, 408,
+                                                       420, 409, 404, 407, 441, 440));
         PressInFocus(VK_RETURN);
     });
     EXPECT_EQ(host_.log.Count("close setting"), 1u) << "Enter accepts";

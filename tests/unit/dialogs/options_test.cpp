@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <commctrl.h>
 #include <gmock/gmock.h>
 
 #include <cstdint>
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include "dialogs/message_box.h"
+#include "res/resource.h"
 #include "tests/support/text.h"
 #include "tests/unit/dialogs/options_fixture.h"
 #include "win/process_start.h"
@@ -62,8 +64,9 @@ TEST_F(OptionsTest, BringsThePanelOutWhicheverWayItIsClosed) {
     }
     host_.log.Clear();
     Open(Press(kAcceptButton));
-    EXPECT_THAT(host_.log.Lines(), ElementsAre("ShowQuon false false", "timer false", "tooltip mark",
-                                               "close setting", "timer true", "ShowQuon true false"));
+    EXPECT_THAT(host_.log.Lines(),
+                ElementsAre("ShowQuon false false", "timer false", "hot key 0", "tooltip mark",
+                            "close setting", "timer true", "ShowQuon true false"));
 }
 
 TEST_F(OptionsTest, ShowsEachSettingInItsOwnBox) {
@@ -322,5 +325,58 @@ TEST_F(OptionsTest, RefillsTheListWhenItShowsOtherShortcuts) {
     });
     EXPECT_EQ(host_.log.Count("refill"), 1u);
 }
+constexpr std::uint16_t kCtrlAltQ = MAKEWORD('Q', HOTKEYF_CONTROL | HOTKEYF_ALT);
+constexpr std::uint16_t kAltW = MAKEWORD('W', HOTKEYF_ALT);
+
+TEST_F(OptionsTest, ShowsTheHotKeyAndTakesAnother) {
+    Settings.HotKey = kCtrlAltQ;
+    Open([](Window dialog) {
+        const Window box = dialog.Child(IDC_HOT_KEY);
+        EXPECT_EQ(box.Class(), "msctls_hotkey32");
+        EXPECT_EQ(box.Send(HKM_GETHOTKEY), kCtrlAltQ);
+        box.Send(HKM_SETHOTKEY, kAltW);
+        Click(dialog, kAcceptButton);
+    });
+    EXPECT_EQ(host_.log.Count("hot key " + std::to_string(kAltW)), 1u);
+    EXPECT_EQ(Settings.HotKey, kAltW);
+}
+
+TEST_F(OptionsTest, GivesAKeyAloneItsModifiers) {
+    std::vector<std::string> rules;
+    const auto send = FAKE_CALL(SendMessageW, [&](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        if (message == HKM_SETRULES) rules.push_back(std::to_string(wParam) + " " + std::to_string(lParam));
+        return ORIGINAL_CALL(SendMessageW)(window, message, wParam, lParam);
+    });
+    Open(Press(kCancelButton));
+    // Neither alone (1) nor with SHIFT (2): CTRL (2) and ALT (4) come in their place.
+    EXPECT_THAT(rules, ElementsAre("3 6"));
+}
+
+TEST_F(OptionsTest, ATakenHotKeyIsToldAndTheDialogStaysWithTheFormerOne) {
+    Settings.HotKey = kCtrlAltQ;
+    host_.hotKeyAnswer = false;
+    HWND owner = nullptr;
+    ModalAnswers user({[&](Window dialog) {
+                           owner = dialog.Handle();
+                           dialog.Child(IDC_HOT_KEY).Send(HKM_SETHOTKEY, kAltW);
+                           Click(dialog, 406);
+                           Click(dialog, kAcceptButton);
+                           EXPECT_TRUE(dialog.Child(IDC_HOT_KEY).IsFocused());
+                           Click(dialog, kCancelButton);
+                       },
+                       [&](Window note) {
+                           EXPECT_EQ(
+                               note.Child(IDC_MESSAGE_TEXT).Text(),
+                               "Another program uses these keys already.\nPlease press others, or none.");
+                           EXPECT_EQ(note.Owner().Handle(), owner);
+                           Click(note, IDC_ANSWER);
+                       }});
+    Open();
+    EXPECT_EQ(user.Used(), 2u);
+    EXPECT_EQ(Settings.HotKey, kCtrlAltQ);
+    EXPECT_FALSE(Settings.SingleClickOpen) << "nothing is copied";
+    EXPECT_EQ(host_.log.Count("close setting"), 0u);
+}
+
 }  // namespace
 }  // namespace dialogs
