@@ -8,6 +8,9 @@
 namespace win {
 namespace {
 
+constexpr int kMarkInset = 3;  // pixels
+constexpr int kMarkWidth = 2;
+
 bool g_focusMarks = false;
 
 bool IsHeld(int key) noexcept { return GetKeyState(key) < 0; }
@@ -144,10 +147,11 @@ void PictureBox::OnPaint() {
     if (onOverlay) onOverlay(paint.Dc(), all);
     if (g_focusMarks && GetFocus() == Handle()) {
         RECT mark = all;
-        InflateRect(&mark, -3, -3);
-        SetTextColor(paint.Dc(), RGB(0, 0, 0));
-        SetBkColor(paint.Dc(), RGB(255, 255, 255));
-        DrawFocusRect(paint.Dc(), &mark);
+        InflateRect(&mark, -kMarkInset, -kMarkInset);
+        for (int line = 0; line < kMarkWidth; ++line) {
+            FrameRect(paint.Dc(), &mark, GetSysColorBrush(COLOR_HIGHLIGHT));
+            InflateRect(&mark, -1, -1);
+        }
     }
 }
 

@@ -388,12 +388,12 @@ TEST_F(OptionsDialogTest, AHotKeyBringsThePanelOutAndDocksItFromEverywhere) {
         quon.Main().Post(WM_MOUSEMOVE, 1, WM_LBUTTONUP);
         WaitFor("the panel comes out", [&] { return quon.IsOut(); });
         const Window dialog = OpenOptions(quon);
-        CaptureScreen().SaveAs("options-hot-key.bmp");
         Click(dialog, IDC_HOT_KEY);
         WaitFor("the hot key has the focus", [&] { return dialog.Child(IDC_HOT_KEY).IsFocused(); });
         keyboard::Chord({VK_CONTROL, VK_MENU, 'J'});
         WaitFor("the keys are taken",
                 [&] { return LOBYTE(dialog.Child(IDC_HOT_KEY).Send(HKM_GETHOTKEY)) == 'J'; });
+        CaptureScreen().SaveAs("options-hot-key.bmp");
         Leave(dialog, kAccept);
         WaitFor("the panel comes out", [&] { return quon.IsOut(); });
         EXPECT_EQ(quon.Program().CloseAndWait(), 0u);

@@ -166,14 +166,14 @@ TEST_F(PanelKeyboardTest, TheFocusIsMarkedOnceAKeyIsUsed) {
     PressAndExpectFocus(quon, {VK_RIGHT}, 202);
     WaitFor("the mark", [&] { return face(2) != plain; });
     const Picture marked = face(2);
-    // A dotted line three pixels inside the face, and nothing else.
+    // A line of two pixels, three pixels inside the face, and nothing else.
     for (const RECT untouched : {RECT{0, 0, 102, 3}, RECT{0, 87, 102, 90}, RECT{0, 0, 3, 90},
-                                 RECT{99, 0, 102, 90}, RECT{4, 4, 98, 86}})
+                                 RECT{99, 0, 102, 90}, RECT{5, 5, 97, 85}})
         EXPECT_EQ(marked.Part(untouched), plain.Part(untouched));
-    for (const RECT line : {RECT{3, 3, 99, 4}, RECT{3, 86, 99, 87}, RECT{3, 3, 4, 87}, RECT{98, 3, 99, 87}}) {
+    for (const RECT line : {RECT{3, 3, 99, 5}, RECT{3, 85, 99, 87}, RECT{3, 3, 5, 87}, RECT{97, 3, 99, 87}}) {
         const Picture part = marked.Part(line);
-        const int length = part.Width() * part.Height();
-        EXPECT_NEAR(static_cast<double>(part.DifferenceCount(plain.Part(line))), length / 2.0, 3.0);
+        const auto length = static_cast<std::size_t>(part.Width()) * static_cast<std::size_t>(part.Height());
+        EXPECT_EQ(part.PixelCount(GetSysColor(COLOR_HIGHLIGHT)), length);
     }
     EXPECT_EQ(face(1), plain);
     PressAndExpectFocus(quon, {VK_RIGHT}, 203);
