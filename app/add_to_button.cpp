@@ -4,11 +4,13 @@
 
 #include <shlwapi.h>
 
+#include <optional>
+
 #include "config/ini.h"
 #include "config/settings.h"
 #include "dialogs/message_box.h"
+#include "model/button_record.h"
 #include "model/storable_name.h"
-#include "model/text_shortcut.h"
 #include "sys/shell_link.h"
 #include "sys/utility.h"
 #include "win/text.h"
@@ -16,53 +18,90 @@
 namespace app {
 namespace {
 
+/// What a button holds, wherever it is.
+struct Held {
+    std::string name;
+    std::string target;  ///< "" where it could not be read
+};
+
+/// Nothing for a free button.
+std::optional<Held> HeldAt(PanelState& state, const model::ButtonPlace& place) {
+    if (const auto* button = state.ShownAt(place)) {
+        if (button->IsFree()) return std::nullopt;
+        return Held{button->Naziv, button->FilePath};
+    }
+    const std::string& record = state.Context.Records.At(place.Key());
+    if (record.empty()) return std::nullopt;
+    const std::string name = model::ButtonRecord::Parse(place, record).name;
+    return Held{name, model::ShortcutStore::Target(name).value_or("")};
+}
+
+/// A shortcut on its way to a button; becomes a group by the user's answer.
+struct Addition {
+    std::string& target;
+    std::string& name;
+    bool group = false;
+};
+
+/// Adds the target to what the button holds by now. False when that cannot be read, or grows longer than can
+/// be read back.
+bool JoinGroup(PanelState& state, const model::ButtonPlace& place, const std::string& typedName,
+               Addition& addition) {
+    const Held held = HeldAt(state, place).value_or(Held{});
+    const auto members = model::ShortcutStore::WholeTarget(held.name, held.target);
+    if (!members || members->empty()) return false;
+    if (members->size() + 1 + addition.target.size() > config::kLongestValue) return false;
+    addition.target = *members + "|" + addition.target;
+    const std::string storable = model::StorableName(typedName);
+    addition.name = storable.empty() ? held.name : storable;
+    addition.group = true;
+    return true;
+}
+
 /// Asks what to do with a used button. Returns false for "Cancel", for a closed question, and for a group
-/// that would grow longer than can be read back.
-bool AskReplaceOrGroup(model::CButtonShortcut& button, std::string& target, std::string& name) {
+/// that cannot be made.
+bool AskReplaceOrGroup(PanelState& state, const model::ButtonPlace& place, Addition& addition) {
+    const auto held = HeldAt(state, place);
+    if (!held) return true;
     const std::string answer =
         dialogs::ShowMessage("Do you want to replace the shortcut or create a group?\r\n(Enter group name)",
-                             3, "Create group", "Replace", "Cancel", true, button.Naziv);
+                             3, "Create group", "Replace", "Cancel", true, held->name);
     if (answer.empty() || answer == "Cancel") return false;
-    if (answer == "Replace" || answer == "Create group") {
-        button.Group = false;
-        return true;
-    }
-    if (button.FilePath.size() + 1 + target.size() > config::kLongestValue) {
+    if (answer == "Replace" || answer == "Create group") return true;
+    if (JoinGroup(state, place, answer, addition)) return true;
+    dialogs::ShowNote(dialogs::kCouldNotMake);
+    return false;
+}
+
+/// Stores a shortcut on a button, and frees the one that it comes from.
+bool StoreOnButton(PanelState& state, const model::ButtonPlace& place, const Addition& addition,
+                   const std::string& commandSwitch, const std::optional<model::ButtonPlace>& source) {
+    if (!state.Store().Assign(
+            {place, addition.name, addition.target, addition.group ? "" : commandSwitch, source})) {
         dialogs::ShowNote(dialogs::kCouldNotMake);
         return false;
     }
-    target = button.FilePath + "|" + target;
-    button.Group = true;
-    const std::string storable = model::StorableName(answer);
-    name = storable.empty() ? button.Naziv : storable;
+    if (source && source != place)
+        if (auto* freed = state.ShownAt(*source)) freed->BecomeFree(false);
+    if (addition.group && !commandSwitch.empty())
+        dialogs::ShowNote(
+            "This shortcut has command switch. Quon will add it to the group, but you can use command "
+            "switches only on non group buttons.");
+    state.ShowChanged({addition.name}, place);
     return true;
 }
 
 }  // namespace
 
 bool CanBeOpened(const std::string& target) {
-    return model::IsStorableTarget(target) && (sys::IsUrl(target) || PathFileExistsA(target.c_str()) != 0);
+    return sys::IsUrl(target) || PathFileExistsA(target.c_str()) != 0;
 }
 
-bool AddToButton(PanelState& state, std::string& target, std::string& name, std::string& commandSwitch) {
-    const std::string key = state.Context.CurrentButtonKey;
-    model::CButtonShortcut& button = state.Current();
-    if (!button.IsFree() && !AskReplaceOrGroup(button, target, name)) return false;
-    config::WriteIni(model::kCutsSection, name, target);
-    state.Context.Write(key, name + "|0");
-    if (!commandSwitch.empty()) {
-        if (button.Group) {
-            dialogs::ShowNote(
-                "This shortcut has command switch. Quon will add it to the group, but you can use command "
-                "switches only on non group buttons.");
-        } else {
-            config::WriteIni(model::kSwitchSection, name, model::StorableSwitch(commandSwitch));
-        }
-    }
-    state.TipButton = 0;
-    button.RefreshButton(key);
-    if (state.RefillList) state.RefillList();
-    return true;
+bool AddToButton(PanelState& state, const model::ButtonPlace& place, std::string& target, std::string& name,
+                 std::string& commandSwitch) {
+    Addition addition{target, name};
+    return AskReplaceOrGroup(state, place, addition) &&
+           StoreOnButton(state, place, addition, commandSwitch, std::nullopt);
 }
 
 DroppedShortcut ShortcutFromDrop(const sys::DroppedData& data) {
@@ -73,37 +112,44 @@ DroppedShortcut ShortcutFromDrop(const sys::DroppedData& data) {
         const std::string resolved = sys::ReadLinkTarget(data.value);
         shortcut.target = win::Before(resolved, '|');
         shortcut.commandSwitch = win::After(resolved, '|');
+        shortcut.switchTooLong = shortcut.commandSwitch.size() > config::kLongestValue;
+        if (shortcut.switchTooLong) shortcut.commandSwitch.clear();
     }
     shortcut.name = model::NameForTarget(shortcut.target);
+    shortcut.target = model::StorableTarget(shortcut.target);
     return shortcut;
+}
+
+void TellOfSwitch(const DroppedShortcut& shortcut) {
+    if (shortcut.switchTooLong)
+        dialogs::ShowNote("The command switch of this shortcut is too long. Quon has left it out.");
 }
 
 void DropOnButton(PanelState& state, int index, const sys::DroppedData& data) {
     state.Context.Select(index);
+    const model::ButtonPlace place = state.CurrentPlace();
     DroppedShortcut shortcut = ShortcutFromDrop(data);
-    if (shortcut.target.empty() || shortcut.name.empty() || !CanBeOpened(shortcut.target))
+    if (shortcut.name.empty() || !model::IsStorableTarget(shortcut.target) || !CanBeOpened(shortcut.target))
         dialogs::ShowNote(dialogs::kCouldNotMake);
-    else
-        AddToButton(state, shortcut.target, shortcut.name, shortcut.commandSwitch);
+    else if (AddToButton(state, place, shortcut.target, shortcut.name, shortcut.commandSwitch))
+        TellOfSwitch(shortcut);
     state.NoteActivity();
 }
 
 void MoveToButton(PanelState& state, int index, const DragSource& source) {
-    const std::string record = state.Context.Records.At(source.Key);
-    const int sourceIndex = source.Key.back() - '0';
-    const bool shown = source.Key.front() - '0' == config::Settings.CurrentTab;
-    // On the shown tab the source is freed through its own object, so that it knows it is free when it is
-    // the target as well.
-    model::CButtonShortcut spare(state.Context, state.RefillList);
-    (shown ? state.Button(sourceIndex) : spare).DeleteShortcut(source.Key, !shown);
     state.Context.Select(index);
-    std::string target = model::WholeTarget(source.Naziv, source.FilePath);
+    const model::ButtonPlace place = state.CurrentPlace();
+    const auto from = model::ButtonPlace::Parse(source.Key);
+    const std::string record = state.Context.Records.At(source.Key);
+    const auto whole = model::ShortcutStore::WholeTarget(source.Naziv, source.FilePath);
+    if (!whole || whole->empty()) return;
+    std::string target = *whole;
     std::string name = source.Naziv;
-    std::string commandSwitch = source.Switch;
-    if (AddToButton(state, target, name, commandSwitch)) return;
-    // The question was cancelled: the source gets back what it held.
-    state.Context.Write(source.Key, record);
-    if (shown) state.Button(sourceIndex).RefreshButton(source.Key);
+    Addition addition{target, name};
+    if (place != from && !AskReplaceOrGroup(state, place, addition)) return;
+    // While the question was open, something else may have come onto the source.
+    if (state.Context.Records.At(source.Key) == record)
+        StoreOnButton(state, place, addition, source.Switch, from);
 }
 
 }  // namespace app

@@ -4,17 +4,16 @@
 #include <vector>
 
 #include "app/add_to_button.h"
-#include "config/ini.h"
-#include "config/settings.h"
 #include "dialogs/edit_group.h"
 #include "dialogs/icon_chooser.h"
 #include "dialogs/message_box.h"
+#include "model/button_record.h"
 #include "model/launching.h"
 #include "model/storable_name.h"
-#include "model/text_shortcut.h"
 #include "sys/clipboard.h"
 #include "sys/dropped_data.h"
 #include "sys/file_operations.h"
+#include "sys/target_state.h"
 #include "sys/utility.h"
 #include "win/input_pause.h"
 #include "win/process_start.h"
@@ -39,12 +38,29 @@ std::string FileExtension(const std::string& path) {
     return sys::PathPart(sys::PathPart(path, sys::kFileName), sys::kExtension);
 }
 
+/// What a file can be called by a typed text: Windows drops the dots and blanks that end a name.
+std::string FileNameFrom(const std::string& typed) {
+    const size_t last = typed.find_last_not_of(". ");
+    return last == std::string::npos ? std::string() : typed.substr(0, last + 1);
+}
+
 /// False for a text that would lead into another folder, or that no file can be called.
 bool CanBeFileName(const std::string& name) {
-    return std::none_of(name.begin(), name.end(), [](char character) {
+    return !name.empty() && std::none_of(name.begin(), name.end(), [](char character) {
         return static_cast<unsigned char>(character) < ' ' ||
                std::string_view("\\/:*?\"<>|").find(character) != std::string_view::npos;
     });
+}
+
+/// Asks by a window of the system, out of whose way the panel goes.
+template <class Question>
+auto Ask(Question question) {
+    const win::InputPause pause;
+    return question();
+}
+
+int Operate(std::int16_t operation, const std::string& source, const std::string& destination) {
+    return Ask([&] { return sys::clsBmenu::FileOperation(operation, source, destination); });
 }
 
 void TellResult(int result) {
@@ -53,99 +69,70 @@ void TellResult(int result) {
 
 }  // namespace
 
-ButtonCommands::Place ButtonCommands::Here() const {
-    return {state_.Context.CurrentButtonIndex, state_.Context.CurrentButtonKey};
-}
-
-void ButtonCommands::GoBackTo(const Place& place) {
-    state_.Context.CurrentButtonIndex = place.index;
-    state_.Context.CurrentButtonKey = place.key;
-}
-
-/// Asks by a window of the system, which lets events run: a drop makes another button the current one.
-template <class Question>
-auto ButtonCommands::Ask(Question question) {
-    const Place place = Here();
-    auto answer = [&] {
-        const win::InputPause pause;
-        return question();
-    }();
-    GoBackTo(place);
-    return answer;
-}
-
 void ButtonCommands::Run(int command) {
+    const Place place = state_.CurrentPlace();
     switch (command) {
-        case kAddFile: AddPicked(false); break;
-        case kAddFolder: AddPicked(true); break;
-        case kGroup: EditGroup(); break;
+        case kAddFile: AddPicked(place, false); break;
+        case kAddFolder: AddPicked(place, true); break;
+        case kGroup: EditGroup(place); break;
         case kFree: Free(); break;
         case kProperties:
             if (const std::string path = state_.Current().FilePath; !path.empty())
                 sys::clsBmenu::ShowProperties(path);
             break;
         case kFindTarget: FindTarget(); break;
-        case kPaste: Paste(); break;
-        case kChangeIcon: ChangeIcon(); break;
+        case kPaste: Paste(place); break;
+        case kChangeIcon: ChangeIcon(place); break;
         default: break;
     }
 }
 
-void ButtonCommands::Add(const std::string& target, const std::string& name) {
-    if (name.empty() || target.size() > config::kLongestValue) {
+void ButtonCommands::Add(const Place& place, const std::string& target, const std::string& name) {
+    if (name.empty() || !model::IsStorableTarget(target)) {
         dialogs::ShowNote(dialogs::kCouldNotMake);
         return;
     }
     std::string added = target;
     std::string under = name;
     std::string noSwitch;
-    AddToButton(state_, added, under, noSwitch);
+    AddToButton(state_, place, added, under, noSwitch);
 }
 
-void ButtonCommands::AddPicked(bool folder) {
+void ButtonCommands::AddPicked(const Place& place, bool folder) {
     const std::string path = Ask(folder ? &sys::clsBmenu::GetFolder : &sys::clsBmenu::GetFile);
-    if (!path.empty()) Add(path, NameFrom(path, folder ? sys::kFileName : sys::kBareName));
+    if (!path.empty()) Add(place, path, NameFrom(path, folder ? sys::kFileName : sys::kBareName));
 }
 
-void ButtonCommands::EditGroup() {
-    const Place place = Here();
+void ButtonCommands::EditGroup(const Place& place) {
     const std::string name = state_.Current().Naziv;
     dock_.ShowQuon(true, true);
     dialogs::frmEditB editor(state_.Context);
-    editor.PrepareWindow(name);
+    if (!editor.PrepareWindow(name)) return;
     editor.Show(owner_);
-    GoBackTo(place);
     dock_.ShowQuon(true, true);
-    // The editor knows the group, not the button: a free one, or one of two under the same name, is bound
-    // here.
+    // The editor knows the group, not the button: a free one is bound here.
     const std::string& stored = editor.StoredName();
-    if (!stored.empty() && model::RecordName(place.key, state_.Context.Records.At(place.key)) != stored)
-        state_.Context.Write(place.key, stored + "|0");
-    state_.RefreshCurrent();
+    const std::string record = state_.Context.Records.At(place.Key());
+    if (!stored.empty() && model::ButtonRecord::Parse(place, record).name != stored &&
+        !state_.Store().PutRecord(place, model::ButtonRecord{stored, 0}.Text()))
+        dialogs::ShowNote(dialogs::kCouldNotMake);
+    if (stored.empty())
+        state_.RefreshNamed({}, place);
+    else
+        state_.ShowChanged({name, stored}, place);
     state_.NoteActivity();
-    if (stored.empty()) return;
-    RefreshNamesakes(name, stored);
-    if (state_.RefillList) state_.RefillList();
-}
-
-void ButtonCommands::RefreshNamesakes(const std::string& before, const std::string& after) {
-    for (int index = 1; index <= model::kButtonCount; ++index) {
-        model::CButtonShortcut& button = state_.Button(index);
-        if (index == state_.Context.CurrentButtonIndex || button.IsFree()) continue;
-        if (win::EqualIgnoringCase(button.Naziv, before) || win::EqualIgnoringCase(button.Naziv, after))
-            button.RefreshButton(model::ButtonKey(config::Settings.CurrentTab, index));
-    }
 }
 
 void ButtonCommands::Free() {
+    const Place place = state_.CurrentPlace();
     model::CButtonShortcut& button = state_.Current();
     if (button.IsFree()) return;
     const std::string name = button.Naziv;
-    if (!button.Switch.empty()) config::RemoveRecord(model::kSwitchSection, name);
-    config::RemoveRecord(model::kCutsSection, name);
-    state_.TipButton = 0;
-    button.DeleteShortcut(state_.Context.CurrentButtonKey, false);
-    if (state_.RefillList) state_.RefillList();
+    // Of a button that could not be read nobody knows whether there is a switch.
+    const bool hasSwitch = !button.Switch.empty() || button.IsUnread();
+    if (!state_.Store().RemoveWithButton(place, name, hasSwitch)) return;
+    button.BecomeFree(false);
+    state_.ShowChanged({name});
 }
 
 void ButtonCommands::FindTarget() {
@@ -153,117 +140,127 @@ void ButtonCommands::FindTarget() {
     if (!path.empty()) win::StartProcess("explorer /select," + path, SW_SHOWNORMAL);
 }
 
-void ButtonCommands::Paste() {
+void ButtonCommands::Paste(const Place& place) {
     const std::string text = sys::clsClipboard::GetText();
     if (text.empty()) {
-        PasteFiles();
+        PasteFiles(place);
         return;
     }
     const std::string target = sys::FirstLine(text);
-    if (CanBeOpened(target)) Add(target, NameFrom(target, sys::kBareName));
+    if (CanBeOpened(target))
+        Add(place, model::StorableTarget(target), NameFrom(target, sys::kBareName));
 }
 
-void ButtonCommands::PasteFiles() {
+void ButtonCommands::PasteFiles(const Place& place) {
     std::vector<std::string> files = sys::clsClipboard::GetFiles();
     // A broken link has no target.
     std::erase(files, "");
-    if (files.empty())
+    if (files.empty()) {
         dialogs::ShowNote("Couldn't read file path or URL from Clipboard.");
-    else
-        Add(win::Join(files, '|'), NameFrom(files.front(), sys::kBareName));
+        return;
+    }
+    // A link may lead to a URL.
+    std::transform(files.begin(), files.end(), files.begin(), &model::StorableTarget);
+    Add(place, win::Join(files, '|'), NameFrom(files.front(), sys::kBareName));
 }
 
 void ButtonCommands::Assign(const std::string& program) {
-    if (!program.empty()) Add(program, NameFrom(program, sys::kBareName));
+    const Place place = state_.CurrentPlace();
+    if (!program.empty()) Add(place, program, NameFrom(program, sys::kBareName));
 }
 
-void ButtonCommands::ChangeIcon() {
+void ButtonCommands::ChangeIcon(const Place& place) {
     const std::string path = state_.Current().FilePath;
+    const std::string name = state_.Current().Naziv;
     if (path.empty()) return;
-    const Place place = Here();
     dialogs::IcoChooser iChos;
-    iChos.IconSelected = [&](std::int16_t icon) { ApplyIcon(place, icon); };
+    iChos.IconSelected = [&](std::int16_t icon) { ApplyIcon(place, name, icon); };
     iChos.ReadIcons(model::FindAssociatedExe(path));
     iChos.Show(owner_);
-    GoBackTo(place);
 }
 
-void ButtonCommands::ApplyIcon(const Place& place, std::int16_t icon) {
-    model::CButtonShortcut& button = state_.Button(place.index);
-    button.FileIcon = icon;
-    state_.TipButton = 0;
-    state_.Context.Write(place.key, button.Naziv + "|" + std::to_string(icon));
-    button.RefreshButton(place.key);
+void ButtonCommands::ApplyIcon(const Place& place, const std::string& name, std::int16_t icon) {
+    model::CButtonShortcut* button = state_.ShownAt(place);
+    // Something else may have been put onto the button meanwhile.
+    if (button == nullptr || button->Naziv != name) return;
+    if (!state_.Store().PutRecord(place, model::ButtonRecord{name, icon}.Text())) return;
+    button->FileIcon = icon;
+    state_.RefreshNamed({}, place);
 }
 
 void ButtonCommands::RunFileCommand(int command) {
-    if (state_.Current().FilePath.empty()) return;
+    const model::CButtonShortcut& button = state_.Current();
+    const Place place = state_.CurrentPlace();
+    const File file{place, button.FilePath, button.Naziv, state_.Context.Records.At(place.Key()),
+                    button.FileIcon};
+    if (file.path.empty()) return;
     switch (command) {
-        case kCopyTo: CopyFile(); break;
-        case kMoveTo: MoveFile(); break;
-        case kRename: RenameFile(); break;
-        case kRecycle: RemoveFile(false); break;
-        case kDelete: RemoveFile(true); break;
+        case kCopyTo: CopyFile(file); break;
+        case kMoveTo: MoveFile(file); break;
+        case kRename: RenameFile(file); break;
+        case kRecycle: RemoveFile(file, false); break;
+        case kDelete: RemoveFile(file, true); break;
         default: break;
     }
 }
 
-int ButtonCommands::Operate(std::int16_t operation, const std::string& destination) {
-    // A copy: whatever runs meanwhile may change the button.
-    const std::string source = state_.Current().FilePath;
-    return Ask([&] { return sys::clsBmenu::FileOperation(operation, source, destination); });
-}
-
-void ButtonCommands::CopyFile() {
+void ButtonCommands::CopyFile(const File& file) {
     const std::string folder = Ask(&sys::clsBmenu::GetFolder);
-    if (!folder.empty()) TellResult(Operate(sys::kCopyFile, folder));
+    if (!folder.empty()) TellResult(Operate(sys::kCopyFile, file.path, folder));
 }
 
-void ButtonCommands::MoveFile() {
+void ButtonCommands::MoveFile(const File& file) {
     const std::string folder = Ask(&sys::clsBmenu::GetFolder);
     if (folder.empty()) return;
-    const std::string name = sys::PathPart(state_.Current().FilePath, sys::kFileName);
-    const int result = Operate(sys::kMoveFile, folder);
-    PointTo(Inside(folder, name));
+    const int result = Operate(sys::kMoveFile, file.path, folder);
+    PointTo(file, Inside(folder, sys::PathPart(file.path, sys::kFileName)), result);
     TellResult(result);
 }
 
-void ButtonCommands::RenameFile() {
-    const std::string path = state_.Current().FilePath;
-    const std::string extension = FileExtension(path);
-    const Place place = Here();
-    std::string name = dialogs::ShowMessage(
+void ButtonCommands::RenameFile(const File& file) {
+    const std::string extension = FileExtension(file.path);
+    const std::string answer = dialogs::ShowMessage(
         "Enter new name for the file. If you don't specify the extension, old extension (" + extension +
             ") will be kept.)",
         2, "OK", "Cancel", "", true, "");
-    GoBackTo(place);
-    if (name.empty() || name == "Cancel") return;
+    if (answer.empty() || answer == "Cancel") return;
+    std::string name = FileNameFrom(answer);
     if (!CanBeFileName(name)) {
         TellResult(-1);
         return;
     }
     if (sys::PathPart(name, sys::kExtension).empty() && !extension.empty()) name += "." + extension;
-    const std::string renamed = sys::PathPart(path, sys::kFolder) + "\\" + name;
-    const int result = Operate(sys::kRenameFile, renamed);
-    PointTo(renamed);
+    const std::string renamed = sys::PathPart(file.path, sys::kFolder) + "\\" + name;
+    const int result = Operate(sys::kRenameFile, file.path, renamed);
+    PointTo(file, renamed, result);
     TellResult(result);
 }
 
-/// The button follows its file, whatever the shell says. The record gets the path where others have a name.
-void ButtonCommands::PointTo(const std::string& path) {
-    model::CButtonShortcut& button = state_.Current();
-    button.FilePath = path;
+/// The button follows its file, whatever the shell says; the shortcut does where the file has got there.
+void ButtonCommands::PointTo(const File& file, const std::string& path, int result) {
+    // Something else may have been put onto the button meanwhile.
+    if (state_.Context.Records.At(file.place.Key()) != file.record) return;
+    // The shell also says that all is well when the user would not have a file overwritten.
+    const bool isThere = result == 0 && sys::LookAtTarget(path).kind != sys::TargetKind::kMissing;
+    if (!state_.Store().Follow({file.place, file.icon, file.name, path, isThere})) return;
     state_.TipButton = 0;
-    state_.Context.Write(state_.Context.CurrentButtonKey, path + "|" + std::to_string(button.FileIcon));
+    if (auto* button = state_.ShownAt(file.place)) button->FilePath = path;
+    if (isThere) state_.ShowChanged({file.name, path}, file.place);
 }
 
-void ButtonCommands::RemoveFile(bool forGood) {
+void ButtonCommands::RemoveFile(const File& file, bool forGood) {
     // The shell's question must not come up behind the panel. The panel is topmost again once it is shown
     // anew.
     if (forGood) win::SetTopmost(false, owner_);
-    const int result = Operate(forGood ? sys::kDeleteFile : sys::kRecycleFile, "");
-    state_.TipButton = 0;
-    state_.Current().DeleteShortcut(state_.Context.CurrentButtonKey, false);
+    const int result = Operate(forGood ? sys::kDeleteFile : sys::kRecycleFile, file.path, "");
+    // Something else may have been put onto the button meanwhile.
+    if (state_.Context.Records.At(file.place.Key()) == file.record) {
+        state_.TipButton = 0;
+        model::CButtonShortcut hidden(state_.Context, nullptr);
+        auto* shown = state_.ShownAt(file.place);
+        (shown != nullptr ? *shown : hidden).DeleteShortcut(file.place.Key(), shown == nullptr);
+        state_.RefreshNamed({file.name});
+    }
     TellResult(result);
 }
 

@@ -27,8 +27,8 @@ enum ButtonCommand {
 /// The commands of the menu `mnuButB` by their index.
 enum FileCommand { kCopyTo = 0, kMoveTo = 1, kRename = 2, kRecycle = 4, kDelete = 5 };
 
-/// Carries out the commands of a button's menu on the current button. While a picker, a question or a dialog
-/// is open, the panel takes no input, and the command keeps its button.
+/// Carries out the commands of a button's menu on the button that is the current one when they begin. While a
+/// picker, a question or a dialog is open, the panel takes no input.
 class ButtonCommands {
   public:
     ButtonCommands(PanelState& state, EdgeDock& dock) noexcept : state_(state), dock_(dock) {}
@@ -49,34 +49,30 @@ class ButtonCommands {
     void Free();
 
   private:
-    /// Which button a command was given for.
-    struct Place {
-        std::int16_t index;
-        std::string key;
-    };
+    using Place = model::ButtonPlace;
 
-    [[nodiscard]] Place Here() const;
-    void GoBackTo(const Place& place);
-    template <class Question>
-    auto Ask(Question question);
-
-    void Add(const std::string& target, const std::string& name);
-    void AddPicked(bool folder);
-    void EditGroup();
-    /// Other buttons of the shown tab may hold what was edited, or what was stored over.
-    void RefreshNamesakes(const std::string& before, const std::string& after);
+    void Add(const Place& place, const std::string& target, const std::string& name);
+    void AddPicked(const Place& place, bool folder);
+    void EditGroup(const Place& place);
     void FindTarget();
-    void Paste();
-    void PasteFiles();
-    void ChangeIcon();
-    void ApplyIcon(const Place& place, std::int16_t icon);
+    void Paste(const Place& place);
+    void PasteFiles(const Place& place);
+    void ChangeIcon(const Place& place);
+    void ApplyIcon(const Place& place, const std::string& name, std::int16_t icon);
 
-    void CopyFile();
-    void MoveFile();
-    void RenameFile();
-    void RemoveFile(bool forGood);
-    [[nodiscard]] int Operate(std::int16_t operation, const std::string& destination);
-    void PointTo(const std::string& path);
+    /// The button's file, and which shortcut it belongs to.
+    struct File {
+        Place place;
+        std::string path;
+        std::string name;
+        std::string record;
+        std::int32_t icon = 0;
+    };
+    static void CopyFile(const File& file);
+    void MoveFile(const File& file);
+    void RenameFile(const File& file);
+    void RemoveFile(const File& file, bool forGood);
+    void PointTo(const File& file, const std::string& path, int result);
 
     PanelState& state_;
     EdgeDock& dock_;

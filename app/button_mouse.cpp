@@ -7,8 +7,6 @@
 #include "config/settings.h"
 #include "dialogs/message_box.h"
 #include "model/launching.h"
-#include "model/storable_name.h"
-#include "model/text_shortcut.h"
 
 namespace app {
 ButtonAction ActionFor(win::ShiftState shift) {
@@ -122,32 +120,30 @@ void ButtonMouse::RunAction() {
 void ButtonMouse::Launch(int showCommand) {
     const model::CButtonShortcut& button = state_.Current();
     if (!button.IsFree()) {
-        // A copy: a switch is appended to it and must not stay with the button.
+        // Copies: a switch is appended to the target, and messages that run meanwhile may change the button.
         std::string target = button.FilePath;
-        model::LaunchTarget(target, button.Group, showCommand, button.Switch);
+        const std::string commandSwitch = button.Switch;
+        model::LaunchTarget(target, button.Group, showCommand, commandSwitch);
         if (config::Settings.HideAfterLaunch) dock_.ShowQuon(false, false);
     }
     lastShift_ = 0;
 }
 
 void ButtonMouse::EditSwitch() {
-    // The question lets events run, so the button is remembered by its number and key.
-    const int index = state_.Context.CurrentButtonIndex;
-    const std::string key = state_.Context.CurrentButtonKey;
-    model::CButtonShortcut& button = state_.Button(index);
+    const model::ButtonPlace place = state_.CurrentPlace();
+    const model::CButtonShortcut& button = state_.Current();
     if (button.Group) {
         dialogs::ShowNote("Sorry, can not add switch to group button.");
         return;
     }
     const std::string name = button.Naziv;
     const std::string answer = dialogs::ShowMessage("Please enter command switch for this file:", 3, "Cancel",
-                                                    "Delete", "OK", true, button.Switch);
+                                                    "Delete", "OK", true, button.Switch, config::kLongestValue);
     if (answer == "Delete")
-        config::RemoveRecord(model::kSwitchSection, name);
+        state_.Store().RemoveSwitch(name);
     else if (!answer.empty() && answer != "Cancel")
-        config::WriteIni(model::kSwitchSection, name, model::StorableSwitch(answer));
-    button.RefreshButton(key);
-    state_.TipButton = 0;
+        state_.Store().PutSwitch(name, answer);
+    state_.RefreshNamed({name}, place);
 }
 
 void ButtonMouse::OpenByKey(int index) {

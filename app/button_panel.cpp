@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 #include "app/panel_layout.h"
-#include "config/ini_unit.h"
 #include "config/settings.h"
 #include "res/resource.h"
 #include "win/errors.h"
@@ -22,6 +22,8 @@ constexpr int kHoverSize = 14;  // pixels
 
 constexpr UINT_PTR kPointerTimer = 1;
 constexpr UINT kPointerCheck = 200;  // milliseconds
+constexpr UINT_PTR kReadAgainTimer = 2;
+constexpr UINT kReadAgain = 200;  // milliseconds
 
 }  // namespace
 
@@ -46,13 +48,20 @@ void ButtonContainer::WatchPointer() { SetTimer(Handle(), kPointerTimer, kPointe
 
 void ButtonContainer::LeavePointer() { KillTimer(Handle(), kPointerTimer); }
 
-std::optional<LRESULT> ButtonContainer::OnMessage(UINT message, WPARAM /*wParam*/, LPARAM /*lParam*/) {
+void ButtonContainer::ReadAgainSoon() { SetTimer(Handle(), kReadAgainTimer, kReadAgain, nullptr); }
+
+void ButtonContainer::OnTimer(UINT_PTR timer) {
+    if (timer == kPointerTimer && onPointerCheck) onPointerCheck();
+    if (timer != kReadAgainTimer) return;
+    KillTimer(Handle(), kReadAgainTimer);
+    if (onReadAgain) onReadAgain();
+}
+
+std::optional<LRESULT> ButtonContainer::OnMessage(UINT message, WPARAM wParam, LPARAM /*lParam*/) {
     switch (message) {
         // The buttons cover everything that the region leaves.
         case WM_ERASEBKGND: return 1;
-        case WM_TIMER:
-            if (onPointerCheck) onPointerCheck();
-            return 0;
+        case WM_TIMER: OnTimer(wParam); return 0;
         default: return std::nullopt;
     }
 }
@@ -68,6 +77,11 @@ void ButtonPanel::CreateOn(HWND parent) {
     container_.CreateOn(parent, layout::At(0, layout::kContainerTop, layout::kClientWidth,
                                            layout::kRows * layout::kButtonHeight));
     container_.onPointerCheck = [this] { HideHoverOutside(); };
+    container_.onReadAgain = [this] {
+        RefreshShownTab();
+        if (state_.RefillList) state_.RefillList();
+    };
+    state_.Context.onUnread = [this] { container_.ReadAgainSoon(); };
     for (int index = 1; index <= model::kButtonCount; ++index)
         Picture(index).CreateOn(container_.Handle(), IDC_BUTTON + index, ButtonPlace(index));
     hover_.CreateOn(parent, IDC_HOVER_PICTURE, layout::At(0, 0, kHoverSize, kHoverSize), false);
@@ -86,11 +100,11 @@ win::PictureBox& ButtonPanel::Picture(int index) {
 
 void ButtonPanel::RefreshShownTab() {
     state_.TipButton = 0;
-    // Free buttons are written again, each of them: one unit does for all.
-    config::IniUnit unit;
-    for (int index = 1; index <= model::kButtonCount; ++index)
-        state_.Button(index).RefreshButton(model::ButtonKey(config::Settings.CurrentTab, index));
-    (void)unit.Finish();
+    std::vector<model::CButtonShortcut::Refresh> refreshes;
+    for (int slot = 1; slot <= model::kButtonCount; ++slot)
+        refreshes.push_back(
+            {&state_.Button(slot), model::ButtonPlace{config::Settings.CurrentTab, slot}.Key()});
+    model::CButtonShortcut::RefreshButtons(refreshes);
 }
 
 void ButtonPanel::Hover(int index) {

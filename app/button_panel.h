@@ -27,8 +27,17 @@ class ButtonContainer : public win::Window {
     /// Ends it (KillTimer).
     void LeavePointer();
 
+    /// Time to read again what could not be read.
+    std::function<void()> onReadAgain;
+
+    /// Tells onReadAgain once, in 200 ms (SetTimer).
+    void ReadAgainSoon();
+
   protected:
     std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+  private:
+    void OnTimer(UINT_PTR timer);
 };
 
 /// The nine button pictures `pb1` in their container, and the hover picture over one of them.
@@ -45,7 +54,8 @@ class ButtonPanel {
     /// The small picture in the corner of the hovered button.
     win::PictureBox& HoverPicture() noexcept { return hover_; }
 
-    /// Reloads and repaints all nine buttons from the records of the shown tab.
+    /// Reloads and repaints all nine buttons from the records of the shown tab. What could not be read is read
+    /// again soon.
     void RefreshShownTab();
 
     /// Makes a button the hovered one and puts the hover picture onto it, until the pointer leaves the

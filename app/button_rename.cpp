@@ -1,9 +1,6 @@
 #include "app/button_rename.h"
 
-#include "config/ini.h"
-#include "config/ini_unit.h"
 #include "model/storable_name.h"
-#include "model/text_shortcut.h"
 #include "res/resource.h"
 #include "win/errors.h"
 #include "win/text.h"
@@ -15,26 +12,21 @@ namespace {
 constexpr int kBoxHeight = 21;
 constexpr int kBoxTop = 58;
 
-/// Stores the button's shortcut under another name; the former one is gone only together with this.
-void StoreUnder(PanelState& state, const std::string& name) {
-    const model::CButtonShortcut& button = state.Current();
-    const std::string target = model::WholeTarget(button.Naziv, button.FilePath);
-    config::IniUnit unit;
-    config::RemoveRecord(model::kCutsSection, button.Naziv);
-    config::WriteIni(model::kCutsSection, name, target);
-    state.Context.Write(state.Context.CurrentButtonKey, name + "|" + std::to_string(button.FileIcon));
-    model::MoveSwitch(button.Naziv, name, button.Switch);
-    (void)unit.Finish();
-}
-
 }  // namespace
 
-void RenameCurrentButton(PanelState& state, const std::string& name) {
+bool RenameButton(PanelState& state, const model::ButtonPlace& place, const std::string& name) {
     const std::string storable = model::StorableName(name);
-    if (storable.empty() || state.Current().IsFree()) return;
-    StoreUnder(state, storable);
-    state.RefreshCurrent();
-    if (state.RefillList) state.RefillList();
+    const model::CButtonShortcut* button = state.ShownAt(place);
+    if (storable.empty() || button == nullptr || button->IsFree()) return true;
+    const std::string former = button->Naziv;
+    const auto target = model::ShortcutStore::WholeTarget(former, button->FilePath);
+    // A button that could not be read has no target to go on with.
+    if (!target || target->empty()) return false;
+    if (!state.Store().Rename({former, storable, *target, model::ShortcutStore::Renaming::Records::kAfterTarget,
+                               place, button->FileIcon}))
+        return false;
+    state.ShowChanged({former, storable}, place);
+    return true;
 }
 
 void ButtonRename::CreateOn(HWND parent) {
@@ -63,8 +55,8 @@ void ButtonRename::Accept() {
     const std::string name = win::WindowText(box_);
     if (!IsOpen() || name.empty()) return;
     state_.Context.Select(index_);
-    RenameCurrentButton(state_, name);
-    Abandon();
+    // What could not be stored stays in the box, to be tried again.
+    if (RenameButton(state_, state_.CurrentPlace(), name)) Abandon();
 }
 
 void ButtonRename::Abandon() {

@@ -21,7 +21,7 @@ class ButtonRename {
     /// Shows the box over the current button with its name; nothing happens on a free button.
     void Begin();
 
-    /// Gives the button the typed name; an empty box does nothing.
+    /// Gives the button the typed name; an empty box does nothing, and the box stays when it cannot be stored.
     void Accept();
 
     /// Hides the box without renaming.
@@ -44,8 +44,9 @@ class ButtonRename {
     int index_ = 0;
 };
 
-/// Moves the shortcut of the current button to another name: its target, its record and its switch.
-/// Refills the drop-down and repaints the button. A name that cannot be stored at all changes nothing.
-void RenameCurrentButton(PanelState& state, const std::string& name);
+/// Moves the shortcut of a shown button to another name: its target, its switch and the records of all buttons
+/// that carry it. Repaints them and fills the drop-down anew. A name that cannot be stored at all changes
+/// nothing. False when it could not be stored, which leaves everything as it was.
+bool RenameButton(PanelState& state, const model::ButtonPlace& place, const std::string& name);
 
 }  // namespace app

@@ -1,6 +1,7 @@
 #include "app/glavni.h"
 
 #include <string>
+#include <vector>
 
 #include "app/add_to_button.h"
 #include "app/panel_layout.h"
@@ -65,6 +66,7 @@ void Glavni::JoinParts() {
     menus_.onOrganize = [this] { Organize(); };
     menus_.onOptions = [this] { dialogs::frmSettings(*this).Open(); };
     state_.RefillList = [this] { shortcuts_.Refill(); };
+    state_.Context.onChanged = [this](const std::vector<std::string>& names) { state_.ShowChanged(names); };
 }
 
 void Glavni::Organize() {

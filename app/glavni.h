@@ -92,7 +92,7 @@ class Glavni : public win::Window, public dialogs::PanelHost {
     ButtonTip tip_{state_};
     ButtonMouse mouse_{state_, buttons_, drag_, buttonMenu_, tip_, dock_};
     ButtonRename rename_{state_, buttons_};
-    ShortcutBox shortcuts_{dock_};
+    ShortcutBox shortcuts_{state_, dock_};
     PanelMenus menus_{dock_};
     HotKey hotKey_;
     win::MenuArray mnuTray_;

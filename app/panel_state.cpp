@@ -1,8 +1,10 @@
 #include "app/panel_state.h"
 
-#include <string>
+#include <algorithm>
 
+#include "config/settings.h"
 #include "win/errors.h"
+#include "win/text.h"
 
 namespace app {
 namespace {
@@ -16,7 +18,7 @@ size_t Slot(int index, int count, const char* what) {
 }  // namespace
 
 model::CButtonShortcut& PanelState::Button(int index) {
-    auto& button = buttons_.at(Slot(index, model::kButtonCount, "button"));
+    auto& button = ButtonShortcuts.at(Slot(index, model::kButtonCount, "button"));
     if (!button) button = std::make_unique<model::CButtonShortcut>(Context, RefillList);
     return *button;
 }
@@ -25,6 +27,36 @@ model::clsTab& PanelState::Tab(int number) {
     auto& tab = tabs_.at(Slot(number, model::kTabCount, "tab"));
     if (!tab) tab = std::make_unique<model::clsTab>(number);
     return *tab;
+}
+
+model::ButtonPlace PanelState::CurrentPlace() {
+    static_cast<void>(Slot(Context.CurrentButtonIndex, model::kButtonCount, "button"));
+    return model::ButtonPlace::Parse(Context.CurrentButtonKey);
+}
+
+model::CButtonShortcut* PanelState::ShownAt(const model::ButtonPlace& place) {
+    return place.tab == config::Settings.CurrentTab ? &Button(place.slot) : nullptr;
+}
+
+void PanelState::RefreshNamed(const std::vector<std::string>& names,
+                              const std::optional<model::ButtonPlace>& place) {
+    TipButton = 0;
+    std::vector<model::CButtonShortcut::Refresh> refreshes;
+    for (int slot = 1; slot <= model::kButtonCount; ++slot) {
+        const model::ButtonPlace here{config::Settings.CurrentTab, slot};
+        model::CButtonShortcut& button = Button(slot);
+        const bool carries = !button.IsFree() && std::any_of(names.begin(), names.end(), [&](const auto& name) {
+            return win::EqualIgnoringCase(button.Naziv, name);
+        });
+        if (carries || here == place) refreshes.push_back({&button, here.Key()});
+    }
+    model::CButtonShortcut::RefreshButtons(refreshes);
+}
+
+void PanelState::ShowChanged(const std::vector<std::string>& names,
+                             const std::optional<model::ButtonPlace>& place) {
+    RefreshNamed(names, place);
+    if (RefillList) RefillList();
 }
 
 }  // namespace app

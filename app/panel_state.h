@@ -4,9 +4,13 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "model/button_records.h"
 #include "model/button_shortcut.h"
+#include "model/shortcut_store.h"
 #include "model/tab.h"
 
 namespace app {
@@ -30,17 +34,30 @@ struct PanelState {
     /// The object of the current button.
     model::CButtonShortcut& Current() { return Button(Context.CurrentButtonIndex); }
 
-    /// Reloads and repaints the current button.
-    void RefreshCurrent() {
-        TipButton = 0;
-        Current().RefreshButton(Context.CurrentButtonKey);
-    }
+    /// Where the current button is. A command takes this when it begins: whatever lets messages run may make
+    /// another button the current one. Throws SubscriptError for an index outside 1 to 9.
+    [[nodiscard]] model::ButtonPlace CurrentPlace();
+
+    /// The button at a place, while its tab is shown; null while it is not.
+    model::CButtonShortcut* ShownAt(const model::ButtonPlace& place);
+
+    /// What changes what is stored; the table of records follows.
+    model::ShortcutStore Store() noexcept { return model::ShortcutStore(Context.Records); }
+
+    /// Reloads and repaints the shown buttons that carry one of these shortcuts, in whatever case, and the one
+    /// at `place` whatever it carries.
+    void RefreshNamed(const std::vector<std::string>& names,
+                      const std::optional<model::ButtonPlace>& place = std::nullopt);
+
+    /// The same when a shortcut was made, replaced, renamed or freed: the drop-down is filled anew, too.
+    void ShowChanged(const std::vector<std::string>& names,
+                     const std::optional<model::ButtonPlace>& place = std::nullopt);
 
     /// The user is at work in the window.
     void NoteActivity() { PopCount = 10; }
 
   private:
-    std::array<std::unique_ptr<model::CButtonShortcut>, model::kButtonCount> buttons_;
+    std::array<std::unique_ptr<model::CButtonShortcut>, model::kButtonCount> ButtonShortcuts;
     std::array<std::unique_ptr<model::clsTab>, model::kTabCount> tabs_;
 };
 

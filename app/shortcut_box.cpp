@@ -1,10 +1,10 @@
 #include "app/shortcut_box.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "app/add_to_button.h"
 #include "app/panel_layout.h"
-#include "config/ini.h"
 #include "config/settings.h"
 #include "dialogs/message_box.h"
 #include "model/collected_apps.h"
@@ -48,7 +48,9 @@ void ShortcutBox::Detach() noexcept {
         target.Revoke();
 }
 
-void ShortcutBox::Refill() { model::CTextShortcut(&cMain_).FillCombo(); }
+void ShortcutBox::Refill() {
+    if (!model::CTextShortcut(&cMain_).FillCombo() && state_.Context.onUnread) state_.Context.onUnread();
+}
 
 void ShortcutBox::Go() {
     if (ShowsRefreshItem()) {
@@ -191,16 +193,18 @@ void ShortcutBox::ActOnDrops() {
 
 void ShortcutBox::Store(const sys::DroppedData& data) {
     const DroppedShortcut shortcut = ShortcutFromDrop(data);
-    if (!model::IsStorableTarget(shortcut.target)) {
+    // A tabulator does no harm inside a line.
+    std::string withoutTabs = shortcut.target;
+    std::replace(withoutTabs.begin(), withoutTabs.end(), '\t', ' ');
+    if (!model::IsStorableTarget(withoutTabs) || !state_.Store().Put(shortcut.name, shortcut.target)) {
         dialogs::ShowNote(dialogs::kCouldNotMake);
         return;
     }
-    config::WriteIni(model::kCutsSection, shortcut.name, shortcut.target);
-    if (!shortcut.commandSwitch.empty())
+    if (!shortcut.commandSwitch.empty() || shortcut.switchTooLong)
         dialogs::ShowNote(
             "This shortcut has command switch. Quon will make this text shortcut, but you can use command "
             "switches only with button shortcuts.");
-    Refill();
+    state_.ShowChanged({shortcut.name});
 }
 
 }  // namespace app

@@ -8,6 +8,7 @@
 
 #include "app/drop_target.h"
 #include "app/edge_dock.h"
+#include "app/panel_state.h"
 #include "win/combo_box.h"
 
 namespace app {
@@ -15,7 +16,7 @@ namespace app {
 /// The drop-down of text shortcuts `cMain`: lists them, completes their names, opens them and takes drops.
 class ShortcutBox {
   public:
-    explicit ShortcutBox(EdgeDock& dock) noexcept : dock_(dock) {}
+    ShortcutBox(PanelState& state, EdgeDock& dock) noexcept : state_(state), dock_(dock) {}
 
     /// Creates the empty drop-down.
     void CreateOn(HWND parent);
@@ -74,6 +75,7 @@ class ShortcutBox {
     void Complete();
     void Store(const sys::DroppedData& data);
 
+    PanelState& state_;
     EdgeDock& dock_;
     win::ComboBox cMain_;
     std::array<DropTarget, 2> targets_;

@@ -11,7 +11,6 @@
 #include "config/ini_unit.h"
 #include "config/settings.h"
 #include "model/launching.h"
-#include "model/text_shortcut.h"
 #include "res/resource.h"
 #include "sys/shell_folders.h"
 #include "win/dialog.h"
@@ -69,7 +68,7 @@ void Glavni::LoadTabs() {
     for (int number = 1; number <= model::kTabCount; ++number) {
         model::clsTab& tab = state_.Tab(number);
         tab.SetParentTab(&tabs_.Header(number));
-        tab.SetINIstring(config::ReadIni(model::kButtonsSection, model::ButtonKey(number, 0)));
+        tab.INIstring(config::ReadIni(model::kButtonsSection, model::ButtonPlace{number, 0}.Key()));
     }
 }
 

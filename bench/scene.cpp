@@ -75,11 +75,11 @@ void Scene::WriteIni() const {
     std::string cuts = "[Cuts]\r\n";
     std::string switches = "[Switch]\r\n";
     for (int tab = 1; tab <= model::kTabCount; ++tab)
-        buttons += model::ButtonKey(tab, 0) + "=Tab " + std::to_string(tab) + "|A tab\r\n";
+        buttons += model::ButtonPlace{tab, 0}.Key() + "=Tab " + std::to_string(tab) + "|A tab\r\n";
     for (int tab = 1; tab <= static_cast<int>(tabs_.size()); ++tab) {
         for (int index = 1; index <= model::kButtonCount; ++index) {
             const SceneButton& button = Tab(tab).at(static_cast<size_t>(index) - 1);
-            buttons += model::ButtonKey(tab, index) + "=" + button.name + "|0\r\n";
+            buttons += model::ButtonPlace{tab, index}.Key() + "=" + button.name + "|0\r\n";
             cuts += button.name + "=" + button.target + "\r\n";
             if (!button.switchText.empty()) switches += button.name + "=" + button.switchText + "\r\n";
         }

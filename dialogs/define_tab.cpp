@@ -5,6 +5,8 @@
 #include <string>
 
 #include "config/settings.h"
+#include "model/shortcut_store.h"
+#include "model/storable_name.h"
 #include "dialogs/caption_gap.h"
 #include "res/resource.h"
 #include "win/text.h"
@@ -73,10 +75,14 @@ void frmTabPrep::ShowContentsTip() {
 
 void frmTabPrep::Apply() {
     // A "|" in the label is not refused: what follows it is read back as the description's beginning.
-    const std::string record =
-        LimitedLabel(win::WindowText(Item(IDC_TAB_LABEL))) + "|" + win::WindowText(Item(IDC_TAB_DESCRIPTION));
-    host_.Context().Write(model::ButtonKey(tab_, 0), record);
-    host_.Tab(tab_).SetINIstring(record);
+    const std::string record = model::WithoutControls(LimitedLabel(win::WindowText(Item(IDC_TAB_LABEL))) +
+                                                      "|" + win::WindowText(Item(IDC_TAB_DESCRIPTION)));
+    if (!model::ShortcutStore(host_.Context().Records).PutRecord({tab_, 0}, record)) {
+        // What was typed stays, to be applied again.
+        MessageBeep(MB_ICONWARNING);
+        return;
+    }
+    host_.Tab(tab_).INIstring(record);
     config::Settings.TabDescriptions = IsDlgButtonChecked(Handle(), IDC_TAB_SHOW_DESCRIPTION) == BST_CHECKED;
     End(0);
 }

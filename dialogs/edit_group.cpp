@@ -5,11 +5,10 @@
 #include <utility>
 
 #include "config/ini.h"
-#include "config/ini_unit.h"
 #include "dialogs/message_box.h"
 #include "dialogs/pick_target.h"
+#include "model/shortcut_store.h"
 #include "model/storable_name.h"
-#include "model/text_shortcut.h"
 #include "res/resource.h"
 #include "sys/utility.h"
 #include "win/text.h"
@@ -32,15 +31,18 @@ constexpr RowLook kLook{.firstTop = 4,
 
 frmEditB::frmEditB(model::ButtonContext& context) : context_(context), list_(kLook) {}
 
-void frmEditB::PrepareWindow(const std::string& groupName) {
-    oldName_ = groupName;
+bool frmEditB::PrepareWindow(const std::string& groupName) {
+    OldName = groupName;
     storedName_.clear();
     firstItems_.clear();
-    const std::string members =
-        model::WholeTarget(groupName, config::ReadIni(model::kCutsSection, groupName));
-    if (members.empty()) return;
-    for (const std::string& path : win::Split(members, '|'))
+    const auto read = model::ShortcutStore::Target(groupName);
+    const auto members = read ? model::ShortcutStore::WholeTarget(groupName, *read) : std::nullopt;
+    if (!members) return false;
+    longestItems_ = std::max(members->size(), config::kLongestValue);
+    if (members->empty()) return true;
+    for (const std::string& path : win::Split(*members, '|'))
         firstItems_.push_back({path, path, ""});
+    return true;
 }
 
 void frmEditB::Show(HWND owner) { ShowModal(owner, IDD_EDIT_GROUP); }
@@ -52,7 +54,7 @@ bool frmEditB::OnInit() {
     list_.onDelete = [this] { DeleteItem(); };
     list_.Assign(std::exchange(firstItems_, {}));
     name_.Attach(Handle(), IDC_GROUP_NAME, IDC_GROUP_LABEL, IDC_GROUP_EXISTS);
-    name_.SetName(oldName_);
+    name_.SetName(OldName);
     name_.SelectAll();
     return false;
 }
@@ -92,7 +94,17 @@ INT_PTR frmEditB::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
-void frmEditB::AddItem(const std::string& path) { list_.Add({path, path, ""}); }
+void frmEditB::AddItem(const std::string& path) {
+    std::vector<std::string> items = Items();
+    items.push_back(path);
+    if (!model::IsStorableTarget(path) || win::Join(items, '|').size() > longestItems_)
+        Refuse();
+    else
+        list_.Add({path, path, ""});
+}
+
+/// Says that there can be no such group.
+void frmEditB::Refuse() { ShowNote(kCouldNotMake); }
 
 void frmEditB::Pick(bool folder) {
     const std::string path = PickTarget(folder);
@@ -105,7 +117,7 @@ void frmEditB::AddUrl() {
                     "", true, "http://");
     if (answer == "Cancel") return;
     if (sys::IsUrl(answer))
-        AddItem(answer);
+        AddItem(model::StorableTarget(answer));
     else
         ShowNote(
             "Sorry, couldn't recognize this as valid URL.\n"
@@ -114,8 +126,8 @@ void frmEditB::AddUrl() {
 
 void frmEditB::DeleteItem() {
     std::vector<Row> rows = list_.Rows();
-    if (rows.empty()) return;
-    rows.erase(rows.begin() + list_.Selected());
+    if (ItemCount() == 0) return;
+    rows.erase(rows.begin() + SelectedItem());
     list_.Assign(std::move(rows));
 }
 
@@ -128,34 +140,30 @@ std::vector<std::string> frmEditB::Items() const {
 
 std::string frmEditB::NameToStore() const {
     std::string name = model::StorableName(name_.Name());
-    return name.empty() ? model::StorableName(oldName_) : name;
+    return name.empty() ? model::StorableName(OldName) : name;
 }
 
 void frmEditB::Apply() {
     const std::string name = NameToStore();
     if (name.empty()) {
-        ShowNote(kCouldNotMake);
+        Refuse();
         name_.SelectAll();
         return;
     }
-    Store(name);
+    if (!Store(name)) {
+        Refuse();
+        return;
+    }
     storedName_ = name;
     End(1);
 }
 
-void frmEditB::Store(const std::string& name) {
+bool frmEditB::Store(const std::string& name) {
+    using Records = model::ShortcutStore::Renaming::Records;
     const std::string items = win::Join(Items(), '|');
-    config::IniUnit unit;
-    if (name != oldName_) {
-        const std::string key = model::FindButtonKey(oldName_);
-        if (!key.empty()) {
-            config::WriteIni(model::kButtonsSection, key, "");
-            context_.Write(key, name + "|0");
-        }
-    }
-    config::RemoveRecord(model::kCutsSection, oldName_);
-    config::WriteIni(model::kCutsSection, name, items);
-    (void)unit.Finish();
+    return items.size() <= longestItems_ &&
+           model::ShortcutStore(context_.Records)
+               .Rename({OldName, name, items, name == OldName ? Records::kLeft : Records::kAsGroup});
 }
 
 }  // namespace dialogs

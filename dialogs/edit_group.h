@@ -18,14 +18,21 @@ class frmEditB : public win::Dialog {
     /// The table of `context` follows when a button's record does.
     explicit frmEditB(model::ButtonContext& context);
 
-    /// Takes a group, or a single shortcut to make one of, by its name.
-    void PrepareWindow(const std::string& groupName);
+    /// Takes a group, or a single shortcut to make one of, by its name. False, and nothing to be shown, when it
+    /// could not be read.
+    bool PrepareWindow(const std::string& groupName);
 
     /// Shows the editor above all windows until it is applied or cancelled.
     void Show(HWND owner);
 
     /// The name that the group was stored under; "" when nothing was stored.
     [[nodiscard]] const std::string& StoredName() const noexcept { return storedName_; }
+
+    /// The number of the selected row; 0 in an empty list.
+    [[nodiscard]] std::int16_t SelectedItem() const { return static_cast<std::int16_t>(list_.Selected()); }
+
+    /// How many rows there are.
+    [[nodiscard]] std::int16_t ItemCount() const { return static_cast<std::int16_t>(list_.Rows().size()); }
 
   protected:
     bool OnInit() override;
@@ -38,12 +45,15 @@ class frmEditB : public win::Dialog {
     void AddUrl();
     void DeleteItem();
     void Apply();
-    void Store(const std::string& name);
+    [[nodiscard]] bool Store(const std::string& name);
+    void Refuse();
     [[nodiscard]] std::string NameToStore() const;
     [[nodiscard]] std::vector<std::string> Items() const;
 
     model::ButtonContext& context_;
-    std::string oldName_;
+    std::string OldName;  // the group's when the editor was opened
+    // The longest list that can be stored: what can be read back, or what was there already.
+    size_t longestItems_ = 0;
     std::string storedName_;
     /// What the list is filled with when the window is made.
     std::vector<Row> firstItems_;

@@ -1,11 +1,11 @@
 #include "dialogs/edit_shortcut.h"
 
 #include "config/ini.h"
-#include "config/ini_unit.h"
+#include "dialogs/message_box.h"
 #include "dialogs/pick_target.h"
+#include "model/shortcut_store.h"
 #include "model/storable_name.h"
 #include "model/target_icon.h"
-#include "model/text_shortcut.h"
 #include "res/resource.h"
 #include "win/text.h"
 #include "win/window.h"
@@ -18,8 +18,8 @@ constexpr int kIconSize = 32;  // pixels
 }  // namespace
 
 void frmEdit::PrepareWindow(const std::string& name, const std::string& fileText, COLORREF color) {
-    oldName_ = name;
-    oldFile_ = win::Before(fileText, '\n');
+    OldName = name;
+    OldFile = win::Before(fileText, '\n');
     color_ = color;
 }
 
@@ -30,10 +30,12 @@ bool frmEdit::OnInit() {
     win::SetTopmost(true, Handle());
     CreatePicture();
     background_.Reset(CreateSolidBrush(color_));
-    SendMessageW(Item(IDC_SHORTCUT_FILE), EM_LIMITTEXT, 0, 0);
     name_.Attach(Handle(), IDC_SHORTCUT_NAME, IDC_SHORTCUT_LABEL, IDC_SHORTCUT_EXISTS);
-    win::SetText(Item(IDC_SHORTCUT_FILE), oldFile_);
-    name_.SetName(oldName_);
+    // The box would cut what is long already.
+    SendMessageW(Item(IDC_SHORTCUT_FILE), EM_LIMITTEXT, 0, 0);
+    win::SetText(Item(IDC_SHORTCUT_FILE), OldFile);
+    fileLimit_.Attach(Item(IDC_SHORTCUT_FILE), config::kLongestValue);
+    name_.SetName(OldName);
     DrawFileIcon();
     return true;
 }
@@ -51,6 +53,7 @@ void frmEdit::CreatePicture() {
 bool frmEdit::OnCommand(int id, int notification) {
     if (name_.OnCommand(id, notification)) return true;
     if (id == IDC_SHORTCUT_FILE && notification == EN_CHANGE) {
+        fileLimit_.OnChange();
         name_.Test();
         return true;
     }
@@ -93,28 +96,24 @@ std::string frmEdit::NameToStore() const {
     const std::string typed = name_.Name();
     const std::string name = model::StorableName(typed);
     // No name at all is written as it stands; one of which nothing can be stored changes nothing.
-    return typed.empty() || !name.empty() ? name : oldName_;
+    return typed.empty() || !name.empty() ? name : OldName;
 }
 
 void frmEdit::Apply() {
-    Store();
+    const std::string name = NameToStore();
+    if (!Store(name)) {
+        ShowNote(kCouldNotMake);
+        return;
+    }
+    storedName_ = name;
     End(0);
 }
 
-void frmEdit::Store() {
-    const std::string name = NameToStore();
-    const std::string file = File();
-    const std::string commandSwitch = config::ReadIni(model::kSwitchSection, oldName_);
-    const std::string key = model::FindButtonKey(oldName_);
-    config::IniUnit unit;
-    if (!key.empty()) {
-        const std::string record = config::ReadIni(model::kButtonsSection, key);
-        context_.Write(key, name + "|" + win::After(record, '|'));
-    }
-    config::RemoveRecord(model::kCutsSection, oldName_);
-    config::WriteIni(model::kCutsSection, name, file);
-    model::MoveSwitch(oldName_, name, commandSwitch);
-    (void)unit.Finish();
+bool frmEdit::Store(const std::string& name) {
+    const std::string file = model::StorableTarget(File());
+    // What is too long to be read at once may stay as it is.
+    if (file != OldFile && !model::IsStorableTarget(file)) return false;
+    return model::ShortcutStore(context_.Records).Rename({OldName, name, file});
 }
 
 }  // namespace dialogs

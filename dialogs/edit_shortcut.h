@@ -2,10 +2,12 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
 
 #include "dialogs/shortcut_name.h"
 #include "model/button_records.h"
+#include "win/byte_limit.h"
 #include "win/dialog.h"
 #include "win/handles.h"
 #include "win/picture_box.h"
@@ -25,6 +27,9 @@ class frmEdit : public win::Dialog {
     /// Shows the editor above all windows until it is applied or cancelled.
     void Show(HWND owner);
 
+    /// The name that the shortcut was stored under; nothing when it was not stored.
+    [[nodiscard]] const std::optional<std::string>& StoredName() const noexcept { return storedName_; }
+
   protected:
     bool OnInit() override;
     bool OnCommand(int id, int notification) override;
@@ -35,16 +40,18 @@ class frmEdit : public win::Dialog {
     void DrawFileIcon();
     void Pick(bool folder);
     void Apply();
-    void Store();
+    [[nodiscard]] bool Store(const std::string& name);
     [[nodiscard]] std::string NameToStore() const;
     [[nodiscard]] std::string File() const;
 
     model::ButtonContext& context_;
-    std::string oldName_;
-    std::string oldFile_;
+    std::string OldName;  // the shortcut's when the editor was opened
+    std::string OldFile;  // the file's text as it was shown first
+    std::optional<std::string> storedName_;
     COLORREF color_ = 0;
     win::Brush background_;
     ShortcutNameBox name_;
+    win::ByteLimit fileLimit_;
     win::PictureBox picture_;
 };
 

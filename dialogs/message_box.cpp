@@ -31,8 +31,9 @@ bool IsLink(HWND control) {
 
 std::string ShowMessage(const std::string& sMessage, int iButtons, const std::string& sCap1,
                         const std::string& sCap2, const std::string& sCap3, bool InBox,
-                        const std::string& sInBox) {
+                        const std::string& sInBox, size_t inputLimit) {
     frmMsg window;
+    window.LimitInput(inputLimit);
     window.RetMessage(sMessage, iButtons, sCap1, sCap2, sCap3, InBox, sInBox);
     return std::exchange(MessageAnswer, {});
 }
@@ -90,6 +91,7 @@ void frmMsg::FillMessage() {
         const HWND input = Item(IDC_INPUT);
         Place(IDC_INPUT, layout.input);
         if (!preset_.empty()) win::SetText(input, preset_);
+        if (inputLimit_ > 0) limit_.Attach(input, inputLimit_);
         ShowWindow(input, SW_SHOW);
         SendMessageW(input, EM_SETSEL, 0, -1);
         SetFocus(input);
@@ -184,6 +186,10 @@ bool frmMsg::OnCommand(int id, int notification) {
     }
     if (id >= IDC_ANSWER && id < IDC_ANSWER + kButtonLimit && notification == BN_CLICKED) {
         Answer(id - IDC_ANSWER);
+        return true;
+    }
+    if (id == IDC_INPUT && notification == EN_CHANGE) {
+        limit_.OnChange();
         return true;
     }
     // The links also tell of the second press of a double click, with the same command.

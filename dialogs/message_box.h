@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
 #include "dialogs/message_layout.h"
 #include "sys/tooltip.h"
+#include "win/byte_limit.h"
 #include "win/dialog.h"
 #include "win/handles.h"
 
@@ -21,10 +23,11 @@ extern std::int16_t OpenDialogCount;
 
 /// Asks the user with up to three buttons and, when `InBox` is set, one line of input with `sInBox` in it.
 /// Returns the caption of the button pressed, the typed text for "OK" beside an input line and for
-/// "Create group", or "" when the window was closed otherwise.
+/// "Create group", or "" when the window was closed otherwise. The input line takes at most `inputLimit` bytes,
+/// any number for 0.
 std::string ShowMessage(const std::string& sMessage, int iButtons, const std::string& sCap1,
                         const std::string& sCap2 = {}, const std::string& sCap3 = {}, bool InBox = false,
-                        const std::string& sInBox = {});
+                        const std::string& sInBox = {}, size_t inputLimit = 0);
 
 /// Shows a note with the single button "OK".
 void ShowNote(const std::string& sMessage);
@@ -36,6 +39,9 @@ class frmMsg : public win::Dialog {
     void RetMessage(const std::string& sMessage, int iButtons, const std::string& sCap1,
                     const std::string& sCap2, const std::string& sCap3, bool InBox,
                     const std::string& sInBox);
+
+    /// The input line takes at most so many bytes, any number for 0; to be called before RetMessage.
+    void LimitInput(size_t bytes) noexcept { inputLimit_ = bytes; }
 
     /// Shows the window as the About box.
     void AboutQuon();
@@ -64,6 +70,8 @@ class frmMsg : public win::Dialog {
     std::string captions_[3];
     bool inBox_ = false;
     std::string preset_;
+    size_t inputLimit_ = 0;
+    win::ByteLimit limit_;
     std::string answer_;
     sys::clsToolTip supportTip_;
     win::Font linkFont_;

@@ -1,14 +1,14 @@
 #include "dialogs/organize_shortcuts.h"
 
 #include <cstdlib>
+#include <optional>
 #include <utility>
 #include <vector>
 
-#include "config/ini.h"
 #include "dialogs/edit_group.h"
 #include "dialogs/edit_shortcut.h"
 #include "dialogs/message_box.h"
-#include "model/text_shortcut.h"
+#include "model/shortcut_store.h"
 #include "res/resource.h"
 #include "sys/mouse_wheel.h"
 #include "win/text.h"
@@ -19,6 +19,8 @@ namespace {
 
 constexpr const char* kGroupTag = "g";
 constexpr int kNotch = 102;  // pixels
+constexpr UINT_PTR kReadAgainTimer = 1;
+constexpr UINT kReadAgain = 200;  // milliseconds
 constexpr RowLook kLook{.height = 47,
                         .gap = 4,
                         .icon = {10, 15},
@@ -28,20 +30,11 @@ constexpr RowLook kLook{.height = 47,
                         .smallStep = 51,
                         .largeStep = 102};
 
-/// The value as a single read gives it: without the pair of quotes around it.
-std::string Unquoted(const std::string& value) {
-    const bool quoted =
-        value.size() > 1 && value.front() == value.back() && (value.front() == '"' || value.front() == '\'');
-    return quoted ? value.substr(1, value.size() - 2) : value;
-}
-
-std::vector<Row> StoredShortcuts() {
+std::vector<Row> RowsOf(const std::vector<model::StoredShortcut>& shortcuts) {
     std::vector<Row> rows;
-    for (const std::string& entry : config::SectionEntries(config::ReadIniSection(model::kCutsSection))) {
-        if (entry.find('=') == std::string::npos) continue;
-        Row row{win::Before(entry, '='), Unquoted(win::After(entry, '=')), ""};
-        if (row.target.find('|') != std::string::npos) row.tag = kGroupTag;
-        rows.push_back(std::move(row));
+    for (const model::StoredShortcut& shortcut : shortcuts) {
+        const bool group = shortcut.target.find('|') != std::string::npos;
+        rows.push_back({shortcut.name, shortcut.target, group ? kGroupTag : ""});
     }
     return rows;
 }
@@ -53,10 +46,12 @@ void ListNames(HWND box, const std::vector<Row>& rows) {
         SendMessageW(box, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(win::ToWide(row.name).c_str()));
 }
 
-/// The target of a row in full: the last entry of a very long section was read cut short.
-std::string WholeTarget(const Row& row) {
-    const std::string stored = config::ReadIni(model::kCutsSection, row.name);
-    return stored.starts_with(row.target) ? stored : row.target;
+/// The target of a row in full: the last entry of a very long section was read cut short. Nothing when it could
+/// not be read.
+std::optional<std::string> WholeTarget(const Row& row) {
+    const auto stored = model::ShortcutStore::Target(row.name);
+    if (!stored) return std::nullopt;
+    return stored->starts_with(row.target) ? *stored : row.target;
 }
 
 }  // namespace
@@ -83,7 +78,15 @@ void frmCuts::ReadShortcuts() {
     const HWND focus = GetFocus();
     ShowWindow(frame, SW_HIDE);
     Say("Refreshing list...");
-    std::vector<Row> rows = StoredShortcuts();
+    const auto shortcuts = model::ShortcutStore::Shortcuts();
+    if (!shortcuts) {
+        // Another program has the file for a moment.
+        EnableCommands(false);
+        if (focus == list_.Handle()) SetFocus(Item(IDC_ORGANIZE_QUIT));
+        SetTimer(Handle(), kReadAgainTimer, kReadAgain, nullptr);
+        return;
+    }
+    std::vector<Row> rows = RowsOf(*shortcuts);
     const size_t count = rows.size();
     ListNames(Item(IDC_ORGANIZE_KEYS), rows);
     list_.Assign(std::move(rows));
@@ -129,6 +132,10 @@ bool frmCuts::OnCommand(int id, int notification) {
 INT_PTR frmCuts::OnMessage(UINT message, WPARAM wParam, LPARAM /*lParam*/) {
     switch (message) {
         case WM_VSCROLL: list_.OnScroll(LOWORD(wParam)); return TRUE;
+        case WM_TIMER:
+            KillTimer(Handle(), kReadAgainTimer);
+            ReadShortcuts();
+            return TRUE;
         case WM_ACTIVATE: OnActivate(LOWORD(wParam) != WA_INACTIVE); return FALSE;
         default: return FALSE;
     }
@@ -157,12 +164,16 @@ void frmCuts::EditShortcut() {
     const Row row = *list_.SelectedRow();
     if (row.tag == kGroupTag) {
         frmEditB editor(context_);
-        editor.PrepareWindow(row.name);
+        if (!editor.PrepareWindow(row.name)) return;
         editor.Show(Handle());
+        if (!editor.StoredName().empty()) TellChanged({row.name, editor.StoredName()});
     } else {
+        const auto target = WholeTarget(row);
+        if (!target) return;
         frmEdit editor(context_);
-        editor.PrepareWindow(row.name, WholeTarget(row) + "\n", list_.RowColor(list_.Selected()));
+        editor.PrepareWindow(row.name, *target + "\n", list_.RowColor(list_.Selected()));
         editor.Show(Handle());
+        if (editor.StoredName()) TellChanged({row.name, *editor.StoredName()});
     }
     ReadShortcuts();
 }
@@ -170,17 +181,23 @@ void frmCuts::EditShortcut() {
 void frmCuts::DeleteShortcut() {
     if (list_.SelectedRow() == nullptr) return;
     const std::string name = list_.SelectedRow()->name;
-    const std::string key = model::FindButtonKey(name);
-    if (!key.empty()) {
+    const auto key = model::FindButtonKey(name);
+    if (!key) return;
+    std::optional<model::ButtonPlace> button;
+    if (!key->empty()) {
+        button = model::ButtonPlace::Parse(*key);
         const std::string answer =
-            ShowMessage("You have this shortcut on the button too (Tab " + key.substr(0, 1) + ", button " +
-                            key.substr(1) + ").\nPlease confirm deletion.",
+            ShowMessage("You have this shortcut on the button too (Tab " + std::to_string(button->tab) +
+                            ", button " + std::to_string(button->slot) + ").\nPlease confirm deletion.",
                         2, "Delete", "Cancel");
         if (answer != "Delete") return;
-        context_.Write(key, "");
     }
-    config::RemoveRecord(model::kCutsSection, name);
+    if (model::ShortcutStore(context_.Records).Remove(name, button)) TellChanged({name});
     ReadShortcuts();
+}
+
+void frmCuts::TellChanged(const std::vector<std::string>& names) const {
+    if (context_.onChanged) context_.onChanged(names);
 }
 
 }  // namespace dialogs

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "dialogs/row_list.h"
 #include "model/button_records.h"
@@ -19,7 +20,7 @@ class frmCuts : public win::Dialog {
     /// Shows the organiser above all windows until it is closed.
     void Show(HWND owner);
 
-    /// Builds the list anew from the configuration file.
+    /// Builds the list anew from the configuration file, or a little later where that could not be read.
     void ReadShortcuts();
 
     /// Scrolls by one notch: forward for a rotation toward the user, which is negative, else back.
@@ -31,6 +32,7 @@ class frmCuts : public win::Dialog {
     INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
+    void TellChanged(const std::vector<std::string>& names) const;
     void Say(const char* text) const;
     void EnableCommands(bool enabled) const;
     void OnActivate(bool active);

@@ -1,11 +1,9 @@
 #include "dialogs/shortcut_name.h"
 
 #include <algorithm>
-#include <vector>
 
-#include "config/ini.h"
+#include "model/shortcut_store.h"
 #include "model/storable_name.h"
-#include "model/text_shortcut.h"
 #include "win/text.h"
 
 namespace dialogs {
@@ -16,15 +14,13 @@ constexpr COLORREF kFreeColor = 0xFF0000;  // blue
 
 }  // namespace
 
-bool ShortcutExists(const std::string& name) {
+std::optional<bool> ShortcutExists(const std::string& name) {
+    const auto shortcuts = model::ShortcutStore::Shortcuts();
+    if (!shortcuts) return std::nullopt;
     const std::string storable = model::StorableName(name);
-    const std::vector<std::string> entries =
-        config::SectionEntries(config::ReadIniSection(model::kCutsSection));
-    return std::any_of(entries.begin(), entries.end(), [&](const std::string& entry) {
-        // A line without "=" is no record.
-        if (entry.find('=') == std::string::npos) return false;
-        const std::string key = win::Before(entry, '=');
-        return win::EqualIgnoringCase(key, name) || win::EqualIgnoringCase(key, storable);
+    return std::any_of(shortcuts->begin(), shortcuts->end(), [&](const model::StoredShortcut& shortcut) {
+        return win::EqualIgnoringCase(shortcut.name, name) ||
+               win::EqualIgnoringCase(shortcut.name, storable);
     });
 }
 
@@ -42,6 +38,7 @@ std::string ShortcutNameBox::Name() const { return win::WindowText(GetDlgItem(di
 
 void ShortcutNameBox::SetName(const std::string& name) {
     win::SetText(GetDlgItem(dialog_, box_), name);
+    limit_.Attach(GetDlgItem(dialog_, box_), model::kLongestName);
     Test();
 }
 
@@ -53,6 +50,7 @@ void ShortcutNameBox::SelectAll() const {
 
 bool ShortcutNameBox::OnCommand(int id, int notification) {
     if (id == box_ && notification == EN_CHANGE) {
+        limit_.OnChange();
         Test();
         return true;
     }
@@ -62,7 +60,7 @@ bool ShortcutNameBox::OnCommand(int id, int notification) {
 }
 
 void ShortcutNameBox::Test() {
-    taken_ = ShortcutExists(Name());
+    taken_ = ShortcutExists(Name()).value_or(taken_);
     ShowWindow(GetDlgItem(dialog_, warning_), taken_ ? SW_SHOW : SW_HIDE);
     InvalidateRect(GetDlgItem(dialog_, box_), nullptr, TRUE);
 }

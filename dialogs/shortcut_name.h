@@ -2,17 +2,20 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
 
 #include "sys/tooltip.h"
+#include "win/byte_limit.h"
 
 namespace dialogs {
 
-/// True when a shortcut has this name, or the one under which it would be stored; case is ignored.
-bool ShortcutExists(const std::string& name);
+/// True when a shortcut has this name, or the one under which it would be stored; case is ignored. Nothing
+/// when the configuration file could not be read.
+std::optional<bool> ShortcutExists(const std::string& name);
 
 /// The name box of an editor: red beside the warning "Shortcut exists!" while the name is taken, else blue.
-/// A click on one of the labels selects the whole name.
+/// A click on one of the labels selects the whole name. No name can be typed that is longer than can be stored.
 class ShortcutNameBox {
   public:
     /// Takes over the controls of a dialog: the box, and the labels with the identifiers `firstLabel` to
@@ -46,6 +49,7 @@ class ShortcutNameBox {
     int firstLabel_ = 0;
     int warning_ = 0;
     bool taken_ = false;
+    win::ByteLimit limit_;
     sys::clsToolTip tip_;
 };
 

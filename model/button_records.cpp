@@ -2,26 +2,51 @@
 
 #include "config/ini.h"
 #include "config/settings.h"
-#include "model/storable_name.h"
+#include "model/button_record.h"
 #include "win/errors.h"
 #include "win/text.h"
 
 namespace model {
+namespace {
 
-std::string ButtonKey(int tab, int button) { return std::to_string(tab) + std::to_string(button); }
+using KeyAndRecord = std::pair<std::string, std::string>;
+
+/// Goes through the used buttons in the file's order; the tabs' own records are none. `visit` answers whether
+/// to go on. False when the file could not be read.
+template <class Visit>
+bool ForEachButton(Visit visit) {
+    const auto section = config::TryReadIniSection(kButtonsSection);
+    const std::string keys = section ? config::ListIniKeys(kButtonsSection) : std::string();
+    // The file may have been taken in between.
+    if (!section || (keys.empty() && !section->empty())) return false;
+    if (keys.empty()) return true;
+    for (const std::string& key : win::Split(keys, '|')) {
+        if (key.ends_with('0')) continue;
+        const auto record = config::TryReadIni(kButtonsSection, key);
+        if (!record) return false;
+        if (!record->empty() && !visit(key, *record)) return true;
+    }
+    return true;
+}
+
+}  // namespace
 
 size_t ButtonRecords::IndexOf(const std::string& key) {
-    const int index = config::LeadingNumber(key, "a button key") - kFirstKey;
-    if (index < 0 || index >= kRecordCount)
-        throw win::SubscriptError("No button or tab has the key \"" + key + "\"");
-    return static_cast<size_t>(index);
+    const ButtonPlace place = ButtonPlace::Parse(key);
+    return static_cast<size_t>((place.tab - 1) * (kButtonCount + 1) + place.slot);
 }
 
 void ButtonRecords::LoadButtonRecords() {
-    records_.fill({});
-    for (int key = kFirstKey; key < kFirstKey + kRecordCount; ++key)
-        records_.at(static_cast<size_t>(key - kFirstKey)) =
-            config::ReadIni(kButtonsSection, std::to_string(key));
+    std::array<std::string, kRecordCount> read;
+    for (int tab = 1; tab <= kTabCount; ++tab) {
+        for (int slot = 0; slot <= kButtonCount; ++slot) {
+            const std::string key = ButtonPlace{tab, slot}.Key();
+            const auto record = config::TryReadIni(kButtonsSection, key);
+            if (!record) throw win::RuntimeError(config::IniPath + " could not be read");
+            read.at(IndexOf(key)) = *record;
+        }
+    }
+    records_ = read;
 }
 
 const std::string& ButtonRecords::At(const std::string& key) const { return records_.at(IndexOf(key)); }
@@ -32,28 +57,29 @@ void ButtonRecords::Set(const std::string& key, const std::string& record) {
 
 void ButtonContext::Select(int index) {
     CurrentButtonIndex = static_cast<std::int16_t>(index);
-    CurrentButtonKey = ButtonKey(config::Settings.CurrentTab, index);
+    CurrentButtonKey = ButtonPlace{config::Settings.CurrentTab, index}.Key();
 }
 
-void ButtonContext::Write(const std::string& key, const std::string& record) {
-    // The record of a tab begins and ends with what the user has typed.
-    config::WriteIni(kButtonsSection, key, WithKeptQuotes(record));
-    Records.Set(key, record);
+std::optional<std::string> FindButtonKey(const std::string& name) {
+    std::string found;
+    if (name.empty()) return found;
+    const bool read = ForEachButton([&](const std::string& key, const std::string& record) {
+        if (RecordName(key, record) == name) found = key;
+        return found.empty();
+    });
+    if (!read) return std::nullopt;
+    return found;
 }
 
-std::string RecordName(const std::string& key, const std::string& record) {
-    return record == "Group" ? key : win::Before(record, '|');
-}
-
-std::string FindButtonKey(const std::string& name) {
-    const std::string keys = config::ListIniKeys(kButtonsSection);
-    if (name.empty() || keys.empty()) return {};
-    for (const std::string& key : win::Split(keys, '|')) {
-        if (key.ends_with('0')) continue;  // a tab's own record
-        const std::string record = config::ReadIni(kButtonsSection, key);
-        if (!record.empty() && RecordName(key, record) == name) return key;
-    }
-    return {};
+std::optional<std::vector<KeyAndRecord>> ButtonsNamed(const std::string& name) {
+    std::vector<KeyAndRecord> found;
+    if (name.empty()) return found;
+    const bool read = ForEachButton([&](const std::string& key, const std::string& record) {
+        if (win::EqualIgnoringCase(RecordName(key, record), name)) found.emplace_back(key, record);
+        return true;
+    });
+    if (!read) return std::nullopt;
+    return found;
 }
 
 }  // namespace model

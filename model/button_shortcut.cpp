@@ -1,17 +1,10 @@
 #include "model/button_shortcut.h"
 
-#include <shlwapi.h>
-
 #include <utility>
-#include <vector>
 
-#include "config/ini.h"
-#include "config/settings.h"
-#include "model/storable_name.h"
+#include "model/button_record.h"
+#include "model/shortcut_store.h"
 #include "model/target_icon.h"
-#include "model/text_shortcut.h"
-#include "sys/utility.h"
-#include "win/errors.h"
 #include "win/text.h"
 
 namespace model {
@@ -23,17 +16,6 @@ constexpr int kTwoLineCaptionTop = 44;
 constexpr int kCaptionHeight = 30;
 constexpr UINT kCentredWrapped = DT_CENTER | DT_WORDBREAK;
 
-/// The number after the record's last "|"; 0 for one that is no index at all.
-std::int32_t IconIndex(const std::string& record) {
-    const size_t last = record.rfind('|');
-    if (last == std::string::npos) return 0;
-    try {
-        return config::LeadingNumber(record.substr(last + 1), "an icon index");
-    } catch (const win::OverflowError&) {
-        return 0;
-    }
-}
-
 }  // namespace
 
 CButtonShortcut::CButtonShortcut(ButtonContext& context, std::function<void()> refillList)
@@ -44,78 +26,154 @@ void CButtonShortcut::SetParentButton(win::PictureBox* box) {
     DrawButton();
 }
 
-void CButtonShortcut::RefreshButton(const std::string& key) {
+/// What a refresh has found out about a button.
+struct CButtonShortcut::Reading {
+    enum class Fate : std::uint8_t {
+        kFree,      ///< it holds nothing
+        kDangling,  ///< its shortcut is not stored
+        kGone,      ///< its target is gone
+        kShown,     ///< it is as its record says
+        kUnread     ///< the file could not be read
+    };
+
+    ButtonPlace place;
+    std::string record;
+    ButtonRecord names;
+    Fate fate = Fate::kFree;
+    std::string target;
+    bool group = false;
+    std::string commandSwitch;
+    sys::TargetState state;
+    int refresh = 0;
+
+    [[nodiscard]] bool Frees() const { return fate <= Fate::kGone; }
+    /// What a dangling record takes along: the shortcut named by its whole text. A group under the button's
+    /// own key names no shortcut "Group": the user's one of that name stays.
+    [[nodiscard]] std::string DanglingShortcut() const {
+        return fate == Fate::kDangling && names.name != place.Key() ? record : std::string();
+    }
+};
+
+void CButtonShortcut::RefreshButton(const std::string& key) { RefreshButtons({{this, key}}); }
+
+void CButtonShortcut::RefreshButtons(const std::vector<Refresh>& refreshes) {
+    if (refreshes.empty()) return;
     const win::Hourglass hourglass;
-    const std::string record = context_.Records.At(key);
-    if (record.empty()) {
-        DeleteShortcut(key, false);
+    sys::SilentPlaces silent;
+    std::vector<Reading> readings;
+    std::vector<ShortcutStore::Freeing> freed;
+    for (const auto& [button, key] : refreshes) {
+        Reading reading = button->Read(key, silent);
+        reading.refresh = ++button->refresh_;
+        if (reading.Frees()) {
+            // A target that is gone is noticed with its switch read already.
+            const bool hasSwitch = !(reading.fate == Reading::Fate::kGone ? reading.commandSwitch : button->Switch).empty();
+            freed.push_back({reading.place, hasSwitch, reading.DanglingShortcut()});
+        }
+        readings.push_back(std::move(reading));
+    }
+    const bool stored = freed.empty() || ShortcutStore(refreshes.front().button->context_.Records).Free(freed);
+    // From here on messages may run, and with them another refresh, which then knows better.
+    for (size_t index = 0; index < readings.size(); ++index) {
+        CButtonShortcut& button = *refreshes[index].button;
+        if (button.refresh_ == readings[index].refresh) button.Take(readings[index], stored);
+    }
+}
+
+CButtonShortcut::Reading CButtonShortcut::Read(const std::string& key, sys::SilentPlaces& silent) const {
+    using Fate = Reading::Fate;
+    Reading reading;
+    reading.place = ButtonPlace::Parse(key);
+    reading.record = context_.Records.At(key);
+    if (reading.record.empty()) return reading;
+    reading.names = ButtonRecord::Parse(reading.place, reading.record);
+    const auto target = ShortcutStore::Target(reading.names.name);
+    reading.fate = target ? Fate::kDangling : Fate::kUnread;
+    if (!target || target->empty() || reading.names.name.empty()) return reading;
+    reading.target = *target;
+    reading.group = target->find('|') != std::string::npos;
+    reading.fate = Fate::kShown;
+    // A group is none the less for a member that is gone, but its icon is the first one's.
+    reading.state = sys::LookAtTarget(win::Before(*target, '|'), silent);
+    if (reading.group) return reading;
+    const auto commandSwitch = ShortcutStore::Switch(reading.names.name);
+    if (!commandSwitch)
+        reading.fate = Fate::kUnread;
+    else if (reading.state.kind == sys::TargetKind::kMissing)
+        reading.fate = Fate::kGone;
+    reading.commandSwitch = commandSwitch.value_or("");
+    return reading;
+}
+
+void CButtonShortcut::Take(const Reading& reading, bool stored) {
+    using Fate = Reading::Fate;
+    if (reading.fate == Fate::kFree || (reading.fate == Fate::kDangling && stored)) {
+        BecomeFree(false);
         return;
     }
-    const std::string name = RecordName(key, record);
-    const std::string value = config::ReadIni(kCutsSection, name);
-    if (name.empty() || value.empty()) {
-        DeleteShortcut(key, false);
-        // A group under the button's own key names no shortcut "Group": the user's one of that name stays.
-        if (name != key) config::RemoveRecord(kCutsSection, record);
+    if (reading.fate == Fate::kUnread || reading.fate == Fate::kDangling) {
+        TakeUnread(reading);
+        if (reading.fate == Fate::kUnread && context_.onUnread) context_.onUnread();
         return;
     }
-    LoadTarget(key, name, value);
-    // Also after the button has freed itself: the face then still shows what is gone, the record does not.
-    FileIcon = IconIndex(record);
-    FilePath = value;
-    Naziv = name;
+    // After it is freed, the face shows what is gone once more, the record does not.
+    if (reading.fate == Fate::kGone) BecomeFree(false);
+    Group = reading.group;
+    Switch = reading.commandSwitch;
+    if (reading.fate == Fate::kShown && (Group || reading.state.kind != sys::TargetKind::kFolder)) {
+        // A folder keeps what was shown before.
+        FileSize = Group ? std::string() : reading.state.sizeText;
+        FILETIME = Group ? std::string() : reading.state.timeText;
+    }
+    answers_ = reading.state.kind != sys::TargetKind::kUnknown;
+    // What does not answer keeps the icon that it was seen with.
+    if (answers_ || FilePath != reading.target || FileIcon != reading.names.icon) icon_.Reset();
+    FileIcon = reading.names.icon;
+    FilePath = reading.target;
+    Naziv = reading.names.name;
     AddFile();
 }
 
-void CButtonShortcut::LoadTarget(const std::string& key, const std::string& name, const std::string& value) {
-    Group = value.find('|') != std::string::npos;
-    if (Group) {
+/// Only the name is known. A button that has shown this shortcut goes on as it was.
+void CButtonShortcut::TakeUnread(const Reading& reading) {
+    if (Naziv != reading.names.name) {
+        BecomeFree(true);
         Switch.clear();
-        FileSize.clear();
         FILETIME.clear();
-        return;
+        answers_ = false;
     }
-    Switch = config::ReadIni(kSwitchSection, name);
-    if (PathFileExistsA(value.c_str()) != 0) {
-        // A folder keeps what was shown before.
-        if (PathIsDirectoryA(value.c_str()) != 0) return;
-        FileSize = sys::FileSizeText(value);
-        FILETIME = sys::FileTimeText(value);
-    } else if (sys::IsUrl(value)) {
-        FileSize.clear();
-        FILETIME.clear();
-    } else {
-        DeleteShortcut(key, false);
-    }
+    Naziv = reading.names.name;
+    FileIcon = reading.names.icon;
+    AddFile();
 }
 
 void CButtonShortcut::SaveShortcut(const std::string& path, std::int32_t icon) {
-    const std::string name = NameForTarget(path);
-    config::WriteIni(kCutsSection, name, path);
-    config::WriteIni(kButtonsSection, context_.CurrentButtonKey, name + "|" + std::to_string(icon));
-    // The table gets the path where the file gets the name.
-    context_.Records.Set(context_.CurrentButtonKey, path + "|" + std::to_string(icon));
-    if (refillList_) refillList_();
+    const ButtonPlace place = ButtonPlace::Parse(context_.CurrentButtonKey);
+    if (ShortcutStore(context_.Records).PutShortcut(place, path, icon) && refillList_) refillList_();
 }
 
 void CButtonShortcut::SaveGroup(const std::string& members) {
-    config::WriteIni(kCutsSection, context_.CurrentButtonKey, members);
-    context_.Write(context_.CurrentButtonKey, "Group");
+    const ButtonPlace place = ButtonPlace::Parse(context_.CurrentButtonKey);
+    if (!ShortcutStore(context_.Records).PutGroup(place, members)) return;
     Group = true;
     Switch.clear();
     if (refillList_) refillList_();
 }
 
 void CButtonShortcut::DeleteShortcut(const std::string& key, bool silent) {
-    config::WriteIni(kButtonsSection, key, "");
+    // By then the name is that of a free button, so the shortcut's own switch survives.
+    const ShortcutStore::Freeing freeing{ButtonPlace::Parse(key), !Switch.empty(), ""};
+    if (ShortcutStore(context_.Records).Free({freeing})) BecomeFree(silent);
+}
+
+void CButtonShortcut::BecomeFree(bool silent) {
+    ++refresh_;
     FilePath.clear();
     FileSize.clear();
     FileIcon = 0;
     Group = false;
     Naziv = kFreeName;
-    // The name is "Empty" by now, so the shortcut's own switch survives.
-    if (!Switch.empty()) config::RemoveRecord(kSwitchSection, Naziv);
-    context_.Records.Set(key, "");
+    icon_.Reset();
     if (silent || box_ == nullptr) return;
     box_->Clear();
     RECT text{2, 56, box_->ScaleWidth() - 4, 86};
@@ -127,7 +185,13 @@ void CButtonShortcut::DeleteShortcut(const std::string& key, bool silent) {
 void CButtonShortcut::AddFile() {
     if (box_ == nullptr) return;
     box_->Clear();
-    icon_ = TargetIcon(Group ? win::Before(FilePath, '|') : FilePath, FileIcon);
+    const int refresh = refresh_;
+    const std::string target = Group ? win::Before(FilePath, '|') : FilePath;
+    win::Icon icon;
+    if (answers_ || !icon_) icon = answers_ ? TargetIcon(target, FileIcon) : IconOfKind(target);
+    // The shell lets messages run while it looks for an icon; another refresh has painted then.
+    if (refresh != refresh_) return;
+    if (icon) icon_ = std::move(icon);
     DrawIcon(box_->Dc(), kIconPlace.x, kIconPlace.y, icon_.Get());
     DrawCaption(Naziv, Group ? "G" : Switch);
     box_->SetMeaning(Naziv);

@@ -5,8 +5,10 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "model/button_records.h"
+#include "sys/target_state.h"
 #include "win/handles.h"
 #include "win/picture_box.h"
 
@@ -40,20 +42,37 @@ class CButtonShortcut {
     /// True when the button holds no shortcut.
     [[nodiscard]] bool IsFree() const { return Naziv == kFreeName; }
 
-    /// Loads everything for the button with this key and paints it. A target that is gone frees the button.
+    /// True when the button holds a shortcut of which only the name is known: its target could not be read.
+    [[nodiscard]] bool IsUnread() const { return !IsFree() && FilePath.empty(); }
+
+    /// Loads everything for the button with this key and paints it. A target that is gone frees the button; one
+    /// of which nothing can be said, because its server or drive does not answer, does not. Where the
+    /// configuration file could not be read, the record stays, and ButtonContext::onUnread is told.
     /// Throws SubscriptError for a key outside "10" to "69".
     void RefreshButton(const std::string& key);
 
-    /// Stores a single shortcut for the current button, under the name for its target. Throws SubscriptError
-    /// for a current key outside "10" to "69".
+    /// A button and the key of the record that it is to show.
+    struct Refresh {
+        CButtonShortcut* button;
+        std::string key;
+    };
+    /// Refreshes several buttons of the same panel: reads all of them, then stores what has to be freed, in
+    /// one unit, and paints at the end. A server that does not answer is waited for once.
+    static void RefreshButtons(const std::vector<Refresh>& refreshes);
+
+    /// Stores a single shortcut for the current button, under the name for its target; nothing happens when it
+    /// cannot be stored. Throws SubscriptError for a current key outside "10" to "69".
     void SaveShortcut(const std::string& path, std::int32_t icon);
 
     /// Stores a group for the current button under the button's own key. Throws as above.
     void SaveGroup(const std::string& members);
 
-    /// Frees the button; its shortcut stays in the list. `silent` leaves the face as it is.
-    /// Throws SubscriptError for a key outside "10" to "69".
+    /// Frees the button; its shortcut stays in the list. `silent` leaves the face as it is. Nothing happens
+    /// when that cannot be stored. Throws SubscriptError for a key outside "10" to "69".
     void DeleteShortcut(const std::string& key, bool silent);
+
+    /// Makes the button a free one, as it is stored already; `silent` leaves the face as it is.
+    void BecomeFree(bool silent);
 
     /// Paints icon, caption and mark from the present values.
     void AddFile();
@@ -65,13 +84,21 @@ class CButtonShortcut {
     void DrawButton();
 
   private:
-    void LoadTarget(const std::string& key, const std::string& name, const std::string& value);
+    struct Reading;
+
+    [[nodiscard]] Reading Read(const std::string& key, sys::SilentPlaces& silent) const;
+    void Take(const Reading& reading, bool stored);
+    void TakeUnread(const Reading& reading);
     void DrawCaption(const std::string& caption, const std::string& mark);
 
     ButtonContext& context_;
     std::function<void()> refillList_;
     win::PictureBox* box_ = nullptr;
     win::Icon icon_;
+    // The place that the target is at answers, so that its icon can be looked for there.
+    bool answers_ = true;
+    // Which refresh is the last one: painting lets messages run, and with them further refreshes.
+    int refresh_ = 0;
 };
 
 }  // namespace model

@@ -13,9 +13,6 @@ namespace model {
 
 namespace {
 
-// A record is read back to at most 554 bytes, and behind the name stand "|" and an icon index.
-constexpr size_t kLongestName = 540;
-
 constexpr char kDelete = 0x7F;
 
 bool IsControl(char character) { return static_cast<unsigned char>(character) < 0x20; }
@@ -73,11 +70,17 @@ std::string WithKeptQuotes(const std::string& value) {
     return quote == '"' || quote == '\'' ? quote + value + quote : value;
 }
 
+std::string StorableTarget(const std::string& target) {
+    return sys::IsUrl(target) ? sys::EncodeBars(target) : target;
+}
+
+std::string WithoutControls(std::string text) {
+    std::replace_if(text.begin(), text.end(), IsControl, ' ');
+    return text;
+}
+
 std::string StorableSwitch(const std::string& commandSwitch) {
-    std::string storable = commandSwitch;
-    // A line break would begin a new line of the file.
-    std::replace_if(storable.begin(), storable.end(), IsControl, ' ');
-    return WithKeptQuotes(storable);
+    return WithKeptQuotes(WithoutControls(commandSwitch));
 }
 
 std::string NameForTarget(const std::string& target) {

@@ -2,8 +2,9 @@
 
 #include "config/ini.h"
 #include "config/settings.h"
+#include "model/button_record.h"
 #include "model/button_records.h"
-#include "model/text_shortcut.h"
+#include "model/shortcut_store.h"
 #include "win/errors.h"
 #include "win/text.h"
 
@@ -14,11 +15,11 @@ constexpr COLORREF kLabelColor = 0x565656;
 
 }  // namespace
 
-void clsTab::SetINIstring(const std::string& record) {
+void clsTab::INIstring(const std::string& record) {
     if (record.empty()) return;
     if (record.find('|') == std::string::npos)
         throw win::InvalidArgumentError("The record of tab " + std::to_string(number_) + ", key \"" +
-                                        ButtonKey(number_, 0) + "\" in section \"" + kButtonsSection +
+                                        ButtonPlace{number_, 0}.Key() + "\" in section \"" + kButtonsSection +
                                         "\" of " + config::IniPath + ", has no \"|\": " + record);
     Label = win::Before(record, '|');
     Description = win::After(record, '|');
@@ -39,14 +40,15 @@ void clsTab::ShowTip(bool suppress) {
 
 std::string clsTab::Content() const {
     std::string content;
-    for (int button = 1; button <= kButtonCount; ++button) {
-        const std::string key = ButtonKey(number_, button);
-        const std::string record = config::ReadIni(kButtonsSection, key);
+    for (int slot = 1; slot <= kButtonCount; ++slot) {
+        const ButtonPlace place{number_, slot};
+        const std::string record = config::ReadIni(kButtonsSection, place.Key());
         if (record.empty()) continue;
-        const std::string name = RecordName(key, record);
-        const std::string value = config::ReadIni(kCutsSection, name);
+        const std::string name = ButtonRecord::Parse(place, record).name;
+        // Of a shortcut that cannot be read now, at least its name is known.
+        const std::string value = ShortcutStore::Target(name).value_or(name);
         const bool group = value.find('|') != std::string::npos;
-        content += std::to_string(button) + (group ? ". Group: " + name : ". " + value) + "\n";
+        content += std::to_string(slot) + (group ? ". Group: " + name : ". " + value) + "\n";
     }
     if (!content.empty()) content.pop_back();
     return content;

@@ -15,7 +15,7 @@ class clsTab {
 
     /// Takes the tab's record, label "|" description, and paints the label; an empty record is ignored.
     /// Throws InvalidArgumentError for a record without "|".
-    void SetINIstring(const std::string& record);
+    void INIstring(const std::string& record);
 
     /// The header picture; it must outlive this object.
     void SetParentTab(win::PictureBox* header) noexcept { header_ = header; }

@@ -4,6 +4,8 @@
 
 #include <shellapi.h>
 
+#include <utility>
+
 #include "model/launching.h"
 #include "res/resource.h"
 #include "sys/utility.h"
@@ -48,6 +50,10 @@ win::Icon ShellIcon(const std::string& path) {
     return Extracted(info.hIcon);
 }
 
+win::Icon OwnIcon() {
+    return win::Icon(CopyIcon(LoadIconW(win::ModuleInstance(), MAKEINTRESOURCEW(IDI_QUON))));
+}
+
 }  // namespace
 
 win::Icon TargetIcon(const std::string& target, std::int32_t index) {
@@ -55,8 +61,17 @@ win::Icon TargetIcon(const std::string& target, std::int32_t index) {
     win::Icon icon = ProgramIcon(path, index);
     if (!icon) icon = AssociatedIcon(path, index);
     if (!icon) icon = ShellIcon(path);
-    if (!icon) icon = win::Icon(CopyIcon(LoadIconW(win::ModuleInstance(), MAKEINTRESOURCEW(IDI_QUON))));
-    return icon;
+    return icon ? std::move(icon) : OwnIcon();
+}
+
+win::Icon IconOfKind(const std::string& target) {
+    SHFILEINFOA info{};
+    constexpr UINT kByName = SHGFI_ICON | SHGFI_LARGEICON | SHGFI_USEFILEATTRIBUTES;
+    win::Icon icon;
+    if (!target.empty() &&
+        SHGetFileInfoA(target.c_str(), FILE_ATTRIBUTE_NORMAL, &info, sizeof info, kByName) != 0)
+        icon = Extracted(info.hIcon);
+    return icon ? std::move(icon) : OwnIcon();
 }
 
 }  // namespace model

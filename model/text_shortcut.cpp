@@ -13,10 +13,9 @@
 #include <utility>
 
 #include "config/ini.h"
-#include "config/ini_unit.h"
 #include "config/settings.h"
 #include "model/launching.h"
-#include "model/storable_name.h"
+#include "model/shortcut_store.h"
 #include "sys/shell_folders.h"
 #include "win/handles.h"
 #include "win/process_start.h"
@@ -90,14 +89,6 @@ void Launch(std::string target, bool isGroup) {
 
 }  // namespace
 
-void MoveSwitch(const std::string& former, const std::string& name, const std::string& commandSwitch) {
-    if (commandSwitch.empty()) return;
-    config::IniUnit unit;
-    config::RemoveRecord(kSwitchSection, former);
-    config::WriteIni(kSwitchSection, name, StorableSwitch(commandSwitch));
-    (void)unit.Finish();
-}
-
 std::string SearchToolMessage() {
     return "You need to have Quon Search Utility to execute this command.\n\n"
            "You can download it from Quon's web site.";
@@ -118,16 +109,6 @@ std::vector<std::string> TextShortcutNames(const std::string& collected, const s
     return names;
 }
 
-std::string WholeTarget(const std::string& name, const std::string& read) {
-    for (const std::string& entry : config::SectionEntries(config::ReadIniSection(kCutsSection))) {
-        if (!win::EqualIgnoringCase(win::Before(entry, '='), name)) continue;
-        const std::string whole = win::After(entry, '=');
-        // A button that follows its moved file knows better than the section.
-        return whole.size() > config::kLongestValue && whole.starts_with(read) ? whole : read;
-    }
-    return read;
-}
-
 std::string UptimeText(std::uint32_t ticks) {
     const std::uint32_t seconds = ticks / 1000 + (ticks % 1000 >= 500 ? 1 : 0);
     const int hours = static_cast<int>(seconds / 3600);
@@ -139,24 +120,30 @@ std::string CTextShortcut::CreateShortcutString(const std::string& section) {
     return config::ListIniKeys(section);
 }
 
-void CTextShortcut::FillCombo() {
-    if (list_ == nullptr) return;
+bool CTextShortcut::FillCombo() {
+    if (list_ == nullptr) return true;
     const bool showCollected = config::Settings.ShowCollected;
-    const std::string collected = showCollected ? config::ReadIniSection(kCollectedSection) : std::string();
-    list_->SetItems(TextShortcutNames(collected, config::ReadIniSection(kCutsSection), showCollected));
+    const auto collected = showCollected ? config::TryReadIniSection(kCollectedSection) : std::string();
+    const auto cuts = ShortcutStore::Entries();
+    if (!collected || !cuts) return false;
+    list_->SetItems(TextShortcutNames(*collected, *cuts, showCollected));
+    return true;
 }
 
 FireResult CTextShortcut::FireShortcut(const std::string& name) {
     if (name.starts_with('?')) return SearchFor(name.substr(1));
-    if (const std::string program = config::ReadIni(kCollectedSection, name); !program.empty()) {
-        Launch(program, false);
+    const auto program = config::TryReadIni(kCollectedSection, name);
+    if (!program) return FireResult::kUnread;
+    if (!program->empty()) {
+        Launch(*program, false);
         return FireResult::kDone;
     }
-    const std::string value = config::ReadIni(kCutsSection, name);
-    if (value.empty())
+    const auto target = ShortcutStore::Target(name);
+    if (!target) return FireResult::kUnread;
+    if (target->empty())
         win::StartProcess("rundll32.exe url.dll,FileProtocolHandler " + name, SW_SHOWNORMAL);
     else
-        Launch(value, value.find('|') != std::string::npos);
+        Launch(*target, target->find('|') != std::string::npos);
     return FireResult::kDone;
 }
 

@@ -10,23 +10,12 @@ namespace model {
 
 /// The item that ends the drop-down's list.
 constexpr const char* kRefreshItem = "[Refresh list]";
-/// The section of the text shortcuts: name = target, or several targets joined by "|".
-constexpr const char* kCutsSection = "Cuts";
 /// The section of the collected applications: name = path.
 constexpr const char* kCollectedSection = "Collected";
-/// The section of the command switches: shortcut name = switch.
-constexpr const char* kSwitchSection = "Switch";
-
-/// Gives a shortcut's command switch to its new name; nothing happens without one.
-void MoveSwitch(const std::string& former, const std::string& name, const std::string& commandSwitch);
-
-/// The target of the text shortcut `name`, of which `read` is what ReadIni gives: a value too long for that
-/// whole, any other as it was read. For whoever writes it back; the rest would be lost.
-std::string WholeTarget(const std::string& name, const std::string& read);
-
 /// What became of opening a text shortcut.
 enum class FireResult : std::uint8_t {
     kDone,               ///< it was opened, as far as is known
+    kUnread,             ///< the configuration file could not be read
     kSearchToolMissing,  ///< a query was typed and the companion search tool is not in the program folder
 };
 
@@ -64,10 +53,12 @@ class CTextShortcut {
     /// Throws InvalidArgumentError for an entry without "=".
     static std::string CreateShortcutString(const std::string& section);
 
-    /// Fills the drop-down anew; what the user has typed stays.
-    void FillCombo();
+    /// Fills the drop-down anew; what the user has typed stays. False, and the list as it was, when the
+    /// configuration file could not be read.
+    bool FillCombo();
 
     /// Opens the text shortcut of this name; a name that is not stored goes to the URL handler as it stands.
+    /// Nothing happens when the configuration file could not be read.
     static FireResult FireShortcut(const std::string& name);
 
     /// Starts the default mail client, minimised; nothing happens without one (HKEY_LOCAL_MACHINE).

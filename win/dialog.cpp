@@ -18,6 +18,9 @@ std::vector<HWND>& OpenDialogs() {
     return dialogs;
 }
 
+/// What ShowModal answers without a dialog, as DialogBoxParamW does.
+constexpr INT_PTR kNotMade = -1;
+
 }  // namespace
 
 INT_PTR Dialog::ShowModal(HWND owner, int templateId) {
@@ -35,10 +38,16 @@ INT_PTR CALLBACK Dialog::Procedure(HWND window, UINT message, WPARAM wParam, LPA
         auto* self = reinterpret_cast<Dialog*>(lParam);
         self->handle_ = window;
         SetWindowLongPtrW(window, DWLP_USER, lParam);
-        return Guarded(window, INT_PTR{TRUE}, [&] {
+        bool ready = false;
+        const INT_PTR focus = Guarded(window, INT_PTR{TRUE}, [&] {
             OpenDialogs().push_back(window);
-            return INT_PTR{self->OnInit()};
+            const INT_PTR answer{self->OnInit()};
+            ready = true;
+            return answer;
         });
+        // Half a dialog could store what it has not been filled with.
+        if (!ready) EndDialog(window, kNotMade);
+        return focus;
     }
     auto* self = reinterpret_cast<Dialog*>(GetWindowLongPtrW(window, DWLP_USER));
     if (self == nullptr) return FALSE;

@@ -23,7 +23,7 @@ class Dialog {
 
   protected:
     /// Shows the dialog and returns when it is closed (DialogBoxParamW); the answer is what End was given,
-    /// -1 when Windows could not make the dialog.
+    /// -1 when Windows could not make the dialog or OnInit has thrown, which was reported then.
     INT_PTR ShowModal(HWND owner, int templateId);
 
     /// Closes the dialog.

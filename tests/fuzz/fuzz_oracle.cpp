@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "config/ini.h"
-#include "model/button_records.h"
+#include "model/button_record.h"
 #include "tests/support/text.h"
 #include "win/text.h"
 

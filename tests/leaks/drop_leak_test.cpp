@@ -85,7 +85,7 @@ TEST_F(DropLeakTest, AnythingOnTheDropDown) {
             Drop(kDropDown, [](DataObject& data) { data.OfferText(std::string(1000, 'x')); });
         }
         for (const char* name : {"other file", "there"})
-            config::RemoveRecord(model::kCutsSection, name);
+            config::RemoveRecord("Cuts", name);
     });
 }
 

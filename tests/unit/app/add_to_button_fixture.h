@@ -37,7 +37,7 @@ class AddToButtonFixture : public ::testing::Test {
         folder_.WriteIniText(ini);
         state_.Context.Records.LoadButtonRecords();
         for (int index = 1; index <= model::kButtonCount; ++index)
-            state_.Button(index).RefreshButton(model::ButtonKey(config::Settings.CurrentTab, index));
+            state_.Button(index).RefreshButton(model::ButtonPlace{config::Settings.CurrentTab, index}.Key());
         state_.Context.Select(1);
         log_.Clear();
     }
@@ -68,7 +68,7 @@ class AddToButtonFixture : public ::testing::Test {
     }
 
     bool Add(std::string target, std::string name, std::string commandSwitch = {}) {
-        return AddToButton(state_, target, name, commandSwitch);
+        return AddToButton(state_, state_.CurrentPlace(), target, name, commandSwitch);
     }
 
     std::optional<std::string> Ini(const std::string& section, const std::string& key) const {

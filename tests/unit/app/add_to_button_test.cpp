@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/held_file.h"
 #include "tests/unit/app/add_to_button_fixture.h"
 
 namespace app {
@@ -199,14 +200,69 @@ TEST_F(AddToButtonTest, ChangesTargetAndNameOnlyForAGroup) {
     std::string target = other_;
     std::string name = "Other";
     std::string none;
-    AddToButton(state_, target, name, none);
+    AddToButton(state_, state_.CurrentPlace(), target, name, none);
     EXPECT_EQ(target, file_ + "|" + other_);
     EXPECT_EQ(name, "G");
     target = other_;
     name = "Other";
-    AddToButton(state_, target, name, none);
+    AddToButton(state_, state_.CurrentPlace(), target, name, none);
     EXPECT_EQ(target, other_);
     EXPECT_EQ(name, "Other");
+}
+
+TEST_F(AddToButtonTest, SaysWhenItCannotBeStoredAndChangesNothing) {
+    StartUsed();
+    const std::string before = folder_.IniBytes();
+    Record({"Replace", "OK"});
+    {
+        const testkit::HeldFile held(folder_.IniPath());
+        EXPECT_FALSE(Add(other_, "Other", "/new"));
+    }
+    EXPECT_THAT(log_.Lines(), ::testing::IsSupersetOf({"message box", "message box"}));
+    EXPECT_EQ(log_.Count("refill"), 0u);
+    EXPECT_EQ(folder_.IniBytes(), before);
+    EXPECT_EQ(state_.Context.Records.At("21"), "Notes|4");
+    EXPECT_EQ(state_.Button(1).Naziv, "Notes");
+    EXPECT_EQ(state_.Button(1).FilePath, file_);
+}
+
+TEST_F(AddToButtonTest, AGroupThatCouldNotBeReadIsNotWrittenOver) {
+    StartGroup();
+    config::Settings.CurrentTab = 1;
+    {
+        const testkit::HeldFile held(folder_.IniPath());
+        config::Settings.CurrentTab = 2;
+        state_.Button(1).Naziv = "of another tab";
+        state_.Button(1).RefreshButton("21");
+    }
+    EXPECT_EQ(state_.Button(1).Naziv, "Both");
+    EXPECT_TRUE(state_.Button(1).IsUnread());
+    const std::string before = folder_.IniBytes();
+    Record({"Both", "OK"});
+    EXPECT_FALSE(Add(folder_.Path(), "Folder"));
+    EXPECT_EQ(folder_.IniBytes(), before);
+}
+
+TEST_F(AddToButtonTest, OtherButtonsOfTheSameNameFollowAtOnce) {
+    Start("[Buttons]\r\n21=Notes|0\r\n25=NOTES|2\r\n[Cuts]\r\nNotes=" + file_ + "\r\n");
+    state_.Context.Select(9);
+    Record();
+    EXPECT_TRUE(Add(other_, "Notes"));
+    for (const int button : {1, 5, 9})
+        EXPECT_EQ(state_.Button(button).FilePath, other_) << button;
+    EXPECT_EQ(state_.Button(5).FileIcon, 2);
+}
+
+TEST_F(AddToButtonTest, ActsOnItsPlaceWhereverTheCurrentButtonIsMeanwhile) {
+    StartUsed();
+    const testkit::ModalAnswers user({[this](testkit::Window box) {
+        state_.Context.Select(7);
+        box.Child(IDC_ANSWER_1).Send(BM_CLICK);
+    }});
+    EXPECT_TRUE(Add(other_, "Other"));
+    EXPECT_EQ(Ini("Buttons", "21"), "Other|0");
+    EXPECT_EQ(state_.Button(1).FilePath, other_);
+    EXPECT_TRUE(state_.Button(7).IsFree());
 }
 
 class ShortcutFromDropTest : public AddToButtonFixture {};
@@ -246,6 +302,23 @@ TEST_F(ShortcutFromDropTest, DoesNotFollowALinkThatIsNamedByText) {
     EXPECT_EQ(shortcut.target, link);
     EXPECT_EQ(shortcut.name, "a");
     EXPECT_EQ(shortcut.commandSwitch, "");
+}
+
+TEST_F(ShortcutFromDropTest, LeavesOutArgumentsThatCouldNotBeReadBack) {
+    const auto arguments = [this](size_t size) {
+        return ShortcutFromDrop(
+            {false, folder_.MakeLink("a.lnk", {.target = file_, .arguments = std::string(size, 'x')})});
+    };
+    EXPECT_EQ(arguments(554).commandSwitch, std::string(554, 'x'));
+    EXPECT_FALSE(arguments(554).switchTooLong);
+    EXPECT_EQ(arguments(555).commandSwitch, "");
+    EXPECT_TRUE(arguments(555).switchTooLong);
+    EXPECT_EQ(arguments(555).target, file_);
+}
+
+TEST_F(ShortcutFromDropTest, AUrlWithABarStaysOneTarget) {
+    EXPECT_EQ(ShortcutFromDrop({true, "https://example.org/a|b?c|d"}).target,
+              "https://example.org/a%7Cb?c%7Cd");
 }
 
 TEST_F(ShortcutFromDropTest, MakesNothingOfNothing) {
@@ -306,6 +379,27 @@ TEST_F(DropOnButtonTest, SaysWhatItCannotMakeAndChangesNothing) {
         EXPECT_EQ(state_.PopCount, 10) << data.value.substr(0, 80);
         StopRecording();
     }
+}
+
+TEST_F(DropOnButtonTest, SaysThatALinksArgumentsWereLeftOut) {
+    Start("");
+    const testkit::ModalAnswers user({[](testkit::Window box) {
+        EXPECT_EQ(box.Child(IDC_MESSAGE_TEXT).Text(),
+                  "The command switch of this shortcut is too long. Quon has left it out.");
+        box.Child(IDC_ANSWER).Send(BM_CLICK);
+    }});
+    DropOnButton(state_, 1,
+                 {false, folder_.MakeLink("a.lnk", {.target = file_, .arguments = std::string(600, 'x')})});
+    EXPECT_EQ(Ini("Buttons", "21"), "Заметки|0");
+    EXPECT_EQ(Ini("Switch", "Заметки"), std::nullopt);
+}
+
+TEST_F(DropOnButtonTest, AUrlWithABarMakesASingleShortcut) {
+    Start("");
+    Record();
+    DropOnButton(state_, 1, {true, "https://example.org/a|b.html"});
+    EXPECT_EQ(state_.Button(1).FilePath, "https://example.org/a%7Cb.html");
+    EXPECT_FALSE(state_.Button(1).Group);
 }
 
 TEST_F(DropOnButtonTest, TakesATargetThatCanBeReadBackWholeAndNoLongerOne) {

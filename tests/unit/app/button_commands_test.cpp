@@ -13,6 +13,7 @@
 #include <functional>
 
 #include "res/resource.h"
+#include "tests/support/held_file.h"
 #include "tests/support/modal_answers.h"
 #include "tests/support/text.h"
 #include "tests/unit/app/panel_parts.h"
@@ -153,7 +154,6 @@ TEST_F(ButtonCommandsDesktopTest, KeepTheirButtonWhateverHappensWhileThePickerIs
     commands_.Run(kAddFile);
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "a|0");
     EXPECT_NE(state_.Button(7).Naziv, "a");
-    EXPECT_EQ(state_.Context.CurrentButtonIndex, 1);
 }
 
 TEST_F(ButtonCommandsDesktopTest, MakeThePanelTopmostAgainAfterAPicker) {
@@ -224,7 +224,6 @@ TEST_F(ButtonCommandsDesktopTest, EditAGroupWithThePanelOutAndBindAFreeButtonToW
     EXPECT_TRUE(InOrder(log_, {"topmost", "editor", "topmost", "write 11 Нова|0"})) << log_.Text();
     EXPECT_FALSE(dock_.Hidden()) << "brought out once more";
     EXPECT_EQ(state_.PopCount, 10);
-    EXPECT_EQ(state_.Context.CurrentButtonKey, "11");
     EXPECT_EQ(log_.Count("refill"), 1u);
 }
 
@@ -320,7 +319,6 @@ TEST_F(ButtonCommandsDesktopTest, OfferTheIconsOfTheProgramThatOpensTheTarget) {
     EXPECT_EQ(state_.Context.Records.At("11"), "Име|1");
     EXPECT_EQ(state_.Button(1).FileIcon, 1);
     EXPECT_EQ(state_.TipButton, 0) << "the next hover has to build the tip anew";
-    EXPECT_EQ(state_.Context.CurrentButtonKey, "11");
 }
 
 TEST_F(ButtonCommandsDesktopTest, KeepTheIconWhenTheChooserIsDismissed) {
@@ -373,6 +371,91 @@ TEST_F(ButtonCommandsDesktopTest, PointTheButtonToTheMovedFileEvenIfItCouldNotBe
     }
 }
 
+TEST_F(ButtonCommandsDesktopTest, FollowAFileThatWasMovedWithEverythingThatLeadsToIt) {
+    const std::string path = folder_.MakeFile("a b.txt");
+    const std::string moved = folder_.MakeFolder("циљ") + "\\a b.txt";
+    Load("[Buttons]\r\n11=Име|2\r\n13=Име|5\r\n[Cuts]\r\nИме=" + path + "\r\n[Switch]\r\nИме=/x\r\n");
+    win::SetTopmost(true, host_.Handle());
+    answer_ = folder_.FullPath("циљ");
+    meanwhile_ = [&] { MoveFileW(testkit::Wide(path).c_str(), testkit::Wide(moved).c_str()); };
+    const ModalAnswers user({Note(kDone)});
+    commands_.RunFileCommand(kMoveTo);
+    EXPECT_EQ(folder_.IniValue("Buttons", "11"), moved + "|2");
+    EXPECT_EQ(folder_.IniValue("Cuts", moved), moved);
+    EXPECT_EQ(folder_.IniValue("Cuts", "Име"), moved);
+    EXPECT_EQ(folder_.IniValue("Switch", moved), "/x");
+    buttons_.RefreshShownTab();
+    EXPECT_EQ(state_.Button(1).FilePath, moved) << "the button lives on";
+    EXPECT_EQ(state_.Button(1).Switch, "/x");
+    EXPECT_EQ(state_.Button(3).FilePath, moved);
+    EXPECT_EQ(state_.Context.Records.At("13"), "Име|5");
+}
+
+TEST_F(ButtonCommandsDesktopTest, ChangeNoShortcutWhenTheFileStayedWhereItWas) {
+    const std::string path = folder_.MakeFile("a.txt");
+    answer_ = folder_.MakeFolder("target");
+    // The shell says that all is well also when the user would not have a file overwritten.
+    for (const int result : {2, 0}) {
+        LoadSingle(path);
+        result_ = result;
+        const ModalAnswers user({Note(result == 0 ? kDone : kFailed)});
+        commands_.RunFileCommand(kMoveTo);
+        EXPECT_EQ(folder_.IniValue("Buttons", "11"), answer_ + "\\a.txt|2");
+        EXPECT_EQ(folder_.IniValue("Cuts", "Име"), path);
+        EXPECT_EQ(folder_.Ini().Keys("Cuts").size(), 1u);
+    }
+}
+
+TEST_F(ButtonCommandsDesktopTest, LeaveAButtonAloneThatGotSomethingElseMeanwhile) {
+    const std::string path = folder_.MakeFile("a.txt");
+    answer_ = folder_.MakeFolder("target");
+    for (const int command : {kMoveTo, kRecycle, kDelete}) {
+        LoadSingle(path);
+        meanwhile_ = [this] { EXPECT_TRUE(state_.Store().PutRecord({1, 1}, "Other|0")); };
+        const ModalAnswers user({Note(kDone)});
+        commands_.RunFileCommand(command);
+        EXPECT_EQ(folder_.IniValue("Buttons", "11"), "Other|0") << command;
+    }
+}
+
+TEST_F(ButtonCommandsDesktopTest, FreeEveryShownButtonOfAShortcutThatIsFreed) {
+    Load("[Buttons]\r\n11=A|0\r\n12=B|0\r\n13=a|0\r\n[Cuts]\r\nA=http://a/\r\nB=http://b/\r\n");
+    commands_.Run(kFree);
+    EXPECT_TRUE(state_.Button(1).IsFree());
+    EXPECT_TRUE(state_.Button(3).IsFree());
+    EXPECT_EQ(Window(Button(3)).Text(), "Empty");
+    EXPECT_EQ(folder_.IniValue("Buttons", "13"), "");
+    EXPECT_EQ(state_.Button(2).Naziv, "B");
+}
+
+TEST_F(ButtonCommandsDesktopTest, KeepTheButtonThatCouldNotBeFreed) {
+    std::string cuts;
+    for (int index = 0; index < 300; ++index)
+        cuts += "name " + std::to_string(index) + "=http://a/\r\n";
+    Load("[Buttons]\r\n11=A|0\r\n[Cuts]\r\n" + cuts + "A=http://a/\r\n");
+    const std::string before = folder_.IniBytes();
+    {
+        const testkit::HeldFile held(folder_.IniPath());
+        const ULONGLONG begun = GetTickCount64();
+        commands_.Run(kFree);
+        EXPECT_LT(GetTickCount64() - begun, 3000u) << "it must not be tried anew for every shortcut";
+    }
+    EXPECT_EQ(folder_.IniBytes(), before);
+    EXPECT_EQ(state_.Button(1).Naziv, "A");
+    EXPECT_EQ(state_.Context.Records.At("11"), "A|0");
+}
+
+TEST_F(ButtonCommandsDesktopTest, OpenNoEditorOnAGroupThatCannotBeRead) {
+    LoadSingle("http://a/");
+    const std::string before = folder_.IniBytes();
+    const ModalAnswers nobody({});
+    {
+        const testkit::HeldFile held(folder_.IniPath());
+        commands_.Run(kGroup);
+    }
+    EXPECT_EQ(folder_.IniBytes(), before);
+}
+
 TEST_F(ButtonCommandsDesktopTest, PointToAFileInARootByOneSeparator) {
     LoadSingle("C:\\Док\\a.txt");
     answer_ = "D:\\";
@@ -391,6 +474,7 @@ TEST_F(ButtonCommandsDesktopTest, RenameWithTheOldExtensionOrTheNewOne) {
     for (const Case& it : {Case{"C:\\Док\\report.txt", "notes", "C:\\Док\\notes.txt", "txt"},
                            Case{"C:\\Док\\report.txt", "notes.md", "C:\\Док\\notes.md", "txt"},
                            Case{"C:\\Док\\report.txt", "文 č", "C:\\Док\\文 č.txt", "txt"},
+                           Case{"C:\\Док\\report.txt", "notes. ", "C:\\Док\\notes.txt", "txt"},
                            Case{"C:\\my.docs\\Makefile", "Rules", "C:\\my.docs\\Rules", ""}}) {
         LoadSingle(it.path);
         const ModalAnswers user(
@@ -459,7 +543,7 @@ TEST_F(ButtonCommandsDesktopTest, RenameNothingForNoNameOrCancel) {
 TEST_F(ButtonCommandsDesktopTest, RefuseANameThatWouldLeadElsewhere) {
     LoadSingle("C:\\a.txt");
     const std::string before = folder_.IniBytes();
-    for (const char* name : {"..\\b", "b/c", "D:b", "*.txt", "b?", "\"b\"", "<b", "b>", "b|c"}) {
+    for (const char* name : {"..\\b", "b/c", "..", " . ", "D:b", "*.txt", "b?", "\"b\"", "<b", "b>", "b|c"}) {
         const ModalAnswers user({[&](Window box) {
                                      box.Child(320).SetText(name);
                                      box.Child(310).Send(BM_CLICK);

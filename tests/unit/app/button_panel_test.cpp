@@ -4,9 +4,12 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/panel_layout.h"
+#include "tests/support/held_file.h"
+#include "tests/support/wait.h"
 #include "tests/unit/app/panel_parts.h"
 #include "win/errors.h"
 #include "win/geometry.h"
@@ -44,22 +47,78 @@ TEST_F(ButtonPanelTest, PlacesNineButtonsThreeByThree) {
     EXPECT_THROW(buttons_.Picture(10), win::SubscriptError);
 }
 
-TEST_F(ButtonPanelTest, WritesTheFreeButtonsOfATabUnderOneCopyOfTheFile) {
-    Load("[Cuts]\r\na=1\r\n");
+TEST_F(ButtonPanelTest, WritesTheFreeButtonsOfATabOnce) {
+    folder_.WriteIniText("[Cuts]\r\na=1\r\n");
     int writes = 0;
-    int copies = 0;
     const auto write =
         FAKE_CALL(WritePrivateProfileStringA, [&](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR file) {
             ++writes;
             return ORIGINAL_CALL(WritePrivateProfileStringA)(name, key, value, file);
         });
-    const auto copy = FAKE_CALL(CopyFileA, [&](LPCSTR from, LPCSTR to, BOOL keep) {
-        ++copies;
-        return ORIGINAL_CALL(CopyFileA)(from, to, keep);
-    });
     buttons_.RefreshShownTab();
     EXPECT_EQ(writes, 9);
-    EXPECT_EQ(copies, 1);
+    EXPECT_EQ(folder_.Ini().Keys("Buttons").size(), 9u);
+    buttons_.RefreshShownTab();
+    EXPECT_EQ(writes, 9) << "they are free in the file by now";
+}
+
+TEST_F(ButtonPanelTest, StoresWhatIsFreedBeforeItPaintsAnything) {
+    folder_.WriteIniText("[Buttons]\r\n11=Gone|0\r\n12=A|0\r\n19=Lost|0\r\n[Cuts]\r\nA=http://a/\r\nGone=C:\\no\\such\r\n");
+    state_.Context.Records.LoadButtonRecords();
+    const auto icon = FAKE_CALL(ExtractIconA, [&](HINSTANCE, LPCSTR, UINT) -> HICON {
+        EXPECT_EQ(folder_.IniValue("Buttons", "11"), "");
+        EXPECT_EQ(folder_.IniValue("Buttons", "19"), "");
+        EXPECT_EQ(state_.Context.Records.At("19"), "");
+        log_.Add("icon");
+        return nullptr;
+    });
+    buttons_.RefreshShownTab();
+    EXPECT_GE(log_.Count("icon"), 1u);
+}
+
+TEST_F(ButtonPanelTest, ARefreshDuringAnotherOneKnowsBetter) {
+    Load("[Buttons]\r\n11=A|0\r\n12=B|0\r\n21=C|0\r\n[Cuts]\r\nA=http://a/\r\nB=http://b/\r\nC=http://c/\r\n");
+    bool once = false;
+    const auto icon = FAKE_CALL(ExtractIconA, [&](HINSTANCE, LPCSTR, UINT) -> HICON {
+        // The shell lets messages run, and the user shows another tab.
+        if (!std::exchange(once, true)) tabs_.b1_MouseUp(2, win::MouseButton::kLeft, 0, 0, 0);
+        return nullptr;
+    });
+    buttons_.RefreshShownTab();
+    EXPECT_EQ(testkit::Window(Button(1)).Text(), "C");
+    EXPECT_EQ(testkit::Window(Button(2)).Text(), "Empty");
+    EXPECT_TRUE(state_.Button(2).IsFree());
+}
+
+TEST_F(ButtonPanelTest, KeepsEveryButtonThatCannotBeReadAndReadsItAgainSoon) {
+    Load("[Buttons]\r\n11=A|3\r\n12=B|0\r\n21=C|5\r\n[Cuts]\r\nA=http://a/\r\nB=http://b/\r\nC=http://c/\r\n");
+    const std::string before = folder_.IniBytes();
+    {
+        const testkit::HeldFile held(folder_.IniPath());
+        tabs_.b1_MouseUp(2, win::MouseButton::kLeft, 0, 0, 0);
+        EXPECT_EQ(state_.Button(1).Naziv, "C") << "its record is known";
+        EXPECT_EQ(testkit::Window(Button(1)).Text(), "C");
+        EXPECT_TRUE(state_.Button(1).IsUnread());
+        EXPECT_FALSE(state_.Button(1).Group);
+        EXPECT_EQ(state_.Button(1).FilePath, "") << "nothing of the former tab can be opened here";
+        tabs_.b1_MouseUp(1, win::MouseButton::kLeft, 0, 0, 0);
+        EXPECT_EQ(state_.Context.Records.At("11"), "A|3");
+    }
+    EXPECT_EQ(folder_.IniBytes(), before);
+    testkit::WaitFor("the buttons are read without the user's doing", [this] {
+        return state_.Button(1).FilePath == "http://a/" && state_.Button(2).FilePath == "http://b/";
+    });
+    EXPECT_GE(log_.Count("refill"), 1u);
+    EXPECT_EQ(folder_.IniValue("Buttons", "21"), "C|5");
+}
+
+TEST_F(ButtonPanelTest, AButtonGoesOnAsItWasWhileItCannotBeReadAgain) {
+    Load("[Buttons]\r\n11=A|3\r\n[Cuts]\r\nA=http://a/\r\n[Switch]\r\nA=/x\r\n");
+    const testkit::HeldFile held(folder_.IniPath());
+    buttons_.RefreshShownTab();
+    EXPECT_EQ(state_.Button(1).FilePath, "http://a/");
+    EXPECT_EQ(state_.Button(1).Switch, "/x");
+    EXPECT_EQ(state_.Button(1).FileIcon, 3);
 }
 
 TEST_F(ButtonPanelTest, HasTheirContainerAtTheLeftEdge) {

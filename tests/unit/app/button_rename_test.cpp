@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/support/held_file.h"
 #include "tests/unit/app/panel_parts.h"
 
 namespace app {
@@ -23,7 +24,7 @@ class ButtonRenameTest : public PanelParts {
 };
 
 TEST_F(ButtonRenameTest, MovesTargetRecordAndSwitchToTheNewName) {
-    RenameCurrentButton(state_, "新 Ново");
+    RenameButton(state_, state_.CurrentPlace(), "新 Ново");
     const IniText ini = folder_.Ini();
     EXPECT_THAT(ini.Entries("Cuts"), ElementsAre(IniText::Entry{"B", "http://b/?x=1"},
                                                  IniText::Entry{"新 Ново", "http://a/?q=1"}));
@@ -47,7 +48,7 @@ TEST_F(ButtonRenameTest, TakesItsStepsInOrder) {
             log_.Add("write", name, key, value);
             return ORIGINAL_CALL(WritePrivateProfileStringA)(name, key, value, file);
         });
-    RenameCurrentButton(state_, "new");
+    RenameButton(state_, state_.CurrentPlace(), "new");
     EXPECT_TRUE(InOrder(log_, {"empty Cuts", "write Cuts new http://a/?q=1", "write Buttons 11 new|4",
                                "empty Switch", "write Switch new /x=1", "refill"}));
 }
@@ -65,7 +66,7 @@ TEST_F(ButtonRenameTest, KeepsTheFormerNameWhenAnyOfItsWritesFails) {
                     if (full) return FALSE;
                     return ORIGINAL_CALL(WritePrivateProfileStringA)(name, key, value, file);
                 });
-            RenameCurrentButton(state_, "new");
+            RenameButton(state_, state_.CurrentPlace(), "new");
             EXPECT_TRUE(full) << record;
         }
         EXPECT_EQ(folder_.IniBytes(), before) << record;
@@ -73,9 +74,45 @@ TEST_F(ButtonRenameTest, KeepsTheFormerNameWhenAnyOfItsWritesFails) {
     }
 }
 
+TEST_F(ButtonRenameTest, FreesNoButtonWhenItCannotBeStored) {
+    const std::string before = folder_.IniBytes();
+    {
+        const testkit::HeldFile held(folder_.IniPath());
+        EXPECT_FALSE(RenameButton(state_, state_.CurrentPlace(), "new"));
+    }
+    EXPECT_EQ(folder_.IniBytes(), before);
+    EXPECT_EQ(state_.Context.Records.At("11"), "Старо|4");
+    EXPECT_EQ(state_.Button(1).Naziv, "Старо");
+    EXPECT_EQ(state_.Button(1).FilePath, "http://a/?q=1");
+    EXPECT_EQ(testkit::Window(Button(1)).Text(), "Старо");
+    EXPECT_THAT(log_.Lines(), IsEmpty());
+}
+
+TEST_F(ButtonRenameTest, TakesAllButtonsOfThatNameAlong) {
+    Load("[Buttons]\r\n11=A|4\r\n13=a|5\r\n47=A|6\r\n[Cuts]\r\nA=http://a/\r\n");
+    EXPECT_TRUE(RenameButton(state_, state_.CurrentPlace(), "B"));
+    EXPECT_EQ(state_.Button(3).Naziv, "B");
+    EXPECT_EQ(testkit::Window(Button(3)).Text(), "B");
+    EXPECT_EQ(folder_.IniValue("Buttons", "13"), "B|5");
+    EXPECT_EQ(state_.Context.Records.At("47"), "B|6");
+}
+
+TEST_F(ButtonRenameTest, OntoANameOfAnotherButtonShowsThatItHasThisTargetNow) {
+    EXPECT_TRUE(RenameButton(state_, state_.CurrentPlace(), "B"));
+    EXPECT_EQ(state_.Button(2).FilePath, "http://a/?q=1");
+    EXPECT_EQ(folder_.IniValue("Switch", "B"), "/x=1");
+}
+
+TEST_F(ButtonRenameTest, DoesNothingToAButtonThatCouldNotBeRead) {
+    state_.Button(1).FilePath.clear();
+    const std::string before = folder_.IniBytes();
+    EXPECT_FALSE(RenameButton(state_, state_.CurrentPlace(), "new"));
+    EXPECT_EQ(folder_.IniBytes(), before);
+}
+
 TEST_F(ButtonRenameTest, WritesNoSwitchWhereThereIsNone) {
-    state_.Button(1).Switch.clear();
-    RenameCurrentButton(state_, "new");
+    Load("[Buttons]\r\n11=Старо|4\r\n[Cuts]\r\nСтаро=http://a/\r\n");
+    RenameButton(state_, state_.CurrentPlace(), "new");
     EXPECT_FALSE(folder_.IniValue("Switch", "new"));
 }
 
@@ -83,7 +120,7 @@ TEST_F(ButtonRenameTest, MakesNamesStorable) {
     const std::vector<std::pair<std::string, std::string>> cases{
         {"a=b|c", "a-b-c"}, {" [;x ", "x"}, {"Empty", "Empty_"}, {"empty", "empty_"}, {"a\tb", "a b"}};
     for (const auto& [typed, stored] : cases) {
-        RenameCurrentButton(state_, typed);
+        RenameButton(state_, state_.CurrentPlace(), typed);
         EXPECT_EQ(state_.Button(1).Naziv, stored) << typed;
         EXPECT_EQ(folder_.IniValue("Cuts", stored), "http://a/?q=1") << typed;
         EXPECT_EQ(folder_.IniValue("Switch", stored), "/x=1") << typed;
@@ -93,14 +130,14 @@ TEST_F(ButtonRenameTest, MakesNamesStorable) {
 TEST_F(ButtonRenameTest, ChangesNothingForANameThatCannotBeStored) {
     const std::string before = folder_.IniBytes();
     for (const std::string name : {"", " ", " [;", "\t"})
-        RenameCurrentButton(state_, name);
+        RenameButton(state_, state_.CurrentPlace(), name);
     EXPECT_EQ(folder_.IniBytes(), before);
     EXPECT_THAT(log_.Lines(), IsEmpty());
 }
 
 TEST_F(ButtonRenameTest, KeepsEverythingForTheSameNameAndForAnotherSpelling) {
     for (const std::string name : {"Старо", "СТАРО"}) {
-        RenameCurrentButton(state_, name);
+        RenameButton(state_, state_.CurrentPlace(), name);
         EXPECT_EQ(state_.Button(1).FilePath, "http://a/?q=1");
         EXPECT_EQ(folder_.IniValue("Buttons", "11"), name + "|4");
         EXPECT_EQ(folder_.IniValue("Cuts", name), "http://a/?q=1");
@@ -111,7 +148,7 @@ TEST_F(ButtonRenameTest, KeepsEverythingForTheSameNameAndForAnotherSpelling) {
 TEST_F(ButtonRenameTest, DoesNothingOnAFreeButton) {
     state_.Context.Select(5);
     const std::string before = folder_.IniBytes();
-    RenameCurrentButton(state_, "new");
+    RenameButton(state_, state_.CurrentPlace(), "new");
     rename_.Begin();
     EXPECT_EQ(Box().Style() & WS_VISIBLE, 0);
     EXPECT_EQ(folder_.IniBytes(), before);
@@ -123,7 +160,7 @@ TEST_F(ButtonRenameTest, KeepsAGroupThatIsLongerThanCanBeReadAtOnce) {
     for (int index = 0; index < 200; ++index)
         members += "|http://страна/" + std::to_string(index);
     Load("[Buttons]\r\n11=G|0\r\n[Cuts]\r\nother=http://start/\r\nG=" + members + "\r\n");
-    RenameCurrentButton(state_, "Ново");
+    RenameButton(state_, state_.CurrentPlace(), "Ново");
     EXPECT_EQ(folder_.IniValue("Cuts", "Ново"), members);
     EXPECT_EQ(folder_.IniValue("Cuts", "G"), std::nullopt);
 }
@@ -131,7 +168,7 @@ TEST_F(ButtonRenameTest, KeepsAGroupThatIsLongerThanCanBeReadAtOnce) {
 TEST_F(ButtonRenameTest, StoresWhereTheFileWasMovedTo) {
     Load("[Buttons]\r\n11=A|0\r\n[Cuts]\r\nA=http://a/old\r\n");
     state_.Button(1).FilePath = "http://a/";
-    RenameCurrentButton(state_, "B");
+    RenameButton(state_, state_.CurrentPlace(), "B");
     EXPECT_EQ(folder_.IniValue("Cuts", "B"), "http://a/");
 }
 
@@ -175,6 +212,19 @@ TEST_F(RenameBoxTest, RenamesTheButtonItWasOpenedForWhereverTheMouseGoes) {
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "Ново|4");
     EXPECT_EQ(folder_.IniValue("Buttons", "12"), "B|0");
     EXPECT_FALSE(rename_.IsOpen());
+}
+
+TEST_F(RenameBoxTest, KeepsWhatWasTypedWhenItCannotBeStored) {
+    rename_.Begin();
+    Box().SetText("Ново");
+    {
+        const testkit::HeldFile held(folder_.IniPath());
+        rename_.Accept();
+    }
+    EXPECT_TRUE(rename_.IsOpen());
+    rename_.Accept();
+    EXPECT_FALSE(rename_.IsOpen());
+    EXPECT_EQ(folder_.IniValue("Buttons", "11"), "Ново|4");
 }
 
 TEST_F(RenameBoxTest, StaysOpenAndDoesNothingWhileItIsEmpty) {

@@ -124,7 +124,7 @@ TEST_F(ButtonTipTest, BuildsTheTipAnewAfterARefresh) {
     config::Settings.ExtensiveTooltips = true;
     Hover(2);
     state_.Context.Select(2);
-    state_.RefreshCurrent();
+    state_.RefreshNamed({}, state_.CurrentPlace());
     EXPECT_EQ(Hover(2).size(), 2u);
     buttons_.RefreshShownTab();
     EXPECT_EQ(Hover(2).size(), 2u);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "app/add_to_button.h"
+#include "tests/support/held_file.h"
 #include "tests/unit/app/add_to_button_fixture.h"
 
 namespace app {
@@ -75,7 +76,7 @@ TEST_F(MoveToButtonTest, FromAnotherTabLeavesTheShownButtonOfThatNumberAlone) {
 TEST_F(MoveToButtonTest, OntoAUsedButtonAsksAsADropDoes) {
     Record({"Replace"});
     MoveToButton(state_, 2, Notes());
-    EXPECT_THAT(log_.Lines(), ElementsAre("Buttons 21 = ", "message box", "Cuts Notes = " + file_,
+    EXPECT_THAT(log_.Lines(), ElementsAre("message box", "Buttons 21 = ", "Cuts Notes = " + file_,
                                           "Buttons 22 = Notes|0", "Switch Notes = /n", "refill"));
     EXPECT_EQ(Ini("Cuts", "Other"), other_);
 }
@@ -89,10 +90,11 @@ TEST_F(MoveToButtonTest, OntoAUsedButtonMakesAGroupWithTheTargetFirst) {
     EXPECT_EQ(Ini("Switch", "Notes"), "/n");
 }
 
-TEST_F(MoveToButtonTest, GivesTheSourceBackWhenTheQuestionIsCancelled) {
+TEST_F(MoveToButtonTest, ChangesNothingWhenTheQuestionIsCancelled) {
     for (const char* answer : {"Cancel", ""}) {
         Record({answer});
         MoveToButton(state_, 2, Notes());
+        EXPECT_THAT(log_.Lines(), ElementsAre("message box")) << answer;
         EXPECT_EQ(folder_.IniBytes(), ini_) << answer;
         EXPECT_EQ(state_.Context.Records.At("21"), "Notes|3") << answer;
         EXPECT_EQ(state_.Button(1).Naziv, "Notes") << answer;
@@ -103,7 +105,41 @@ TEST_F(MoveToButtonTest, GivesTheSourceBackWhenTheQuestionIsCancelled) {
     }
 }
 
-TEST_F(MoveToButtonTest, GivesASourceOfAnotherTabBackToo) {
+TEST_F(MoveToButtonTest, StoresNothingBeforeTheQuestionIsAnswered) {
+    const testkit::ModalAnswers user({[this](testkit::Window box) {
+        EXPECT_EQ(folder_.IniBytes(), ini_) << "a program that is ended now has lost nothing";
+        box.Child(IDC_ANSWER_1).Send(BM_CLICK);
+    }});
+    MoveToButton(state_, 2, Notes());
+    EXPECT_EQ(Ini("Buttons", "21"), "");
+    EXPECT_EQ(Ini("Buttons", "22"), "Notes|0");
+    EXPECT_TRUE(state_.Button(1).IsFree());
+}
+
+TEST_F(MoveToButtonTest, LeavesASourceAloneThatGotSomethingElseMeanwhile) {
+    const testkit::ModalAnswers user({[this](testkit::Window box) {
+        EXPECT_TRUE(state_.Store().PutRecord({2, 1}, "Other|7"));
+        box.Child(IDC_ANSWER_1).Send(BM_CLICK);
+    }});
+    MoveToButton(state_, 2, Notes());
+    EXPECT_EQ(Ini("Buttons", "21"), "Other|7");
+    EXPECT_EQ(Ini("Buttons", "22"), "Other|7");
+}
+
+TEST_F(MoveToButtonTest, KeepsSourceAndTargetWhenItCannotBeStored) {
+    Record({"OK"});
+    {
+        const testkit::HeldFile held(folder_.IniPath());
+        MoveToButton(state_, 9, Notes());
+    }
+    EXPECT_EQ(folder_.IniBytes(), ini_);
+    EXPECT_EQ(state_.Context.Records.At("21"), "Notes|3");
+    EXPECT_EQ(state_.Context.Records.At("29"), "");
+    EXPECT_EQ(state_.Button(1).Naziv, "Notes");
+    EXPECT_TRUE(state_.Button(9).IsFree());
+}
+
+TEST_F(MoveToButtonTest, AsksForASourceOfAnotherTabToo) {
     Record({"Cancel"});
     MoveToButton(state_, 2, Both());
     EXPECT_EQ(folder_.IniBytes(), ini_);

@@ -87,11 +87,34 @@ TEST_F(PasteTest, IgnoresAnyOtherTextWithoutAWord) {
     const std::string before = folder_.IniBytes();
     for (const std::string& text :
          {std::string("plain text"), std::string("\nhttp://second.line/"), folder_.FullPath("missing.txt"),
-          std::string(size_t{1} << 20, 'm'), "http://" + std::string(size_t{1} << 20, 'm')}) {
+          std::string(size_t{1} << 20, 'm'), std::string("two\twords")}) {
         HoldText(text);
         Paste();
     }
     EXPECT_EQ(folder_.IniBytes(), before);
+}
+
+TEST_F(PasteTest, SaysSoForAUrlThatCannotBeStored) {
+    Load("");
+    const std::string before = folder_.IniBytes();
+    for (const std::string& text : {"http://a.test/" + std::string(600, 'm'), std::string("http://a.test/\tb")}) {
+        HoldText(text);
+        const ModalAnswers user({[](Window box) {
+            EXPECT_EQ(box.Child(300).Text(), "Couldn't make this shortcut, sorry.");
+            box.Child(310).Send(BM_CLICK);
+        }});
+        Paste();
+        EXPECT_EQ(user.Used(), 1u);
+    }
+    EXPECT_EQ(folder_.IniBytes(), before);
+}
+
+TEST_F(PasteTest, TakesAUrlWithABarAsOneTarget) {
+    Load("");
+    HoldText("http://a.test/b|c.html");
+    Paste();
+    EXPECT_EQ(folder_.IniValue("Cuts", "b-c"), "http://a.test/b%7Cc.html");
+    EXPECT_FALSE(state_.Button(1).Group);
 }
 
 TEST_F(PasteTest, TakesOneCopiedFile) {

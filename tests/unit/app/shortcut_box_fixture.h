@@ -50,6 +50,7 @@ class ShortcutBoxFixture : public ::testing::Test {
         }));
         dock_.Attach(host_.Handle());
         box_.CreateOn(host_.Handle());
+        state_.RefillList = [this] { box_.Refill(); };
         box_.Refill();
     }
     ~ShortcutBoxFixture() override {
@@ -93,8 +94,9 @@ class ShortcutBoxFixture : public ::testing::Test {
     testkit::HiddenWindow host_;
     testkit::CallLog log_;
     testkit::RecordedCalls fakes_;
+    PanelState state_;
     EdgeDock dock_;
-    ShortcutBox box_{dock_};
+    ShortcutBox box_{state_, dock_};
 };
 
 }  // namespace app

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "config/ini.h"
+#include "tests/support/held_file.h"
 #include "tests/support/data_object.h"
 #include "tests/support/modal_answers.h"
 #include "tests/support/window.h"
@@ -407,8 +408,11 @@ TEST_F(BoxDropTest, ABrokenLinkIsADropWithoutAName) {
     EXPECT_EQ(folder_.IniValue("Cuts", "План"), "C:\\план.txt");
 }
 
-TEST_F(BoxDropTest, SaysNothingWhenTheFileCannotBeWritten) {
-    const testkit::ModalAnswers nobody({});
+TEST_F(BoxDropTest, SaysSoWhenTheFileCannotBeWritten) {
+    const testkit::ModalAnswers user({[](testkit::Window note) {
+        EXPECT_EQ(note.Child(300).Text(), "Couldn't make this shortcut, sorry.");
+        note.Child(310).Send(BM_CLICK);
+    }});
     const std::string before = folder_.IniBytes();
     HANDLE file = CreateFileW(testkit::Wide(folder_.IniPath()).c_str(), GENERIC_READ, FILE_SHARE_READ,
                               nullptr, OPEN_EXISTING, 0, nullptr);
@@ -417,6 +421,39 @@ TEST_F(BoxDropTest, SaysNothingWhenTheFileCannotBeWritten) {
     CloseHandle(file);
     EXPECT_EQ(folder_.IniBytes(), before);
     EXPECT_EQ(box_.List().Items().back(), "[Refresh list]");
+}
+
+TEST_F(BoxDropTest, TakesATextWithATabulatorAndNoneWithAnotherControlCharacter) {
+    DropText("some\twords");
+    EXPECT_EQ(folder_.IniValue("Cuts", "some words"), "some\twords");
+    const std::string before = folder_.IniBytes();
+    const testkit::ModalAnswers user({[](testkit::Window note) { note.Child(310).Send(BM_CLICK); }});
+    DropText("some\rwords");
+    EXPECT_EQ(folder_.IniBytes(), before);
+}
+
+TEST_F(BoxDropTest, AUrlWithABarStaysOneTarget) {
+    DropText("https://example.org/a|b.html");
+    EXPECT_EQ(folder_.IniValue("Cuts", "a-b"), "https://example.org/a%7Cb.html");
+}
+
+TEST_F(BoxDropTest, AShownButtonOfThatNameFollowsAtOnce) {
+    folder_.WriteIniText("[Buttons]\r\n14=Plan|0\r\n[Cuts]\r\nPlan=http://old/\r\n");
+    state_.Context.Records.LoadButtonRecords();
+    state_.Button(4).RefreshButton("14");
+    DropText("http://new/Plan.html");
+    EXPECT_EQ(state_.Button(4).FilePath, "http://new/Plan.html");
+}
+
+TEST_F(BoxDropTest, KeepsItsListWhileTheFileCannotBeRead) {
+    int unread = 0;
+    state_.Context.onUnread = [&] { ++unread; };
+    {
+        const testkit::HeldFile held(folder_.IniPath());
+        box_.Refill();
+    }
+    EXPECT_EQ(box_.List().Items().front(), "План");
+    EXPECT_EQ(unread, 1);
 }
 
 TEST_F(BoxDropTest, RefusesWhatCouldNotBeReadBackWhole) {

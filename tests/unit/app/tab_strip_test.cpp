@@ -17,7 +17,7 @@ class TabStripTest : public PanelParts {
         Load(
             "[Buttons]\r\n10=Посао|опис\r\n11=A|0\r\n21=B|0\r\n29=A|0\r\n[Cuts]\r\nA=http://a/\r\nB=http://b/"
             "\r\n");
-        state_.Tab(1).SetINIstring("Посао|опис");
+        state_.Tab(1).INIstring("Посао|опис");
     }
 
     HWND Header(int index) { return tabs_.Header(index).Handle(); }

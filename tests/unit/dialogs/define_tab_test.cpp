@@ -11,6 +11,7 @@
 
 #include "config/ini.h"
 #include "config/settings.h"
+#include "tests/support/held_file.h"
 #include "tests/support/hidden_window.h"
 #include "tests/support/modal_answers.h"
 #include "tests/support/program_folder.h"
@@ -112,6 +113,33 @@ TEST_F(DefineTabTest, CutsALabelThatABoxOfThatLimitCouldNotHold) {
     Define(3, std::string(600, 'x'), "");
     EXPECT_EQ(config::ReadIni("Buttons", "30"), "xxxxxxx|");
     EXPECT_EQ(host_.tab.Label, "xxxxxxx");
+}
+
+TEST_F(DefineTabTest, WritesBlanksForControlCharacters) {
+    // The boxes of another program's making may hold what none can type into these.
+    Define(3, "a\nb", "one\ntwo\tthree");
+    EXPECT_EQ(folder_.IniValue("Buttons", "30"), "a b|one two three");
+    EXPECT_EQ(host_.tab.Label, "a b");
+    EXPECT_EQ(host_.tab.Description, "one two three");
+    model::ButtonRecords records;
+    records.LoadButtonRecords();
+    EXPECT_EQ(records.At("30"), "a b|one two three");
+}
+
+TEST_F(DefineTabTest, StaysOpenWithWhatWasTypedWhenItCannotBeStored) {
+    folder_.WriteIniText("[Buttons]\r\n30=old|d\r\n");
+    Open(3, [this](Window dialog) {
+        dialog.Child(kLabel).SetText("new");
+        {
+            const testkit::HeldFile held(folder_.IniPath());
+            dialog.Child(kApply).Send(BM_CLICK);
+        }
+        EXPECT_TRUE(dialog.IsVisible());
+        EXPECT_EQ(dialog.Child(kLabel).Text(), "new");
+        EXPECT_NE(host_.tab.Label, "new");
+        dialog.Child(kApply).Send(BM_CLICK);
+    });
+    EXPECT_EQ(folder_.IniValue("Buttons", "30"), "new|");
 }
 
 TEST_F(DefineTabTest, PaintsTheNewLabelOnTheHeader) {

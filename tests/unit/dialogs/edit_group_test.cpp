@@ -14,6 +14,7 @@
 
 #include "config/ini.h"
 #include "res/resource.h"
+#include "tests/support/held_file.h"
 #include "tests/support/hidden_window.h"
 #include "tests/support/modal_answers.h"
 #include "tests/support/program_folder.h"
@@ -83,6 +84,13 @@ class EditGroupTest : public ::testing::Test {
                  Click(dialog, IDC_GROUP_APPLY);
              }});
     }
+    /// Answers the note that says so, and cancels the editor, which is still open.
+    static void CannotBeMade(Window box) {
+        EXPECT_EQ(box.Child(IDC_MESSAGE_TEXT).Text(), "Couldn't make this shortcut, sorry.");
+        EXPECT_EQ(box.Owner().Text(), "Edit group");
+        box.Owner().Child(IDC_GROUP_CANCEL).Post(BM_CLICK);
+        Click(box, IDC_ANSWER);
+    }
     std::string Stored(const std::string& name) const {
         return folder_.IniValue("Cuts", name).value_or("none");
     }
@@ -128,8 +136,14 @@ TEST_F(EditGroupTest, KeepsTheFormerGroupWhenAnyOfItsWritesFails) {
                 refused = true;
                 return FALSE;
             });
-        EditAndApply("Work", [](Window dialog) { dialog.Child(IDC_GROUP_NAME).SetText("New"); });
+        Edit("Work", {[](Window dialog) {
+                          dialog.Child(IDC_GROUP_NAME).SetText("New");
+                          dialog.Child(IDC_GROUP_APPLY).Post(BM_CLICK);
+                      },
+                      CannotBeMade});
         EXPECT_TRUE(refused) << record;
+        EXPECT_EQ(editor_.StoredName(), "");
+        EXPECT_EQ(context_.Records.At("12"), "Work|0") << record;
         EXPECT_EQ(folder_.IniBytes(), before) << record;
     }
 }
@@ -227,6 +241,77 @@ TEST_F(EditGroupTest, RenamingAGroupRewritesTheRecordOfItsButton) {
     EXPECT_EQ(Stored("Work"), "none");
     EXPECT_EQ(Stored("Посао 文"), "C:\\a|C:\\b");
     EXPECT_EQ(editor_.StoredName(), "Посао 文");
+}
+
+TEST_F(EditGroupTest, RenamingTakesTheSwitchAlongAndTheOldOneOfTheNewNameAway) {
+    Load("[Cuts]\r\nWork=C:\\a|C:\\b\r\nA=C:\\a\r\nB=C:\\b\r\n[Switch]\r\nWork=/w\r\nB=/b\r\n");
+    EditAndApply("Work", [](Window dialog) { dialog.Child(IDC_GROUP_NAME).SetText("Play"); });
+    EXPECT_EQ(folder_.IniValue("Switch", "Play"), "/w");
+    EXPECT_EQ(folder_.IniValue("Switch", "Work"), std::nullopt);
+    EditAndApply("A", [](Window dialog) { dialog.Child(IDC_GROUP_NAME).SetText("B"); });
+    EXPECT_EQ(folder_.IniValue("Switch", "B"), std::nullopt);
+}
+
+TEST_F(EditGroupTest, ARenamedGroupKeepsAllItsButtons) {
+    Load("[Buttons]\r\n23=Work|7\r\n45=work|3\r\n[Cuts]\r\nWork=C:\\a|C:\\b\r\n");
+    EditAndApply("Work", [](Window dialog) { dialog.Child(IDC_GROUP_NAME).SetText("Play"); });
+    EXPECT_EQ(folder_.IniValue("Buttons", "23"), "Play|0");
+    EXPECT_EQ(folder_.IniValue("Buttons", "45"), "Play|0");
+    EXPECT_EQ(context_.Records.At("45"), "Play|0");
+}
+
+TEST_F(EditGroupTest, AGroupThatCannotBeReadIsNotEdited) {
+    Load("[Cuts]\r\nWork=C:\\a|C:\\b\r\n");
+    {
+        const testkit::HeldFile held(folder_.IniPath());
+        EXPECT_FALSE(editor_.PrepareWindow("Work"));
+    }
+    EXPECT_TRUE(editor_.PrepareWindow("Work"));
+}
+
+TEST_F(EditGroupTest, AddsNothingThatCouldNotBeReadBack) {
+    const std::string item = "C:\\" + std::string(300, 'x');
+    Load("[Cuts]\r\nWork=" + item + "\r\n");
+    const auto refuse = [](Window box) {
+        EXPECT_EQ(box.Child(IDC_MESSAGE_TEXT).Text(), "Couldn't make this shortcut, sorry.");
+        Click(box, IDC_ANSWER);
+    };
+    // 303 + 1 + 251 bytes are one too many.
+    picked_ = "C:\\" + std::string(248, 'y');
+    Edit("Work", {[](Window dialog) { Click(dialog, IDC_GROUP_ADD_FILE); },
+                  [&](Window box) {
+                      refuse(box);
+                      box.Owner().Child(IDC_GROUP_ADD_FOLDER).Post(BM_CLICK);
+                  },
+                  [&](Window box) {
+                      refuse(box);
+                      box.Owner().Child(IDC_GROUP_ADD_URL).Post(BM_CLICK);
+                  },
+                  [](Window box) {
+                      box.Child(IDC_INPUT).SetText("http://" + std::string(244, 'z'));
+                      Click(box, IDC_ANSWER);
+                  },
+                  [&](Window box) {
+                      refuse(box);
+                      EXPECT_EQ(editor_.ItemCount(), 1);
+                      picked_.pop_back();
+                      Click(box.Owner(), IDC_GROUP_ADD_FILE);
+                      EXPECT_EQ(editor_.ItemCount(), 2);
+                      box.Owner().Child(IDC_GROUP_APPLY).Post(BM_CLICK);
+                  }});
+    EXPECT_EQ(Stored("Work"), item + "|" + picked_);
+    EXPECT_EQ(config::ReadIni("Cuts", "Work").size(), 554u);
+}
+
+TEST_F(EditGroupTest, AUrlWithABarStaysOneItem) {
+    Load("[Cuts]\r\nWork=C:\\a\r\n");
+    Edit("Work", {[](Window dialog) { Click(dialog, IDC_GROUP_ADD_URL); },
+                  [](Window box) {
+                      box.Child(IDC_INPUT).SetText("http://a/b|c");
+                      box.Owner().Child(IDC_GROUP_APPLY).Post(BM_CLICK);
+                      Click(box, IDC_ANSWER);
+                  }});
+    EXPECT_EQ(Stored("Work"), "C:\\a|http://a/b%7Cc");
 }
 
 TEST_F(EditGroupTest, ANameThatDiffersInItsCaseOnlyIsAnotherName) {

@@ -14,7 +14,9 @@
 #include <utility>
 #include <vector>
 
+#include "config/ini.h"
 #include "model/launching.h"
+#include "res/resource.h"
 #include "tests/support/hidden_window.h"
 #include "tests/support/modal_answers.h"
 #include "tests/support/program_folder.h"
@@ -123,7 +125,25 @@ TEST_F(EditShortcutTest, KeepsTheFormerShortcutWhenAnyOfItsWritesFails) {
                 refused = true;
                 return FALSE;
             });
-        Edit("Стари", "Нови", "http://new/");
+        // The user is told, and what was typed stays.
+        ModalAnswers user({[&](Window dialog) {
+                               dialog.Child(kName).SetText("Нови");
+                               dialog.Child(kFile).SetText("http://new/");
+                               dialog.Child(kApply).Post(BM_CLICK);
+                           },
+                           [&](Window box) {
+                               EXPECT_EQ(box.Child(IDC_MESSAGE_TEXT).Text(),
+                                         "Couldn't make this shortcut, sorry.");
+                               const Window editor = box.Owner();
+                               EXPECT_EQ(editor.Child(kName).Text(), "Нови");
+                               editor.Child(kCancel).Post(BM_CLICK);
+                               box.Child(IDC_ANSWER).Send(BM_CLICK);
+                           }});
+        frmEdit editor(context_);
+        editor.PrepareWindow("Стари", "whatever\n", kColor);
+        editor.Show(owner_.Handle());
+        EXPECT_FALSE(editor.StoredName());
+        EXPECT_EQ(context_.Records.At("23"), "Стари|07|x") << record;
         EXPECT_TRUE(refused) << record;
         EXPECT_EQ(folder_.IniBytes(), before) << record;
     }
@@ -284,14 +304,15 @@ TEST_F(EditShortcutTest, TakesWhatIsPickedAndNothingFromACancelledPicker) {
     });
 }
 
-TEST_F(EditShortcutTest, MovesTheShortcutItsFirstButtonAndItsSwitchToTheNewName) {
+TEST_F(EditShortcutTest, MovesTheShortcutItsButtonsAndItsSwitchToTheNewName) {
     Edit("Стари", "Ново 文", "C:\\ново.txt");
     const IniText ini = folder_.Ini();
     EXPECT_EQ(ini.Value("Buttons", "23"), "Ново 文|07|x") << "all but the name byte for byte";
     EXPECT_EQ(context_.Records.At("23"), "Ново 文|07|x");
     EXPECT_EQ(ini.Value("Buttons", "10"), "Tab|Стари");
     EXPECT_EQ(ini.Value("Buttons", "12"), "Други|3");
-    EXPECT_EQ(ini.Value("Buttons", "31"), "Стари|1") << "the first button alone";
+    EXPECT_EQ(ini.Value("Buttons", "31"), "Ново 文|1");
+    EXPECT_EQ(context_.Records.At("31"), "Ново 文|1");
     EXPECT_THAT(ini.Entries("Cuts"),
                 ElementsAre(IniText::Entry{"Први", "C:\\a?b=c"}, IniText::Entry{"Други", "C:\\d.txt"},
                             IniText::Entry{"Ново 文", "C:\\ново.txt"}));
@@ -406,6 +427,47 @@ TEST_F(EditShortcutTest, KeepsALongTextWhole) {
         dialog.Child(kApply).Send(BM_CLICK);
     });
     EXPECT_EQ(folder_.IniValue("Cuts", "Ново"), file);
+}
+
+TEST_F(EditShortcutTest, TakesNoLongerTextThanCanBeReadBack) {
+    const std::string longest = "C:\\" + std::string(551, 'x');
+    Open("Први", "C:\\a\n", [&](Window dialog) {
+        dialog.Child(kFile).SetText(longest);
+        dialog.Child(kFile).SetText(longest + "x");
+        EXPECT_EQ(dialog.Child(kFile).Text(), longest);
+        dialog.Child(kName).SetText(std::string(540, 'n'));
+        dialog.Child(kName).SetText(std::string(541, 'n'));
+        EXPECT_EQ(dialog.Child(kName).Text(), std::string(540, 'n'));
+        dialog.Child(kApply).Send(BM_CLICK);
+    });
+    EXPECT_EQ(config::ReadIni("Cuts", std::string(540, 'n')), longest);
+}
+
+TEST_F(EditShortcutTest, AUrlWithABarStaysOneTarget) {
+    Edit("Први", "Први", "http://a/b|c");
+    EXPECT_EQ(folder_.IniValue("Cuts", "Први"), "http://a/b%7Cc");
+}
+
+TEST_F(EditShortcutTest, RefusesAControlCharacterInTheFile) {
+    const std::string before = folder_.IniBytes();
+    ModalAnswers user({[](Window dialog) {
+                           dialog.Child(kFile).SetText("C:\\a\tb");
+                           dialog.Child(kApply).Post(BM_CLICK);
+                       },
+                       [](Window box) {
+                           box.Owner().Child(kCancel).Post(BM_CLICK);
+                           box.Child(IDC_ANSWER).Send(BM_CLICK);
+                       }});
+    frmEdit editor(context_);
+    editor.PrepareWindow("Први", "C:\\a\n", kColor);
+    editor.Show(owner_.Handle());
+    EXPECT_EQ(folder_.IniBytes(), before);
+}
+
+TEST_F(EditShortcutTest, RenamingOntoANameTakesItsOldSwitchAway) {
+    Edit("Други", "Први", "C:\\d.txt");
+    EXPECT_EQ(folder_.IniValue("Cuts", "Први"), "C:\\d.txt");
+    EXPECT_FALSE(folder_.IniValue("Switch", "Први"));
 }
 
 TEST_F(EditShortcutTest, WritesNothingWhenItIsCancelled) {

@@ -373,5 +373,17 @@ TEST(MessageBoxTest, HasNothingOfTheAboutBox) {
     ShowNote("Text");
 }
 
+TEST_F(MessageBoxTest, TheInputLineTakesNoMoreBytesThanItIsAllowed) {
+    const testkit::ModalAnswers user({[](testkit::Window box) {
+        const testkit::Window input = box.Child(IDC_INPUT);
+        EXPECT_EQ(input.Text(), "文");
+        input.SetText("文文");
+        input.SetText("文文x");
+        EXPECT_EQ(input.Text(), "文文");
+        box.Child(IDC_ANSWER).Send(BM_CLICK);
+    }});
+    EXPECT_EQ(ShowMessage("Switch:", 2, "OK", "Cancel", "", true, "文", 6), "文文");
+}
+
 }  // namespace
 }  // namespace dialogs

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,7 +18,9 @@
 #include "tests/support/program_folder.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/scoped_ini_path.h"
+#include "tests/support/held_file.h"
 #include "tests/support/text.h"
+#include "tests/support/wait.h"
 #include "tests/support/window.h"
 #include "tests/unit/dialogs/dialog_parts.h"
 #include "win/dialog.h"
@@ -280,6 +283,61 @@ TEST_F(OrganizeShortcutsTest, CancelAndAClosedQuestionKeepTheShortcut) {
         EXPECT_EQ(context_.Records.At("23"), "Notes|4");
         EXPECT_EQ(Keys().size(), 3U);
     }
+}
+
+TEST_F(OrganizeShortcutsTest, TellsWhichShortcutsHaveChanged) {
+    std::vector<std::string> changed;
+    context_.onChanged = [&](const std::vector<std::string>& names) {
+        changed.insert(changed.end(), names.begin(), names.end());
+    };
+    Window organiser;
+    Organize(kShortcuts, {[&](Window shown) {
+                              organiser = shown;
+                              shown.Child(IDC_ORGANIZE_EDIT).Post(BM_CLICK);
+                          },
+                          [&](Window editor) {
+                              editor.Child(IDC_SHORTCUT_NAME).SetText("Other");
+                              Click(editor, IDC_SHORTCUT_APPLY);
+                              Press(organiser, VK_HOME);
+                              organiser.Child(IDC_ORGANIZE_EDIT).Post(BM_CLICK);
+                          },
+                          [&](Window editor) {
+                              editor.Child(IDC_GROUP_NAME).SetText("Play");
+                              Click(editor, IDC_GROUP_APPLY);
+                              Press(organiser, VK_HOME);
+                              Click(organiser, IDC_ORGANIZE_DELETE);
+                              Quit(organiser);
+                          }});
+    EXPECT_THAT(changed, ElementsAre("Notes", "Other", "Work", "Play", "Ђорђе 文件"));
+}
+
+TEST_F(OrganizeShortcutsTest, ReadsItsListAgainSoonWhenItCannotBeRead) {
+    std::optional<testkit::HeldFile> held;
+    folder_.WriteIniText(kShortcuts);
+    context_.Records.LoadButtonRecords();
+    held.emplace(folder_.IniPath());
+    const ModalAnswers user({[&](Window organiser) {
+        EXPECT_NE(organiser.Child(IDC_ORGANIZE_LABEL).Text(), "No shortcuts found");
+        EXPECT_FALSE(organiser.Child(IDC_ORGANIZE_DELETE).IsEnabled());
+        held.reset();
+        testkit::WaitFor("the list is read", [&] { return Names(organiser).size() == 3; });
+        EXPECT_TRUE(organiser.Child(IDC_ORGANIZE_DELETE).IsEnabled());
+        Quit(organiser);
+    }});
+    organiser_.Show(owner_.Handle());
+}
+
+TEST_F(OrganizeShortcutsTest, DeletesAndEditsNothingThatCannotBeRead) {
+    Organize(kShortcuts, {[&](Window organiser) {
+                 {
+                     const testkit::HeldFile held(folder_.IniPath());
+                     Click(organiser, IDC_ORGANIZE_DELETE);
+                 }
+                 Quit(organiser);
+             }});
+    EXPECT_EQ(Keys().size(), 3U);
+    EXPECT_EQ(folder_.IniValue("Buttons", "23"), "Notes|4");
+    EXPECT_EQ(context_.Records.At("23"), "Notes|4");
 }
 
 TEST_F(OrganizeShortcutsTest, DeletingTheLastShortcutLeavesTheEmptyListsSaying) {

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/held_file.h"
 #include "tests/support/hidden_window.h"
 #include "tests/support/program_folder.h"
 #include "tests/support/recorded_call.h"
@@ -75,26 +76,42 @@ TEST_F(ShortcutNameTest, ATakenNameIsRedBesideTheWarningAndAFreeOneBlue) {
 
 TEST_F(ShortcutNameTest, CaseIsIgnoredInEveryScript) {
     folder_.WriteIniText("[Cuts]\r\nЂорђе=C:\\a\r\nÉté=C:\\b\r\n文件=C:\\c\r\n");
-    EXPECT_TRUE(ShortcutExists("ЂОРЂЕ"));
-    EXPECT_TRUE(ShortcutExists("ÉTÉ"));
-    EXPECT_TRUE(ShortcutExists("文件"));
-    EXPECT_FALSE(ShortcutExists("Ete"));
-    EXPECT_FALSE(ShortcutExists("文"));
+    EXPECT_EQ(ShortcutExists("ЂОРЂЕ"), true);
+    EXPECT_EQ(ShortcutExists("ÉTÉ"), true);
+    EXPECT_EQ(ShortcutExists("文件"), true);
+    EXPECT_EQ(ShortcutExists("Ete"), false);
+    EXPECT_EQ(ShortcutExists("文"), false);
 }
 
 TEST_F(ShortcutNameTest, ANameIsTakenTooWhenItsStoredFormIs) {
     folder_.WriteIniText("[Cuts]\r\na-b=C:\\a\r\nEmpty=C:\\b\r\n");
-    EXPECT_TRUE(ShortcutExists("a|b"));
-    EXPECT_TRUE(ShortcutExists("  A=B "));
-    EXPECT_TRUE(ShortcutExists("Empty"));
-    EXPECT_FALSE(ShortcutExists("ab"));
+    EXPECT_EQ(ShortcutExists("a|b"), true);
+    EXPECT_EQ(ShortcutExists("  A=B "), true);
+    EXPECT_EQ(ShortcutExists("Empty"), true);
+    EXPECT_EQ(ShortcutExists("ab"), false);
 }
 
 TEST_F(ShortcutNameTest, OtherSectionsEmptyOnesAndLinesWithoutATargetTakeNoName) {
-    EXPECT_FALSE(ShortcutExists("Notes"));
+    EXPECT_EQ(ShortcutExists("Notes"), false);
     folder_.WriteIniText("[Switch]\r\nNotes=/x\r\n[Cuts]\r\nNotes\r\n");
-    EXPECT_FALSE(ShortcutExists("Notes"));
-    EXPECT_FALSE(ShortcutExists(""));
+    EXPECT_EQ(ShortcutExists("Notes"), false);
+    EXPECT_EQ(ShortcutExists(""), false);
+}
+
+TEST_F(ShortcutNameTest, AFileThatCannotBeReadSaysNothingOfAName) {
+    folder_.WriteIniText("[Cuts]\r\nNotes=C:\\a.txt\r\n");
+    Type("Notes");
+    const testkit::HeldFile held(folder_.IniPath());
+    EXPECT_EQ(ShortcutExists("Notes"), std::nullopt);
+    Type("Notes2");
+    EXPECT_TRUE(WarningShown()) << "it stays as it was";
+}
+
+TEST_F(ShortcutNameTest, TakesNoLongerNameThanCanBeStored) {
+    box_.SetName("Notes");
+    Type(std::string(540, 'x'));
+    Type(std::string(541, 'x'));
+    EXPECT_EQ(box_.Name(), std::string(540, 'x'));
 }
 
 TEST_F(ShortcutNameTest, EachChangeIsTestedAgainstTheFileAsItIsThen) {

@@ -28,12 +28,6 @@ class ButtonRecordsTest : public ::testing::Test {
     ScopedIniPath ini_{folder_.IniPath()};
 };
 
-TEST_F(ButtonRecordsTest, AKeyIsTheTabsNumberFollowedByTheButtons) {
-    EXPECT_EQ(ButtonKey(1, 1), "11");
-    EXPECT_EQ(ButtonKey(6, 9), "69");
-    EXPECT_EQ(ButtonKey(2, 0), "20");
-}
-
 TEST_F(ButtonRecordsTest, LoadingAsksForAllSixtyKeysInOrder) {
     std::vector<std::string> asked;
     const testkit::RecordedCall read =
@@ -99,38 +93,6 @@ TEST_F(ButtonRecordsTest, SelectingAButtonJoinsTheShownTabAndItsNumber) {
     context.Select(7);
     EXPECT_EQ(context.CurrentButtonIndex, 7);
     EXPECT_EQ(context.CurrentButtonKey, "47");
-}
-
-TEST_F(ButtonRecordsTest, WritingARecordChangesFileAndTable) {
-    ButtonContext context;
-    context.Write("23", "Ноте|1");
-    EXPECT_EQ(context.Records.At("23"), "Ноте|1");
-    EXPECT_EQ(folder_.IniValue("Buttons", "23"), "Ноте|1");
-}
-
-TEST_F(ButtonRecordsTest, ARecordInQuotesIsReadBackWhole) {
-    ButtonContext context;
-    for (const std::string record : {"\"Посао\"|све \"и\"", "'a'|'b'", "\"|\"", "\"a|0", "a|b\""}) {
-        context.Write("20", record);
-        EXPECT_EQ(context.Records.At("20"), record);
-        ButtonRecords read;
-        read.LoadButtonRecords();
-        EXPECT_EQ(read.At("20"), record);
-    }
-}
-
-TEST_F(ButtonRecordsTest, TheNameOfARecordIsTheTextBeforeItsFirstBar) {
-    EXPECT_EQ(RecordName("23", "Name|0"), "Name");
-    EXPECT_EQ(RecordName("23", "Name|7|0"), "Name");
-    EXPECT_EQ(RecordName("23", "Група 文|0"), "Група 文");
-    EXPECT_EQ(RecordName("23", "|0"), "");
-    EXPECT_EQ(RecordName("23", "no bar"), "no bar");
-}
-
-TEST_F(ButtonRecordsTest, ARecordGroupIsNamedByItsOwnKey) {
-    EXPECT_EQ(RecordName("23", "Group"), "23");
-    EXPECT_EQ(RecordName("23", "Group|0"), "Group");
-    EXPECT_EQ(RecordName("23", "group"), "group");
 }
 
 TEST_F(ButtonRecordsTest, AButtonIsFoundByTheNameInItsRecord) {

@@ -55,26 +55,26 @@ TEST_F(TabTest, ARecordIsSplitAtItsFirstBar) {
                                 {"Work|", "Work", ""},
                                 {"|All of it", "", "All of it"},
                                 {"Посао č|Све 文書", "Посао č", "Све 文書"}}) {
-        tab_.SetINIstring(example.record);
+        tab_.INIstring(example.record);
         EXPECT_EQ(tab_.Label, example.label) << example.record;
         EXPECT_EQ(tab_.Description, example.description) << example.record;
     }
 }
 
 TEST_F(TabTest, AnEmptyRecordLeavesTheTabAsItWas) {
-    tab_.SetINIstring("Work|All of it");
+    tab_.INIstring("Work|All of it");
     CallLog log;
     const RecordedCalls painting = testkit::LogPainting(log, header_.Handle(), header_.Dc());
-    tab_.SetINIstring("");
+    tab_.INIstring("");
     EXPECT_EQ(tab_.Label, "Work");
     EXPECT_EQ(tab_.Description, "All of it");
     EXPECT_THAT(log.Lines(), ElementsAre());
 }
 
 TEST_F(TabTest, ARecordWithoutABarIsAnErrorThatNamesIt) {
-    tab_.SetINIstring("Work|All of it");
+    tab_.INIstring("Work|All of it");
     try {
-        tab_.SetINIstring("no bar");
+        tab_.INIstring("no bar");
         FAIL() << "no error";
     } catch (const win::InvalidArgumentError& error) {
         EXPECT_THAT(error.what(), AllOf(HasSubstr("\"30\""), HasSubstr("\"Buttons\""), HasSubstr("no bar")));
@@ -86,7 +86,7 @@ TEST_F(TabTest, ARecordWithoutABarIsAnErrorThatNamesIt) {
 TEST_F(TabTest, ANewRecordPaintsTheLabel) {
     CallLog log;
     const RecordedCalls painting = testkit::LogPainting(log, header_.Handle(), header_.Dc());
-    tab_.SetINIstring("Посао|All of it");
+    tab_.INIstring("Посао|All of it");
     EXPECT_THAT(log.Lines(), ElementsAre("Fill 0 0 52 24", "Colour " + std::to_string(0x565656),
                                          "Text Посао in 3 5 49 22 format 1", "Refresh"));
     EXPECT_EQ(testkit::Window(header_.Handle()).Text(), "Посао");
@@ -106,7 +106,7 @@ TEST_F(TabTest, TheLabelsPlaceFollowsTheHeadersWidth) {
 }
 
 TEST_F(TabTest, ALabelOfSevenCharactersStandsInTheMiddleOfOneLine) {
-    tab_.SetINIstring("iiiiiii|");
+    tab_.INIstring("iiiiiii|");
     RECT drawn{header_.ScaleWidth(), header_.ScaleHeight(), 0, 0};
     for (int y = 0; y < header_.ScaleHeight(); ++y)
         for (int x = 0; x < header_.ScaleWidth(); ++x)
@@ -124,7 +124,7 @@ TEST_F(TabTest, ALabelOfSevenCharactersStandsInTheMiddleOfOneLine) {
 
 TEST_F(TabTest, WithoutAHeaderALabelIsOnlyKept) {
     clsTab lone(1);
-    lone.SetINIstring("Work|All");
+    lone.INIstring("Work|All");
     EXPECT_EQ(lone.Label, "Work");
     EXPECT_EQ(lone.ParentTab(), nullptr);
 }
@@ -156,7 +156,7 @@ TEST_F(TabTest, TheContentKeepsTheLineOfAShortcutThatIsGone) {
 
 TEST_F(TabTest, TheTipHoldsLabelAndContent) {
     folder_.WriteIniText("[Buttons]\r\n31=a|0\r\n[Cuts]\r\na=C:\\a.txt\r\n");
-    tab_.SetINIstring("Work|All of it");
+    tab_.INIstring("Work|All of it");
     tab_.ShowTip(false);
     EXPECT_EQ(tab_.Tip().Title(), "Work");
     EXPECT_EQ(tab_.Tip().TipText(), "1. C:\\a.txt");
@@ -165,7 +165,7 @@ TEST_F(TabTest, TheTipHoldsLabelAndContent) {
 }
 
 TEST_F(TabTest, TheTipOfAnUnusedTabHasATitleAlone) {
-    tab_.SetINIstring("Work|All of it");
+    tab_.INIstring("Work|All of it");
     tab_.ShowTip(false);
     EXPECT_EQ(tab_.Tip().Title(), "Work");
     EXPECT_EQ(tab_.Tip().TipText(), "");
@@ -174,7 +174,7 @@ TEST_F(TabTest, TheTipOfAnUnusedTabHasATitleAlone) {
 TEST_F(TabTest, TheTipHoldsTheDescriptionWhenThatIsWanted) {
     folder_.WriteIniText("[Buttons]\r\n31=a|0\r\n[Cuts]\r\na=C:\\a.txt\r\n");
     config::Settings.TabDescriptions = true;
-    tab_.SetINIstring("Work|Све|of it");
+    tab_.INIstring("Work|Све|of it");
     tab_.ShowTip(false);
     EXPECT_EQ(tab_.Tip().Title(), "Work");
     EXPECT_EQ(tab_.Tip().TipText(), "Све|of it");
@@ -185,7 +185,7 @@ TEST_F(TabTest, TheTipOffersToDescribeATab) {
     tab_.ShowTip(false);
     EXPECT_EQ(tab_.Tip().Title(), "");
     EXPECT_EQ(tab_.Tip().TipText(), "Right-click to define tab");
-    tab_.SetINIstring("Work|");
+    tab_.INIstring("Work|");
     tab_.ShowTip(false);
     EXPECT_EQ(tab_.Tip().Title(), "Work");
     EXPECT_EQ(tab_.Tip().TipText(), "Right-click to define tab");
@@ -193,7 +193,7 @@ TEST_F(TabTest, TheTipOffersToDescribeATab) {
 
 TEST_F(TabTest, ASuppressedTipKeepsOnlyItsTitle) {
     folder_.WriteIniText("[Buttons]\r\n31=a|0\r\n[Cuts]\r\na=C:\\a.txt\r\n");
-    tab_.SetINIstring("Work|All of it");
+    tab_.INIstring("Work|All of it");
     for (const bool descriptions : {false, true}) {
         config::Settings.TabDescriptions = descriptions;
         tab_.ShowTip(true);
@@ -206,7 +206,7 @@ TEST_F(TabTest, ASuppressedTipKeepsOnlyItsTitle) {
 
 TEST_F(TabTest, WithoutAHeaderThereIsNoTip) {
     clsTab bare(3);
-    bare.SetINIstring("Work|All of it");
+    bare.INIstring("Work|All of it");
     bare.ShowTip(false);
     EXPECT_EQ(bare.Tip().Title(), "Work");
     EXPECT_EQ(bare.Tip().Handle(), nullptr);

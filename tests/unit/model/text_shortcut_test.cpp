@@ -277,15 +277,6 @@ TEST_F(TextShortcutTest, StartsTheSearchToolWithTheQuery) {
     }
 }
 
-TEST_F(TextShortcutTest, TheWholeTargetIsTheStoredOneOnlyWhereItWasReadCutShort) {
-    const std::string whole = "C:\\" + std::string(600, 'x') + ".txt";
-    folder_.WriteIniText("[Cuts]\r\nLong=" + whole + "\r\nPlain=C:\\a=b.txt\r\n");
-    EXPECT_EQ(WholeTarget("LONG", config::ReadIni("Cuts", "Long")), whole);
-    EXPECT_EQ(WholeTarget("Long", "D:\\moved.txt"), "D:\\moved.txt") << "a button that followed its file";
-    EXPECT_EQ(WholeTarget("Plain", "C:\\a"), "C:\\a");
-    EXPECT_EQ(WholeTarget("Missing", "C:\\c"), "C:\\c");
-}
-
 TEST_F(TextShortcutTest, TellsTheUptimeFromTheTickCount) {
     const RecordedCall ticks = FAKE_CALL(GetTickCount, [] { return DWORD{3 * 3'600'000 + 7 * 60'000}; });
     EXPECT_EQ(CTextShortcut::HowLong(), "03 hours and 07 minutes.");

@@ -134,10 +134,17 @@ TEST_F(DialogTest, LetsNoExceptionOut) {
                          [](ProbeDialog& self) {
                              SendMessageW(self.Handle(), WM_APP, 0, 0);
                              self.End(1);
-                             throw OverflowError("init");
                          }),
               1);
-    EXPECT_THAT(Reports(), ElementsAre("Ред 文", "init"));
+    EXPECT_THAT(Reports(), ElementsAre("Ред 文"));
+}
+
+TEST_F(DialogTest, ClosesAfterAnErrorWhileItIsBeingSetUp) {
+    ProbeDialog dialog;
+    EXPECT_EQ(dialog.Run(owner_.Handle(), [](ProbeDialog&) { throw OverflowError("init"); }), -1);
+    EXPECT_THAT(Reports(), ElementsAre("init"));
+    EXPECT_EQ(dialog.Handle(), nullptr);
+    EXPECT_FALSE(AnyDialogOpen());
 }
 
 TEST_F(DialogTest, TheInnermostOpenDialogOwnsTheNext) {

@@ -1,0 +1,130 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "model/button_place.h"
+#include "model/button_records.h"
+
+namespace model {
+
+/// A shortcut as it is stored.
+struct StoredShortcut {
+    std::string name;
+    std::string target;  ///< a path or URL; a group's members joined by "|"
+};
+
+/// The owner of what is stored of shortcuts: the targets in section "Cuts", their command switches in section
+/// "Switch", and, where they change together with these, the records of buttons. Each change is one unit: it is
+/// stored whole and then stands in the table of records too, or nothing has changed and the answer is false.
+/// Names and targets are taken as they are given; see model/storable_name.h for what can be stored.
+class ShortcutStore {
+  public:
+    /// The table follows what is stored of buttons; it must outlive this object.
+    explicit ShortcutStore(ButtonRecords& records) noexcept : records_(records) {}
+
+    // Looking up. Nothing comes back when the file could not be read, which says nothing of what is in it.
+
+    /// The target of this name, at most its first 554 bytes; "" when there is none.
+    static std::optional<std::string> Target(const std::string& name);
+
+    /// The target of this name in full, `read` being what a button or Target has of it: the stored one where
+    /// it is too long to be read at once and begins so, else `read` itself. For whoever writes it back.
+    static std::optional<std::string> WholeTarget(const std::string& name, const std::string& read);
+
+    /// The command switch of this name; "" when there is none.
+    static std::optional<std::string> Switch(const std::string& name);
+
+    /// All shortcuts in their order; lines without "=" are none.
+    static std::optional<std::vector<StoredShortcut>> Shortcuts();
+
+    /// The entries of all shortcuts as ReadIniSection gives them.
+    static std::optional<std::string> Entries();
+
+    // Changing.
+
+    /// Stores a target under a name.
+    bool Put(const std::string& name, const std::string& target);
+
+    /// Stores a command switch, which is made storable.
+    bool PutSwitch(const std::string& name, const std::string& commandSwitch);
+
+    /// Removes a command switch; nothing happens without one.
+    bool RemoveSwitch(const std::string& name);
+
+    /// Replaces a record of "Buttons".
+    bool PutRecord(const ButtonPlace& place, const std::string& record);
+
+    /// A shortcut on its way to a button.
+    struct Assignment {
+        ButtonPlace place;
+        std::string name;
+        std::string target;
+        std::string commandSwitch;         ///< "" leaves the one that is stored
+        std::optional<ButtonPlace> source = std::nullopt;  ///< the button that it is moved from, which is freed first
+    };
+    /// Stores a shortcut and binds a button to it; its icon begins anew.
+    bool Assign(const Assignment& assignment);
+
+    /// Stores a target, and a button's record with the shortcut's name, but with the path in the table.
+    bool PutShortcut(const ButtonPlace& place, const std::string& path, std::int32_t icon);
+
+    /// Stores a group under the key of its button.
+    bool PutGroup(const ButtonPlace& place, const std::string& members);
+
+    /// What becomes of a shortcut under another name.
+    struct Renaming {
+        /// How the buttons' records are written.
+        enum class Records : std::uint8_t {
+            kLeft,          ///< not at all
+            kAfterTarget,   ///< behind the target
+            kBeforeTarget,  ///< before the former name goes
+            kAsGroup        ///< before the former name goes, emptied first, and with their icons begun anew
+        };
+        std::string former;
+        std::string name;
+        std::string target;
+        Records records = Records::kBeforeTarget;
+        std::optional<ButtonPlace> button = std::nullopt;  ///< a button that gets the name in any case
+        std::int32_t icon = 0;              ///< the index in its record
+    };
+    /// Moves a shortcut to another name: its target, its switch and the records of all buttons that carry it.
+    /// A switch that the new name had before goes. Throws SubscriptError when a button that the file names
+    /// cannot be.
+    bool Rename(const Renaming& renaming);
+
+    /// Removes a target, and frees a button before that. The switch stays.
+    bool Remove(const std::string& name, const std::optional<ButtonPlace>& button);
+
+    /// Frees a button together with its shortcut, and with the shortcut's switch where it has one.
+    bool RemoveWithButton(const ButtonPlace& place, const std::string& name, bool hasSwitch);
+
+    /// A button that is freed while its shortcut stays.
+    struct Freeing {
+        ButtonPlace place;
+        bool hadSwitch = false;        ///< then a switch of the name of free buttons goes
+        std::string danglingShortcut;  ///< the name of a shortcut that goes as well; "" for none
+    };
+    /// Frees buttons, all of them or none.
+    bool Free(const std::vector<Freeing>& buttons);
+
+    /// A file that was moved or renamed, with the button that led to it.
+    struct MovedFile {
+        ButtonPlace place;
+        std::int32_t icon = 0;
+        std::string name;  ///< the shortcut's
+        std::string path;  ///< where the file is now
+        bool isThere = false;
+    };
+    /// Makes a button follow its file: its record gets the path for a name. Where the file has got there, the
+    /// path becomes a shortcut with the former one's switch, and the former shortcut leads there too. A path
+    /// that cannot be a name leaves the record as it is.
+    bool Follow(const MovedFile& file);
+
+  private:
+    ButtonRecords& records_;
+};
+
+}  // namespace model
