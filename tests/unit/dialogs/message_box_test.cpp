@@ -373,7 +373,7 @@ TEST(MessageBoxTest, HasNothingOfTheAboutBox) {
     ShowNote("Text");
 }
 
-TEST_F(MessageBoxTest, TheInputLineTakesNoMoreBytesThanItIsAllowed) {
+TEST(MessageBoxTest, TheInputLineTakesNoMoreBytesThanItIsAllowed) {
     const testkit::ModalAnswers user({[](testkit::Window box) {
         const testkit::Window input = box.Child(IDC_INPUT);
         EXPECT_EQ(input.Text(), "文");
