@@ -68,7 +68,8 @@ void CButtonShortcut::RefreshButtons(const std::vector<Refresh>& refreshes) {
         if (reading.Frees()) {
             // A target that is gone is noticed with its switch read already.
             const bool hasSwitch = !(reading.fate == Reading::Fate::kGone ? reading.commandSwitch : button->Switch).empty();
-            freed.push_back({reading.place, hasSwitch, reading.DanglingShortcut()});
+            freed.push_back({reading.place, reading.fate == Reading::Fate::kFree, hasSwitch,
+                             reading.DanglingShortcut()});
         }
         readings.push_back(std::move(reading));
     }
@@ -162,7 +163,7 @@ void CButtonShortcut::SaveGroup(const std::string& members) {
 
 void CButtonShortcut::DeleteShortcut(const std::string& key, bool silent) {
     // By then the name is that of a free button, so the shortcut's own switch survives.
-    const ShortcutStore::Freeing freeing{ButtonPlace::Parse(key), !Switch.empty(), ""};
+    const ShortcutStore::Freeing freeing{ButtonPlace::Parse(key), false, !Switch.empty(), ""};
     if (ShortcutStore(context_.Records).Free({freeing})) BecomeFree(silent);
 }
 

@@ -206,7 +206,7 @@ bool ShortcutStore::Free(const std::vector<Freeing>& buttons) {
     Unit unit(records_);
     for (const Freeing& button : buttons) {
         const std::string key = button.place.Key();
-        if (std::find(stored.begin(), stored.end(), key + "=") == stored.end() || !records_.At(key).empty())
+        if (!button.isFree || std::find(stored.begin(), stored.end(), key + "=") == stored.end())
             unit.PutRecord(key, "");
         if (button.hadSwitch) Unit::RemoveSwitch(kFreeName);
         if (!button.danglingShortcut.empty()) Unit::RemoveTarget(button.danglingShortcut);

@@ -104,6 +104,7 @@ class ShortcutStore {
     /// A button that is freed while its shortcut stays.
     struct Freeing {
         ButtonPlace place;
+        bool isFree = false;           ///< it is already: only a file that does not say so is written
         bool hadSwitch = false;        ///< then a switch of the name of free buttons goes
         std::string danglingShortcut;  ///< the name of a shortcut that goes as well; "" for none
     };

@@ -74,6 +74,11 @@ TEST_F(ButtonMenuProgramTest, RenamesAFileAndLetsGoOfOneThatHasVanished) {
     EXPECT_EQ(folder_.ReadFile("Извор\\ново 文.txt"), "text");
     const std::string renamed = folder_.FullPath("Извор\\ново 文.txt");
     WaitForRecord("Buttons", "11", renamed + "|0");
+    EXPECT_EQ(folder_.IniValue("Cuts", "Име"), renamed) << "the shortcut leads there too";
+    for (const int header : {2, 1})
+        mouse::Click(quon.Header(header));
+    quon.ExpectName(1, renamed);
+    EXPECT_EQ(folder_.IniValue("Buttons", "11"), renamed + "|0") << "the button lives on";
     // A vanished file: the shell says no, and the button goes with it.
     folder_.RemoveFile("Извор\\ново 文.txt");
     Choose(quon, 1, {"File operations", "Delete file"});

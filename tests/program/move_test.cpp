@@ -65,6 +65,7 @@ TEST_F(MoveTest, AUsedButtonAsksAndCancellingGivesTheSourceBack) {
     Move(1, 2);
     const MessageBoxWindow question = MessageBoxWindow::Wait(quon_->Id());
     EXPECT_EQ(question.Input().Text(), "Second");
+    EXPECT_EQ(folder_.IniBytes(), before) << "nothing is stored before the answer";
     question.ClickButton(2);
     quon_->ExpectName(1, "Первый");
     quon_->ExpectName(2, "Second");

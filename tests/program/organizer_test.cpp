@@ -88,8 +88,9 @@ TEST_F(OrganizerTest, AGroupRenamedHereIsRenamedOnItsButton) {
     WaitFor("the name is free", [&] { return !editor.Child(713).IsVisible(); });
     keyboard::Press(VK_RETURN);
     WaitForName(organiser, "Play");
-    Leave(organiser);
     quon.ExpectName(1, "Play");
+    EXPECT_TRUE(organiser.Exists()) << "the panel does not wait for the organiser's end";
+    Leave(organiser);
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "Play|0");
     EXPECT_EQ(folder_.IniValue("Cuts", "Play"), members);
     EXPECT_THAT(folder_.Ini().Keys("Cuts"), Not(Contains("Work")));

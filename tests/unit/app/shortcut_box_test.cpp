@@ -395,7 +395,7 @@ TEST_F(BoxDropTest, AnyTextIsStoredWhetherItCanBeOpenedOrNot) {
 TEST_F(BoxDropTest, ADropWithoutANameIsWrittenAllTheSame) {
     fakes_.push_back(LOG_CALL(log_, WritePrivateProfileStringA));
     DropText("");
-    EXPECT_THAT(log_.Lines(), ElementsAre("WritePrivateProfileStringA Cuts   " + folder_.IniPath()));
+    EXPECT_EQ(log_.Count("WritePrivateProfileStringA Cuts   "), 1u);
     EXPECT_EQ(folder_.IniValue("Cuts", "План"), "C:\\план.txt");
     EXPECT_EQ(box_.List().Items().front(), "План");
 }
@@ -404,7 +404,7 @@ TEST_F(BoxDropTest, ABrokenLinkIsADropWithoutAName) {
     const testkit::ModalAnswers nobody({});
     fakes_.push_back(LOG_CALL(log_, WritePrivateProfileStringA));
     DropFiles({folder_.MakeFile("веза.lnk", "no link")});
-    EXPECT_THAT(log_.Lines(), ElementsAre("WritePrivateProfileStringA Cuts   " + folder_.IniPath()));
+    EXPECT_EQ(log_.Count("WritePrivateProfileStringA Cuts   "), 1u);
     EXPECT_EQ(folder_.IniValue("Cuts", "План"), "C:\\план.txt");
 }
 

@@ -164,7 +164,7 @@ TEST_F(ShortcutStoreTest, FreesButtonsAndWritesOnlyWhatIsNotFreeInTheFile) {
             if (std::string(section) == "Buttons") written.emplace_back(key);
             return ORIGINAL_CALL(WritePrivateProfileStringA)(section, key, value, file);
         });
-    EXPECT_TRUE(store_.Free({{{1, 1}, false, "a|0"}, {{1, 2}, false, ""}, {{1, 3}, false, ""}}));
+    EXPECT_TRUE(store_.Free({{{1, 1}, false, false, "a|0"}, {{1, 2}, true, false, ""}, {{1, 3}, true, false, ""}}));
     EXPECT_THAT(written, ElementsAre("11", "13"));
     EXPECT_EQ(folder_.IniValue("Cuts", "a|0"), std::nullopt);
     EXPECT_EQ(folder_.IniValue("Cuts", "a"), "C:\\a");
@@ -216,7 +216,7 @@ std::vector<std::function<bool(ShortcutStore&)>> Changes() {
             [](ShortcutStore& store) { return store.Rename({"Notes", "New", "C:\\n"}); },
             [](ShortcutStore& store) { return store.Remove("Notes", ButtonPlace{1, 1}); },
             [](ShortcutStore& store) { return store.RemoveWithButton({1, 1}, "Notes", true); },
-            [](ShortcutStore& store) { return store.Free({{{1, 1}, true, "Other"}}); },
+            [](ShortcutStore& store) { return store.Free({{{1, 1}, false, true, "Other"}}); },
             [](ShortcutStore& store) { return store.Follow({{1, 1}, 3, "Notes", "D:\\b", true}); }};
 }
 
