@@ -12,8 +12,8 @@ namespace app {
 bool CanBeOpened(const std::string& target);
 
 /// Puts a target under a name on a button; on a used one it asks whether to replace the shortcut or to create
-/// a group, which may change target and name. Returns false when the question was cancelled, and when it could
-/// not be stored, which the user is told.
+/// a group, which may change target and name. Returns false when the question was cancelled, and when it
+/// could not be stored, which the user is told.
 bool AddToButton(PanelState& state, const model::ButtonPlace& place, std::string& target, std::string& name,
                  std::string& commandSwitch);
 

@@ -147,8 +147,7 @@ void ButtonCommands::Paste(const Place& place) {
         return;
     }
     const std::string target = sys::FirstLine(text);
-    if (CanBeOpened(target))
-        Add(place, model::StorableTarget(target), NameFrom(target, sys::kBareName));
+    if (CanBeOpened(target)) Add(place, model::StorableTarget(target), NameFrom(target, sys::kBareName));
 }
 
 void ButtonCommands::PasteFiles(const Place& place) {

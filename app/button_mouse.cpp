@@ -137,8 +137,9 @@ void ButtonMouse::EditSwitch() {
         return;
     }
     const std::string name = button.Naziv;
-    const std::string answer = dialogs::ShowMessage("Please enter command switch for this file:", 3, "Cancel",
-                                                    "Delete", "OK", true, button.Switch, config::kLongestValue);
+    const std::string answer =
+        dialogs::ShowMessage("Please enter command switch for this file:", 3, "Cancel", "Delete", "OK", true,
+                             button.Switch, config::kLongestValue);
     if (answer == "Delete")
         state_.Store().RemoveSwitch(name);
     else if (!answer.empty() && answer != "Cancel")

@@ -54,8 +54,8 @@ class ButtonPanel {
     /// The small picture in the corner of the hovered button.
     win::PictureBox& HoverPicture() noexcept { return hover_; }
 
-    /// Reloads and repaints all nine buttons from the records of the shown tab. What could not be read is read
-    /// again soon.
+    /// Reloads and repaints all nine buttons from the records of the shown tab. What could not be read is
+    /// read again soon.
     void RefreshShownTab();
 
     /// Makes a button the hovered one and puts the hover picture onto it, until the pointer leaves the

@@ -22,8 +22,9 @@ bool RenameButton(PanelState& state, const model::ButtonPlace& place, const std:
     const auto target = model::ShortcutStore::WholeTarget(former, button->FilePath);
     // A button that could not be read has no target to go on with.
     if (!target || target->empty()) return false;
-    if (!state.Store().Rename({former, storable, *target, model::ShortcutStore::Renaming::Records::kAfterTarget,
-                               place, button->FileIcon}))
+    if (!state.Store().Rename({former, storable, *target,
+                               model::ShortcutStore::Renaming::Records::kAfterTarget, place,
+                               button->FileIcon}))
         return false;
     state.ShowChanged({former, storable}, place);
     return true;

@@ -21,7 +21,8 @@ class ButtonRename {
     /// Shows the box over the current button with its name; nothing happens on a free button.
     void Begin();
 
-    /// Gives the button the typed name; an empty box does nothing, and the box stays when it cannot be stored.
+    /// Gives the button the typed name; an empty box does nothing, and the box stays when it cannot be
+    /// stored.
     void Accept();
 
     /// Hides the box without renaming.
@@ -44,9 +45,9 @@ class ButtonRename {
     int index_ = 0;
 };
 
-/// Moves the shortcut of a shown button to another name: its target, its switch and the records of all buttons
-/// that carry it. Repaints them and fills the drop-down anew. A name that cannot be stored at all changes
-/// nothing. False when it could not be stored, which leaves everything as it was.
+/// Moves the shortcut of a shown button to another name: its target, its switch and the records of all
+/// buttons that carry it. Repaints them and fills the drop-down anew. A name that cannot be stored at all
+/// changes nothing. False when it could not be stored, which leaves everything as it was.
 bool RenameButton(PanelState& state, const model::ButtonPlace& place, const std::string& name);
 
 }  // namespace app

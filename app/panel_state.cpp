@@ -45,9 +45,10 @@ void PanelState::RefreshNamed(const std::vector<std::string>& names,
     for (int slot = 1; slot <= model::kButtonCount; ++slot) {
         const model::ButtonPlace here{config::Settings.CurrentTab, slot};
         model::CButtonShortcut& button = Button(slot);
-        const bool carries = !button.IsFree() && std::any_of(names.begin(), names.end(), [&](const auto& name) {
-            return win::EqualIgnoringCase(button.Naziv, name);
-        });
+        const bool carries =
+            !button.IsFree() && std::any_of(names.begin(), names.end(), [&](const auto& name) {
+                return win::EqualIgnoringCase(button.Naziv, name);
+            });
         if (carries || here == place) refreshes.push_back({&button, here.Key()});
     }
     model::CButtonShortcut::RefreshButtons(refreshes);

@@ -44,8 +44,8 @@ struct PanelState {
     /// What changes what is stored; the table of records follows.
     model::ShortcutStore Store() noexcept { return model::ShortcutStore(Context.Records); }
 
-    /// Reloads and repaints the shown buttons that carry one of these shortcuts, in whatever case, and the one
-    /// at `place` whatever it carries.
+    /// Reloads and repaints the shown buttons that carry one of these shortcuts, in whatever case, and the
+    /// one at `place` whatever it carries.
     void RefreshNamed(const std::vector<std::string>& names,
                       const std::optional<model::ButtonPlace>& place = std::nullopt);
 

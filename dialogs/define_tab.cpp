@@ -5,9 +5,9 @@
 #include <string>
 
 #include "config/settings.h"
+#include "dialogs/caption_gap.h"
 #include "model/shortcut_store.h"
 #include "model/storable_name.h"
-#include "dialogs/caption_gap.h"
 #include "res/resource.h"
 #include "win/text.h"
 #include "win/window.h"

@@ -18,8 +18,8 @@ class frmEditB : public win::Dialog {
     /// The table of `context` follows when a button's record does.
     explicit frmEditB(model::ButtonContext& context);
 
-    /// Takes a group, or a single shortcut to make one of, by its name. False, and nothing to be shown, when it
-    /// could not be read.
+    /// Takes a group, or a single shortcut to make one of, by its name. False, and nothing to be shown, when
+    /// it could not be read.
     bool PrepareWindow(const std::string& groupName);
 
     /// Shows the editor above all windows until it is applied or cancelled.

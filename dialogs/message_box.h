@@ -23,8 +23,8 @@ extern std::int16_t OpenDialogCount;
 
 /// Asks the user with up to three buttons and, when `InBox` is set, one line of input with `sInBox` in it.
 /// Returns the caption of the button pressed, the typed text for "OK" beside an input line and for
-/// "Create group", or "" when the window was closed otherwise. The input line takes at most `inputLimit` bytes,
-/// any number for 0.
+/// "Create group", or "" when the window was closed otherwise. The input line takes at most `inputLimit`
+/// bytes, any number for 0.
 std::string ShowMessage(const std::string& sMessage, int iButtons, const std::string& sCap1,
                         const std::string& sCap2 = {}, const std::string& sCap3 = {}, bool InBox = false,
                         const std::string& sInBox = {}, size_t inputLimit = 0);

@@ -46,8 +46,8 @@ void ListNames(HWND box, const std::vector<Row>& rows) {
         SendMessageW(box, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(win::ToWide(row.name).c_str()));
 }
 
-/// The target of a row in full: the last entry of a very long section was read cut short. Nothing when it could
-/// not be read.
+/// The target of a row in full: the last entry of a very long section was read cut short. Nothing when it
+/// could not be read.
 std::optional<std::string> WholeTarget(const Row& row) {
     const auto stored = model::ShortcutStore::Target(row.name);
     if (!stored) return std::nullopt;

@@ -19,8 +19,7 @@ std::optional<bool> ShortcutExists(const std::string& name) {
     if (!shortcuts) return std::nullopt;
     const std::string storable = model::StorableName(name);
     return std::any_of(shortcuts->begin(), shortcuts->end(), [&](const model::StoredShortcut& shortcut) {
-        return win::EqualIgnoringCase(shortcut.name, name) ||
-               win::EqualIgnoringCase(shortcut.name, storable);
+        return win::EqualIgnoringCase(shortcut.name, name) || win::EqualIgnoringCase(shortcut.name, storable);
     });
 }
 

@@ -15,7 +15,8 @@ namespace dialogs {
 std::optional<bool> ShortcutExists(const std::string& name);
 
 /// The name box of an editor: red beside the warning "Shortcut exists!" while the name is taken, else blue.
-/// A click on one of the labels selects the whole name. No name can be typed that is longer than can be stored.
+/// A click on one of the labels selects the whole name. No name can be typed that is longer than can be
+/// stored.
 class ShortcutNameBox {
   public:
     /// Takes over the controls of a dialog: the box, and the labels with the identifiers `firstLabel` to

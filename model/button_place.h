@@ -13,8 +13,8 @@ struct ButtonPlace {
     int tab = 1;   ///< 1 to 6
     int slot = 1;  ///< 1 to 9; 0 for the tab's own record
 
-    /// The place that a key names. Throws SubscriptError for a key outside "10" to "69", OverflowError for one
-    /// whose number does not fit 32 bits.
+    /// The place that a key names. Throws SubscriptError for a key outside "10" to "69", OverflowError for
+    /// one whose number does not fit 32 bits.
     static ButtonPlace Parse(const std::string& key);
 
     /// The key of the place's record: "11" to "69", "10" to "60" for a tab.

@@ -42,7 +42,8 @@ struct ButtonContext {
     std::int16_t CurrentButtonIndex = 1;  ///< 1 to 9
     std::string CurrentButtonKey = "11";  ///< that button's key
     ButtonRecords Records;                ///< of all tabs and buttons
-    /// Something that is shown could not be read: it is to be refreshed soon. Nothing happens while it is empty.
+    /// Something that is shown could not be read: it is to be refreshed soon. Nothing happens while it is
+    /// empty.
     std::function<void()> onUnread;
     /// What is stored of these shortcuts was changed by a dialog. Nothing happens while it is empty.
     std::function<void(const std::vector<std::string>&)> onChanged;

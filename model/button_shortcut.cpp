@@ -67,13 +67,15 @@ void CButtonShortcut::RefreshButtons(const std::vector<Refresh>& refreshes) {
         reading.refresh = ++button->refresh_;
         if (reading.Frees()) {
             // A target that is gone is noticed with its switch read already.
-            const bool hasSwitch = !(reading.fate == Reading::Fate::kGone ? reading.commandSwitch : button->Switch).empty();
-            freed.push_back({reading.place, reading.fate == Reading::Fate::kFree, hasSwitch,
-                             reading.DanglingShortcut()});
+            const bool hasSwitch =
+                !(reading.fate == Reading::Fate::kGone ? reading.commandSwitch : button->Switch).empty();
+            freed.push_back(
+                {reading.place, reading.fate == Reading::Fate::kFree, hasSwitch, reading.DanglingShortcut()});
         }
         readings.push_back(std::move(reading));
     }
-    const bool stored = freed.empty() || ShortcutStore(refreshes.front().button->context_.Records).Free(freed);
+    const bool stored =
+        freed.empty() || ShortcutStore(refreshes.front().button->context_.Records).Free(freed);
     // From here on messages may run, and with them another refresh, which then knows better.
     for (size_t index = 0; index < readings.size(); ++index) {
         CButtonShortcut& button = *refreshes[index].button;

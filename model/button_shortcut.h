@@ -45,8 +45,8 @@ class CButtonShortcut {
     /// True when the button holds a shortcut of which only the name is known: its target could not be read.
     [[nodiscard]] bool IsUnread() const { return !IsFree() && FilePath.empty(); }
 
-    /// Loads everything for the button with this key and paints it. A target that is gone frees the button; one
-    /// of which nothing can be said, because its server or drive does not answer, does not. Where the
+    /// Loads everything for the button with this key and paints it. A target that is gone frees the button;
+    /// one of which nothing can be said, because its server or drive does not answer, does not. Where the
     /// configuration file could not be read, the record stays, and ButtonContext::onUnread is told.
     /// Throws SubscriptError for a key outside "10" to "69".
     void RefreshButton(const std::string& key);
@@ -60,8 +60,8 @@ class CButtonShortcut {
     /// one unit, and paints at the end. A server that does not answer is waited for once.
     static void RefreshButtons(const std::vector<Refresh>& refreshes);
 
-    /// Stores a single shortcut for the current button, under the name for its target; nothing happens when it
-    /// cannot be stored. Throws SubscriptError for a current key outside "10" to "69".
+    /// Stores a single shortcut for the current button, under the name for its target; nothing happens when
+    /// it cannot be stored. Throws SubscriptError for a current key outside "10" to "69".
     void SaveShortcut(const std::string& path, std::int32_t icon);
 
     /// Stores a group for the current button under the button's own key. Throws as above.

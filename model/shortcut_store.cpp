@@ -167,9 +167,8 @@ bool ShortcutStore::Rename(const Renaming& renaming) {
         for (const auto& [key, record] : *buttons) {
             if (key == own) continue;
             if (renaming.records == Records::kAsGroup) unit.PutRecord(key, "");
-            unit.PutRecord(key, renaming.records == Records::kAsGroup
-                                    ? ButtonRecord{renaming.name, 0}.Text()
-                                    : WithName(record, renaming.name));
+            unit.PutRecord(key, renaming.records == Records::kAsGroup ? ButtonRecord{renaming.name, 0}.Text()
+                                                                      : WithName(record, renaming.name));
         }
     };
     const bool before = renaming.records == Records::kBeforeTarget || renaming.records == Records::kAsGroup;

@@ -17,9 +17,9 @@ struct StoredShortcut {
 };
 
 /// The owner of what is stored of shortcuts: the targets in section "Cuts", their command switches in section
-/// "Switch", and, where they change together with these, the records of buttons. Each change is one unit: it is
-/// stored whole and then stands in the table of records too, or nothing has changed and the answer is false.
-/// Names and targets are taken as they are given; see model/storable_name.h for what can be stored.
+/// "Switch", and, where they change together with these, the records of buttons. Each change is one unit: it
+/// is stored whole and then stands in the table of records too, or nothing has changed and the answer is
+/// false. Names and targets are taken as they are given; see model/storable_name.h for what can be stored.
 class ShortcutStore {
   public:
     /// The table follows what is stored of buttons; it must outlive this object.
@@ -62,8 +62,9 @@ class ShortcutStore {
         ButtonPlace place;
         std::string name;
         std::string target;
-        std::string commandSwitch;         ///< "" leaves the one that is stored
-        std::optional<ButtonPlace> source = std::nullopt;  ///< the button that it is moved from, which is freed first
+        std::string commandSwitch;  ///< "" leaves the one that is stored
+        std::optional<ButtonPlace> source =
+            std::nullopt;  ///< the button that it is moved from, which is freed first
     };
     /// Stores a shortcut and binds a button to it; its icon begins anew.
     bool Assign(const Assignment& assignment);
@@ -88,7 +89,7 @@ class ShortcutStore {
         std::string target;
         Records records = Records::kBeforeTarget;
         std::optional<ButtonPlace> button = std::nullopt;  ///< a button that gets the name in any case
-        std::int32_t icon = 0;              ///< the index in its record
+        std::int32_t icon = 0;                             ///< the index in its record
     };
     /// Moves a shortcut to another name: its target, its switch and the records of all buttons that carry it.
     /// A switch that the new name had before goes. Throws SubscriptError when a button that the file names

@@ -63,7 +63,8 @@ TEST_F(ButtonPanelTest, WritesTheFreeButtonsOfATabOnce) {
 }
 
 TEST_F(ButtonPanelTest, StoresWhatIsFreedBeforeItPaintsAnything) {
-    folder_.WriteIniText("[Buttons]\r\n11=Gone|0\r\n12=A|0\r\n19=Lost|0\r\n[Cuts]\r\nA=http://a/\r\nGone=C:\\no\\such\r\n");
+    folder_.WriteIniText(
+        "[Buttons]\r\n11=Gone|0\r\n12=A|0\r\n19=Lost|0\r\n[Cuts]\r\nA=http://a/\r\nGone=C:\\no\\such\r\n");
     state_.Context.Records.LoadButtonRecords();
     const auto icon = FAKE_CALL(ExtractIconA, [&](HINSTANCE, LPCSTR, UINT) -> HICON {
         EXPECT_EQ(folder_.IniValue("Buttons", "11"), "");
@@ -77,7 +78,8 @@ TEST_F(ButtonPanelTest, StoresWhatIsFreedBeforeItPaintsAnything) {
 }
 
 TEST_F(ButtonPanelTest, ARefreshDuringAnotherOneKnowsBetter) {
-    Load("[Buttons]\r\n11=A|0\r\n12=B|0\r\n21=C|0\r\n[Cuts]\r\nA=http://a/\r\nB=http://b/\r\nC=http://c/\r\n");
+    Load(
+        "[Buttons]\r\n11=A|0\r\n12=B|0\r\n21=C|0\r\n[Cuts]\r\nA=http://a/\r\nB=http://b/\r\nC=http://c/\r\n");
     bool once = false;
     const auto icon = FAKE_CALL(ExtractIconA, [&](HINSTANCE, LPCSTR, UINT) -> HICON {
         // The shell lets messages run, and the user shows another tab.
@@ -91,7 +93,8 @@ TEST_F(ButtonPanelTest, ARefreshDuringAnotherOneKnowsBetter) {
 }
 
 TEST_F(ButtonPanelTest, KeepsEveryButtonThatCannotBeReadAndReadsItAgainSoon) {
-    Load("[Buttons]\r\n11=A|3\r\n12=B|0\r\n21=C|5\r\n[Cuts]\r\nA=http://a/\r\nB=http://b/\r\nC=http://c/\r\n");
+    Load(
+        "[Buttons]\r\n11=A|3\r\n12=B|0\r\n21=C|5\r\n[Cuts]\r\nA=http://a/\r\nB=http://b/\r\nC=http://c/\r\n");
     const std::string before = folder_.IniBytes();
     {
         const testkit::HeldFile held(folder_.IniPath());

@@ -97,7 +97,8 @@ TEST_F(PasteTest, IgnoresAnyOtherTextWithoutAWord) {
 TEST_F(PasteTest, SaysSoForAUrlThatCannotBeStored) {
     Load("");
     const std::string before = folder_.IniBytes();
-    for (const std::string& text : {"http://a.test/" + std::string(600, 'm'), std::string("http://a.test/\tb")}) {
+    for (const std::string& text :
+         {"http://a.test/" + std::string(600, 'm'), std::string("http://a.test/\tb")}) {
         HoldText(text);
         const ModalAnswers user({[](Window box) {
             EXPECT_EQ(box.Child(300).Text(), "Couldn't make this shortcut, sorry.");

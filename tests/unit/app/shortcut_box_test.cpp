@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "config/ini.h"
-#include "tests/support/held_file.h"
 #include "tests/support/data_object.h"
+#include "tests/support/held_file.h"
 #include "tests/support/modal_answers.h"
 #include "tests/support/window.h"
 #include "tests/unit/app/shortcut_box_fixture.h"

@@ -12,13 +12,13 @@
 #include <vector>
 
 #include "res/resource.h"
+#include "tests/support/held_file.h"
 #include "tests/support/hidden_window.h"
 #include "tests/support/modal_answers.h"
 #include "tests/support/paint_log.h"
 #include "tests/support/program_folder.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/scoped_ini_path.h"
-#include "tests/support/held_file.h"
 #include "tests/support/text.h"
 #include "tests/support/wait.h"
 #include "tests/support/window.h"

@@ -164,7 +164,8 @@ TEST_F(ShortcutStoreTest, FreesButtonsAndWritesOnlyWhatIsNotFreeInTheFile) {
             if (std::string(section) == "Buttons") written.emplace_back(key);
             return ORIGINAL_CALL(WritePrivateProfileStringA)(section, key, value, file);
         });
-    EXPECT_TRUE(store_.Free({{{1, 1}, false, false, "a|0"}, {{1, 2}, true, false, ""}, {{1, 3}, true, false, ""}}));
+    EXPECT_TRUE(
+        store_.Free({{{1, 1}, false, false, "a|0"}, {{1, 2}, true, false, ""}, {{1, 3}, true, false, ""}}));
     EXPECT_THAT(written, ElementsAre("11", "13"));
     EXPECT_EQ(folder_.IniValue("Cuts", "a|0"), std::nullopt);
     EXPECT_EQ(folder_.IniValue("Cuts", "a"), "C:\\a");
@@ -207,17 +208,33 @@ std::vector<std::function<bool(ShortcutStore&)>> Changes() {
     return {[](ShortcutStore& store) { return store.Put("Notes", "C:\\x"); },
             [](ShortcutStore& store) { return store.PutSwitch("Notes", "/x"); },
             [](ShortcutStore& store) { return store.RemoveSwitch("Notes"); },
-            [](ShortcutStore& store) { return store.PutRecord({1, 1}, "x|0"); },
+            [](ShortcutStore& store) {
+                return store.PutRecord({1, 1}, "x|0");
+            },
             [](ShortcutStore& store) {
                 return store.Assign({{1, 5}, "New", "C:\\n", "/s", ButtonPlace{1, 1}});
             },
-            [](ShortcutStore& store) { return store.PutShortcut({1, 1}, "C:\\x.txt", 0); },
-            [](ShortcutStore& store) { return store.PutGroup({1, 1}, "a|b"); },
-            [](ShortcutStore& store) { return store.Rename({"Notes", "New", "C:\\n"}); },
-            [](ShortcutStore& store) { return store.Remove("Notes", ButtonPlace{1, 1}); },
-            [](ShortcutStore& store) { return store.RemoveWithButton({1, 1}, "Notes", true); },
-            [](ShortcutStore& store) { return store.Free({{{1, 1}, false, true, "Other"}}); },
-            [](ShortcutStore& store) { return store.Follow({{1, 1}, 3, "Notes", "D:\\b", true}); }};
+            [](ShortcutStore& store) {
+                return store.PutShortcut({1, 1}, "C:\\x.txt", 0);
+            },
+            [](ShortcutStore& store) {
+                return store.PutGroup({1, 1}, "a|b");
+            },
+            [](ShortcutStore& store) {
+                return store.Rename({"Notes", "New", "C:\\n"});
+            },
+            [](ShortcutStore& store) {
+                return store.Remove("Notes", ButtonPlace{1, 1});
+            },
+            [](ShortcutStore& store) {
+                return store.RemoveWithButton({1, 1}, "Notes", true);
+            },
+            [](ShortcutStore& store) {
+                return store.Free({{{1, 1}, false, true, "Other"}});
+            },
+            [](ShortcutStore& store) {
+                return store.Follow({{1, 1}, 3, "Notes", "D:\\b", true});
+            }};
 }
 
 TEST_F(ShortcutStoreTest, AChangeThatCannotBeStoredChangesNothingInMemoryEither) {
@@ -231,7 +248,8 @@ TEST_F(ShortcutStoreTest, AChangeThatCannotBeStoredChangesNothingInMemoryEither)
         }
         EXPECT_EQ(folder_.IniBytes(), before) << change;
         for (const char* key : {"11", "12", "15", "23"})
-            EXPECT_EQ(records_.At(key), folder_.IniValue("Buttons", key).value_or("")) << change << " " << key;
+            EXPECT_EQ(records_.At(key), folder_.IniValue("Buttons", key).value_or(""))
+                << change << " " << key;
     }
 }
 
@@ -255,7 +273,8 @@ TEST_F(ShortcutStoreTest, AFailureAtAnyWriteTakesBackTheWholeChange) {
                     });
                 const auto list =
                     FAKE_CALL(WritePrivateProfileSectionA, [&](LPCSTR section, LPCSTR text, LPCSTR file) {
-                        return fail() ? FALSE : ORIGINAL_CALL(WritePrivateProfileSectionA)(section, text, file);
+                        return fail() ? FALSE
+                                      : ORIGINAL_CALL(WritePrivateProfileSectionA)(section, text, file);
                     });
                 stored = changes[change](store_);
             }
