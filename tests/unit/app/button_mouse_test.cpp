@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "config/ini.h"
+#include "res/resource.h"
 #include "tests/support/modal_answers.h"
 #include "tests/unit/app/panel_parts.h"
 
@@ -304,6 +305,25 @@ TEST_F(ButtonMouseTest, StoresTheTypedSwitchUnderTheShortcutsName) {
         EXPECT_EQ(state_.Button(1).Switch, text);
     }
     EXPECT_EQ(StoredSwitch(), "\"\"quoted\"\"");
+}
+
+TEST_F(ButtonMouseTest, TakesNoLongerSwitchThanCanBeReadBack) {
+    EditSwitch([](Window box) {
+        box.Child(IDC_INPUT).SetText(std::string(554, 's'));
+        box.Child(IDC_INPUT).SetText(std::string(555, 't'));
+        box.Child(IDC_ANSWER_2).Send(BM_CLICK);
+    });
+    EXPECT_EQ(state_.Button(1).Switch, std::string(554, 's'));
+}
+
+TEST_F(ButtonMouseTest, ShowsTheSwitchOnEveryButtonOfTheShortcut) {
+    EXPECT_TRUE(state_.Store().PutRecord({1, 9}, "Име|0"));
+    state_.Button(9).RefreshButton("19");
+    EditSwitch([](Window box) {
+        box.Child(IDC_INPUT).SetText("/x");
+        box.Child(IDC_ANSWER_2).Send(BM_CLICK);
+    });
+    EXPECT_EQ(state_.Button(9).Switch, "/x");
 }
 
 TEST_F(ButtonMouseTest, LeavesTheSwitchForCancelForAClosedAndForAnEmptyAnswer) {

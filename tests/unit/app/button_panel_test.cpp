@@ -1,6 +1,7 @@
 #include "app/button_panel.h"
 
 #include <gmock/gmock.h>
+#include <shlwapi.h>
 
 #include <functional>
 #include <string>
@@ -113,6 +114,43 @@ TEST_F(ButtonPanelTest, KeepsEveryButtonThatCannotBeReadAndReadsItAgainSoon) {
     });
     EXPECT_GE(log_.Count("refill"), 1u);
     EXPECT_EQ(folder_.IniValue("Buttons", "21"), "C|5");
+}
+
+TEST_F(ButtonPanelTest, KeepsTheButtonsOfAServerThatDoesNotAnswerAndWaitsForItOnce) {
+    std::string buttons = "[Buttons]\r\n";
+    std::string cuts = "[Cuts]\r\n";
+    for (int slot = 1; slot <= 9; ++slot) {
+        const std::string name = "n" + std::to_string(slot);
+        buttons += "1" + std::to_string(slot) + "=" + name + "|2\r\n";
+        cuts += name +
+                (slot == 9 ? "=\\\\dead\\share\\a.txt|http://a/" : "=\\\\dead\\share\\" + name + ".txt") +
+                "\r\n";
+    }
+    folder_.WriteIniText(buttons + cuts);
+    state_.Context.Records.LoadButtonRecords();
+    const std::string before = folder_.IniBytes();
+    int waited = 0;
+    const auto exists = FAKE_CALL(PathFileExistsA, [&](LPCSTR) -> BOOL {
+        ++waited;
+        SetLastError(ERROR_BAD_NETPATH);
+        return FALSE;
+    });
+    const auto extract = FAKE_CALL(ExtractIconA, [&](HINSTANCE, LPCSTR, UINT) -> HICON {
+        ADD_FAILURE() << "an icon must not be looked for on the server";
+        return nullptr;
+    });
+    buttons_.RefreshShownTab();
+    EXPECT_EQ(waited, 1);
+    EXPECT_EQ(folder_.IniBytes(), before);
+    for (int slot = 1; slot <= 9; ++slot) {
+        const std::string name = "n" + std::to_string(slot);
+        EXPECT_EQ(state_.Context.Records.At("1" + std::to_string(slot)), name + "|2");
+        EXPECT_EQ(testkit::Window(Button(slot)).Text(), name);
+        EXPECT_FALSE(state_.Button(slot).IsUnread());
+    }
+    EXPECT_TRUE(state_.Button(9).Group);
+    buttons_.RefreshShownTab();
+    EXPECT_EQ(waited, 2) << "the next refresh asks again";
 }
 
 TEST_F(ButtonPanelTest, AButtonGoesOnAsItWasWhileItCannotBeReadAgain) {
