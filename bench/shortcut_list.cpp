@@ -76,7 +76,8 @@ void MeasureShortcutList(const Effort& effort, Table& table) {
     const Host left(0);
     const Host right(app::layout::kClientWidth + 10);
     app::EdgeDock dock;
-    app::ShortcutBox box(dock);
+    app::PanelState state;
+    app::ShortcutBox box(state, dock);
     box.CreateOn(left.Handle());
     win::ComboBox bare;
     bare.CreateOn(right.Handle(), IDC_SHORTCUTS, app::layout::At(5, 36, 278, 240));
