@@ -78,6 +78,17 @@ win::File OpenToWrite(const std::string& path) {
     }
 }
 
+/// Who may do what with a file; nothing when Windows does not tell.
+std::vector<std::byte> AccessRights(const std::string& path) {
+    DWORD size = 0;
+    GetFileSecurityA(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    std::vector<std::byte> rights(size);
+    if (size == 0 ||
+        GetFileSecurityA(path.c_str(), DACL_SECURITY_INFORMATION, rights.data(), size, &size) == 0)
+        return {};
+    return rights;
+}
+
 /// Gives `to` what a copy does not take over from `from`: who may do what with it, and when it was created.
 /// What Windows does not let through stays as the folder has it.
 void CopyIdentity(const std::string& from, const std::string& to) {
@@ -88,11 +99,9 @@ void CopyIdentity(const std::string& from, const std::string& to) {
         if (GetFileAttributesA(to.c_str()) != data.dwFileAttributes)
             SetFileAttributesA(to.c_str(), data.dwFileAttributes);
     }
-    DWORD size = 0;
-    GetFileSecurityA(from.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
-    std::vector<std::byte> rights(size);
-    if (size != 0 &&
-        GetFileSecurityA(from.c_str(), DACL_SECURITY_INFORMATION, rights.data(), size, &size) != 0)
+    std::vector<std::byte> rights = AccessRights(from);
+    // Where they are the same already, setting them could only lose what a system stores by other means.
+    if (!rights.empty() && rights != AccessRights(to))
         SetFileSecurityA(to.c_str(), DACL_SECURITY_INFORMATION, rights.data());
 }
 

@@ -371,6 +371,7 @@ TEST_F(IniUnitTest, TheTimeOfItsCreationAndTheAccessRightsAreKept) {
     // Not every file system stores them: what is asked of it counts.
     FILETIME stored{};
     std::vector<SECURITY_INFORMATION> rights;
+    bool same = true;
     const RecordedCall attributes =
         FAKE_CALL(GetFileAttributesExA, [](LPCSTR file, GET_FILEEX_INFO_LEVELS level, LPVOID data) {
             const BOOL done = ORIGINAL_CALL(GetFileAttributesExA)(file, level, data);
@@ -383,6 +384,16 @@ TEST_F(IniUnitTest, TheTimeOfItsCreationAndTheAccessRightsAreKept) {
             stored = *creation;
             return TRUE;
         });
+    const RecordedCall get =
+        FAKE_CALL(GetFileSecurityA,
+                  [&](LPCSTR file, SECURITY_INFORMATION what, PSECURITY_DESCRIPTOR rightsOf, DWORD size,
+                      LPDWORD needed) -> BOOL {
+                      EXPECT_EQ(what, SECURITY_INFORMATION{DACL_SECURITY_INFORMATION});
+                      *needed = 1;
+                      if (size != 0)
+                          *static_cast<char*>(rightsOf) = file == folder_.IniPath() || same ? 'a' : 'b';
+                      return size != 0;
+                  });
     const RecordedCall set =
         FAKE_CALL(SetFileSecurityA, [&](LPCSTR file, SECURITY_INFORMATION what, PSECURITY_DESCRIPTOR) {
             EXPECT_EQ(file, folder_.FullPath(kSide));
@@ -392,6 +403,9 @@ TEST_F(IniUnitTest, TheTimeOfItsCreationAndTheAccessRightsAreKept) {
     EXPECT_TRUE(config::WriteIni("Cuts", "a", "3"));
     EXPECT_EQ(stored.dwHighDateTime, 0x01d00000u);
     EXPECT_EQ(stored.dwLowDateTime, 0x1234u);
+    EXPECT_THAT(rights, IsEmpty()) << "the copy has them already";
+    same = false;
+    EXPECT_TRUE(config::WriteIni("Cuts", "a", "4"));
     EXPECT_THAT(rights, ElementsAre(SECURITY_INFORMATION{DACL_SECURITY_INFORMATION}));
 }
 

@@ -1,0 +1,200 @@
+// Another program, such as a backup or a virus scanner, keeps Quon.ini to itself for a while: whatever is
+// done meanwhile, no record is lost, nothing wrong is said, and the panel answers.
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <string>
+#include <thread>
+
+#include "tests/program/quon_panel.h"
+#include "tests/support/text.h"
+
+namespace testkit {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::SizeIs;
+using Clock = std::chrono::steady_clock;
+using Milliseconds = std::chrono::milliseconds;
+
+/// Has a file open without sharing for a time, from the constructor's end on.
+class Hold {
+  public:
+    Hold(const std::string& path, Milliseconds time) {
+        HANDLE file = INVALID_HANDLE_VALUE;
+        WaitFor("the file can be held", [&] {
+            file = CreateFileW(Wide(path).c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+            return file != INVALID_HANDLE_VALUE;
+        });
+        thread_ = std::thread([this, file, time] {
+            std::this_thread::sleep_for(time);
+            over_ = true;
+            CloseHandle(file);
+        });
+    }
+    ~Hold() { thread_.join(); }
+    Hold(const Hold&) = delete;
+    Hold& operator=(const Hold&) = delete;
+
+    bool IsOver() const { return over_; }
+
+  private:
+    std::atomic<bool> over_ = false;
+    std::thread thread_;
+};
+
+class HoldTest : public ::testing::TestWithParam<int> {
+  protected:
+    HoldTest() {
+        QuonIni ini;
+        for (const char* key : {"11", "12", "19", "21", "22", "29"})
+            ini.AddShortcut(key, Name(key), std::string("http://example.test/?a=") + key, "/x");
+        ini.cuts.emplace_back("Without a button", "http://example.test/");
+        ini.current_tab = 1;
+        folder_.WriteIniText(ini.Text());
+    }
+
+    static std::string Name(const std::string& key) { return "Пречица " + key; }
+    Milliseconds Time() const { return Milliseconds(GetParam()); }
+
+    /// What stands in Quon.ini, but for the records of free buttons, which may come at any time.
+    std::string Records() const {
+        std::string text;
+        for (const char* section : {"Buttons", "Cuts", "Switch"})
+            for (const auto& [key, value] : folder_.Ini().Entries(section))
+                if (!value.empty()) text.append(section).append(" ").append(key + "=" + value + "\n");
+        return text;
+    }
+    /// The panel answers long before a long hold is over.
+    static void ExpectAnswers(QuonPanel& quon, const Hold& hold) {
+        const auto begin = Clock::now();
+        quon.Main().Send(WM_NULL);
+        const auto waited = std::chrono::duration_cast<Milliseconds>(Clock::now() - begin);
+        if (GetParam() >= 2000) EXPECT_FALSE(hold.IsOver()) << waited.count() << " ms";
+    }
+    static void ShowTab(QuonPanel& quon, int tab) {
+        quon.Header(tab).Post(WM_LBUTTONDOWN, 0, MAKELPARAM(4, 4));
+        quon.Header(tab).Post(WM_LBUTTONUP, 0, MAKELPARAM(4, 4));
+    }
+    void ExpectWhole(QuonPanel& quon) const {
+        for (const int tab : {1, 2}) {
+            ShowTab(quon, tab);
+            for (const int button : {1, 2, 9})
+                quon.ExpectName(button, Name(std::to_string(10 * tab + button)));
+        }
+        EXPECT_THAT(quon.Program().Windows(), SizeIs(1)) << "a message";
+    }
+
+    ProgramFolder folder_;
+};
+
+TEST_P(HoldTest, AtTheStart) {
+    const std::string before = Records();
+    const Hold hold(folder_.IniPath(), Time());
+    QuonPanel quon(folder_);
+    EXPECT_TRUE(hold.IsOver());
+    ExpectWhole(quon);
+    EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
+    EXPECT_EQ(Records(), before);
+}
+
+TEST_P(HoldTest, AtATabSwitch) {
+    const std::string before = Records();
+    QuonPanel quon(folder_);
+    {
+        const Hold hold(folder_.IniPath(), Time());
+        ShowTab(quon, 2);
+        ExpectAnswers(quon, hold);
+        ShowTab(quon, 1);
+        ShowTab(quon, 2);
+        ExpectAnswers(quon, hold);
+    }
+    ExpectWhole(quon);
+    EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
+    EXPECT_EQ(Records(), before);
+}
+
+TEST_P(HoldTest, AtARename) {
+    const std::string before = Records();
+    QuonPanel quon(folder_);
+    quon.Button(1).Post(WM_MOUSEMOVE, 0, MAKELPARAM(20, 20));
+    quon.Button(1).Post(WM_KEYDOWN, VK_F2);
+    WaitFor("the rename box", [&] { return quon.RenameBox().IsVisible(); });
+    quon.RenameBox().SetText("new");
+    {
+        const Hold hold(folder_.IniPath(), Time());
+        quon.RenameBox().Post(WM_KEYDOWN, VK_RETURN);
+        ExpectAnswers(quon, hold);
+    }
+    WaitFor("the box closes", [&] { return !quon.RenameBox().IsVisible(); });
+    std::string after = before;
+    const std::string former = Name("11");
+    for (size_t at = 0; (at = after.find(former)) != std::string::npos;)
+        after.replace(at, former.size(), "new");
+    const bool renamed = folder_.IniValue("Cuts", "new").has_value();
+    quon.ExpectName(1, renamed ? "new" : former);
+    EXPECT_THAT(quon.Program().Windows(), SizeIs(1)) << "a message";
+    EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
+    // All of it or nothing; the order of the records follows from which.
+    EXPECT_EQ(folder_.IniValue("Buttons", "11"), (renamed ? "new" : former) + "|0");
+    for (const char* section : {"Cuts", "Switch"}) {
+        EXPECT_EQ(folder_.IniValue(section, "new").has_value(), renamed) << section;
+        EXPECT_EQ(folder_.IniValue(section, former).has_value(), !renamed) << section;
+    }
+    EXPECT_EQ(Records().size(), (renamed ? after : before).size());
+}
+
+TEST_P(HoldTest, WhenTheOrganiserCloses) {
+    const std::string before = Records();
+    QuonPanel quon(folder_);
+    mouse::Click(quon.ImageButton(2));
+    PopupMenu::Wait(quon.Id()).Choose("Organize shortcuts");
+    const Window organiser =
+        quon.Program().WaitForWindow({.title = "Organize shortcuts - 7 shortcuts found"});
+    {
+        const Hold hold(folder_.IniPath(), Time());
+        organiser.Post(WM_COMMAND, IDCANCEL);
+        WaitFor("the organiser closes", [&] { return !organiser.Exists(); });
+        ExpectAnswers(quon, hold);
+    }
+    ExpectWhole(quon);
+    EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
+    EXPECT_EQ(Records(), before);
+}
+
+TEST_P(HoldTest, AtTheEnd) {
+    const std::string before = Records();
+    {
+        QuonPanel quon(folder_);
+        ShowTab(quon, 2);
+        quon.ExpectName(1, Name("21"));
+        const Hold hold(folder_.IniPath(), Time());
+        EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
+    }
+    EXPECT_EQ(Records(), before);
+    EXPECT_EQ(folder_.IniValue("Settings", "Main")->substr(0, 2), "2,") << "the settings are saved";
+}
+
+INSTANTIATE_TEST_SUITE_P(Milliseconds, HoldTest, ::testing::Values(20, 60, 120, 500, 2000));
+
+TEST(HoldAtStartTest, OneThatLastsIsNamed) {
+    ProgramFolder folder;
+    QuonIni ini;
+    ini.AddShortcut("11", "a", "http://example.test/");
+    folder.WriteIniText(ini.Text());
+    const OwnedHandle held(
+        CreateFileW(Wide(folder.IniPath()).c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    ASSERT_NE(held.get(), INVALID_HANDLE_VALUE);
+    RunningProgram quon = StartQuon(folder);
+    const Window box = WaitForSystemMessageBox(quon.Id(), "Quon: Error report");
+    EXPECT_THAT(box.Child(0xFFFF).Text(), HasSubstr("Another program holds " + folder.IniPath()));
+    box.Post(WM_COMMAND, IDOK);
+    EXPECT_EQ(quon.WaitForExit(), 1u);
+}
+
+}  // namespace
+}  // namespace testkit
