@@ -74,7 +74,8 @@ class HoldTest : public ::testing::TestWithParam<int> {
         const auto begin = Clock::now();
         quon.Main().Send(WM_NULL);
         const auto waited = std::chrono::duration_cast<Milliseconds>(Clock::now() - begin);
-        if (GetParam() >= 2000) EXPECT_FALSE(hold.IsOver()) << waited.count() << " ms";
+        if (GetParam() < 2000) return;
+        EXPECT_FALSE(hold.IsOver()) << waited.count() << " ms";
     }
     static void ShowTab(QuonPanel& quon, int tab) {
         quon.Header(tab).Post(WM_LBUTTONDOWN, 0, MAKELPARAM(4, 4));
@@ -92,6 +93,9 @@ class HoldTest : public ::testing::TestWithParam<int> {
     ProgramFolder folder_;
 };
 
+/// While buttons are shown anew.
+class HoldAtRefreshTest : public HoldTest {};
+
 TEST_P(HoldTest, AtTheStart) {
     const std::string before = Records();
     const Hold hold(folder_.IniPath(), Time());
@@ -102,7 +106,7 @@ TEST_P(HoldTest, AtTheStart) {
     EXPECT_EQ(Records(), before);
 }
 
-TEST_P(HoldTest, AtATabSwitch) {
+TEST_P(HoldAtRefreshTest, AtATabSwitch) {
     const std::string before = Records();
     QuonPanel quon(folder_);
     {
@@ -148,7 +152,7 @@ TEST_P(HoldTest, AtARename) {
     EXPECT_EQ(Records().size(), (renamed ? after : before).size());
 }
 
-TEST_P(HoldTest, WhenTheOrganiserCloses) {
+TEST_P(HoldAtRefreshTest, WhenTheOrganiserCloses) {
     const std::string before = Records();
     QuonPanel quon(folder_);
     mouse::Click(quon.ImageButton(2));
@@ -180,6 +184,7 @@ TEST_P(HoldTest, AtTheEnd) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Milliseconds, HoldTest, ::testing::Values(20, 60, 120, 500, 2000));
+INSTANTIATE_TEST_SUITE_P(Milliseconds, HoldAtRefreshTest, ::testing::Values(20, 60, 120));
 
 TEST(HoldAtStartTest, OneThatLastsIsNamed) {
     ProgramFolder folder;
