@@ -122,7 +122,7 @@ TEST_P(HoldAtRefreshTest, AtATabSwitch) {
     EXPECT_EQ(Records(), before);
 }
 
-TEST_P(HoldTest, AtARename) {
+TEST_P(HoldAtRefreshTest, AtARename) {
     const std::string before = Records();
     QuonPanel quon(folder_);
     quon.Button(1).Post(WM_MOUSEMOVE, 0, MAKELPARAM(20, 20));
