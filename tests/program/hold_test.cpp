@@ -93,9 +93,6 @@ class HoldTest : public ::testing::TestWithParam<int> {
     ProgramFolder folder_;
 };
 
-/// While buttons are shown anew.
-class HoldAtRefreshTest : public HoldTest {};
-
 TEST_P(HoldTest, AtTheStart) {
     const std::string before = Records();
     const Hold hold(folder_.IniPath(), Time());
@@ -106,7 +103,7 @@ TEST_P(HoldTest, AtTheStart) {
     EXPECT_EQ(Records(), before);
 }
 
-TEST_P(HoldAtRefreshTest, AtATabSwitch) {
+TEST_P(HoldTest, AtATabSwitch) {
     const std::string before = Records();
     QuonPanel quon(folder_);
     {
@@ -122,7 +119,7 @@ TEST_P(HoldAtRefreshTest, AtATabSwitch) {
     EXPECT_EQ(Records(), before);
 }
 
-TEST_P(HoldAtRefreshTest, AtARename) {
+TEST_P(HoldTest, AtARename) {
     const std::string before = Records();
     QuonPanel quon(folder_);
     quon.Button(1).Post(WM_MOUSEMOVE, 0, MAKELPARAM(20, 20));
@@ -152,7 +149,7 @@ TEST_P(HoldAtRefreshTest, AtARename) {
     EXPECT_EQ(Records().size(), (renamed ? after : before).size());
 }
 
-TEST_P(HoldAtRefreshTest, WhenTheOrganiserCloses) {
+TEST_P(HoldTest, WhenTheOrganiserCloses) {
     const std::string before = Records();
     QuonPanel quon(folder_);
     mouse::Click(quon.ImageButton(2));
@@ -184,7 +181,6 @@ TEST_P(HoldTest, AtTheEnd) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Milliseconds, HoldTest, ::testing::Values(20, 60, 120, 500, 2000));
-INSTANTIATE_TEST_SUITE_P(Milliseconds, HoldAtRefreshTest, ::testing::Values(20, 60, 120));
 
 TEST(HoldAtStartTest, OneThatLastsIsNamed) {
     ProgramFolder folder;
