@@ -121,6 +121,12 @@ TEST_F(PanelKeyboardTest, AHeldKeyOpensOneProgramAndStoresOnce) {
         RunningProgram::Attach(launch.process_id).CloseAndWait();
         quon.Main().Activate();
     };
+    {
+        // Started minimised, the program leaves the keyboard to the panel, which gets all the repeats.
+        const HeldKeys alt({VK_MENU});
+        keyboard::Hold(VK_RETURN, kTwoSeconds);
+    }
+    expect_one_more("the button, minimised");
     for (const WORD key : {WORD{VK_RETURN}, WORD{VK_SPACE}}) {
         keyboard::Hold(key, kTwoSeconds);
         expect_one_more("the button");
