@@ -69,15 +69,17 @@ TEST_F(ButtonLeakTest, FreeingAndMoving) {
         ASSERT_EQ(Button(7).Text(), "other file");
         const POINT from = Button(7).Centre();
         const POINT to = Button(8).Centre();
+        POINT at = from;
         const auto message =
-            FAKE_CALL(GetMessagePos, [&]() -> DWORD { return static_cast<DWORD>(MAKELONG(to.x, to.y)); });
+            FAKE_CALL(GetMessagePos, [&]() -> DWORD { return static_cast<DWORD>(MAKELONG(at.x, at.y)); });
         const auto pointer = FAKE_CALL(GetCursorPos, [&](LPPOINT point) {
-            *point = to;
+            *point = at;
             return TRUE;
         });
         {
             const app::HeldModifierKeys keys({VK_CONTROL, VK_SHIFT});
             Button(7).Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+            at = to;
             Button(7).Send(WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(5 + to.x - from.x, 5));
             Button(7).Send(WM_LBUTTONUP, 0, MAKELPARAM(5 + to.x - from.x, 5));
         }
