@@ -42,6 +42,7 @@ int RunMessageLoop(app::Glavni& glavni) {
 }
 
 int RunQuon() {
+    win::KeepDriveErrorsQuiet();
     const win::KernelObject instance(CreateMutexW(nullptr, FALSE, InstanceName().c_str()));
     // Without a mutex it is another user's or an elevated instance that holds the name.
     if (GetLastError() == ERROR_ALREADY_EXISTS || !instance) return 0;

@@ -1,7 +1,5 @@
 #include "app/panel_menus.h"
 
-#include <shellapi.h>
-
 #include <string>
 #include <vector>
 
@@ -15,6 +13,8 @@
 #include "sys/utility.h"
 #include "win/handles.h"
 #include "win/process_start.h"
+#include "win/shell_call.h"
+#include "win/text.h"
 #include "win/window.h"
 
 namespace app {
@@ -42,6 +42,13 @@ win::MenuItem Caption(const char* caption) { return {caption, {}}; }
 
 bool IsArchivedFile(DWORD attributes) {
     return (attributes & (FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_DIRECTORY)) == FILE_ATTRIBUTE_ARCHIVE;
+}
+
+/// The pattern "*.exe" finds short names too, such as the one of "Tool.exe-old".
+bool IsProgram(const std::string& name) {
+    constexpr std::string_view kEnding = ".exe";
+    return name.size() >= kEnding.size() &&
+           win::EqualIgnoringCase(std::string_view(name).substr(name.size() - kEnding.size()), kEnding);
 }
 
 /// The bare name; the whole one where that would be no caption or a separator's.
@@ -134,7 +141,8 @@ void PanelMenus::AddCompanionPrograms() {
     std::vector<std::string> names;
     const win::FindFiles listing(FindFirstFileA((folder + "\\*.exe").c_str(), &found));
     for (BOOL more = listing ? TRUE : FALSE; more != FALSE; more = FindNextFileA(listing.Get(), &found))
-        if (IsArchivedFile(found.dwFileAttributes)) names.emplace_back(found.cFileName);
+        if (IsArchivedFile(found.dwFileAttributes) && IsProgram(found.cFileName))
+            names.emplace_back(found.cFileName);
     for (const std::string& name : names) {
         if (name == "Quon.exe") continue;
         win::MenuItem& item = mnuPreDef.Load(mnuPreDef.Count());
@@ -188,8 +196,8 @@ void PanelMenus::RunPredefined(int index) {
             dialogs::ShowNote("Windows is running for: \r\n" + model::CTextShortcut::HowLong());
             return;
         case kNewMail:
-            ShellExecuteA(GetDesktopWindow(), nullptr, "mailto:user@server", nullptr,
-                          win::ProgramRoot().c_str(), SW_SHOWNORMAL);
+            win::OpenInShell(nullptr, "mailto:user@server", nullptr, win::ProgramRoot().c_str(),
+                             SW_SHOWNORMAL);
             break;
         default:
             target = mnuPreDef[index].tag;
@@ -203,8 +211,8 @@ void PanelMenus::RunPredefined(int index) {
 }
 
 void PanelMenus::Explore(int index) {
-    ShellExecuteA(GetDesktopWindow(), "explore", mnuShell[index].tag.c_str(), nullptr,
-                  win::ProgramRoot().c_str(), SW_SHOWNORMAL);
+    win::OpenInShell("explore", mnuShell[index].tag.c_str(), nullptr, win::ProgramRoot().c_str(),
+                     SW_SHOWNORMAL);
 }
 
 void PanelMenus::RunSetting(int index) {

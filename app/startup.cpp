@@ -2,8 +2,6 @@
 
 #include <windows.h>
 
-#include <shellapi.h>
-
 #include <string>
 
 #include "app/glavni.h"
@@ -16,15 +14,14 @@
 #include "win/dialog.h"
 #include "win/errors.h"
 #include "win/process_start.h"
+#include "win/shell_call.h"
 
 namespace app {
 namespace {
 
 std::string g_helpFile;
 
-void OpenHelpFile() {
-    ShellExecuteA(GetDesktopWindow(), nullptr, g_helpFile.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
-}
+void OpenHelpFile() { win::OpenInShell(nullptr, g_helpFile.c_str(), nullptr, nullptr, SW_SHOWNORMAL); }
 
 }  // namespace
 

@@ -1,12 +1,11 @@
 #include "dialogs/message_box.h"
 
-#include <shellapi.h>
-
 #include <algorithm>
 #include <utility>
 
 #include "res/resource.h"
 #include "win/geometry.h"
+#include "win/shell_call.h"
 #include "win/text.h"
 #include "win/window.h"
 
@@ -239,7 +238,7 @@ void frmMsg::Dismiss() {
 }
 
 void frmMsg::OpenAddress(const char* address) {
-    ShellExecuteA(GetDesktopWindow(), nullptr, address, nullptr, nullptr, SW_SHOWNORMAL);
+    win::OpenInShell(nullptr, address, nullptr, nullptr, SW_SHOWNORMAL);
 }
 
 }  // namespace dialogs

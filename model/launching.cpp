@@ -12,6 +12,7 @@
 #include "model/probe_file.h"
 #include "sys/utility.h"
 #include "win/process_start.h"
+#include "win/shell_call.h"
 #include "win/text.h"
 
 namespace model {
@@ -36,13 +37,11 @@ bool OpenItems(const std::string& target, const std::vector<std::string>& items,
     INT_PTR answer = 0;
     std::string folder;
     for (const std::string& item : items) {
-        if (sys::IsUrl(item))
-            ShellExecuteA(GetDesktopWindow(), nullptr, target.c_str(), nullptr, "", SW_SHOWNORMAL);
+        if (sys::IsUrl(item)) win::OpenInShell(nullptr, target.c_str(), nullptr, "", SW_SHOWNORMAL);
         // An item without a folder is opened in that of the item before it.
         if (item.find('\\') != std::string::npos) folder = sys::PathPart(item, sys::kFolder);
         const char* verb = TakesDefaultVerb(item) ? "" : "Open";
-        answer = reinterpret_cast<INT_PTR>(
-            ShellExecuteA(GetDesktopWindow(), verb, item.c_str(), "", folder.c_str(), showCommand));
+        answer = win::OpenInShell(verb, item.c_str(), "", folder.c_str(), showCommand);
     }
     return answer >= kFirstSuccess;
 }

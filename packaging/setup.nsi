@@ -109,7 +109,10 @@ Section
         File "${SOURCE}/Quon.ini"
     ${EndIf}
     ClearErrors
-    WriteUninstaller "$INSTDIR\Uninstall.exe"
+    ; In a folder of its own: programs beside Quon.exe are offered in its menu.
+    CreateDirectory "$INSTDIR\Uninstall"
+    WriteUninstaller "$INSTDIR\Uninstall\Uninstall.exe"
+    Delete "$INSTDIR\Uninstall.exe"
     CreateShortcut "$SMPROGRAMS\Quon.lnk" "$INSTDIR\Quon.exe"
 
     WriteRegStr HKCU "${UNINSTALL_KEY}" "DisplayName" "Quon"
@@ -117,13 +120,18 @@ Section
     WriteRegStr HKCU "${UNINSTALL_KEY}" "DisplayIcon" "$INSTDIR\Quon.exe"
     WriteRegStr HKCU "${UNINSTALL_KEY}" "Publisher" "Quon"
     WriteRegStr HKCU "${UNINSTALL_KEY}" "InstallLocation" "$INSTDIR"
-    WriteRegStr HKCU "${UNINSTALL_KEY}" "UninstallString" '"$INSTDIR\Uninstall.exe"'
-    WriteRegStr HKCU "${UNINSTALL_KEY}" "QuietUninstallString" '"$INSTDIR\Uninstall.exe" /S'
+    WriteRegStr HKCU "${UNINSTALL_KEY}" "UninstallString" '"$INSTDIR\Uninstall\Uninstall.exe"'
+    WriteRegStr HKCU "${UNINSTALL_KEY}" "QuietUninstallString" '"$INSTDIR\Uninstall\Uninstall.exe" /S'
     WriteRegDWORD HKCU "${UNINSTALL_KEY}" "NoModify" 1
     WriteRegDWORD HKCU "${UNINSTALL_KEY}" "NoRepair" 1
     ${GetSize} "$INSTDIR" "/S=0K" $0 $1 $2
     WriteRegDWORD HKCU "${UNINSTALL_KEY}" "EstimatedSize" $0
 SectionEnd
+
+Function un.onInit
+    ; It lies one folder below the program.
+    ${GetParent} "$INSTDIR" $INSTDIR
+FunctionEnd
 
 Section "Uninstall"
     Call un.EndQuon
@@ -155,7 +163,8 @@ Section "Uninstall"
     Delete "$INSTDIR\Manual.chm"
     Delete "$INSTDIR\License.txt"
     Delete "$INSTDIR\ReadMe.txt"
-    Delete "$INSTDIR\Uninstall.exe"
+    Delete "$INSTDIR\Uninstall\Uninstall.exe"
+    RMDir "$INSTDIR\Uninstall"
     RMDir "$INSTDIR"
     Delete "$SMPROGRAMS\Quon.lnk"
     DeleteRegKey HKCU "${UNINSTALL_KEY}"

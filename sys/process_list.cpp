@@ -1,5 +1,6 @@
 #include "sys/process_list.h"
 
+#include <dwmapi.h>
 #include <psapi.h>
 #include <tlhelp32.h>
 
@@ -32,6 +33,13 @@ std::vector<DWORD> ProcessIds() {
     }
     ids.resize(needed / sizeof(DWORD));
     return ids;
+}
+
+/// True for a window that is visible by its style alone: of a suspended Store program, or on another virtual
+/// desktop.
+bool IsCloaked(HWND window) {
+    DWORD cloaked = 0;
+    return SUCCEEDED(DwmGetWindowAttribute(window, DWMWA_CLOAKED, &cloaked, sizeof cloaked)) && cloaked != 0;
 }
 
 /// Finds the first module of a process, its executable; false when the process does not tell.
@@ -94,7 +102,7 @@ bool clsProcesi::ReadTitle(HWND window, std::string& title) const {
     const LRESULT answered =
         SendMessageTimeoutW(window, WM_GETTEXT, text.size() + 1, reinterpret_cast<LPARAM>(text.data()),
                             SMTO_ABORTIFHUNG, kTimeout, &copied);
-    if (IsWindowVisible(window) == FALSE && taskbarOnly_) return false;
+    if ((IsWindowVisible(window) == FALSE || IsCloaked(window)) && taskbarOnly_) return false;
     title = win::ToBytes(text.c_str());
     return answered != 0;
 }

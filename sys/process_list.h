@@ -21,7 +21,8 @@ class clsProcesi {
     };
 
     /// `menu` has only its element 0, which stays as it is when nothing is found. `taskbarOnly` leaves out
-    /// hidden windows. The windows of the process `leftOut` get no element; 0 stands for none.
+    /// hidden windows and those that are cloaked (DwmGetWindowAttribute). The windows of the process
+    /// `leftOut` get no element; 0 stands for none.
     clsProcesi(win::MenuArray& menu, bool taskbarOnly, DWORD leftOut);
 
     /// Walks all top-level windows, topmost first, and fills the menu. A window that does not answer costs

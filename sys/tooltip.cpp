@@ -2,6 +2,10 @@
 
 #include <uxtheme.h>
 
+#include <algorithm>
+#include <string_view>
+
+#include "win/text.h"
 #include "win/window.h"
 
 namespace sys {
@@ -11,7 +15,24 @@ constexpr COLORREF kBackColor = 0xDDE1DD;
 // Wide enough that only "\n" breaks a line.
 constexpr LPARAM kUnlimitedWidth = 0x7FFF;
 
-LPARAM TextParam(const std::string& text) { return reinterpret_cast<LPARAM>(text.c_str()); }
+// A tooltip takes no longer title, and shows none at all instead.
+constexpr size_t kLongestTitle = 99;
+
+/// The 8-bit messages read a text in the code page of the tip's font, which need not be the process's. What
+/// has the same bytes in all code pages can go through them.
+bool IsPlain(std::string_view text) {
+    return std::all_of(text.begin(), text.end(),
+                       [](char character) { return static_cast<unsigned char>(character) < 0x80; });
+}
+
+/// As much of a title as a tooltip takes, in whole characters.
+std::wstring ShownTitle(const std::string& title) {
+    std::wstring shown = win::ToWide(title);
+    if (shown.size() <= kLongestTitle) return shown;
+    shown.resize(kLongestTitle);
+    if (IS_HIGH_SURROGATE(shown.back())) shown.pop_back();
+    return shown;
+}
 
 }  // namespace
 
@@ -23,8 +44,9 @@ void clsToolTip::DestroyTip() noexcept {
     window_ = nullptr;
 }
 
-TTTOOLINFOA clsToolTip::ToolRecord() noexcept {
-    TTTOOLINFOA record{};
+template <class Record>
+Record clsToolTip::ToolRecord() const noexcept {
+    Record record{};
     // Up to the application value: older tooltips do not know the field behind it.
     record.cbSize = TTTOOLINFOA_V2_SIZE;
     record.uFlags = TTF_SUBCLASS;
@@ -32,8 +54,29 @@ TTTOOLINFOA clsToolTip::ToolRecord() noexcept {
     record.uId = 0;
     GetClientRect(parentControl_, &record.rect);
     record.hinst = win::ModuleInstance();
-    record.lpszText = tipText_.data();
     return record;
+}
+
+void clsToolTip::SendTool(UINT message, UINT wideMessage) {
+    if (IsPlain(tipText_)) {
+        auto record = ToolRecord<TTTOOLINFOA>();
+        record.lpszText = tipText_.data();
+        SendMessageA(window_, message, 0, reinterpret_cast<LPARAM>(&record));
+        return;
+    }
+    std::wstring text = win::ToWide(tipText_);
+    auto record = ToolRecord<TTTOOLINFOW>();
+    record.lpszText = text.data();
+    SendMessageA(window_, wideMessage, 0, reinterpret_cast<LPARAM>(&record));
+}
+
+void clsToolTip::SendTitle() {
+    const std::wstring shown = ShownTitle(title_);
+    const std::string plain = win::ToBytes(shown);
+    if (IsPlain(plain))
+        SendMessageA(window_, TTM_SETTITLEA, 0, reinterpret_cast<LPARAM>(plain.c_str()));
+    else
+        SendMessageA(window_, TTM_SETTITLEW, 0, reinterpret_cast<LPARAM>(shown.c_str()));
 }
 
 bool clsToolTip::Create() {
@@ -45,9 +88,8 @@ bool clsToolTip::Create() {
     SetWindowPos(window_, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
     // A themed tip ignores its background colour.
     SetWindowTheme(window_, L"", L"");
-    TTTOOLINFOA record = ToolRecord();
-    SendMessageA(window_, TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&record));
-    SendMessageA(window_, TTM_SETTITLEA, 0, TextParam(title_));
+    SendTool(TTM_ADDTOOLA, TTM_ADDTOOLW);
+    SendTitle();
     SendMessageA(window_, TTM_SETMAXTIPWIDTH, 0, kUnlimitedWidth);
     SendMessageA(window_, TTM_SETTIPBKCOLOR, kBackColor, 0);
     return false;
@@ -59,14 +101,12 @@ void clsToolTip::Activate(bool active) noexcept {
 
 void clsToolTip::SetTitle(const std::string& title) {
     title_ = title;
-    if (window_ != nullptr && !title_.empty()) SendMessageA(window_, TTM_SETTITLEA, 0, TextParam(title_));
+    if (window_ != nullptr && !title_.empty()) SendTitle();
 }
 
 void clsToolTip::SetTipText(const std::string& text) {
     tipText_ = text;
-    if (window_ == nullptr) return;
-    TTTOOLINFOA record = ToolRecord();
-    SendMessageA(window_, TTM_UPDATETIPTEXTA, 0, reinterpret_cast<LPARAM>(&record));
+    if (window_ != nullptr) SendTool(TTM_UPDATETIPTEXTA, TTM_UPDATETIPTEXTW);
 }
 
 }  // namespace sys

@@ -28,7 +28,8 @@ class clsToolTip {
     /// What SetParentControl was given last.
     [[nodiscard]] HWND ParentControl() const noexcept { return parentControl_; }
 
-    /// The bold first line; a live tip is changed unless the title is empty.
+    /// The bold first line, of which 99 characters are shown; a live tip is changed unless the title is
+    /// empty.
     void SetTitle(const std::string& title);
 
     /// What SetTitle was given last.
@@ -48,7 +49,10 @@ class clsToolTip {
     [[nodiscard]] HWND Handle() const noexcept { return window_; }
 
   private:
-    [[nodiscard]] TTTOOLINFOA ToolRecord() noexcept;
+    template <class Record>
+    [[nodiscard]] Record ToolRecord() const noexcept;
+    void SendTool(UINT message, UINT wideMessage);
+    void SendTitle();
     void DestroyTip() noexcept;
 
     std::string title_;

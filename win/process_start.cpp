@@ -20,6 +20,10 @@ bool StartProcess(const std::string& commandLine, WORD showCommand) {
     return true;
 }
 
+void KeepDriveErrorsQuiet() noexcept {
+    SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, nullptr);
+}
+
 std::string ProgramPath() {
     std::wstring path(MAX_PATH, L'\0');
     for (;;) {

@@ -10,6 +10,10 @@ namespace win {
 /// (CreateProcessA). False when it could not be started.
 bool StartProcess(const std::string& commandLine, WORD showCommand);
 
+/// Keeps Windows' own "There is no disk in the drive" away from what this thread asks of drives
+/// (SetThreadErrorMode). The mode of the process stays: every program that is started would inherit it.
+void KeepDriveErrorsQuiet() noexcept;
+
 /// The full path of this program's file.
 std::string ProgramPath();
 

@@ -36,7 +36,7 @@ until_true() {
 }
 install() { wine "$setup" /S; }
 # The uninstaller goes on from a copy of itself; its own file goes last but for the folder.
-remove() { wine "$folder/Uninstall.exe" /S "$@" && until_true no_key "$uninstall"; }
+remove() { wine "$folder/Uninstall/Uninstall.exe" /S "$@" && until_true no_key "$uninstall"; }
 
 cp -R "$packages" "$QUON_DESKTOP/first"
 scripts/package >/dev/null
@@ -56,7 +56,8 @@ expect "makes an entry in the Start menu" [ -s "$link" ]
 expect "tells Windows where it is" has_value "$uninstall" InstallLocation "$installed"
 expect "tells Windows its version" has_value "$uninstall" DisplayVersion \
     "$(sed -nE 's/^project\(Quon VERSION ([0-9.]+).*/\1/p' CMakeLists.txt)"
-expect "tells Windows how to remove it" has_value "$uninstall" UninstallString "\"$installed\\Uninstall.exe\""
+expect "tells Windows how to remove it" has_value "$uninstall" UninstallString "\"$installed\\Uninstall\\Uninstall.exe\""
+expect "puts no other program beside Quon, for its menu to offer" [ "$(ls "$folder" | grep -i '\.exe$')" = Quon.exe ]
 
 (cd "$folder" && exec setsid wine Quon.exe </dev/null >/dev/null 2>&1) &
 expect "starts" until_true panels 1
@@ -69,19 +70,22 @@ expect "starts from another folder as well" until_true panels 2
 
 printf '[Cuts]\r\nMine=C:\\windows\r\n' >>"$folder/Quon.ini"
 echo old >"$folder/ReadMe.txt"
+# Earlier versions put it there.
+echo old >"$folder/Uninstall.exe"
 expect "upgrades a running Quon" install
 expect "ends it first, and only it" panels 1
 expect "which saves its settings" grep -q '^popdelay=500' "$folder/Quon.ini"
 expect "puts the new files in place" cmp -s "$folder/ReadMe.txt" "$QUON_DESKTOP/unpacked/ReadMe.txt"
 kill "$second"
 expect "leaves the other alone until then" until_true panels 0
+expect "takes away the uninstaller that lay beside it" absent "$folder/Uninstall.exe"
 expect "keeps what the user stored" grep -q '^Mine=C:\\windows' "$folder/Quon.ini"
 
 wine reg add "$run" /v Quon /d "$installed\\Quon.exe" /f >/dev/null
 expect "is removed" remove
 expect "with its entry in the Start menu" absent "$link"
 expect "with the entry that starts it" has_value "$run" Quon ''
-expect "with its files" until_true absent "$folder/Uninstall.exe"
+expect "with its files" until_true absent "$folder/Uninstall"
 expect "but for what the user stored" [ "$(ls "$folder")" = Quon.ini ]
 
 install

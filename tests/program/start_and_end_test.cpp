@@ -10,6 +10,7 @@
 #include <string>
 
 #include "tests/program/quon_panel.h"
+#include "tests/support/agent.h"
 #include "tests/support/text.h"
 
 namespace testkit {
@@ -61,6 +62,13 @@ TEST_F(StartAndEndTest, TheFirstStartShowsThePanelInTheMiddleOfTheScreen) {
     EXPECT_FALSE(folder_.Exists("temphtm.HTM"));
     quon.WaitUntilPainted();
     CaptureScreen().SaveAs("first-start.bmp");
+}
+
+TEST_F(StartAndEndTest, NoDriveWithoutADiskIsComplainedOfAndNoProgramInheritsThat) {
+    QuonPanel quon = Start({});
+    const UINT modes = agent::ErrorModes(quon.Main());
+    EXPECT_EQ(LOWORD(modes), SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
+    EXPECT_EQ(HIWORD(modes), GetErrorMode()) << "as it came from its starter";
 }
 
 TEST_F(StartAndEndTest, ASecondStartEndsAtOnceAndSilently) {

@@ -63,6 +63,8 @@ bool HasMessages(Window window) {
     }
 }
 
+UINT ErrorModes(Window window) { return Ask(window, Question::kErrorModes)->count; }
+
 std::size_t CountMenusAndIcons(Window window) { return Ask(window, Question::kMenusAndIcons)->count; }
 
 }  // namespace testkit::agent

@@ -34,6 +34,9 @@ std::unique_ptr<Answer> Ask(Window window, Question question);
 /// Menus, icons and cursors of the window's process; under Wine only.
 std::size_t CountMenusAndIcons(Window window);
 
+/// The error mode of the window's thread and, in the high word, that of its process (SEM_ flags).
+UINT ErrorModes(Window window);
+
 /// Whether input, a posted message or a painting waits for the window's thread; true when the window goes
 /// meanwhile.
 bool HasMessages(Window window);

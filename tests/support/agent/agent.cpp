@@ -109,6 +109,9 @@ void AnswerQuestion(HWND window, Question question, DWORD asker) {
                 case Question::kWaitingMessages:
                     answer->count = HIWORD(GetQueueStatus(QS_INPUT | QS_POSTMESSAGE | QS_PAINT));
                     break;
+                case Question::kErrorModes:
+                    answer->count = (GetErrorMode() << 16) | GetThreadErrorMode();
+                    break;
             }
             answer->done = TRUE;
         }

@@ -22,6 +22,8 @@ enum class Question : WPARAM {
     /// Which kinds of messages wait for the window's thread: the QS_ flags, timers and sent messages left
     /// out.
     kWaitingMessages = 4,
+    /// The error mode (SEM_ flags) of the window's thread and, in the high word, that of its process.
+    kErrorModes = 5,
 };
 
 struct MenuItemAnswer {

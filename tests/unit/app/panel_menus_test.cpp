@@ -214,6 +214,19 @@ TEST_F(PanelMenusTest, AppendTheOtherProgramsOfTheProgramFolder) {
         ElementsAre("open  " + folder_.FullPath("QSU.exe") + "  " + folder_.Path() + " 1", "Sleep 500"));
 }
 
+TEST_F(PanelMenusTest, AppendNothingThatIsFoundByItsShortNameOnly) {
+    for (const char* name : {"a.exe", "B.EXE", "c.exe-old", "d.exeold", "e.exe.bak"})
+        folder_.MakeFile(name, "x");
+    // A file system with short names finds "C~1.EXE" as well.
+    const auto first = FAKE_CALL(FindFirstFileA, [&](LPCSTR, LPWIN32_FIND_DATAA found) {
+        return ORIGINAL_CALL(FindFirstFileA)(folder_.FullPath("*.exe*").c_str(), found);
+    });
+    menus_.AddCompanionPrograms();
+    std::vector<std::string> added = Captions(menus_.mnuPreDef);
+    added.erase(added.begin(), added.begin() + 6);
+    EXPECT_THAT(added, UnorderedElementsAre("a", "B"));
+}
+
 TEST_F(PanelMenusTest, TakeAnotherSpellingOfTheProgramsNameForAnotherProgram) {
     folder_.MakeFile("QUON.EXE", "x");
     menus_.AddCompanionPrograms();

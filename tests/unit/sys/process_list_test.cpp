@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <dwmapi.h>
 #include <gmock/gmock.h>
 #include <psapi.h>
 
@@ -240,6 +241,31 @@ TEST_F(ProcessListTest, StopsAtTheFirstTextRequestThatFails) {
     EXPECT_THAT(log_.Lines(), ElementsAre("14", "14", "13", "visible"));
     EXPECT_THAT(list.Windows(), IsEmpty());
     EXPECT_THAT(Elements(menu_), ElementsAre("Item1|"));
+}
+
+TEST_F(ProcessListTest, LeavesOutCloakedWindowsWhereHiddenOnesAreLeftOut) {
+    const TestWindow window("suspended", kVisible);
+    HRESULT answer = S_OK;
+    DWORD cloaked = DWM_CLOAKED_SHELL;
+    const RecordedCall attribute =
+        FAKE_CALL(DwmGetWindowAttribute, [&](HWND handle, DWORD which, PVOID value, DWORD size) -> HRESULT {
+            EXPECT_EQ(handle, window);
+            EXPECT_EQ(which, DWORD{DWMWA_CLOAKED});
+            EXPECT_EQ(size, sizeof(DWORD));
+            if (SUCCEEDED(answer)) *static_cast<DWORD*>(value) = cloaked;
+            return answer;
+        });
+    const auto added = [&](bool taskbarOnly) {
+        clsProcesi list(menu_, taskbarOnly, 0);
+        list.AddWindow(window);
+        return list.Windows().size();
+    };
+    EXPECT_EQ(added(true), 0u);
+    EXPECT_EQ(added(false), 1u);
+    cloaked = 0;
+    EXPECT_EQ(added(true), 1u);
+    answer = E_INVALIDARG;
+    EXPECT_EQ(added(true), 1u) << "where the system cannot tell";
 }
 
 TEST_F(ProcessListTest, TakesNoMoreOfATitleThanATitleCanHold) {

@@ -64,7 +64,9 @@ class TooltipTest : public ::testing::Test {
 
   private:
     void LogMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-        if (message == kAddTool || message == kUpdateText) {
+        if (message == kAddTool || message == kUpdateText || message == TTM_ADDTOOLW ||
+            message == TTM_UPDATETIPTEXTW) {
+            const bool wide = message == TTM_ADDTOOLW || message == TTM_UPDATETIPTEXTW;
             const auto& record = *reinterpret_cast<const TTTOOLINFOA*>(lParam);
             EXPECT_EQ(wParam, 0U);
             EXPECT_EQ(record.cbSize, TTTOOLINFOA_V2_SIZE);
@@ -74,7 +76,12 @@ class TooltipTest : public ::testing::Test {
             EXPECT_EQ(record.hinst, win::ModuleInstance());
             EXPECT_THAT(record.rect, AllOf(Field(&RECT::left, 0), Field(&RECT::top, 0),
                                            Field(&RECT::right, 70), Field(&RECT::bottom, 80)));
-            log_.Add(message, record.lpszText);
+            if (wide)
+                log_.Add(message, reinterpret_cast<const TTTOOLINFOW*>(lParam)->lpszText);
+            else
+                log_.Add(message, record.lpszText);
+        } else if (message == TTM_SETTITLEW) {
+            log_.Add(message, wParam, reinterpret_cast<const wchar_t*>(lParam));
         } else if (message == kSetTitle) {
             log_.Add(message, wParam, reinterpret_cast<const char*>(lParam));
         } else {
@@ -126,13 +133,13 @@ TEST_F(TooltipTest, IsCreatedStepByStep) {
     }));
     calls.push_back(LogMessages());
     clsToolTip tip;
-    tip.SetTitle("Наслов č");
-    tip.SetTipText("први\nдруги 文");
+    tip.SetTitle("Title");
+    tip.SetTipText("first\nsecond");
     tip.SetParentControl(control_);
     EXPECT_FALSE(tip.Create());
     EXPECT_THAT(log_.Lines(),
                 ElementsAre("create 0 tooltips_class32 (null) 3 null", "place 0 0 0 0 19", "theme [] []",
-                            "1028 први\nдруги 文", "1056 0 Наслов č", "1048 0 32767", "1043 14541277 0"));
+                            "1028 first\nsecond", "1056 0 Title", "1048 0 32767", "1043 14541277 0"));
     EXPECT_EQ(tip.Handle(), made);
 }
 
@@ -209,8 +216,8 @@ TEST_F(TooltipTest, ChangesTheTitleOfALiveTipUnlessItIsEmpty) {
     EXPECT_THAT(log_.Lines(), ElementsAre());
     tip.Create();
     log_.Clear();
-    tip.SetTitle("Други 文");
-    EXPECT_THAT(log_.Lines(), ElementsAre("1056 0 Други 文"));
+    tip.SetTitle("later");
+    EXPECT_THAT(log_.Lines(), ElementsAre("1056 0 later"));
     log_.Clear();
     tip.SetTitle("");
     EXPECT_THAT(log_.Lines(), ElementsAre());
@@ -225,10 +232,53 @@ TEST_F(TooltipTest, ChangesTheTextOfALiveTip) {
     EXPECT_THAT(log_.Lines(), ElementsAre());
     tip.Create();
     log_.Clear();
-    tip.SetTipText("ново\n文");
+    tip.SetTipText("new\nline");
     tip.SetTipText("");
-    EXPECT_THAT(log_.Lines(), ElementsAre("1036 ново\n文", "1036 "));
+    EXPECT_THAT(log_.Lines(), ElementsAre("1036 new\nline", "1036 "));
     EXPECT_EQ(tip.TipText(), "");
+}
+
+TEST_F(TooltipTest, SaysInWideMessagesWhatEveryCodePageWritesInItsOwnWay) {
+    const RecordedCall messages = LogMessages();
+    clsToolTip tip;
+    tip.SetParentControl(control_);
+    tip.SetTitle("Наслов č");
+    tip.SetTipText("први\nдруги 文");
+    tip.Create();
+    tip.SetTitle("Други 😀");
+    tip.SetTipText("é");
+    tip.SetTipText("e");
+    EXPECT_THAT(log_.Lines(), ElementsAre("1074 први\nдруги 文", "1057 0 Наслов č", "1048 0 32767",
+                                          "1043 14541277 0", "1057 0 Други 😀", "1081 é", "1036 e"));
+    tip.SetTipText("први\nдруги 文");
+    std::wstring shown(100, L'\0');
+    TTTOOLINFOW tool{};
+    tool.cbSize = TTTOOLINFOW_V2_SIZE;
+    tool.hwnd = control_;
+    tool.lpszText = shown.data();
+    SendMessageW(tip.Handle(), TTM_GETTEXTW, shown.size(), reinterpret_cast<LPARAM>(&tool));
+    EXPECT_STREQ(shown.c_str(), L"први\nдруги 文");
+}
+
+TEST_F(TooltipTest, ShowsAsMuchOfALongTitleAsATooltipTakes) {
+    const RecordedCall messages = LogMessages();
+    clsToolTip tip;
+    tip.SetParentControl(control_);
+    tip.Create();
+    log_.Clear();
+    const auto repeated = [](const std::string& text, int count) {
+        std::string all;
+        while (count-- > 0)
+            all += text;
+        return all;
+    };
+    tip.SetTitle(repeated("x", 99));
+    tip.SetTitle(repeated("x", 100));
+    tip.SetTitle(repeated("ж", 300));
+    tip.SetTitle(repeated("😀", 50));
+    EXPECT_THAT(log_.Lines(), ElementsAre("1056 0 " + repeated("x", 99), "1056 0 " + repeated("x", 99),
+                                          "1057 0 " + repeated("ж", 99), "1057 0 " + repeated("😀", 49)));
+    EXPECT_EQ(tip.Title(), repeated("😀", 50));
 }
 
 class TooltipDesktopTest : public TooltipTest {

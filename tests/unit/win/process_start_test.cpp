@@ -41,6 +41,15 @@ TEST(ProcessStartTest, PassesTheCommandLineAsItStandsWithTheWindowState) {
     }
 }
 
+TEST(ProcessStartTest, KeepsDriveErrorsQuietWithoutHandingThatDown) {
+    const UINT process = GetErrorMode();
+    const DWORD before = GetThreadErrorMode();
+    win::KeepDriveErrorsQuiet();
+    EXPECT_EQ(GetThreadErrorMode(), DWORD{SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX});
+    EXPECT_EQ(GetErrorMode(), process) << "what a program that is started inherits";
+    SetThreadErrorMode(before, nullptr);
+}
+
 TEST(ProcessStartTest, ClosesBothHandlesOfWhatItStarted) {
     HANDLE process = CreateEventW(nullptr, FALSE, FALSE, nullptr);
     HANDLE thread = CreateEventW(nullptr, FALSE, FALSE, nullptr);

@@ -1,0 +1,118 @@
+#include "win/shell_call.h"
+
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <shellapi.h>
+
+#include "tests/support/call_log.h"
+#include "tests/support/modal_answers.h"
+#include "tests/support/recorded_call.h"
+#include "tests/support/window.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testkit::CallLog;
+using testkit::RecordedCall;
+using testkit::Window;
+
+TEST(ShellCallTest, PassesWhatItIsGivenAndLetsAnyProgramComeForward) {
+    CallLog log;
+    const RecordedCall allow = LOG_CALL(log, AllowSetForegroundWindow);
+    const RecordedCall place = LOG_CALL(log, SetWindowPos);
+    const RecordedCall shell = FAKE_CALL(
+        ShellExecuteA,
+        [&](HWND owner, LPCSTR verb, LPCSTR file, LPCSTR parameters, LPCSTR folder, INT show) -> HINSTANCE {
+            EXPECT_EQ(owner, GetDesktopWindow());
+            log.Add("open", verb, file, parameters, folder, show);
+            return reinterpret_cast<HINSTANCE>(31);
+        });
+    EXPECT_EQ(win::OpenInShell(nullptr, "C:\\а 文.txt", nullptr, "C:", 3), 31);
+    EXPECT_EQ(win::OpenInShell("Open", "b", "", nullptr, 1), 31);
+    EXPECT_THAT(log.Lines(),
+                ElementsAre("AllowSetForegroundWindow 4294967295", "open (null) C:\\а 文.txt (null) C: 3",
+                            "AllowSetForegroundWindow 4294967295", "open Open b  (null) 1"));
+}
+
+TEST(ShellCallTest, LeavesNoHookBehind) {
+    int hooks = 0;
+    const RecordedCall shell = FAKE_CALL(ShellExecuteA, [](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
+        return reinterpret_cast<HINSTANCE>(33);
+    });
+    const RecordedCall hook =
+        FAKE_CALL(SetWindowsHookExW, [&](int kind, HOOKPROC call, HINSTANCE module, DWORD id) {
+            EXPECT_EQ(id, GetCurrentThreadId());
+            ++hooks;
+            return ORIGINAL_CALL(SetWindowsHookExW)(kind, call, module, id);
+        });
+    const RecordedCall unhook = FAKE_CALL(UnhookWindowsHookEx, [&](HHOOK handle) {
+        --hooks;
+        return ORIGINAL_CALL(UnhookWindowsHookEx)(handle);
+    });
+    win::OpenInShell(nullptr, "a", nullptr, nullptr, 1);
+    EXPECT_EQ(hooks, 0);
+}
+
+/// A panel and a strip above all other windows, and a plain window.
+class ShellCallDesktopTest : public testing::Test {
+  protected:
+    ShellCallDesktopTest() { SetActiveWindow(panel_); }
+    ~ShellCallDesktopTest() override {
+        for (HWND window : {plain_, below_, panel_})
+            DestroyWindow(window);
+    }
+
+    static HWND MakeWindow(DWORD extended) {
+        HWND window = CreateWindowExW(extended, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 300, 200, 400, 300,
+                                      nullptr, nullptr, nullptr, nullptr);
+        SetWindowPos(window, (extended & WS_EX_TOPMOST) != 0 ? HWND_TOPMOST : HWND_TOP, 0, 0, 0, 0,
+                     SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        return window;
+    }
+
+    static bool IsAbove(HWND upper, HWND lower) {
+        for (HWND window = upper; window != nullptr; window = GetWindow(window, GW_HWNDNEXT))
+            if (window == lower) return true;
+        return false;
+    }
+
+    HWND plain_ = MakeWindow(0);
+    HWND below_ = MakeWindow(WS_EX_TOPMOST);
+    HWND panel_ = MakeWindow(WS_EX_TOPMOST);
+};
+
+TEST_F(ShellCallDesktopTest, AQuestionOfTheShellComesUpBeforeTheWindows) {
+    const testkit::ModalAnswers user({[&](Window question) {
+        EXPECT_FALSE(Window(panel_).IsTopmost());
+        EXPECT_FALSE(Window(below_).IsTopmost());
+        EXPECT_TRUE(IsAbove(question.Handle(), panel_));
+        EXPECT_TRUE(IsAbove(question.Handle(), below_));
+        question.Child(IDOK).Send(BM_CLICK);
+    }});
+    const RecordedCall shell = FAKE_CALL(ShellExecuteA, [](HWND owner, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
+        MessageBoxW(owner, L"This file came from another computer.", L"Security", MB_OKCANCEL);
+        return reinterpret_cast<HINSTANCE>(33);
+    });
+    win::OpenInShell(nullptr, "a", nullptr, nullptr, 1);
+    EXPECT_EQ(user.Used(), 1u);
+    EXPECT_TRUE(Window(panel_).IsTopmost());
+    EXPECT_TRUE(Window(below_).IsTopmost());
+    EXPECT_TRUE(IsAbove(panel_, below_));
+    EXPECT_FALSE(Window(plain_).IsTopmost());
+}
+
+TEST_F(ShellCallDesktopTest, AWindowThatGoesDuringTheQuestionDoesNoHarm) {
+    const testkit::ModalAnswers user({[&](Window question) {
+        DestroyWindow(below_);
+        question.Child(IDOK).Send(BM_CLICK);
+    }});
+    const RecordedCall shell = FAKE_CALL(ShellExecuteA, [](HWND owner, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
+        MessageBoxW(owner, L"?", L"?", MB_OK);
+        return reinterpret_cast<HINSTANCE>(33);
+    });
+    win::OpenInShell(nullptr, "a", nullptr, nullptr, 1);
+    EXPECT_TRUE(Window(panel_).IsTopmost());
+}
+
+}  // namespace
