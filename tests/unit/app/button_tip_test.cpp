@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <uxtheme.h>
 
+#include "tests/support/text.h"
 #include "tests/unit/app/panel_parts.h"
 
 namespace app {
@@ -32,6 +33,10 @@ class ButtonTipTest : public PanelParts {
                 if (message == TTM_ADDTOOLA)
                     built.emplace_back(reinterpret_cast<const TTTOOLINFOA*>(lParam)->lpszText);
                 if (message == TTM_SETTITLEA) built.emplace_back(reinterpret_cast<const char*>(lParam));
+                if (message == TTM_ADDTOOLW)
+                    built.push_back(testkit::Utf8(reinterpret_cast<const TTTOOLINFOW*>(lParam)->lpszText));
+                if (message == TTM_SETTITLEW)
+                    built.push_back(testkit::Utf8(reinterpret_cast<const wchar_t*>(lParam)));
                 return ORIGINAL_CALL(SendMessageA)(window, message, wParam, lParam);
             });
         tip_.OnHoverPictureMove(buttons_.HoverPicture().Handle(), button);

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/support/text.h"
 #include "tests/unit/app/panel_parts.h"
 #include "win/errors.h"
 
@@ -37,6 +38,8 @@ class TabStripTest : public PanelParts {
                     EXPECT_EQ(record->hwnd, Header(index));
                     built.emplace_back(record->lpszText);
                 }
+                if (message == TTM_ADDTOOLW)
+                    built.push_back(testkit::Utf8(reinterpret_cast<const TTTOOLINFOW*>(lParam)->lpszText));
                 return ORIGINAL_CALL(SendMessageA)(window, message, wParam, lParam);
             });
         SendMessageW(Header(index), WM_MOUSEMOVE, 0, MAKELPARAM(5, 5));
