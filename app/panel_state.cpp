@@ -29,7 +29,7 @@ model::clsTab& PanelState::Tab(int number) {
     return *tab;
 }
 
-model::ButtonPlace PanelState::CurrentPlace() {
+model::ButtonPlace PanelState::CurrentPlace() const {
     static_cast<void>(Slot(Context.CurrentButtonIndex, model::kButtonCount, "button"));
     return model::ButtonPlace::Parse(Context.CurrentButtonKey);
 }

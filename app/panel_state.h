@@ -36,7 +36,7 @@ struct PanelState {
 
     /// Where the current button is. A command takes this when it begins: whatever lets messages run may make
     /// another button the current one. Throws SubscriptError for an index outside 1 to 9.
-    [[nodiscard]] model::ButtonPlace CurrentPlace();
+    [[nodiscard]] model::ButtonPlace CurrentPlace() const;
 
     /// The button at a place, while its tab is shown; null while it is not.
     model::CButtonShortcut* ShownAt(const model::ButtonPlace& place);

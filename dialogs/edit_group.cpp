@@ -27,6 +27,9 @@ constexpr RowLook kLook{.firstTop = 4,
                         .smallStep = 20,
                         .largeStep = 60};
 
+/// Says that there can be no such group.
+void Refuse() { ShowNote(kCouldNotMake); }
+
 }  // namespace
 
 frmEditB::frmEditB(model::ButtonContext& context) : context_(context), list_(kLook) {}
@@ -102,9 +105,6 @@ void frmEditB::AddItem(const std::string& path) {
     else
         list_.Add({path, path, ""});
 }
-
-/// Says that there can be no such group.
-void frmEditB::Refuse() { ShowNote(kCouldNotMake); }
 
 void frmEditB::Pick(bool folder) {
     const std::string path = PickTarget(folder);

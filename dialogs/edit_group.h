@@ -46,7 +46,6 @@ class frmEditB : public win::Dialog {
     void DeleteItem();
     void Apply();
     [[nodiscard]] bool Store(const std::string& name);
-    void Refuse();
     [[nodiscard]] std::string NameToStore() const;
     [[nodiscard]] std::vector<std::string> Items() const;
 
