@@ -38,9 +38,13 @@ std::string GroupText(const std::string& members) {
 
 std::string TargetText(const model::CButtonShortcut& button) {
     const std::string& path = button.FilePath;
+    std::string file =
+        "Path: " + path + "\nFile size: " + button.FileSize + "\nLast modified: " + button.FILETIME;
+    // A hover must not wait for a server that is known to be silent.
+    if (!button.Answers()) return file;
     if (sys::PathPart(path, sys::kIsFolder) == "yes") return "Folder\n" + path;
     if (PathFileExistsA(path.c_str()) == 0 && sys::IsUrl(path)) return "URL: " + path;
-    return "Path: " + path + "\nFile size: " + button.FileSize + "\nLast modified: " + button.FILETIME;
+    return file;
 }
 
 }  // namespace

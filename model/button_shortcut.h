@@ -45,6 +45,10 @@ class CButtonShortcut {
     /// True when the button holds a shortcut of which only the name is known: its target could not be read.
     [[nodiscard]] bool IsUnread() const { return !IsFree() && FilePath.empty(); }
 
+    /// False when the server or drive of the target did not answer at the last refresh: whoever asks it again
+    /// waits again.
+    [[nodiscard]] bool Answers() const noexcept { return answers_; }
+
     /// Loads everything for the button with this key and paints it. A target that is gone frees the button;
     /// one of which nothing can be said, because its server or drive does not answer, does not. Where the
     /// configuration file could not be read, the record stays, and ButtonContext::onUnread is told.

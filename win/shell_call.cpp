@@ -17,9 +17,10 @@ namespace {
 /// becomes active: a question of the shell has no window of ours for its owner and would lie behind them.
 class StepBack {
   public:
-    StepBack() : outer_(std::exchange(current_, this)) {
+    StepBack()
+        : outer_(std::exchange(current_, this)),
+          hook_(SetWindowsHookExW(WH_CBT, &StepBack::OnHook, nullptr, GetCurrentThreadId())) {
         EnumThreadWindows(GetCurrentThreadId(), &StepBack::Collect, reinterpret_cast<LPARAM>(&windows_));
-        hook_ = SetWindowsHookExW(WH_CBT, &StepBack::OnHook, nullptr, GetCurrentThreadId());
     }
     StepBack(const StepBack&) = delete;
     StepBack& operator=(const StepBack&) = delete;
@@ -70,7 +71,7 @@ class StepBack {
     static inline StepBack* current_ = nullptr;
 
     StepBack* outer_;
-    HHOOK hook_ = nullptr;
+    HHOOK hook_;
     /// Frontmost first.
     std::vector<HWND> windows_;
     std::vector<HWND> lowered_;

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <gmock/gmock.h>
+#include <shlwapi.h>
 #include <uxtheme.h>
 
 #include "tests/support/text.h"
@@ -86,6 +87,20 @@ TEST_F(ButtonTipTest, TellsPathSizeAndDateOfAFile) {
 TEST_F(ButtonTipTest, TellsTheAddressOfAPage) {
     EXPECT_EQ(Tip(2).title, "Стр");
     EXPECT_EQ(Tip(2).text, "URL: http://a/?q=文");
+}
+
+TEST_F(ButtonTipTest, AsksNothingOfAServerThatDidNotAnswer) {
+    Load("[Buttons]\r\n11=Сервер|0\r\n[Cuts]\r\nСервер=\\\\no-such-server.invalid\\share\\a.txt\r\n");
+    const auto exists = FAKE_CALL(PathFileExistsA, [](LPCSTR path) -> WINBOOL {
+        ADD_FAILURE() << "asked for " << path;
+        return FALSE;
+    });
+    const auto folder = FAKE_CALL(PathIsDirectoryA, [](LPCSTR path) -> WINBOOL {
+        ADD_FAILURE() << "asked for " << path;
+        return FALSE;
+    });
+    EXPECT_EQ(Tip(1).title, "Сервер");
+    EXPECT_EQ(Tip(1).text, "Path: \\\\no-such-server.invalid\\share\\a.txt\nFile size: \nLast modified: ");
 }
 
 TEST_F(ButtonTipTest, TellsTheFoldersPath) {
