@@ -244,6 +244,16 @@ TEST_F(FileOperationOnDiskTest, MovesIntoAFolder) {
     EXPECT_FALSE(folder_.Exists("Извор\\čaj 文.txt"));
 }
 
+TEST_F(FileOperationOnDiskTest, MovesIntoAFolderWhosePathTakesMoreBytesThanAPathHasCharacters) {
+    const std::string name = testkit::Utf8(std::wstring(60, L'ж'));
+    const std::string inside = std::string(name).append("\\").append(name).append("\\ж");
+    const std::string deep = folder_.MakeFolder(inside);
+    ASSERT_GT(deep.size(), size_t{MAX_PATH});
+    EXPECT_EQ(clsBmenu::FileOperation(sys::kMoveFile, file_, deep), 0);
+    EXPECT_EQ(folder_.ReadFile(inside + "\\čaj 文.txt"), "text");
+    EXPECT_FALSE(folder_.Exists("Извор\\čaj 文.txt"));
+}
+
 TEST_F(FileOperationOnDiskTest, RenamesInPlace) {
     EXPECT_EQ(clsBmenu::FileOperation(sys::kRenameFile, file_, folder_.FullPath("Извор\\ново.md")), 0);
     EXPECT_EQ(folder_.ReadFile("Извор\\ново.md"), "text");
