@@ -2,14 +2,18 @@
 
 #include <array>
 #include <cmath>
+#include <optional>
 
+#include "app/screen_place.h"
 #include "config/settings.h"
+#include "win/dialog.h"
+#include "win/foreground.h"
+#include "win/handles.h"
+#include "win/input_pause.h"
 
 namespace app {
 namespace {
 
-constexpr int kStripPixels = 4;
-constexpr UINT_PTR kTimerId = 1;
 constexpr UINT kTimerInterval = 500;  // milliseconds
 constexpr DWORD kHoverWait = 100;     // milliseconds
 constexpr int kAsideLeft = -5300;     // twips
@@ -20,26 +24,14 @@ win::Twips ScreenSize(win::TwipsPerPixel twips) {
             win::ToTwips(GetSystemMetrics(SM_CYSCREEN), twips.y)};
 }
 
+/// Minimised or maximised by another program, the window would be neither docked nor out.
+void MakeNormal(HWND window) {
+    if (IsIconic(window) != 0 || IsZoomed(window) != 0) ShowWindow(window, SW_SHOWNOACTIVATE);
+}
+
 bool PointerOverQuon() { return WindowTextUnderMouse().starts_with(kCaptionStart); }
 
 }  // namespace
-
-std::optional<win::Twips> DockedPosition(std::int32_t edge, win::Twips window, win::Twips screen,
-                                         win::TwipsPerPixel twips) {
-    const win::Twips strip{kStripPixels * twips.x, kStripPixels * twips.y};
-    const win::Twips centre = CentredPosition(window, screen);
-    switch (edge) {
-        case kLeftEdge: return win::Twips{-window.x + strip.x, centre.y};
-        case kTopEdge: return win::Twips{centre.x, -window.y + strip.y};
-        case kRightEdge: return win::Twips{screen.x - strip.x, centre.y};
-        case kBottomEdge: return win::Twips{centre.x, screen.y - strip.y};
-        default: return std::nullopt;
-    }
-}
-
-win::Twips CentredPosition(win::Twips window, win::Twips screen) {
-    return {(screen.x - window.x) / 2, (screen.y - window.y) / 2};
-}
 
 int HoverWaits(std::int32_t delay) {
     // The default rounding mode: to the nearest, ties to even.
@@ -54,21 +46,82 @@ std::string WindowTextUnderMouse() {
 }
 
 void EdgeDock::ShowQuon(bool bShow, bool bUnTimer) {
+    MakeNormal(window_);
+    if (bShow)
+        BringOut();
+    else
+        Dock(bUnTimer);
+}
+
+void EdgeDock::BringOut() {
+    if (SavedPlaceCounts())
+        MoveTo({static_cast<int>(savedLeft_), static_cast<int>(savedTop_)});
+    else
+        MoveTo(CentredPosition(WindowSize(), ScreenSize(win::ScreenTwipsPerPixel())));
+    hidden_ = false;
+    outOfSight_ = false;
+    SetWindowRgn(window_, nullptr, TRUE);
+    Raise();
+}
+
+void EdgeDock::Dock(bool bUnTimer) {
+    // A dialog that opens docks the panel behind it: the foreground is its own then.
+    const bool inFront = GetForegroundWindow() == window_ && !win::AnyDialogOpen();
+    PlaceAtEdge();
+    EnableTimer(!bUnTimer);
+    Raise();
+    hidden_ = true;
+    if (inFront && outOfSight_) win::HandOnForeground(window_);
+}
+
+void EdgeDock::PlaceAtEdge() {
     const win::TwipsPerPixel twips = win::ScreenTwipsPerPixel();
-    const win::Twips screen = ScreenSize(twips);
-    if (bShow) {
-        if (savedLeft_ != 0)
-            MoveTo({static_cast<int>(savedLeft_), static_cast<int>(savedTop_)});
-        else
-            MoveTo(CentredPosition(WindowSize(), screen));
-        hidden_ = false;
-        win::SetTopmost(true, window_);
+    const auto place = DockedPosition(config::Settings.Edge, WindowSize(), ScreenSize(twips), twips);
+    if (!place) return;
+    outOfSight_ = true;
+    MoveTo(*place);
+    RECT window{};
+    GetWindowRect(window_, &window);
+    const RECT strip = StripOf(config::Settings.Edge, win::Width(window), win::Height(window));
+    // A monitor beyond the edge would show the rest.
+    win::Region region(CreateRectRgnIndirect(&strip));
+    if (SetWindowRgn(window_, region.Get(), TRUE) != 0) region.Release();
+}
+
+void EdgeDock::Raise() const {
+    // A window of the system's waits for an answer, and would be covered.
+    if (!win::InputPause::Any()) win::SetTopmost(true, window_);
+}
+
+bool EdgeDock::SavedPlaceCounts() const {
+    if (savedLeft_ == 0) return false;
+    const win::TwipsPerPixel twips = win::ScreenTwipsPerPixel();
+    RECT window{};
+    GetWindowRect(window_, &window);
+    OffsetRect(&window, win::ToPixels(static_cast<int>(savedLeft_), twips.x) - window.left,
+               win::ToPixels(static_cast<int>(savedTop_), twips.y) - window.top);
+    return IsInReach(window);
+}
+
+RECT EdgeDock::StripOnScreen() const {
+    RECT window{};
+    GetWindowRect(window_, &window);
+    RECT strip = StripOf(config::Settings.Edge, win::Width(window), win::Height(window));
+    OffsetRect(&strip, window.left, window.top);
+    return strip;
+}
+
+void EdgeDock::FollowScreen() {
+    if (IsIconic(window_) != 0) return;
+    if (hidden_) {
+        PlaceAtEdge();
         return;
     }
-    if (const auto place = DockedPosition(config::Settings.Edge, WindowSize(), screen, twips)) MoveTo(*place);
-    EnableTimer(!bUnTimer);
-    win::SetTopmost(true, window_);
-    hidden_ = true;
+    RECT window{};
+    GetWindowRect(window_, &window);
+    if (IsInReachBesideTaskbar(window)) return;
+    const POINT place = PlaceInReach(window);
+    SetWindowPos(window_, nullptr, place.x, place.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void EdgeDock::SavePosition() {
@@ -89,13 +142,21 @@ void EdgeDock::MoveAside() {
 
 void EdgeDock::EnableTimer(bool enabled) {
     if (enabled)
-        SetTimer(window_, kTimerId, kTimerInterval, nullptr);
+        SetTimer(window_, Timer1, kTimerInterval, nullptr);
     else
-        KillTimer(window_, kTimerId);
+        KillTimer(window_, Timer1);
 }
 
 void EdgeDock::OnTimer() {
-    if (hidden_) win::SetTopmost(true, window_);
+    if (!hidden_) return;
+    if (!win::FullScreenProgramInFront()) {
+        behindFullScreen_ = false;
+        Raise();
+    } else if (!behindFullScreen_) {
+        // Once: from then on the order is the programs' own.
+        behindFullScreen_ = true;
+        win::PutBehindForeground(window_, StripOnScreen());
+    }
 }
 
 void EdgeDock::OnHover() {
@@ -103,15 +164,16 @@ void EdgeDock::OnHover() {
     if (hovering_ || !hidden_ || !config::Settings.PopOnHover || !PointerOverQuon()) return;
     hovering_ = true;
     const bool alive = WaitOut(HoverWaits(config::Settings.PopDelay));
+    const bool abandoned = !hovering_;
     hovering_ = false;
-    if (alive && PointerOverQuon() && hidden_) ShowQuon(true, true);
+    if (alive && !abandoned && PointerOverQuon() && hidden_) ShowQuon(true, true);
 }
 
 bool EdgeDock::WaitOut(int waits) const {
     const HWND window = window_;
     // Brought out by other means, the panel has nothing to wait for, and would answer only between two
     // sleeps.
-    for (int wait = 0; wait < waits && hidden_; ++wait) {
+    for (int wait = 0; wait < waits && hidden_ && hovering_; ++wait) {
         Sleep(kHoverWait);
         if (!win::ProcessPendingMessages(preTranslate_) || IsWindow(window) == 0) return false;
     }

@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <utility>
 
@@ -12,16 +11,8 @@
 
 namespace app {
 
-/// The screen edges by their stored numbers; any other number is no edge.
-enum Edge : std::int32_t { kLeftEdge = 1, kTopEdge = 2, kRightEdge = 3, kBottomEdge = 4 };
-
-/// Where the docked window stands, in twips: all but a strip of 4 pixels is off the screen.
-/// No value for a number that is no edge. Sizes in twips.
-std::optional<win::Twips> DockedPosition(std::int32_t edge, win::Twips window, win::Twips screen,
-                                         win::TwipsPerPixel twips);
-
-/// Where the window stands in the middle of the screen, in twips.
-win::Twips CentredPosition(win::Twips window, win::Twips screen);
+/// The timer of the main window that keeps the docked panel on top; its tick comes every 500 ms.
+constexpr UINT_PTR Timer1 = 1;
 
 /// How many waits of 100 ms a hover delay takes: the quotient rounded to the nearest, ties to even.
 int HoverWaits(std::int32_t delay);
@@ -45,17 +36,24 @@ class EdgeDock {
     /// True while the window is docked.
     [[nodiscard]] bool Hidden() const noexcept { return hidden_; }
 
+    /// True while nothing but the strip is to be seen: docked, and at an edge that is one.
+    [[nodiscard]] bool OutOfSight() const noexcept { return outOfSight_; }
+
     /// Remembers where the window is, unless it is docked.
     void SavePosition();
 
     /// Moves the window off the screen to the left.
     void MoveAside();
 
-    /// Switches the 500 ms timer on or off (SetTimer).
+    /// Switches Timer1 on or off (SetTimer).
     void EnableTimer(bool enabled);
 
-    /// The timer's tick: keeps the docked strip on top.
+    /// Timer1's tick: keeps the docked strip on top, but behind a program that fills the screen.
     void OnTimer();
+
+    /// The screen, its size or the taskbar's place has changed: docks a docked window anew, and brings one
+    /// that is out back to where its caption can be reached.
+    void FollowScreen();
 
     /// The mouse moves over the window: after the delay the docked window comes out, unless it was left.
     void OnHover();
@@ -63,7 +61,16 @@ class EdgeDock {
     /// A mouse button went down on the window.
     void OnPress();
 
+    /// Ends the wait that a hover has begun without bringing the window out.
+    void AbandonHover() noexcept { hovering_ = false; }
+
   private:
+    void BringOut();
+    void Dock(bool bUnTimer);
+    void PlaceAtEdge();
+    void Raise() const;
+    [[nodiscard]] bool SavedPlaceCounts() const;
+    [[nodiscard]] RECT StripOnScreen() const;
     void MoveTo(win::Twips place) const;
     [[nodiscard]] win::Twips WindowSize() const;
     [[nodiscard]] bool WaitOut(int waits) const;
@@ -71,6 +78,8 @@ class EdgeDock {
     HWND window_ = nullptr;
     win::MessageFilter preTranslate_;
     bool hidden_ = false;
+    bool outOfSight_ = false;
+    bool behindFullScreen_ = false;
     bool hovering_ = false;
     float savedLeft_ = 0;
     float savedTop_ = 0;

@@ -12,6 +12,7 @@
 #include "win/dialog.h"
 #include "win/geometry.h"
 #include "win/key_repeat.h"
+#include "win/modal_windows.h"
 #include "win/text.h"
 
 namespace app {
@@ -29,6 +30,15 @@ RECT OuterRect() {
     RECT rect = layout::At(0, 0, layout::kClientWidth, layout::kClientHeight);
     AdjustWindowRectEx(&rect, kStyle, FALSE, kExtendedStyle);
     return layout::At(0, 0, win::Width(rect), win::Height(rect));
+}
+
+bool IsKey(const MSG& message) { return message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST; }
+
+/// Whether a key means something though nobody sees what it acts on: F1 and Alt+F4.
+bool WorksDocked(const MSG& message) {
+    if (message.message == WM_KEYDOWN || message.message == WM_KEYUP) return message.wParam == VK_F1;
+    const bool system = message.message == WM_SYSKEYDOWN || message.message == WM_SYSKEYUP;
+    return system && message.wParam == VK_F4 && win::HeldModifiers() == win::kAlt;
 }
 
 }  // namespace
@@ -78,11 +88,14 @@ void Glavni::Organize() {
 
 bool Glavni::PreTranslate(MSG& message) {
     if (message.hwnd != Handle() && IsChild(Handle(), message.hwnd) == 0) return false;
+    if (dock_.OutOfSight() && IsKey(message) && !WorksDocked(message)) return true;
     const bool pressed = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
     // Held, a key that opens, stores or docks is one press.
     if (pressed && win::IsKeyRepeat(message.lParam) && ActsOnce(message.wParam)) return true;
     if (pressed && KeyDown(message.wParam, win::HeldModifiers())) return true;
-    return shortcuts_.PreTranslate(message) || IsDialogMessageW(Handle(), &message) != 0;
+    if (shortcuts_.PreTranslate(message)) return true;
+    // It would dispatch every other message as well, one handler deeper than the message loop does.
+    return IsKey(message) && IsDialogMessageW(Handle(), &message) != 0;
 }
 
 std::optional<LRESULT> Glavni::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -97,10 +110,15 @@ std::optional<LRESULT> Glavni::OnMessage(UINT message, WPARAM wParam, LPARAM lPa
         case WM_RBUTTONDOWN:
         case WM_MBUTTONDOWN: dock_.OnPress(); return 0;
         case WM_ACTIVATE: OnActivate(LOWORD(wParam) != WA_INACTIVE); return 0;
-        case WM_TIMER: dock_.OnTimer(); return 0;
         case WM_HOTKEY:
             if (hotKey_.IsMine(wParam)) OnHotKey();
             return 0;
+        case WM_TIMER: OnTimer(wParam); return 0;
+        case WM_DISPLAYCHANGE: dock_.FollowScreen(); return std::nullopt;
+        case WM_SETTINGCHANGE:
+            // The taskbar has moved or changed its size.
+            if (wParam == SPI_SETWORKAREA) dock_.FollowScreen();
+            return std::nullopt;
         case WM_HELP: win::ShowHelp(); return 0;
         case WM_COMMAND:
             if (LOWORD(wParam) == IDC_RENAME && HIWORD(wParam) == EN_KILLFOCUS) rename_.Abandon();
@@ -112,13 +130,13 @@ std::optional<LRESULT> Glavni::OnMessage(UINT message, WPARAM wParam, LPARAM lPa
         case WM_ENDSESSION:
             if (wParam != 0) EndSession();
             return 0;
-        case WM_QUON_UNLOAD: Unload(); return 0;
         case WM_QUON_CHOSEN: shortcuts_.OnChosen(); return 0;
         case WM_QUON_DROP:
             drops_.Act();
             shortcuts_.ActOnDrops();
             return 0;
         case WM_DESTROY:
+            win::SetEnding(false);
             drops_.Detach();
             shortcuts_.Detach();
             hotKey_.Set(0);
@@ -165,8 +183,8 @@ void Glavni::OnMouseMove(WPARAM wParam, LPARAM lParam) {
     switch (TrayIcon::CallbackEvent(wParam, lParam)) {
         case WM_LBUTTONUP:
             dock_.ShowQuon(true, true);
-            // Not this window while a dialog is open: it takes no input, and would cover the dialog.
-            SetForegroundWindow(win::ModalOwner());
+            // Not this window while a dialog or a question is open: it takes no input, and would cover that.
+            SetForegroundWindow(win::WaitingWindow());
             return;
         case WM_RBUTTONUP: OnTrayRightClick(); return;
         default: dock_.OnHover(); return;
@@ -193,12 +211,14 @@ void Glavni::OnHotKey() {
 }
 
 void Glavni::OnTrayRightClick() {
-    if (!PointerOverNotificationArea()) return;
+    // The keyboard's request arrives as the same message, wherever the pointer is.
+    const bool byMouse = PointerOverNotificationArea();
+    if (!byMouse && !NotificationAreaHasKeyboard()) return;
+    const POINT place = byMouse ? win::PointerPlace() : tray_.Place();
     dock_.ShowQuon(true, true);
-    const POINT pointer = win::PointerPlace();
     // Without the foreground the menu would stay open when the user clicks elsewhere.
-    SetForegroundWindow(win::ModalOwner());
-    const int command = win::TrackMenu(mnuTray_, pointer, win::ModalOwner());
+    SetForegroundWindow(win::WaitingWindow());
+    const int command = win::TrackMenu(mnuTray_, place, win::ModalOwner());
     if (mnuTray_.IndexOf(command) == kShowQuon) dock_.ShowQuon(true, false);
     if (mnuTray_.IndexOf(command) == kClose) {
         closeButtonCloses_ = true;

@@ -70,6 +70,8 @@ class Glavni : public win::Window, public dialogs::PanelHost {
     void EndSession();
     void Unload();
     void UnloadNow();
+    void SaveAtEnd();
+    void OnTimer(WPARAM timer);
     bool KeyDown(WPARAM key, win::ShiftState shift);
 
     void JoinParts();
@@ -80,6 +82,9 @@ class Glavni : public win::Window, public dialogs::PanelHost {
     void OnMouseMove(WPARAM wParam, LPARAM lParam);
     void OnTrayRightClick();
     void OnHotKey();
+
+    /// Timers of the window beside Timer1.
+    enum : UINT_PTR { kEndTimer = Timer1 + 1, kTrayTimer };
 
     PanelState state_;
     EdgeDock dock_;

@@ -13,11 +13,15 @@
 #include "sys/shell_folders.h"
 #include "win/dialog.h"
 #include "win/errors.h"
+#include "win/modal_windows.h"
 #include "win/process_start.h"
 #include "win/shell_call.h"
 
 namespace app {
 namespace {
+
+constexpr UINT kEndInterval = 50;     // milliseconds
+constexpr UINT kTrayInterval = 3000;  // milliseconds
 
 std::string g_helpFile;
 
@@ -45,7 +49,7 @@ void Glavni::Load() {
     config::LoadPopUpSettings();
     menus_.ShowTooltipSetting();
     TakeCloseSetting();
-    tray_.AddTrayIcon(Handle(), icon_);
+    if (!tray_.AddTrayIcon(Handle(), icon_)) SetTimer(Handle(), kTrayTimer, kTrayInterval, nullptr);
     menus_.AddCompanionPrograms();
     ShowFirst();
     // The panel stands there painted before the rest, which nobody sees and OLE takes its time for.
@@ -88,8 +92,21 @@ void Glavni::ShowFirst() {
         dock_.ShowQuon(false, true);
     else
         dock_.ShowQuon(true, false);
-    // Docked it must not take the focus from what the user is doing.
-    ShowWindow(Handle(), dock_.Hidden() ? SW_SHOWNOACTIVATE : SW_SHOW);
+    // ShowWindow would make of its first call what the program's starter asks for: minimised, maximised or
+    // not shown at all. Docked the window must not take the focus from what the user is doing.
+    const UINT quietly = dock_.Hidden() ? SWP_NOACTIVATE | SWP_NOZORDER : 0;
+    SetWindowPos(Handle(), HWND_TOP, 0, 0, 0, 0, SWP_SHOWWINDOW | SWP_NOMOVE | SWP_NOSIZE | quietly);
+}
+
+void Glavni::OnTimer(WPARAM timer) {
+    switch (timer) {
+        case Timer1: dock_.OnTimer(); return;
+        case kEndTimer: Unload(); return;
+        case kTrayTimer:
+            if (tray_.AddAgain()) KillTimer(Handle(), kTrayTimer);
+            return;
+        default: return;
+    }
 }
 
 void Glavni::CloseRequest(UnloadMode mode) {
@@ -100,26 +117,36 @@ void Glavni::CloseRequest(UnloadMode mode) {
     dock_.SavePosition();
     dock_.MoveAside();
     dock_.ShowQuon(false, false);
-    if (mode == UnloadMode::kTaskManager) Unload();
+    if (mode == UnloadMode::kSession || mode == UnloadMode::kTaskManager) Unload();
 }
 
 void Glavni::EndSession() {
-    // Nothing after this is sure to run, so no open dialog is waited for.
     CloseRequest(UnloadMode::kSession);
-    UnloadNow();
+    // Nothing after this is sure to run, so nothing that is open is waited for.
+    SaveAtEnd();
 }
 
 void Glavni::Unload() {
-    if (!win::AnyDialogOpen()) {
+    if (!win::InModalLoop()) {
         UnloadNow();
         return;
     }
-    // What called the dialog still works on the window: it goes after that has come back.
-    win::CancelOpenDialogs();
-    PostMessageW(Handle(), WM_QUON_UNLOAD, 0, 0);
+    // A menu, a dialog or a question is open, and what called it still works on the window; the end of the
+    // message loop, moreover, would answer the shell's questions with "Yes". So it is cancelled, and the
+    // window goes once that has come back.
+    win::SetEnding(true);
+    dock_.AbandonHover();
+    win::CancelModalWindows();
+    SetTimer(Handle(), kEndTimer, kEndInterval, nullptr);
 }
 
 void Glavni::UnloadNow() {
+    SaveAtEnd();
+    win::SetMainWindow(nullptr);
+    Destroy();
+}
+
+void Glavni::SaveAtEnd() {
     if (unloaded_) return;
     unloaded_ = true;
     tray_.RemoveTrayIcon();
@@ -127,8 +154,6 @@ void Glavni::UnloadNow() {
     constexpr DWORD kEndPatience = 3000;  // milliseconds
     const config::LongPatience patience(kEndPatience);
     config::SaveSettings();
-    win::SetMainWindow(nullptr);
-    Destroy();
 }
 
 bool Glavni::KeyDown(WPARAM key, win::ShiftState shift) {

@@ -11,9 +11,21 @@ namespace {
 
 constexpr UINT kIconId = 1;
 
+/// Whether a window is, or stands on, one of those that notification icons are shown in.
+bool HoldsNotificationArea(HWND window) {
+    constexpr std::array<std::wstring_view, 3> kClasses{L"Shell_TrayWnd", L"NotifyIconOverflowWindow",
+                                                        L"TopLevelWindowForOverflowXamlIsland"};
+    for (; window != nullptr; window = GetAncestor(window, GA_PARENT)) {
+        wchar_t name[64]{};
+        GetClassNameW(window, name, static_cast<int>(std::size(name)));
+        if (std::find(kClasses.begin(), kClasses.end(), name) != kClasses.end()) return true;
+    }
+    return false;
+}
+
 }  // namespace
 
-void TrayIcon::AddTrayIcon(HWND window, HICON icon) {
+bool TrayIcon::AddTrayIcon(HWND window, HICON icon) {
     constexpr std::string_view kTip = " Quon ";
     record_ = {};
     record_.cbSize = NOTIFYICONDATAA_V1_SIZE;
@@ -23,8 +35,24 @@ void TrayIcon::AddTrayIcon(HWND window, HICON icon) {
     record_.uCallbackMessage = WM_MOUSEMOVE;
     record_.hIcon = icon;
     std::copy(kTip.begin(), kTip.end(), record_.szTip);
-    Shell_NotifyIconA(NIM_ADD, &record_);
-    shown_ = true;
+    asked_ = true;
+    return Shell_NotifyIconA(NIM_ADD, &record_) != FALSE;
+}
+
+bool TrayIcon::AddAgain() {
+    if (Shell_NotifyIconA(NIM_ADD, &record_) != FALSE) return true;
+    // Busy as it is at logon, the taskbar may have taken the icon before without answering in time.
+    return Shell_NotifyIconA(NIM_MODIFY, &record_) != FALSE;
+}
+
+POINT TrayIcon::Place() const {
+    NOTIFYICONIDENTIFIER icon{};
+    icon.cbSize = sizeof icon;
+    icon.hWnd = record_.hWnd;
+    icon.uID = record_.uID;
+    RECT place{};
+    if (FAILED(Shell_NotifyIconGetRect(&icon, &place))) return win::PointerPlace();
+    return {(place.left + place.right) / 2, (place.top + place.bottom) / 2};
 }
 
 UINT TrayIcon::CallbackEvent(WPARAM wParam, LPARAM lParam) noexcept {
@@ -35,21 +63,15 @@ UINT TrayIcon::CallbackEvent(WPARAM wParam, LPARAM lParam) noexcept {
 }
 
 bool PointerOverNotificationArea() {
-    constexpr std::array<std::wstring_view, 3> kClasses{L"Shell_TrayWnd", L"NotifyIconOverflowWindow",
-                                                        L"TopLevelWindowForOverflowXamlIsland"};
-    if (WindowTextUnderMouse().starts_with("Notification")) return true;
-    const POINT pointer = win::PointerPlace();
-    for (HWND window = WindowFromPoint(pointer); window != nullptr; window = GetAncestor(window, GA_PARENT)) {
-        wchar_t name[64]{};
-        GetClassNameW(window, name, static_cast<int>(std::size(name)));
-        if (std::find(kClasses.begin(), kClasses.end(), name) != kClasses.end()) return true;
-    }
-    return false;
+    return WindowTextUnderMouse().starts_with("Notification") ||
+           HoldsNotificationArea(WindowFromPoint(win::PointerPlace()));
 }
 
+bool NotificationAreaHasKeyboard() { return HoldsNotificationArea(GetForegroundWindow()); }
+
 void TrayIcon::RemoveTrayIcon() noexcept {
-    if (!shown_) return;
-    shown_ = false;
+    if (!asked_) return;
+    asked_ = false;
     Shell_NotifyIconA(NIM_DELETE, &record_);
 }
 

@@ -16,8 +16,12 @@ class TrayIcon {
     TrayIcon& operator=(TrayIcon&&) = delete;
     ~TrayIcon() { RemoveTrayIcon(); }
 
-    /// Shows the icon; its events arrive at `window` as mouse moves (Shell_NotifyIconA).
-    void AddTrayIcon(HWND window, HICON icon);
+    /// Shows the icon; its events arrive at `window` as mouse moves (Shell_NotifyIconA). False when there is
+    /// nobody to show it yet, as at logon before the taskbar has come.
+    bool AddTrayIcon(HWND window, HICON icon);
+
+    /// Tries once more what AddTrayIcon could not do; true when the icon is there.
+    bool AddAgain();
 
     /// Takes the icon away; harmless when there is none.
     void RemoveTrayIcon() noexcept;
@@ -26,13 +30,21 @@ class TrayIcon {
     /// WM_RBUTTONUP); 0 for a real move. The message stands in the place of the x coordinate.
     static UINT CallbackEvent(WPARAM wParam, LPARAM lParam) noexcept;
 
+    /// The middle of the icon on the screen (Shell_NotifyIconGetRect); where the pointer is if Windows does
+    /// not tell.
+    [[nodiscard]] POINT Place() const;
+
   private:
     NOTIFYICONDATAA record_{};
-    bool shown_ = false;
+    bool asked_ = false;
 };
 
 /// True when the pointer is over the taskbar's notification area, by the caption of the window there or by
 /// the classes of the windows that hold it.
 bool PointerOverNotificationArea();
+
+/// True when what the user types goes to the taskbar or to what opens from it: a click on the icon comes from
+/// the keyboard then.
+bool NotificationAreaHasKeyboard();
 
 }  // namespace app

@@ -112,6 +112,5 @@
 #define IDM_ACTIVE 2700
 
 // Private messages of the main window
-#define WM_QUON_UNLOAD (WM_APP + 1)  // unload once the open dialogs are gone
 #define WM_QUON_DROP (WM_APP + 2)    // a drop waits
 #define WM_QUON_CHOSEN (WM_APP + 3)  // an item of the drop-down was chosen

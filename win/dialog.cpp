@@ -1,9 +1,11 @@
 #include "win/dialog.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "win/errors.h"
 #include "win/message_ban.h"
+#include "win/modal_windows.h"
 #include "win/window.h"
 
 namespace win {
@@ -24,6 +26,7 @@ constexpr INT_PTR kNotMade = -1;
 }  // namespace
 
 INT_PTR Dialog::ShowModal(HWND owner, int templateId) {
+    if (IsEnding()) return -1;
     AssertMayPump("a dialog");
     const INT_PTR answer = DialogBoxParamW(ModuleInstance(), MAKEINTRESOURCEW(templateId), owner,
                                            &Dialog::Procedure, reinterpret_cast<LPARAM>(this));
@@ -69,6 +72,10 @@ INT_PTR CALLBACK Dialog::Procedure(HWND window, UINT message, WPARAM wParam, LPA
 HWND ModalOwner() noexcept { return OpenDialogs().empty() ? g_mainWindow : OpenDialogs().back(); }
 
 bool AnyDialogOpen() noexcept { return !OpenDialogs().empty(); }
+
+bool IsOpenDialog(HWND window) noexcept {
+    return std::find(OpenDialogs().begin(), OpenDialogs().end(), window) != OpenDialogs().end();
+}
 
 void SetMainWindow(HWND window) noexcept { g_mainWindow = window; }
 

@@ -23,7 +23,8 @@ class Dialog {
 
   protected:
     /// Shows the dialog and returns when it is closed (DialogBoxParamW); the answer is what End was given,
-    /// -1 when Windows could not make the dialog or OnInit has thrown, which was reported then.
+    /// -1 when Windows could not make the dialog, when OnInit has thrown, which was reported then, or when the
+    /// program is ending.
     INT_PTR ShowModal(HWND owner, int templateId);
 
     /// Closes the dialog.
@@ -53,6 +54,9 @@ void SetMainWindow(HWND window) noexcept;
 
 /// True while a dialog of this program is open.
 bool AnyDialogOpen() noexcept;
+
+/// True for the window of an open dialog of this program.
+bool IsOpenDialog(HWND window) noexcept;
 
 /// Cancels the open dialogs from the innermost out, as Esc would.
 void CancelOpenDialogs();

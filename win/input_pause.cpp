@@ -7,9 +7,17 @@
 #include "win/window.h"
 
 namespace win {
+namespace {
+
+int g_pauses = 0;
+
+}  // namespace
+
+bool InputPause::Any() noexcept { return g_pauses > 0; }
 
 InputPause::InputPause() : active_(GetActiveWindow()) {
     AssertMayPump("a window of the system");
+    ++g_pauses;
     EnumThreadWindows(GetCurrentThreadId(), &InputPause::Collect, reinterpret_cast<LPARAM>(&paused_));
     for (const Paused& paused : paused_) {
         EnableWindow(paused.window, FALSE);
@@ -18,6 +26,7 @@ InputPause::InputPause() : active_(GetActiveWindow()) {
 }
 
 InputPause::~InputPause() {
+    --g_pauses;
     // From the back to the front: the last window that is made topmost stands above the others.
     std::for_each(paused_.rbegin(), paused_.rend(), [](const Paused& paused) {
         if (IsWindow(paused.window) == 0) return;

@@ -19,6 +19,9 @@ class InputPause {
     InputPause& operator=(InputPause&&) = delete;
     ~InputPause();
 
+    /// True while there is one: no window of ours is to be brought above others then.
+    [[nodiscard]] static bool Any() noexcept;
+
   private:
     struct Paused {
         HWND window;

@@ -4,6 +4,7 @@
 
 #include "win/errors.h"
 #include "win/message_ban.h"
+#include "win/modal_windows.h"
 #include "win/text.h"
 
 namespace win {
@@ -72,11 +73,17 @@ std::optional<int> MenuArray::IndexOf(int command) const noexcept {
 }
 
 int TrackMenu(const MenuArray& menu, POINT at, HWND owner) {
+    if (IsEnding()) return 0;
     AssertMayPump("a menu");
     const Menu popup = menu.Build();
     // Opened while the right button is pressed, the menu must not take the end of that press for a choice.
     const UINT rightChooses = GetKeyState(VK_RBUTTON) < 0 ? 0 : TPM_RIGHTBUTTON;
-    return TrackPopupMenu(popup.Get(), TPM_RETURNCMD | rightChooses, at.x, at.y, 0, owner, nullptr);
+    const int chosen =
+        TrackPopupMenu(popup.Get(), TPM_RETURNCMD | rightChooses, at.x, at.y, 0, owner, nullptr);
+    // The switch to another task that a click elsewhere has begun is complete only with one more message:
+    // without it the next menu closes as soon as it opens.
+    PostMessageW(owner, WM_NULL, 0, 0);
+    return chosen;
 }
 
 }  // namespace win

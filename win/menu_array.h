@@ -61,7 +61,8 @@ class MenuArray {
 
 /// Shows the menu at a point of the screen and waits for the choice (TrackPopupMenu). The right mouse button
 /// chooses too, unless the menu is opened while it is pressed.
-/// Returns the chosen command's identifier, 0 when the menu was left without one.
+/// Returns the chosen command's identifier, 0 when the menu was left without one or the program is
+/// ending.
 int TrackMenu(const MenuArray& menu, POINT at, HWND owner);
 
 }  // namespace win

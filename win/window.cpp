@@ -8,6 +8,19 @@
 namespace win {
 namespace {
 
+int g_handlerDepth = 0;
+
+/// One more handler as long as it lives.
+class HandlerMark {
+  public:
+    HandlerMark() noexcept { ++g_handlerDepth; }
+    HandlerMark(const HandlerMark&) = delete;
+    HandlerMark& operator=(const HandlerMark&) = delete;
+    HandlerMark(HandlerMark&&) = delete;
+    HandlerMark& operator=(HandlerMark&&) = delete;
+    ~HandlerMark() { --g_handlerDepth; }
+};
+
 void RegisterOnce(const WindowOptions& options, WNDPROC procedure) {
     WNDCLASSEXW record{};
     record.cbSize = sizeof record;
@@ -65,6 +78,7 @@ LRESULT CALLBACK Window::Trampoline(HWND window, UINT message, WPARAM wParam, LP
     }
     auto* self = reinterpret_cast<Window*>(GetWindowLongPtrW(window, GWLP_USERDATA));
     if (self == nullptr) return DefWindowProcW(window, message, wParam, lParam);
+    const HandlerMark mark;
     if (message == WM_NCDESTROY) {
         SetWindowLongPtrW(window, GWLP_USERDATA, 0);
         self->handle_ = nullptr;
@@ -96,8 +110,13 @@ void CutHole(HWND window, RECT hole) noexcept {
     if (SetWindowRgn(window, region.Get(), FALSE) != 0) region.Release();
 }
 
+int HandlerDepth() noexcept { return g_handlerDepth; }
+
 void HandleMessage(MSG& message, const MessageFilter& filter) {
-    if (filter && Guarded(message.hwnd, true, [&] { return filter(message); })) return;
+    if (filter) {
+        const HandlerMark mark;
+        if (Guarded(message.hwnd, true, [&] { return filter(message); })) return;
+    }
     TranslateMessage(&message);
     DispatchMessageW(&message);
 }

@@ -66,6 +66,11 @@ void SetTopmost(bool topmost, HWND window) noexcept;
 /// clicked (SetWindowRgn).
 void CutHole(HWND window, RECT hole) noexcept;
 
+/// How many handlers of this program are at work inside one another: 1 in one that the outermost message loop
+/// has called, more in one that was called meanwhile, from the loop of a menu or of a modal window for
+/// instance; 0 outside of any.
+int HandlerDepth() noexcept;
+
 /// Sees a message before it is dispatched; true when that was all there was to do.
 using MessageFilter = std::function<bool(MSG&)>;
 

@@ -235,6 +235,18 @@ TEST_F(OptionsDialogTest, TellsThatTheStartEntrysKeyCannotBeOpenedAndStays) {
     EXPECT_EQ(folder_.IniValue("Settings", "Main"), expected.Main());
 }
 
+TEST_F(OptionsDialogTest, TheEndPassesTheMessageAboutTheStartEntrysKey) {
+    QuonIni ini;
+    ini.click_shows = true;
+    QuonPanel quon = Start(ini);
+    const RunKeyGone gone;
+    Click(OpenOptions(quon), kAccept);
+    WaitForSystemMessageBox(quon.Id(), "Quon: Error report");
+    quon.Main().Post(WM_CLOSE);
+    EXPECT_EQ(quon.Program().WaitForExit(), 0u);
+    EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini.Main());
+}
+
 TEST_F(OptionsDialogTest, ADelayThatIsNoNumberIsToldAndTheDialogStays) {
     QuonIni ini;
     ini.click_shows = true;

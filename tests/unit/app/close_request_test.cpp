@@ -11,6 +11,7 @@
 #include "dialogs/message_box.h"
 #include "res/resource.h"
 #include "tests/support/modal_answers.h"
+#include "tests/support/wait.h"
 #include "tests/unit/app/panel_harness.h"
 #include "win/dialog.h"
 #include "win/window.h"
@@ -238,8 +239,7 @@ TEST(CloseRequestTest, CancelsOpenDialogsFromTheInnermostOutAndThenEnds) {
                 ElementsAre("Cancel", "Cancel"));
     // What opened the dialogs has come back before the window goes.
     ASSERT_FALSE(panel.Ended());
-    win::ProcessPendingMessages();
-    EXPECT_TRUE(panel.Ended());
+    testkit::WaitFor("the panel ends", [&] { return panel.Ended(); });
     EXPECT_EQ(EndOf(panel.Log()).size(), 5u);
 }
 

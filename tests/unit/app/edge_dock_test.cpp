@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/screen_place.h"
 #include "config/settings.h"
 #include "tests/support/call_log.h"
 #include "tests/support/recorded_call.h"
@@ -230,11 +231,11 @@ TEST_F(DockingTest, ComesOutWhereItWasSaved) {
 }
 
 TEST_F(DockingTest, ComesOutAtASavedPlaceLeftOfTheScreen) {
-    SetWindowPos(window_, nullptr, -120, -30, 0, 0, SWP_NOSIZE);
+    SetWindowPos(window_, nullptr, -120, 30, 0, 0, SWP_NOSIZE);
     dock_.SavePosition();
     Dock(kRightEdge);
     dock_.ShowQuon(true, true);
-    EXPECT_THAT(log_.Lines(), ElementsAre("place -120 -30", kTopmost));
+    EXPECT_THAT(log_.Lines(), ElementsAre("place -120 30", kTopmost));
 }
 
 TEST_F(DockingTest, TakesASavedLeftOfZeroForNone) {

@@ -104,11 +104,15 @@ void PanelHarness::RecordProfile() {
 void PanelHarness::RecordWindow() {
     fakes_.push_back(FAKE_CALL(ShowWindow, [this](HWND window, int command) -> BOOL {
         if (!IsPanel(window)) return ORIGINAL_CALL(ShowWindow)(window, command);
-        log_.Add("show", command);
+        log_.Add("state", command);
         return FALSE;
     }));
     fakes_.push_back(
         FAKE_CALL(SetWindowPos, [this](HWND window, HWND after, int x, int y, int cx, int cy, UINT flags) {
+            if (IsPanel(window) && (flags & SWP_SHOWWINDOW) != 0) {
+                log_.Add((flags & SWP_NOACTIVATE) != 0 ? "show quietly" : "show");
+                return TRUE;
+            }
             if (IsPanel(window)) {
                 if ((flags & SWP_NOMOVE) == 0)
                     log_.Add("place", x, y);

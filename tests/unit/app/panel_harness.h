@@ -50,7 +50,7 @@ class PanelHarness {
     testkit::ProgramFolder& Folder() { return folder_; }
     /// One line a call: "read SECTION KEY", "section SECTION", "write SECTION KEY VALUE", "associated NAME",
     /// "edge", "tray add|delete", "drives", "list PATTERN", "place X Y", "topmost", "timer on|off", "find
-    /// CLASS", "show N".
+    /// CLASS", "show", "show quietly", "state N" (ShowWindow).
     testkit::CallLog& Log() { return log_; }
     const NOTIFYICONDATAA& TrayRecord() const { return trayRecord_; }
 

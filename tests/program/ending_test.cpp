@@ -1,0 +1,166 @@
+// The program is asked to end while something of its own or of the system's waits for an answer: that is
+// cancelled, and the program ends at once with everything saved.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "res/resource.h"
+#include "tests/program/quon_panel.h"
+
+namespace testkit {
+namespace {
+
+/// A way to ask for the end.
+using Request = std::function<void(const QuonPanel&)>;
+
+void PostClose(const QuonPanel& quon) { quon.Main().Post(WM_CLOSE); }
+
+void SendClose(const QuonPanel& quon) { quon.Main().Send(WM_CLOSE); }
+
+void EndSession(const QuonPanel& quon) {
+    EXPECT_EQ(quon.Main().Send(WM_QUERYENDSESSION), TRUE);
+    quon.Main().Send(WM_ENDSESSION, TRUE);
+}
+
+const std::vector<Request> kAllRequests{&PostClose, &SendClose, &EndSession};
+
+class EndingTest : public ::testing::Test {
+  protected:
+    EndingTest() { ini_.AddShortcut("21", "target", folder_.MakeFile("target.txt", "text")); }
+
+    /// Starts, goes to the second tab, lets `open` bring something up and asks for the end.
+    void EndAfter(const Request& request, const std::function<void(QuonPanel&)>& open) {
+        // An instance that stayed behind would stop this start.
+        QuonIni ini = ini_;
+        ini.current_tab = 1;
+        folder_.WriteIniText(ini.Text());
+        QuonPanel quon(folder_);
+        mouse::Click(quon.Header(2));
+        quon.ExpectName(1, "target");
+        open(quon);
+        request(quon);
+        constexpr std::chrono::seconds kLongEnough{10};
+        EXPECT_TRUE(HappensWithin(kLongEnough, [&] { return !quon.Program().IsRunning(); }));
+        EXPECT_EQ(quon.Program().ExitCode(), 0u);
+        ini.current_tab = 2;
+        EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini.Main());
+        EXPECT_EQ(folder_.ReadFile("target.txt"), "text");
+        EXPECT_EQ(folder_.IniValue("Cuts", "target"), folder_.FullPath("target.txt"));
+    }
+    static void Choose(const QuonPanel& quon, std::initializer_list<std::string_view> path) {
+        mouse::RightClick(quon.Button(1));
+        PopupMenu::Wait(quon.Id()).Choose(path);
+    }
+    /// The system's dialog that the program shows.
+    static Window WaitForSystemDialog(QuonPanel& quon) {
+        return WaitFor("a dialog of the system's", [&] {
+            for (const Window window : quon.Program().Windows())
+                if (window != quon.Main() && window.Class() == "#32770" && window.IsEnabled()) return window;
+            return Window();
+        });
+    }
+
+    ProgramFolder folder_;
+    QuonIni ini_;
+};
+
+TEST_F(EndingTest, PassesTheMenuOfAButton) {
+    for (const Request& request : kAllRequests)
+        EndAfter(request, [](QuonPanel& quon) {
+            mouse::RightClick(quon.Button(1));
+            PopupMenu::Wait(quon.Id());
+        });
+}
+
+TEST_F(EndingTest, PassesAnOpenSubmenu) {
+    EndAfter(&SendClose, [](QuonPanel& quon) {
+        mouse::RightClick(quon.Button(1));
+        PopupMenu::Wait(quon.Id()).Open("File operations");
+    });
+}
+
+TEST_F(EndingTest, PassesTheMenuOfTheDropDownsText) {
+    EndAfter(&SendClose, [](QuonPanel& quon) {
+        mouse::RightClick(quon.Shortcuts());
+        PopupMenu::Wait(quon.Id());
+    });
+}
+
+TEST_F(EndingTest, PassesTheMessageBoxOfTheSystem) {
+    for (const Request& request : kAllRequests)
+        EndAfter(request, [](QuonPanel& quon) {
+            mouse::Click(quon.ImageButton(2));
+            PopupMenu::Wait(quon.Id()).Choose("Options");
+            const Window options = quon.Program().WaitForWindow({.title = "Quon settings"});
+            options.Child(IDC_POP_DELAY).SetText("soon");
+            options.Child(IDC_OPTIONS_ACCEPT).Post(BM_CLICK);
+            WaitForSystemMessageBox(quon.Id(), "Quon: Error report");
+        });
+}
+
+TEST_F(EndingTest, PassesAPicker) {
+    for (const Request& request : kAllRequests)
+        EndAfter(request, [](QuonPanel& quon) {
+            Choose(quon, {"Add file to button"});
+            WaitForSystemDialog(quon);
+        });
+    EndAfter(&PostClose, [](QuonPanel& quon) {
+        Choose(quon, {"Add folder to button"});
+        WaitForSystemDialog(quon);
+    });
+}
+
+TEST_F(EndingTest, PassesAPickerWithItsOwnComplaint) {
+    EndAfter(&PostClose, [](QuonPanel& quon) {
+        Choose(quon, {"Add file to button"});
+        const Window picker = WaitForSystemDialog(quon);
+        WaitFor("the picker is in front", [&] { return picker.IsForeground(); });
+        keyboard::Chord({VK_CONTROL, 'A'});
+        keyboard::Type("no such file.txt\n");
+        WaitFor("the complaint", [&] { return !picker.IsEnabled(); });
+    });
+}
+
+TEST_F(EndingTest, DeletesNoFileWhoseDeletionIsBeingAsked) {
+    for (const Request& request : kAllRequests)
+        for (const char* command : {"Delete file", "Move to Recycle bin"})
+            EndAfter(request, [&](QuonPanel& quon) {
+                Choose(quon, {"File operations", command});
+                WaitForSystemDialog(quon);
+            });
+}
+
+TEST_F(EndingTest, ComesFromTheTrayMenuToo) {
+    EndAfter(
+        [](const QuonPanel& quon) {
+            // What the shell sends for a right click on the icon, the pointer being there.
+            const Window tray = FindTopWindow({.class_name = "Shell_TrayWnd"});
+            mouse::MoveTo({tray.Rect().right - 1, tray.Rect().bottom - 1});
+            quon.Main().Post(WM_MOUSEMOVE, 1, WM_RBUTTONUP);
+            PopupMenu::Wait(quon.Id()).Choose("Close");
+        },
+        [](QuonPanel& quon) {
+            Choose(quon, {"File operations", "Delete file"});
+            WaitForSystemDialog(quon);
+        });
+}
+
+TEST_F(EndingTest, PassesAPanelThatIsBeingMoved) {
+    EndAfter(&PostClose, [](QuonPanel& quon) {
+        const RECT place = quon.Main().Rect();
+        mouse::MoveTo({place.left + 60, place.top + 8});
+        mouse::Press();
+        mouse::MoveTo({place.left + 90, place.top + 20});
+        WaitFor("the panel moves", [&] { return quon.Main().Rect().left != place.left; });
+    });
+    mouse::Release();
+}
+
+}  // namespace
+}  // namespace testkit

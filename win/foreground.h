@@ -1,0 +1,38 @@
+#pragma once
+
+#include <windows.h>
+
+namespace win {
+
+/// What decides whether a window can become the foreground window in another's place.
+struct WindowTraits {
+    bool visible = false;
+    bool enabled = false;
+    bool minimized = false;
+    bool tool = false;     ///< a tool window, or one that is never activated
+    bool cloaked = false;  ///< on another desktop, or of a suspended program
+    bool own = false;      ///< of this program
+    bool desktop = false;  ///< the desktop or a taskbar
+    bool empty = false;    ///< without any extent
+};
+
+/// True for a window that the user would expect in front once another goes.
+constexpr bool CanTakeForeground(const WindowTraits& window) {
+    return window.visible && window.enabled && !window.minimized && !window.tool && !window.cloaked &&
+           !window.own && !window.desktop && !window.empty;
+}
+
+/// Makes the next window behind this one the foreground window that another program shows to the user
+/// (SetForegroundWindow). Without one everything stays as it is.
+void HandOnForeground(HWND window) noexcept;
+
+/// True while a program that fills the screen is in front, a presentation or a game for instance
+/// (SHQueryUserNotificationState).
+bool FullScreenProgramInFront() noexcept;
+
+/// Puts a window right behind the foreground window when that one covers `seen`, what is to be seen of it on
+/// the screen, and is not this program's (SetWindowPos). Above all others it is no more then, unless the
+/// foreground window is.
+void PutBehindForeground(HWND window, const RECT& seen) noexcept;
+
+}  // namespace win
