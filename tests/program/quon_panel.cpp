@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace testkit {
@@ -9,6 +10,17 @@ namespace {
 
 /// How much of a docked panel is to be seen, in pixels.
 constexpr LONG kStrip = 4;
+
+bool IsClipped(Window window) {
+    RECT box{};
+    return GetWindowRgnBox(window.Handle(), &box) != ERROR;
+}
+
+bool ShowsOnlyAStrip(Window window) {
+    RECT box{};
+    return GetWindowRgnBox(window.Handle(), &box) == SIMPLEREGION &&
+           std::min(box.right - box.left, box.bottom - box.top) == kStrip;
+}
 
 std::string Word(bool value) { return value ? "True" : "False"; }
 
@@ -43,8 +55,8 @@ std::string QuonIni::Text() const {
            SectionText("Buttons", buttons) + SectionText("Cuts", cuts) + SectionText("Switch", switches);
 }
 
-QuonPanel::QuonPanel(const ProgramFolder& folder)
-    : program_(StartQuon(folder)), main_(program_.WaitForWindow({.class_name = "QuonMain"})) {
+QuonPanel::QuonPanel(const ProgramFolder& folder, const StartOptions& options)
+    : program_(StartQuon(folder, options)), main_(program_.WaitForWindow({.class_name = "QuonMain"})) {
     // The panel is shown before its drop targets are registered, the hover picture as the last of them.
     // The system keeps a target as a property of its window.
     WaitFor("the panel takes drops",
@@ -53,6 +65,7 @@ QuonPanel::QuonPanel(const ProgramFolder& folder)
 
 bool QuonPanel::IsDockedAt(Edge edge) const {
     const RECT place = main_.Rect();
+    if (!ShowsOnlyAStrip(main_)) return false;
     const LONG width = GetSystemMetrics(SM_CXSCREEN);
     const LONG height = GetSystemMetrics(SM_CYSCREEN);
     const bool centred_across = place.left == (width - (place.right - place.left)) / 2;
@@ -68,7 +81,7 @@ bool QuonPanel::IsDockedAt(Edge edge) const {
 
 bool QuonPanel::IsOut() const {
     const RECT place = main_.Rect();
-    return place.left >= 0 && place.top >= 0 && place.right <= GetSystemMetrics(SM_CXSCREEN) &&
+    return !IsClipped(main_) && place.left >= 0 && place.top >= 0 && place.right <= GetSystemMetrics(SM_CXSCREEN) &&
            place.bottom <= GetSystemMetrics(SM_CYSCREEN);
 }
 

@@ -57,7 +57,7 @@ enum class Edge { kLeft = 1, kTop, kRight, kBottom };
 class QuonPanel {
   public:
     /// Starts Quon in the folder and waits until its panel takes input and drops.
-    explicit QuonPanel(const ProgramFolder& folder);
+    explicit QuonPanel(const ProgramFolder& folder, const StartOptions& options = {});
 
     RunningProgram& Program() { return program_; }
     DWORD Id() const { return program_.Id(); }

@@ -1,0 +1,174 @@
+// Screens that change, programs that are in front, and what the keyboard does with a panel that nobody sees.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+
+#include "tests/program/other_window.h"
+#include "tests/program/quon_panel.h"
+#include "tests/support/neighbour.h"
+
+namespace testkit {
+namespace {
+
+using std::chrono::milliseconds;
+
+/// The screen in another size, until it goes.
+class ScreenSize {
+  public:
+    ScreenSize(DWORD width, DWORD height) {
+        DEVMODEW mode{};
+        mode.dmSize = sizeof mode;
+        mode.dmFields = DM_PELSWIDTH | DM_PELSHEIGHT;
+        mode.dmPelsWidth = width;
+        mode.dmPelsHeight = height;
+        EXPECT_EQ(ChangeDisplaySettingsW(&mode, 0), DISP_CHANGE_SUCCESSFUL);
+        WaitFor("the screen changes",
+                [&] { return GetSystemMetrics(SM_CXSCREEN) == static_cast<int>(width); });
+    }
+    ~ScreenSize() {
+        ChangeDisplaySettingsW(nullptr, 0);
+        HappensWithin(kPatience, [] { return GetSystemMetrics(SM_CXSCREEN) == 1024; });
+    }
+    ScreenSize(const ScreenSize&) = delete;
+    ScreenSize& operator=(const ScreenSize&) = delete;
+};
+
+class ScreensTest : public ::testing::Test {
+  protected:
+    QuonPanel Start(const QuonIni& ini, int showState = -1) const {
+        folder_.WriteIniText(ini.Text());
+        return QuonPanel(folder_, {.show_state = showState});
+    }
+    static void Dock(const QuonPanel& quon, Edge edge) {
+        quon.Main().Post(WM_SYSCOMMAND, SC_CLOSE);
+        WaitFor("the panel docks", [&] { return quon.IsDockedAt(edge); });
+    }
+    static void ClickTrayIcon(const QuonPanel& quon) { quon.Main().Post(WM_MOUSEMOVE, 1, WM_LBUTTONUP); }
+
+    ProgramFolder folder_;
+};
+
+TEST_F(ScreensTest, ADockedPanelFollowsItsEdgeWhenTheScreenChanges) {
+    QuonIni ini;
+    ini.start_glued = true;
+    ini.edge = static_cast<int>(Edge::kRight);
+    ini.click_shows = true;
+    QuonPanel quon = Start(ini);
+    ASSERT_TRUE(quon.IsDockedAt(Edge::kRight));
+    {
+        const ScreenSize small(640, 480);
+        WaitFor("the panel docks anew", [&] { return quon.IsDockedAt(Edge::kRight); });
+        mouse::Click(POINT{638, 240});
+        WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+        Dock(quon, Edge::kRight);
+    }
+    WaitFor("the panel docks anew", [&] { return quon.IsDockedAt(Edge::kRight); });
+}
+
+TEST_F(ScreensTest, APanelThatIsOutStaysInReach) {
+    QuonPanel quon = Start({});
+    SetWindowPos(quon.Main().Handle(), nullptr, 700, 500, 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_ASYNCWINDOWPOS);
+    WaitFor("the panel moves", [&] { return quon.Main().Rect().left == 700; });
+    const ScreenSize small(640, 480);
+    WaitFor("the panel comes back", [&] { return quon.IsOut(); });
+}
+
+TEST_F(ScreensTest, APlaceThatNoScreenShowsAnyMoreCountsAsNone) {
+    QuonIni ini;
+    ini.edge = static_cast<int>(Edge::kLeft);
+    QuonPanel quon = Start(ini);
+    SetWindowPos(quon.Main().Handle(), nullptr, 700, 400, 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_ASYNCWINDOWPOS);
+    WaitFor("the panel moves", [&] { return quon.Main().Rect().left == 700; });
+    Dock(quon, Edge::kLeft);
+    const ScreenSize small(640, 480);
+    WaitFor("the panel docks anew", [&] { return quon.IsDockedAt(Edge::kLeft); });
+    ClickTrayIcon(quon);
+    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    const RECT place = quon.Main().Rect();
+    EXPECT_EQ(place.left, (640 - (place.right - place.left)) / 2);
+}
+
+TEST_F(ScreensTest, APanelThatDocksInFrontHandsTheForegroundOn) {
+    QuonPanel quon = Start({});
+    const Neighbour neighbour(folder_, "behind.exe", "behind");
+    quon.Main().Activate();
+    Dock(quon, Edge::kBottom);
+    WaitFor("the neighbour is in front", [&] { return neighbour.MainWindow().IsForeground(); });
+    // One that was not in front takes it from nobody.
+    ClickTrayIcon(quon);
+    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    const OtherWindow typing({100, 100, 300, 200});
+    typing.AsWindow().Activate();
+    Dock(quon, Edge::kBottom);
+    EXPECT_TRUE(typing.AsWindow().IsForeground());
+}
+
+TEST_F(ScreensTest, ADockedPanelTakesNoKeysButAltF4) {
+    const std::string target = folder_.CopyIn(TestTargetExe(), "target.exe");
+    QuonIni ini;
+    ini.AddShortcut("11", "Target", target);
+    QuonPanel quon = Start(ini);
+    mouse::Click(quon.Button(1));
+    WaitFor("the button has the focus", [&] { return quon.Button(1).IsFocused(); });
+    Dock(quon, Edge::kBottom);
+    quon.Main().Activate();
+    keyboard::Press(VK_RETURN);
+    keyboard::Press(VK_SPACE);
+    keyboard::Press(VK_F2);
+    keyboard::Type("target\n");
+    quon.Program().WaitUntilIdle();
+    EXPECT_FALSE(quon.RenameBox().IsVisible());
+    EXPECT_EQ(quon.Shortcuts().Text(), "");
+    EXPECT_TRUE(HoldsThroughout(milliseconds(500), [&] { return TargetLaunches(target).empty(); }));
+    keyboard::Chord({VK_MENU, VK_F4});
+    EXPECT_EQ(quon.Program().WaitForExit(), 0u);
+}
+
+TEST_F(ScreensTest, TheFirstShowIsThePanelsOwnWhateverItsStarterAsksFor) {
+    for (const int state : {SW_SHOWMINIMIZED, SW_SHOWMAXIMIZED, SW_HIDE, SW_SHOWMINNOACTIVE}) {
+        QuonPanel quon = Start({}, state);
+        EXPECT_TRUE(quon.IsOut()) << state;
+        EXPECT_FALSE(quon.Main().IsMinimized()) << state;
+        EXPECT_FALSE(quon.Main().IsMaximized()) << state;
+        WaitFor("the panel is in front", [&] { return quon.Main().IsForeground(); });
+    }
+}
+
+TEST_F(ScreensTest, TheTrayIconMakesAPanelNormalThatAnotherProgramHasMinimisedOrMaximised) {
+    QuonPanel quon = Start({});
+    const RECT place = quon.Main().Rect();
+    for (const int state : {SW_MINIMIZE, SW_MAXIMIZE}) {
+        ShowWindowAsync(quon.Main().Handle(), state);
+        WaitFor("the state", [&] { return quon.Main().IsMinimized() || quon.Main().IsMaximized(); });
+        ClickTrayIcon(quon);
+        WaitFor("the panel is normal", [&] {
+            const RECT now = quon.Main().Rect();
+            return !quon.Main().IsMinimized() && !quon.Main().IsMaximized() && EqualRect(&now, &place);
+        });
+        EXPECT_TRUE(quon.IsOut());
+    }
+}
+
+TEST_F(ScreensTest, TheTrayIconBringsAnOpenPickerToTheFrontAndNotThePanel) {
+    QuonPanel quon = Start({});
+    mouse::RightClick(quon.Button(1));
+    PopupMenu::Wait(quon.Id()).Choose("Add file to button");
+    const Window picker = quon.Program().WaitForWindow({.title = "Select file"});
+    const OtherWindow elsewhere({600, 300, 700, 400});
+    elsewhere.AsWindow().Activate();
+    ClickTrayIcon(quon);
+    WaitFor("the picker is in front", [&] { return picker.IsForeground(); });
+    quon.Program().WaitUntilIdle();
+    EXPECT_FALSE(quon.Main().IsTopmost());
+    EXPECT_FALSE(quon.Main().IsEnabled());
+    picker.Post(WM_COMMAND, IDCANCEL);
+    WaitFor("the panel is topmost again", [&] { return quon.Main().IsTopmost() && quon.Main().IsEnabled(); });
+}
+
+}  // namespace
+}  // namespace testkit
