@@ -114,7 +114,7 @@ std::optional<LRESULT> Glavni::OnMessage(UINT message, WPARAM wParam, LPARAM lPa
             if (hotKey_.IsMine(wParam)) OnHotKey();
             return 0;
         case WM_TIMER: OnTimer(wParam); return 0;
-        case WM_DISPLAYCHANGE: dock_.FollowScreen(); return std::nullopt;
+        case WM_DISPLAYCHANGE: OnScreenChange(); return std::nullopt;
         case WM_SETTINGCHANGE:
             // The taskbar has moved or changed its size.
             if (wParam == SPI_SETWORKAREA) dock_.FollowScreen();

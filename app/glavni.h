@@ -72,6 +72,7 @@ class Glavni : public win::Window, public dialogs::PanelHost {
     void UnloadNow();
     void SaveAtEnd();
     void OnTimer(WPARAM timer);
+    void OnScreenChange();
     bool KeyDown(WPARAM key, win::ShiftState shift);
 
     void JoinParts();
@@ -84,7 +85,7 @@ class Glavni : public win::Window, public dialogs::PanelHost {
     void OnHotKey();
 
     /// Timers of the window beside Timer1.
-    enum : UINT_PTR { kEndTimer = Timer1 + 1, kTrayTimer };
+    enum : UINT_PTR { kEndTimer = Timer1 + 1, kTrayTimer, kScreenTimer };
 
     PanelState state_;
     EdgeDock dock_;

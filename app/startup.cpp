@@ -20,8 +20,9 @@
 namespace app {
 namespace {
 
-constexpr UINT kEndInterval = 50;     // milliseconds
-constexpr UINT kTrayInterval = 3000;  // milliseconds
+constexpr UINT kEndInterval = 50;       // milliseconds
+constexpr UINT kTrayInterval = 3000;    // milliseconds
+constexpr UINT kScreenInterval = 1000;  // milliseconds
 
 std::string g_helpFile;
 
@@ -105,8 +106,18 @@ void Glavni::OnTimer(WPARAM timer) {
         case kTrayTimer:
             if (tray_.AddAgain()) KillTimer(Handle(), kTrayTimer);
             return;
+        case kScreenTimer:
+            KillTimer(Handle(), kScreenTimer);
+            dock_.FollowScreen();
+            return;
         default: return;
     }
+}
+
+void Glavni::OnScreenChange() {
+    dock_.FollowScreen();
+    // Windows moves windows by itself after it has told them, and the taskbar takes its time.
+    SetTimer(Handle(), kScreenTimer, kScreenInterval, nullptr);
 }
 
 void Glavni::CloseRequest(UnloadMode mode) {

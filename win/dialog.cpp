@@ -26,7 +26,7 @@ constexpr INT_PTR kNotMade = -1;
 }  // namespace
 
 INT_PTR Dialog::ShowModal(HWND owner, int templateId) {
-    if (IsEnding()) return -1;
+    if (IsEnding()) return kNotMade;
     AssertMayPump("a dialog");
     const INT_PTR answer = DialogBoxParamW(ModuleInstance(), MAKEINTRESOURCEW(templateId), owner,
                                            &Dialog::Procedure, reinterpret_cast<LPARAM>(this));

@@ -202,14 +202,13 @@ class Album {
         Dismiss(organizer);
     }
 
-    /// The strip at the lower edge, and the icon's menu.
+    /// The strip at the left edge, and the icon's menu.
     void TakeDocked() {
         testkit::mouse::MoveTo(kAway);
         panel_.Post(WM_SYSCOMMAND, SC_CLOSE);
         testkit::WaitFor("the panel to dock", [&] { return !quon_->IsOut(); });
         const RECT strip = panel_.Rect();
-        const int height = GetSystemMetrics(SM_CYSCREEN);
-        Save("docked", {strip.left - 60, height - 120, strip.right + 60, height});
+        Save("docked", {0, strip.top - 60, 160, strip.bottom + 60});
 
         const RECT bar = testkit::FindTopWindow({.class_name = "Shell_TrayWnd"}).Rect();
         const LONG size = bar.bottom - bar.top;

@@ -81,8 +81,8 @@ bool QuonPanel::IsDockedAt(Edge edge) const {
 
 bool QuonPanel::IsOut() const {
     const RECT place = main_.Rect();
-    return !IsClipped(main_) && place.left >= 0 && place.top >= 0 && place.right <= GetSystemMetrics(SM_CXSCREEN) &&
-           place.bottom <= GetSystemMetrics(SM_CYSCREEN);
+    return !IsClipped(main_) && place.left >= 0 && place.top >= 0 &&
+           place.right <= GetSystemMetrics(SM_CXSCREEN) && place.bottom <= GetSystemMetrics(SM_CYSCREEN);
 }
 
 POINT QuonPanel::CloseButtonPlace() const {

@@ -14,6 +14,8 @@
 #include "tests/support/wait.h"
 #include "tests/unit/app/panel_harness.h"
 #include "win/dialog.h"
+#include "win/menu_array.h"
+#include "win/modal_windows.h"
 #include "win/window.h"
 
 namespace app {
@@ -255,6 +257,59 @@ TEST(CloseRequestTest, WaitsForNoDialogWhenTheSessionEnds) {
         win::ProcessPendingMessages();
         EXPECT_EQ(EndOf(panel.Log()).size(), 5u) << "it ended twice";
     }
+}
+
+TEST(CloseRequestTest, WaitsUntilTheHandlerThatItCameInHasReturned) {
+    ClosingPanel panel(kEnds);
+    bool within = true;
+    const auto track = FAKE_CALL(TrackPopupMenu, [&](HMENU, UINT, int, int, int, HWND, const RECT*) {
+        panel.Window().Send(WM_CLOSE);
+        within = panel.Ended();
+        return 0;
+    });
+    const testkit::Window settings = panel.Window().Child(IDC_IMAGE_BUTTON + 2);
+    settings.Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+    settings.Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+    EXPECT_FALSE(within) << "the menu's owner went while the menu was open";
+    testkit::WaitFor("the panel ends", [&] { return panel.Ended(); });
+    EXPECT_EQ(EndOf(panel.Log()).size(), 5u);
+    EXPECT_FALSE(win::IsEnding()) << "the next dialog would not open";
+}
+
+TEST(CloseRequestTest, OpensNothingMoreOnceItIsEnding) {
+    ClosingPanel panel(kEnds);
+    int menus = 0;
+    std::string answer = "none";
+    const auto track = FAKE_CALL(TrackPopupMenu, [&](HMENU, UINT, int, int, int, HWND, const RECT*) {
+        ++menus;
+        panel.Window().Send(WM_CLOSE);
+        answer = dialogs::ShowMessage("too late", 1, "OK");
+        const win::MenuArray menu(IDM_TRAY, {{"late", {}}});
+        EXPECT_EQ(win::TrackMenu(menu, {0, 0}, panel.Window().Handle()), 0);
+        return 0;
+    });
+    const testkit::Window settings = panel.Window().Child(IDC_IMAGE_BUTTON + 2);
+    settings.Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+    settings.Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+    EXPECT_EQ(answer, "");
+    EXPECT_EQ(menus, 1);
+    testkit::WaitFor("the panel ends", [&] { return panel.Ended(); });
+}
+
+TEST(CloseRequestTest, SavesBeforeTheMessageOfTheSessionsEndReturnsAndGoesAfterwards) {
+    ClosingPanel panel(kHides);
+    size_t saved = 0;
+    const auto track = FAKE_CALL(TrackPopupMenu, [&](HMENU, UINT, int, int, int, HWND, const RECT*) {
+        panel.Window().Send(WM_ENDSESSION, TRUE);
+        saved = EndOf(panel.Log()).size();
+        return 0;
+    });
+    const testkit::Window settings = panel.Window().Child(IDC_IMAGE_BUTTON + 2);
+    settings.Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+    settings.Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+    EXPECT_EQ(saved, 5u);
+    testkit::WaitFor("the panel ends", [&] { return panel.Ended(); });
+    EXPECT_EQ(EndOf(panel.Log()).size(), 5u);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <shellapi.h>
 
 #include <cstring>
 #include <functional>
@@ -14,7 +15,9 @@
 #include "app/screen_place.h"
 #include "config/settings.h"
 #include "tests/support/call_log.h"
+#include "tests/support/hidden_window.h"
 #include "tests/support/recorded_call.h"
+#include "win/input_pause.h"
 #include "win/window.h"
 
 namespace app {
@@ -402,6 +405,204 @@ TEST_F(DockingTest, IsToldToLeaveTheTopmostWindowsWithTheSameFlags) {
     win::SetTopmost(false, window_);
     EXPECT_THAT(log_.Lines(),
                 ElementsAre("after " + std::to_string(SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE)));
+}
+
+/// What a window is clipped to, in its own pixels; empty for a window that is not.
+RECT ClipOf(HWND window) {
+    RECT box{};
+    return GetWindowRgnBox(window, &box) == ERROR ? RECT{} : box;
+}
+
+TEST_F(DockingTest, OnlyTheStripIsThereWhileItIsDockedAndAllOfItAfterwards) {
+    const std::vector<std::pair<std::int32_t, RECT>> cases{{kLeftEdge, {296, 0, 300, 200}},
+                                                           {kTopEdge, {0, 196, 300, 200}},
+                                                           {kRightEdge, {0, 0, 4, 200}},
+                                                           {kBottomEdge, {0, 0, 300, 4}}};
+    for (const auto& [edge, strip] : cases) {
+        Dock(edge);
+        const RECT clip = ClipOf(window_);
+        EXPECT_TRUE(EqualRect(&clip, &strip)) << edge;
+        EXPECT_TRUE(dock_.OutOfSight());
+        dock_.ShowQuon(true, true);
+        const RECT none = ClipOf(window_);
+        EXPECT_TRUE(IsRectEmpty(&none)) << edge;
+        EXPECT_FALSE(dock_.OutOfSight());
+    }
+}
+
+TEST_F(DockingTest, AllOfItIsThereForANumberThatIsNoEdge) {
+    Dock(9);
+    const RECT none = ClipOf(window_);
+    EXPECT_TRUE(IsRectEmpty(&none));
+    EXPECT_FALSE(dock_.OutOfSight());
+}
+
+TEST_F(DockingTest, ARegionThatTheWindowDoesNotTakeIsGivenBack) {
+    int deleted = 0;
+    const auto refuse = FAKE_CALL(SetWindowRgn, [](HWND, HRGN, BOOL) { return 0; });
+    const auto remove = FAKE_CALL(DeleteObject, [&](HGDIOBJ object) {
+        ++deleted;
+        return ORIGINAL_CALL(DeleteObject)(object);
+    });
+    Dock(kLeftEdge);
+    EXPECT_EQ(deleted, 1);
+}
+
+TEST_F(DockingTest, ASavedPlaceThatNoMonitorShowsCountsAsNone) {
+    dock_.SavePosition();
+    Dock(kLeftEdge);
+    const auto gone = FAKE_CALL(MonitorFromRect, [](LPCRECT, DWORD) { return HMONITOR{}; });
+    dock_.ShowQuon(true, true);
+    EXPECT_THAT(log_.Lines(), ElementsAre("place 350 300", kTopmost));
+}
+
+TEST_F(DockingTest, DocksAnewWhenTheScreenHasChanged) {
+    Dock(kRightEdge);
+    const auto narrower = FAKE_CALL(GetSystemMetrics, [](int index) {
+        return index == SM_CXSCREEN ? 640 : index == SM_CYSCREEN ? 480 : 0;
+    });
+    dock_.FollowScreen();
+    EXPECT_THAT(log_.Lines(), ElementsAre("place 636 140"));
+    EXPECT_TRUE(dock_.Hidden());
+}
+
+TEST_F(DockingTest, ComesBackIntoReachWhenTheScreenHasChangedAndStaysOtherwise) {
+    dock_.ShowQuon(true, true);
+    log_.Clear();
+    dock_.FollowScreen();
+    EXPECT_THAT(log_.Lines(), IsEmpty());
+    SetWindowPos(window_, nullptr, 5000, 5000, 0, 0, SWP_NOSIZE);
+    log_.Clear();
+    dock_.FollowScreen();
+    ASSERT_EQ(log_.Count("place"), 1u);
+    RECT screen{0, 0, ORIGINAL_CALL(GetSystemMetrics)(SM_CXSCREEN),
+                ORIGINAL_CALL(GetSystemMetrics)(SM_CYSCREEN)};
+    const RECT place = Place();
+    RECT common{};
+    IntersectRect(&common, &place, &screen);
+    EXPECT_TRUE(EqualRect(&common, &place)) << "all of it is to be seen";
+}
+
+TEST_F(DockingTest, AMinimisedWindowIsLeftAloneWhenTheScreenChanges) {
+    Dock(kRightEdge);
+    const auto minimised = FAKE_CALL(IsIconic, [](HWND) { return TRUE; });
+    dock_.FollowScreen();
+    EXPECT_THAT(log_.Lines(), IsEmpty());
+}
+
+TEST_F(DockingTest, MakesAMinimisedOrMaximisedWindowNormalFirst) {
+    BOOL minimised = FALSE;
+    BOOL maximised = FALSE;
+    const auto iconic = FAKE_CALL(IsIconic, [&](HWND) { return minimised; });
+    const auto zoomed = FAKE_CALL(IsZoomed, [&](HWND) { return maximised; });
+    const auto show = FAKE_CALL(ShowWindow, [&](HWND window, int state) -> BOOL {
+        EXPECT_EQ(window, window_);
+        log_.Add("state", state);
+        return TRUE;
+    });
+    dock_.ShowQuon(true, true);
+    EXPECT_EQ(log_.Count("state"), 0u);
+    for (const bool out : {true, false}) {
+        for (BOOL* state : {&minimised, &maximised}) {
+            minimised = maximised = FALSE;
+            *state = TRUE;
+            log_.Clear();
+            dock_.ShowQuon(out, true);
+            ASSERT_FALSE(log_.Lines().empty());
+            EXPECT_EQ(log_.Lines().front(), "state " + std::to_string(SW_SHOWNOACTIVATE));
+        }
+    }
+}
+
+TEST_F(DockingTest, HandsTheForegroundOnOnlyWhenItHasItAndGoesOutOfSight) {
+    HWND front = window_;
+    const auto foreground = FAKE_CALL(GetForegroundWindow, [&] { return front; });
+    const HWND next = reinterpret_cast<HWND>(INT_PTR{0x77});
+    const auto behind =
+        FAKE_CALL(GetWindow, [&](HWND window, UINT) { return window == window_ ? next : nullptr; });
+    const auto visible = FAKE_CALL(IsWindowVisible, [](HWND) { return TRUE; });
+    const auto enabled = FAKE_CALL(IsWindowEnabled, [](HWND) { return TRUE; });
+    const auto owner = FAKE_CALL(GetWindowThreadProcessId, [](HWND, LPDWORD process) -> DWORD {
+        *process = 1;
+        return 1;
+    });
+    const auto place = FAKE_CALL(GetWindowRect, [&](HWND window, LPRECT rect) -> BOOL {
+        if (window != next) return ORIGINAL_CALL(GetWindowRect)(window, rect);
+        *rect = {0, 0, 9, 9};
+        return TRUE;
+    });
+    const auto set = FAKE_CALL(SetForegroundWindow, [&](HWND window) -> BOOL {
+        EXPECT_EQ(window, next);
+        log_.Add("foreground");
+        return TRUE;
+    });
+    config::Settings.Edge = kLeftEdge;
+    dock_.ShowQuon(false, true);
+    EXPECT_EQ(log_.Lines().back(), "foreground") << "when all else is done";
+    dock_.ShowQuon(true, true);
+    log_.Clear();
+    front = next;
+    dock_.ShowQuon(false, true);
+    EXPECT_EQ(log_.Count("foreground"), 0u);
+    dock_.ShowQuon(true, true);
+    front = window_;
+    config::Settings.Edge = 0;
+    dock_.ShowQuon(false, true);
+    EXPECT_EQ(log_.Count("foreground"), 0u) << "it is still to be seen";
+}
+
+TEST_F(DockingTest, GoesBehindAProgramThatFillsTheScreenOnceAndComesBackAfterwards) {
+    Dock(kLeftEdge);
+    QUERY_USER_NOTIFICATION_STATE state = QUNS_BUSY;
+    const auto query = FAKE_CALL(SHQueryUserNotificationState, [&](QUERY_USER_NOTIFICATION_STATE* answer) {
+        *answer = state;
+        return S_OK;
+    });
+    const testkit::HiddenWindow game;
+    const auto foreground = FAKE_CALL(GetForegroundWindow, [&] { return game.Handle(); });
+    const auto owner = FAKE_CALL(GetWindowThreadProcessId, [](HWND, LPDWORD process) -> DWORD {
+        *process = 1;
+        return 1;
+    });
+    const auto place = FAKE_CALL(GetWindowRect, [&](HWND window, LPRECT rect) -> BOOL {
+        if (window != game.Handle()) return ORIGINAL_CALL(GetWindowRect)(window, rect);
+        *rect = {0, 0, 1000, 800};
+        return TRUE;
+    });
+    dock_.OnTimer();
+    dock_.OnTimer();
+    EXPECT_THAT(log_.Lines(),
+                ElementsAre("after " + std::to_string(SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE)));
+    log_.Clear();
+    state = QUNS_ACCEPTS_NOTIFICATIONS;
+    dock_.OnTimer();
+    EXPECT_THAT(log_.Lines(), ElementsAre(kTopmost));
+    log_.Clear();
+    state = QUNS_RUNNING_D3D_FULL_SCREEN;
+    dock_.OnTimer();
+    EXPECT_EQ(log_.Count("after"), 1u) << "the next one again";
+}
+
+TEST_F(DockingTest, IsNotRaisedAboveAWindowOfTheSystemThatWaitsForAnAnswer) {
+    {
+        const win::InputPause pause;
+        dock_.ShowQuon(true, true);
+        Dock(kLeftEdge);
+        dock_.ShowQuon(false, true);
+        dock_.OnTimer();
+        EXPECT_EQ(log_.Count("topmost"), 0u);
+    }
+    dock_.OnTimer();
+    EXPECT_EQ(log_.Count("topmost"), 1u);
+}
+
+TEST_F(DockingTest, AHoverThatIsAbandonedBringsNothingOut) {
+    DockUnderTheMouse(500);
+    onSleep_ = [this] { PostMessageW(window_, WM_APP, 0, 0); };
+    onEvent_ = [this] { dock_.AbandonHover(); };
+    dock_.OnHover();
+    EXPECT_THAT(log_.Lines(), ElementsAre("Sleep 100"));
+    EXPECT_TRUE(dock_.Hidden());
 }
 
 }  // namespace

@@ -219,8 +219,8 @@ TEST(LoadTest, GoesToItsEdgeWithoutTheTimerWhenItStartsGlued) {
     panel.Load();
     const int top = GetSystemMetrics(SM_CYSCREEN) - 4;
     EXPECT_EQ(panel.Window().Rect().top, top);
-    EXPECT_TRUE(InOrder(panel.Log(), {"tray add", "place", "timer off", "topmost",
-                                      "show quietly", "find Shell_traywnd"}));
+    EXPECT_TRUE(InOrder(panel.Log(),
+                        {"tray add", "place", "timer off", "topmost", "show quietly", "find Shell_traywnd"}));
     EXPECT_EQ(panel.Log().Count("timer on"), 0u);
     EXPECT_EQ(panel.Window().Send(WM_NCHITTEST, 0, MAKELPARAM(0, top)), HTCLIENT);
 }
@@ -392,6 +392,68 @@ INSTANTIATE_TEST_SUITE_P(
         BadIni{"TooLongDelay", MainWith("1") + "popdelay=99999999999\r\n", "", "popdelay"},
         BadIni{"WrongClickShow", MainWith("1") + "clickshow=maybe\r\n", "", "clickshow"}),
     [](const auto& test) { return test.param.name; });
+
+TEST(PanelTimerTest, TriesTheTrayIconAgainUntilItIsThereAndNotAfterThat) {
+    PanelHarness panel;
+    int asked = 0;
+    BOOL taken = FALSE;
+    const auto notify = FAKE_CALL(Shell_NotifyIconA, [&](DWORD what, PNOTIFYICONDATAA) -> BOOL {
+        if (what != NIM_MODIFY) ++asked;
+        return taken;
+    });
+    panel.Load();
+    EXPECT_EQ(panel.Log().Count("timer on 3000"), 1u);
+    EXPECT_EQ(asked, 1);
+    const WPARAM timer = 3;
+    panel.Log().Clear();
+    panel.Window().Send(WM_TIMER, timer);
+    EXPECT_EQ(panel.Log().Count("timer off"), 0u);
+    taken = TRUE;
+    panel.Window().Send(WM_TIMER, timer);
+    EXPECT_EQ(panel.Log().Count("timer off"), 1u);
+    EXPECT_EQ(asked, 3);
+}
+
+TEST(PanelTimerTest, NeedsNoFurtherTryForATrayIconThatIsThere) {
+    PanelHarness panel;
+    panel.Load();
+    EXPECT_EQ(panel.Log().Count("timer on 3000"), 0u);
+}
+
+TEST(PanelTimerTest, FollowsTheScreenAtOnceAndOnceMoreAWhileLater) {
+    PanelHarness panel(MainWith("1", "False,True,False,False,False,False,4,False,False,False"));
+    panel.Load();
+    panel.Log().Clear();
+    panel.Window().Send(WM_DISPLAYCHANGE, 32, MAKELPARAM(1024, 768));
+    EXPECT_EQ(panel.Log().Count("place"), 1u);
+    EXPECT_EQ(panel.Log().Count("timer on 1000"), 1u);
+    panel.Window().Send(WM_TIMER, 4);
+    EXPECT_EQ(panel.Log().Count("place"), 2u);
+    EXPECT_EQ(panel.Log().Count("timer off"), 1u);
+    panel.Window().Send(WM_SETTINGCHANGE, SPI_SETWORKAREA);
+    EXPECT_EQ(panel.Log().Count("place"), 3u);
+    panel.Window().Send(WM_SETTINGCHANGE, SPI_SETDOUBLECLICKTIME);
+    EXPECT_EQ(panel.Log().Count("place"), 3u) << "nothing has moved";
+}
+
+TEST(DockedKeysTest, OnlyAltF4AndF1GetThroughWhileNothingIsToBeSeen) {
+    PanelHarness panel(MainWith("1", "False,True,False,False,False,False,4,False,False,False"));
+    panel.Load();
+    for (const int key : {VK_RETURN, VK_SPACE, VK_F2, VK_ESCAPE, VK_TAB, VK_F4, int{'A'}})
+        EXPECT_TRUE(panel.PressKey(WM_KEYDOWN, static_cast<WORD>(key))) << key;
+    EXPECT_TRUE(panel.PressKey(WM_CHAR, 'a'));
+    EXPECT_TRUE(panel.PressKey(WM_SYSKEYDOWN, VK_SPACE, {VK_MENU}));
+    EXPECT_TRUE(panel.PressKey(WM_SYSCHAR, ' ', {VK_MENU}));
+    EXPECT_TRUE(panel.PressKey(WM_SYSKEYDOWN, VK_F4, {VK_MENU, VK_SHIFT}));
+    int dispatched = 0;
+    const auto dialog = FAKE_CALL(IsDialogMessageW, [&](HWND, LPMSG) -> BOOL {
+        ++dispatched;
+        return FALSE;
+    });
+    EXPECT_FALSE(panel.PressKey(WM_KEYDOWN, VK_F1));
+    EXPECT_FALSE(panel.PressKey(WM_SYSKEYDOWN, VK_F4, {VK_MENU}));
+    EXPECT_EQ(dispatched, 2);
+}
 
 }  // namespace
 }  // namespace app

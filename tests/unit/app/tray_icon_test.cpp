@@ -37,9 +37,11 @@ class TrayIconTest : public ::testing::Test {
               Notified call{what, {}};
               std::memcpy(&call.record, record, record->cbSize);
               calls_.push_back(call);
-              return TRUE;
+              return what == NIM_MODIFY ? there_ : taken_;
           })) {}
 
+    BOOL taken_ = TRUE;
+    BOOL there_ = FALSE;
     std::vector<Notified> calls_;
     testkit::RecordedCall notify_;
 };
@@ -68,6 +70,44 @@ TEST_F(TrayIconTest, DeletesTheIconOnceWithTheSameRecord) {
     ASSERT_EQ(calls_.size(), 2u);
     EXPECT_EQ(calls_[1].what, DWORD{NIM_DELETE});
     EXPECT_EQ(std::memcmp(&calls_[0].record, &calls_[1].record, sizeof(NOTIFYICONDATAA)), 0);
+}
+
+TEST_F(TrayIconTest, TellsWhetherTheIconIsThereAndTriesAgainUntilItIs) {
+    TrayIcon tray;
+    taken_ = FALSE;
+    EXPECT_FALSE(tray.AddTrayIcon(kWindow, kIcon));
+    ASSERT_EQ(calls_.size(), 1u) << "the first time nothing but the icon is asked for";
+    EXPECT_FALSE(tray.AddAgain());
+    EXPECT_EQ(std::memcmp(&calls_[0].record, &calls_[1].record, sizeof(NOTIFYICONDATAA)), 0);
+    // The taskbar had it already, and answered too late.
+    there_ = TRUE;
+    EXPECT_TRUE(tray.AddAgain());
+    taken_ = TRUE;
+    there_ = FALSE;
+    EXPECT_TRUE(tray.AddAgain());
+    EXPECT_TRUE(TrayIcon().AddTrayIcon(kWindow, kIcon));
+}
+
+TEST_F(TrayIconTest, KnowsWhereTheIconIsOrElseTakesThePointersPlace) {
+    TrayIcon tray;
+    tray.AddTrayIcon(kWindow, kIcon);
+    HRESULT result = S_OK;
+    const auto rect = FAKE_CALL(Shell_NotifyIconGetRect, [&](const NOTIFYICONIDENTIFIER* icon, RECT* place) {
+        EXPECT_EQ(icon->cbSize, sizeof *icon);
+        EXPECT_EQ(icon->hWnd, kWindow);
+        EXPECT_EQ(icon->uID, 1u);
+        *place = {1000, 740, 1024, 768};
+        return result;
+    });
+    const auto cursor = FAKE_CALL(GetCursorPos, [](LPPOINT point) {
+        *point = {31, 47};
+        return TRUE;
+    });
+    EXPECT_EQ(tray.Place().x, 1012);
+    EXPECT_EQ(tray.Place().y, 754);
+    result = E_FAIL;
+    EXPECT_EQ(tray.Place().x, 31);
+    EXPECT_EQ(tray.Place().y, 47);
 }
 
 TEST_F(TrayIconTest, TakesTheIconAwayWithItself) {
@@ -187,6 +227,36 @@ TEST_F(TrayEventTest, KnowsTheNotificationAreaByTheClassesOfItsWindowsToo) {
         EXPECT_EQ(menus_, expected) << testkit::Utf8(name);
         DestroyWindow(area);
     }
+}
+
+TEST_F(TrayEventTest, ShowsItsMenuAtTheIconForTheKeyboardWhereverThePointerIs) {
+    const HWND taskbar = FindWindowExW(nullptr, nullptr, L"Shell_TrayWnd", nullptr);
+    ASSERT_NE(taskbar, nullptr);
+    HWND front = nullptr;
+    const auto foreground = FAKE_CALL(GetForegroundWindow, [&] { return front; });
+    const auto rect = FAKE_CALL(Shell_NotifyIconGetRect, [](const NOTIFYICONIDENTIFIER*, RECT* place) {
+        *place = {1000, 740, 1024, 768};
+        return S_OK;
+    });
+    underMouse_ = "Desktop";
+    Send(WM_RBUTTONUP);
+    EXPECT_EQ(menus_, 0);
+    front = taskbar;
+    Send(WM_RBUTTONUP);
+    EXPECT_EQ(menus_, 1);
+    EXPECT_TRUE(Shown());
+    EXPECT_EQ(menuPlace_.x, 1012);
+    EXPECT_EQ(menuPlace_.y, 754);
+}
+
+TEST_F(TrayEventTest, LeavesNoStateBehindItsMenu) {
+    underMouse_ = "Notification";
+    const HWND panel = panel_.Panel().Handle();
+    MSG message{};
+    while (PeekMessageW(&message, panel, WM_NULL, WM_NULL, PM_REMOVE) != 0) {
+    }
+    Send(WM_RBUTTONUP);
+    EXPECT_NE(PeekMessageW(&message, panel, WM_NULL, WM_NULL, PM_REMOVE), 0);
 }
 
 TEST_F(TrayEventTest, DoesNothingForARightButtonElsewhere) {

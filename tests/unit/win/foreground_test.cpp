@@ -2,17 +2,15 @@
 
 #include <windows.h>
 
-#include <shellapi.h>
-
+#include <dwmapi.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <shellapi.h>
 
 #include <cstring>
 #include <cwchar>
 #include <map>
 #include <string>
-
-#include <dwmapi.h>
 
 #include "tests/support/call_log.h"
 #include "tests/support/recorded_call.h"
@@ -33,9 +31,8 @@ TEST(ForegroundTest, WhatTheUserDoesNotTakeForAWindowCannotTakeIt) {
         window.*trait = false;
         EXPECT_FALSE(CanTakeForeground(window));
     }
-    for (bool WindowTraits::*trait :
-         {&WindowTraits::minimized, &WindowTraits::tool, &WindowTraits::cloaked, &WindowTraits::own,
-          &WindowTraits::desktop, &WindowTraits::empty}) {
+    for (bool WindowTraits::*trait : {&WindowTraits::minimized, &WindowTraits::tool, &WindowTraits::cloaked,
+                                      &WindowTraits::own, &WindowTraits::desktop, &WindowTraits::empty}) {
         WindowTraits window = kOrdinary;
         window.*trait = true;
         EXPECT_FALSE(CanTakeForeground(window));
@@ -65,8 +62,10 @@ class WindowOrderTest : public ::testing::Test {
             const INT_PTR next = Number(window) + 1;
             return windows_.contains(next) ? Number(next) : nullptr;
         }));
-        fakes_.push_back(FAKE_CALL(IsWindowVisible, [this](HWND window) -> BOOL { return Of(window).visible; }));
-        fakes_.push_back(FAKE_CALL(IsWindowEnabled, [this](HWND window) -> BOOL { return Of(window).enabled; }));
+        fakes_.push_back(
+            FAKE_CALL(IsWindowVisible, [this](HWND window) -> BOOL { return Of(window).visible; }));
+        fakes_.push_back(
+            FAKE_CALL(IsWindowEnabled, [this](HWND window) -> BOOL { return Of(window).enabled; }));
         fakes_.push_back(FAKE_CALL(IsIconic, [this](HWND window) -> BOOL { return Of(window).minimized; }));
         fakes_.push_back(FAKE_CALL(GetWindowLongPtrW, [this](HWND window, int) { return Of(window).style; }));
         fakes_.push_back(
@@ -156,10 +155,11 @@ TEST_F(WindowOrderTest, AWindowStaysBeforeOneThatDoesNotCoverItOrIsNoProgram) {
 
 TEST(FullScreenTest, IsToldByWhatTheShellSaysOfTheUser) {
     const auto told = [](QUERY_USER_NOTIFICATION_STATE state, HRESULT result = S_OK) {
-        const auto query = FAKE_CALL(SHQueryUserNotificationState, [&](QUERY_USER_NOTIFICATION_STATE* answer) {
-            *answer = state;
-            return result;
-        });
+        const auto query =
+            FAKE_CALL(SHQueryUserNotificationState, [&](QUERY_USER_NOTIFICATION_STATE* answer) {
+                *answer = state;
+                return result;
+            });
         return FullScreenProgramInFront();
     };
     EXPECT_TRUE(told(QUNS_BUSY));

@@ -208,6 +208,30 @@ TEST_F(WindowTest, ShowsTheHourglassWhereverThePointerMovesWhileThereIsOne) {
     EXPECT_EQ(ask(edit), LoadCursor(nullptr, IDC_IBEAM));
 }
 
+TEST_F(WindowTest, HandlersAreCountedInsideOneAnother) {
+    ProbeWindow probe;
+    probe.CreateIt();
+    std::vector<int> depths;
+    probe.onMessage = [&](UINT message, WPARAM wParam, LPARAM) -> std::optional<LRESULT> {
+        if (message != kQuestion) return std::nullopt;
+        depths.push_back(HandlerDepth());
+        if (wParam > 0) SendMessageW(probe.Handle(), kQuestion, wParam - 1, 0);
+        if (wParam == 0) throw RuntimeError("leaves as well");
+        return 0;
+    };
+    SendMessageW(probe.Handle(), kQuestion, 2, 0);
+    EXPECT_THAT(depths, ElementsAre(1, 2, 3));
+    EXPECT_EQ(HandlerDepth(), 0);
+    depths.clear();
+    PostMessageW(probe.Handle(), kQuestion, 0, 0);
+    ProcessPendingMessages([&](const MSG&) {
+        SendMessageW(probe.Handle(), kQuestion, 0, 0);
+        return false;
+    });
+    // In the filter, which counts, and afterwards by the loop.
+    EXPECT_THAT(depths, ElementsAre(2, 1));
+}
+
 TEST_F(WindowTest, WaitingMessagesAreHandled) {
     ProbeWindow probe;
     probe.CreateIt();

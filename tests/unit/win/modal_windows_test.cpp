@@ -1,0 +1,151 @@
+#include "win/modal_windows.h"
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "res/resource.h"
+#include "tests/support/hidden_window.h"
+#include "tests/support/recorded_call.h"
+#include "win/dialog.h"
+
+namespace win {
+namespace {
+
+/// Cancels whatever is open, again and again, as long as it lives.
+class Canceller {
+  public:
+    Canceller() : timer_(SetTimer(nullptr, 0, 50, &Canceller::Tick)) {}
+    ~Canceller() { KillTimer(nullptr, timer_); }
+    Canceller(const Canceller&) = delete;
+    Canceller& operator=(const Canceller&) = delete;
+
+  private:
+    static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) { CancelModalWindows(); }
+    UINT_PTR timer_;
+};
+
+/// A dialog that tells what waits for the user while it is open.
+class ProbeDialog : public Dialog {
+  public:
+    using Dialog::ShowModal;
+    HWND inside = nullptr;
+
+  protected:
+    bool OnInit() override {
+        inside = WaitingWindow();
+        return true;
+    }
+    bool OnCommand(int id, int) override {
+        if (id == IDCANCEL) End(7);
+        return true;
+    }
+};
+
+class ModalWindowsDesktopTest : public ::testing::Test {};
+
+TEST_F(ModalWindowsDesktopTest, AQuestionOfTheSystemsIsAnsweredAsItsUserWouldCancelIt) {
+    const Canceller canceller;
+    EXPECT_EQ(MessageBoxW(nullptr, L"?", L"?", MB_YESNO), IDNO);
+    EXPECT_EQ(MessageBoxW(nullptr, L"?", L"?", MB_YESNOCANCEL), IDCANCEL);
+    EXPECT_EQ(MessageBoxW(nullptr, L"?", L"?", MB_OKCANCEL), IDCANCEL);
+    EXPECT_EQ(MessageBoxW(nullptr, L"?", L"?", MB_ABORTRETRYIGNORE), IDABORT);
+    // With nothing to cancel by, the title bar's button is what is left.
+    MessageBoxW(nullptr, L"?", L"?", MB_OK);
+}
+
+TEST_F(ModalWindowsDesktopTest, AQuestionInFrontOfADialogGoesBeforeIt) {
+    const testkit::HiddenWindow owner;
+    class Asking : public ProbeDialog {
+        bool OnCommand(int id, int notification) override {
+            if (id != IDC_TAB_APPLY) return ProbeDialog::OnCommand(id, notification);
+            answer = MessageBoxW(Handle(), L"?", L"?", MB_YESNO);
+            openAfterwards = IsOpenDialog(Handle());
+            return true;
+        }
+        bool OnInit() override {
+            PostMessageW(Handle(), WM_COMMAND, IDC_TAB_APPLY, 0);
+            return true;
+        }
+
+      public:
+        int answer = 0;
+        bool openAfterwards = false;
+    } dialog;
+    const Canceller canceller;
+    EXPECT_EQ(dialog.ShowModal(owner.Handle(), IDD_DEFINE_TAB), 7);
+    EXPECT_EQ(dialog.answer, IDNO);
+    EXPECT_TRUE(dialog.openAfterwards);
+}
+
+TEST_F(ModalWindowsDesktopTest, AnOpenMenuIsClosed) {
+    const testkit::HiddenWindow owner;
+    const HMENU menu = CreatePopupMenu();
+    AppendMenuW(menu, MF_STRING, 5, L"command");
+    const Canceller canceller;
+    EXPECT_EQ(TrackPopupMenu(menu, TPM_RETURNCMD, 0, 0, 0, owner.Handle(), nullptr), 0);
+    DestroyMenu(menu);
+}
+
+TEST_F(ModalWindowsDesktopTest, WhatWaitsForTheUserIsTheInnermost) {
+    const testkit::HiddenWindow owner;
+    SetMainWindow(owner.Handle());
+    EXPECT_EQ(WaitingWindow(), owner.Handle());
+    EXPECT_EQ(OpenSystemWindow(), nullptr);
+    EXPECT_FALSE(InModalLoop());
+    ProbeDialog dialog;
+    {
+        const Canceller canceller;
+        dialog.ShowModal(owner.Handle(), IDD_DEFINE_TAB);
+    }
+    EXPECT_NE(dialog.inside, nullptr);
+    EXPECT_NE(dialog.inside, owner.Handle());
+    static HWND waiting = nullptr;
+    waiting = nullptr;
+    const UINT_PTR timer = SetTimer(nullptr, 0, 50, [](HWND, UINT, UINT_PTR, DWORD) {
+        waiting = OpenSystemWindow();
+        if (waiting == nullptr) return;
+        EXPECT_EQ(WaitingWindow(), waiting);
+        CancelModalWindows();
+    });
+    MessageBoxW(owner.Handle(), L"?", L"?", MB_OKCANCEL);
+    KillTimer(nullptr, timer);
+    EXPECT_NE(waiting, nullptr);
+    SetMainWindow(nullptr);
+}
+
+TEST(ModalWindowsTest, NoDialogOpensWhileTheProgramEnds) {
+    const testkit::HiddenWindow owner;
+    SetEnding(true);
+    EXPECT_TRUE(IsEnding());
+    EXPECT_EQ(ProbeDialog().ShowModal(owner.Handle(), IDD_DEFINE_TAB), -1);
+    SetEnding(false);
+    EXPECT_FALSE(IsEnding());
+}
+
+TEST(ModalWindowsTest, AButtonThatCannotBePressedCancelsNothing) {
+    const testkit::HiddenWindow owner;
+    EXPECT_EQ(CancellingButton(owner.Handle()), 0);
+    const auto add = [&](int id, DWORD style) {
+        return CreateWindowExW(0, L"BUTTON", L"", WS_CHILD | style, 0, 0, 9, 9, owner.Handle(),
+                               reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
+    };
+    const auto visible = FAKE_CALL(IsWindowVisible, [](HWND window) -> BOOL {
+        return (GetWindowLongPtrW(window, GWL_STYLE) & WS_VISIBLE) != 0;
+    });
+    add(IDOK, WS_VISIBLE);
+    add(IDYES, WS_VISIBLE);
+    EXPECT_EQ(CancellingButton(owner.Handle()), 0) << "neither is a cancellation";
+    add(IDCANCEL, 0);
+    add(IDABORT, WS_VISIBLE);
+    EXPECT_EQ(CancellingButton(owner.Handle()), IDABORT);
+    const HWND no = add(IDNO, WS_VISIBLE);
+    EXPECT_EQ(CancellingButton(owner.Handle()), IDNO);
+    EnableWindow(no, FALSE);
+    EXPECT_EQ(CancellingButton(owner.Handle()), IDABORT);
+}
+
+}  // namespace
+}  // namespace win
