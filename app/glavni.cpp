@@ -46,6 +46,7 @@ bool WorksDocked(const MSG& message) {
 Glavni::Glavni() : mnuTray_(IDM_TRAY, {{"Show Quon", {}}, {"-", {}}, {"Close", {}}}) {}
 
 void Glavni::CreateParts() {
+    win::SetEnding(false);
     icon_ = LoadIconW(win::ModuleInstance(), MAKEINTRESOURCEW(IDI_QUON));
     win::WindowOptions options;
     options.className = L"QuonMain";

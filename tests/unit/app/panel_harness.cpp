@@ -109,7 +109,7 @@ void PanelHarness::RecordWindow() {
     }));
     fakes_.push_back(
         FAKE_CALL(SetWindowPos, [this](HWND window, HWND after, int x, int y, int cx, int cy, UINT flags) {
-            if (IsPanel(window) && (flags & SWP_SHOWWINDOW) != 0) {
+            if (IsPanel(window) && (flags & SWP_SHOWWINDOW) != 0 && (flags & SWP_NOMOVE) != 0) {
                 log_.Add((flags & SWP_NOACTIVATE) != 0 ? "show quietly" : "show");
                 return TRUE;
             }
