@@ -10,6 +10,7 @@
 #include "win/foreground.h"
 #include "win/handles.h"
 #include "win/input_pause.h"
+#include "win/modal_windows.h"
 
 namespace app {
 namespace {
@@ -90,7 +91,7 @@ void EdgeDock::PlaceAtEdge() {
 
 void EdgeDock::Raise() const {
     // A window of the system's waits for an answer, and would be covered.
-    if (!win::InputPause::Any()) win::SetTopmost(true, window_);
+    if (!win::InputPause::Any() && win::OpenSystemWindow() == nullptr) win::SetTopmost(true, window_);
 }
 
 bool EdgeDock::SavedPlaceCounts() const {

@@ -1,8 +1,9 @@
 #include "win/modal_windows.h"
 
+#include <algorithm>
 #include <cwchar>
 #include <initializer_list>
-#include <vector>
+#include <iterator>
 
 #include "win/dialog.h"
 #include "win/window.h"
@@ -19,6 +20,8 @@ bool IsSystemWindow(HWND window) {
     const bool dialog = std::wcscmp(name, L"#32770") == 0 || std::wcscmp(name, L"OperationStatusWindow") == 0;
     return dialog && IsWindowVisible(window) != 0 && IsWindowEnabled(window) != 0 && !IsOpenDialog(window);
 }
+
+bool IsOfThisThread(HWND window) { return GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId(); }
 
 struct Search {
     HWND found[16];  ///< frontmost first; more are never open, and the rest has its turn later
@@ -74,7 +77,9 @@ int CancellingButton(HWND window) noexcept {
 
 HWND OpenSystemWindow() noexcept {
     const Search search = SystemWindows();
-    return search.count > 0 ? search.found[0] : nullptr;
+    const auto* const end = search.found + search.count;
+    const auto* const found = std::find_if(search.found, end, &IsOfThisThread);
+    return found != end ? *found : nullptr;
 }
 
 HWND WaitingWindow() noexcept {
@@ -95,7 +100,7 @@ void CancelModalWindows() {
     bool ours = false;
     for (int index = 0; index < search.count; ++index) {
         Cancel(search.found[index]);
-        ours = ours || GetWindowThreadProcessId(search.found[index], nullptr) == GetCurrentThreadId();
+        ours = ours || IsOfThisThread(search.found[index]);
     }
     // A dialog whose own question is still open goes once that has been answered.
     if (!ours) CancelOpenDialogs();

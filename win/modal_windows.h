@@ -9,8 +9,9 @@ namespace win {
 /// closed by its title bar.
 int CancellingButton(HWND window) noexcept;
 
-/// The frontmost window of the system's in this program that waits for an answer: a picker, a question, a
-/// message box. Null when there is none.
+/// The frontmost window of the system's on this thread that waits for an answer: a picker, a question, a
+/// message box. Null when there is none. A sheet of properties, which has a thread of its own, waits for
+/// nobody.
 HWND OpenSystemWindow() noexcept;
 
 /// The window that waits for the user: one of the system's, else the innermost open dialog, else the main
