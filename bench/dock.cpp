@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/edge_dock.h"
+#include "app/screen_place.h"
 #include "bench/benchmarks.h"
 #include "config/settings.h"
 #include "tests/support/input.h"

@@ -23,8 +23,8 @@ class Dialog {
 
   protected:
     /// Shows the dialog and returns when it is closed (DialogBoxParamW); the answer is what End was given,
-    /// -1 when Windows could not make the dialog, when OnInit has thrown, which was reported then, or when the
-    /// program is ending.
+    /// -1 when Windows could not make the dialog, when OnInit has thrown, which was reported then, or when
+    /// the program is ending.
     INT_PTR ShowModal(HWND owner, int templateId);
 
     /// Closes the dialog.
