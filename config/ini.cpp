@@ -70,9 +70,6 @@ std::string Answer(const std::string& buffer, size_t count) {
     return count == 0 ? std::string() : buffer.substr(0, buffer.find_last_not_of('\0', count - 1) + 1);
 }
 
-/// Whether a section's text was cut because the section is too long.
-bool WasCut(const std::string& sectionText) { return sectionText.size() + kSectionSlack >= kSectionSize; }
-
 /// Whether rewriting the section entry by entry without `key` gives back all the others: a line that is no
 /// entry stops it, one without a name would be lost, and of a double key only the last value would be left.
 bool CanBeRewritten(const std::vector<std::string>& entries, const std::string& key) {
@@ -164,6 +161,8 @@ bool WriteIniSection(const std::string& section, const std::string& data) {
     // The NUL added here ends the last entry, the string's own the list.
     return CarryOut({section, std::nullopt, data + '\0'});
 }
+
+bool WasCut(const std::string& sectionText) { return sectionText.size() + kSectionSlack >= kSectionSize; }
 
 std::vector<std::string> SectionEntries(const std::string& sectionText) {
     if (sectionText.empty()) return {};

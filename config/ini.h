@@ -68,4 +68,7 @@ class IniStart {
 /// The entries of a section's text as ReadIniSection gives it; none for "".
 std::vector<std::string> SectionEntries(const std::string& sectionText);
 
+/// Whether a section's text as ReadIniSection gives it was cut because the section is too long.
+bool WasCut(const std::string& sectionText);
+
 }  // namespace config

@@ -47,11 +47,12 @@ void ListNames(HWND box, const std::vector<Row>& rows) {
 }
 
 /// The target of a row in full: the last entry of a very long section was read cut short. Nothing when it
-/// could not be read.
+/// could not be read whole.
 std::optional<std::string> WholeTarget(const Row& row) {
     const auto stored = model::ShortcutStore::Target(row.name);
     if (!stored) return std::nullopt;
-    return stored->starts_with(row.target) ? *stored : row.target;
+    return model::ShortcutStore::WholeTarget(row.name,
+                                             stored->starts_with(row.target) ? *stored : row.target);
 }
 
 }  // namespace

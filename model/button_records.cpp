@@ -29,6 +29,11 @@ bool ForEachButton(Visit visit) {
     return true;
 }
 
+bool IsButtonKey(const std::string& key) {
+    return key.size() == 2 && key[0] >= '1' && key[0] <= '0' + kTabCount && key[1] >= '1' &&
+           key[1] <= '0' + kButtonCount;
+}
+
 }  // namespace
 
 size_t ButtonRecords::IndexOf(const std::string& key) {
@@ -74,11 +79,16 @@ std::optional<std::string> FindButtonKey(const std::string& name) {
 std::optional<std::vector<KeyAndRecord>> ButtonsNamed(const std::string& name) {
     std::vector<KeyAndRecord> found;
     if (name.empty()) return found;
-    const bool read = ForEachButton([&](const std::string& key, const std::string& record) {
-        if (win::EqualIgnoringCase(RecordName(key, record), name)) found.emplace_back(key, record);
-        return true;
-    });
-    if (!read) return std::nullopt;
+    const auto section = config::TryReadIniSection(kButtonsSection);
+    if (!section) return std::nullopt;
+    for (const std::string& entry : config::SectionEntries(*section)) {
+        const std::string key = win::Before(entry, '=');
+        if (key.size() == entry.size() || !IsButtonKey(key)) continue;
+        const auto record = config::TryReadIni(kButtonsSection, key);
+        if (!record) return std::nullopt;
+        if (!record->empty() && win::EqualIgnoringCase(RecordName(key, *record), name))
+            found.emplace_back(key, *record);
+    }
     return found;
 }
 

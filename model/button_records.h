@@ -58,7 +58,7 @@ struct ButtonContext {
 std::optional<std::string> FindButtonKey(const std::string& name);
 
 /// Keys and records of all buttons in the file that lead to the shortcut of this name, in whatever case.
-/// Nothing and errors as above.
+/// A line that is no button's record is passed over. Nothing when the file could not be read.
 std::optional<std::vector<std::pair<std::string, std::string>>> ButtonsNamed(const std::string& name);
 
 }  // namespace model

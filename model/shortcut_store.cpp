@@ -66,11 +66,16 @@ std::optional<std::string> WholeValue(const char* section, const std::string& ke
     if (read.size() + kLongestCharacter <= config::kLongestValue) return read;
     const auto text = config::TryReadIniSection(section);
     if (!text) return std::nullopt;
-    for (const std::string& entry : config::SectionEntries(*text)) {
+    std::vector<std::string> entries = config::SectionEntries(*text);
+    const bool cut = config::WasCut(*text);
+    // Nobody knows how the last one goes on.
+    if (cut) entries.pop_back();
+    for (const std::string& entry : entries) {
         if (!win::EqualIgnoringCase(win::Before(entry, '='), key)) continue;
-        const std::string whole = win::After(entry, '=');
+        const std::string whole = Unquoted(win::After(entry, '='));
         return whole.size() > config::kLongestValue && whole.starts_with(read) ? whole : read;
     }
+    if (cut) return std::nullopt;
     return read;
 }
 
@@ -200,8 +205,9 @@ bool ShortcutStore::RemoveWithButton(const ButtonPlace& place, const std::string
 
 bool ShortcutStore::Free(const std::vector<Freeing>& buttons) {
     // Most of them are free in the file as well, and a tab is shown again and again.
-    const std::vector<std::string> stored =
-        config::SectionEntries(config::TryReadIniSection(kButtonsSection).value_or(""));
+    const auto text = config::TryReadIniSection(kButtonsSection);
+    if (!text) return false;
+    const std::vector<std::string> stored = config::SectionEntries(*text);
     Unit unit(records_);
     for (const Freeing& button : buttons) {
         const std::string key = button.place.Key();

@@ -31,7 +31,8 @@ class ShortcutStore {
     static std::optional<std::string> Target(const std::string& name);
 
     /// The target of this name in full, `read` being what a button or Target has of it: the stored one where
-    /// it is too long to be read at once and begins so, else `read` itself. For whoever writes it back.
+    /// it is too long to be read at once and begins so, else `read` itself. Nothing either where the whole is
+    /// out of reach, behind what can be read of a section. For whoever writes it back.
     static std::optional<std::string> WholeTarget(const std::string& name, const std::string& read);
 
     /// The command switch of this name; "" when there is none.
@@ -92,8 +93,7 @@ class ShortcutStore {
         std::int32_t icon = 0;                             ///< the index in its record
     };
     /// Moves a shortcut to another name: its target, its switch and the records of all buttons that carry it.
-    /// A switch that the new name had before goes. Throws SubscriptError when a button that the file names
-    /// cannot be.
+    /// A switch that the new name had before goes.
     bool Rename(const Renaming& renaming);
 
     /// Removes a target, and frees a button before that. The switch stays.

@@ -14,7 +14,6 @@
 #include "tests/support/program_folder.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/scoped_ini_path.h"
-#include "win/errors.h"
 
 namespace model {
 namespace {
@@ -138,12 +137,39 @@ TEST_F(ShortcutStoreTest, AButtonThatTakesTheNameInAnyCaseGetsItWithItsIcon) {
     EXPECT_EQ(records_.At("11"), "New|3");
 }
 
-TEST_F(ShortcutStoreTest, AButtonThatCannotBeStopsARenaming) {
-    Load(std::string("[Buttons]\r\n11=Notes|0\r\n99=Notes|0\r\n[Cuts]\r\nNotes=C:\\a\r\n"));
+TEST_F(ShortcutStoreTest, ALineThatIsNoButtonsRecordDoesNotStopARenaming) {
+    Load("[Buttons]\r\n99=Notes|0\r\njunk\r\nx=Notes|0\r\n11=Notes|0\r\n[Cuts]\r\nNotes=C:\\a\r\n");
+    EXPECT_TRUE(store_.Rename({"Notes", "New", "C:\\a"}));
+    EXPECT_EQ(folder_.IniValue("Buttons", "99"), "Notes|0");
+    EXPECT_EQ(folder_.IniValue("Buttons", "x"), "Notes|0");
+    EXPECT_EQ(folder_.IniValue("Buttons", "11"), "New|0");
+    EXPECT_EQ(records_.At("11"), "New|0");
+}
+
+TEST_F(ShortcutStoreTest, FreesNothingOfWhatCouldNotBeRead) {
     const std::string before = folder_.IniBytes();
-    EXPECT_THROW(store_.Rename({"Notes", "New", "C:\\a"}), win::SubscriptError);
+    const auto read = FAKE_CALL(GetPrivateProfileSectionA, [](LPCSTR, LPSTR, DWORD, LPCSTR) -> DWORD {
+        SetLastError(ERROR_SHARING_VIOLATION);
+        return 0;
+    });
+    EXPECT_FALSE(store_.Free({{{1, 1}, false, false, ""}}));
     EXPECT_EQ(folder_.IniBytes(), before);
-    EXPECT_EQ(records_.At("11"), "Notes|0");
+    EXPECT_EQ(records_.At("11"), "Notes|3");
+}
+
+TEST_F(ShortcutStoreTest, AValueBehindWhatCanBeReadOfItsSectionIsNotTakenForWhole) {
+    std::string cuts = "[Cuts]\r\n";
+    for (int index = 0; index < 60; ++index)
+        cuts += "name " + std::to_string(index) + "=" + std::string(400, 'x') + "\r\n";
+    Load(cuts + "Long=" + std::string(700, 'y') + "\r\n");
+    EXPECT_EQ(ShortcutStore::WholeTarget("Long", config::ReadIni("Cuts", "Long")), std::nullopt);
+    EXPECT_EQ(ShortcutStore::WholeTarget("Long", "C:\\short"), "C:\\short");
+}
+
+TEST_F(ShortcutStoreTest, AQuotedValueThatIsTooLongComesWholeToo) {
+    const std::string whole(700, 'y');
+    Load("[Cuts]\r\nLong=\"" + whole + "\"\r\n");
+    EXPECT_EQ(ShortcutStore::WholeTarget("Long", config::ReadIni("Cuts", "Long")), whole);
 }
 
 TEST_F(ShortcutStoreTest, RemovesAShortcutWithItsButtonAndItsSwitchOnlyWhereThatIsAsked) {
