@@ -6,6 +6,7 @@
 
 #include "app/screen_place.h"
 #include "config/settings.h"
+#include "res/resource.h"
 #include "win/dialog.h"
 #include "win/foreground.h"
 #include "win/handles.h"
@@ -61,18 +62,26 @@ void EdgeDock::BringOut() {
         MoveTo(CentredPosition(WindowSize(), ScreenSize(win::ScreenTwipsPerPixel())));
     hidden_ = false;
     outOfSight_ = false;
+    behindFullScreen_ = false;
     SetWindowRgn(window_, nullptr, TRUE);
     Raise();
 }
 
 void EdgeDock::Dock(bool bUnTimer) {
-    // A dialog that opens docks the panel behind it: the foreground is its own then.
-    const bool inFront = GetForegroundWindow() == window_ && !win::AnyDialogOpen();
+    behindFullScreen_ = false;
     PlaceAtEdge();
     EnableTimer(!bUnTimer);
     Raise();
     hidden_ = true;
-    if (inFront && outOfSight_) win::HandOnForeground(window_);
+    // Posted: what docked the panel may be about to open a dialog, and a program in the background could not
+    // bring that to the front.
+    if (outOfSight_ && GetForegroundWindow() == window_) PostMessageW(window_, WM_QUON_HAND_ON, 0, 0);
+}
+
+void EdgeDock::HandOn() const noexcept {
+    if (!outOfSight_ || GetForegroundWindow() != window_) return;
+    if (win::AnyDialogOpen() || win::AnyMenuOpen() || win::InputPause::Any()) return;
+    if (win::OpenSystemWindow() == nullptr) win::HandOnForeground(window_);
 }
 
 void EdgeDock::PlaceAtEdge() {
@@ -155,8 +164,7 @@ void EdgeDock::OnTimer() {
         Raise();
     } else if (!behindFullScreen_) {
         // Once: from then on the order is the programs' own.
-        behindFullScreen_ = true;
-        win::PutBehindForeground(window_, StripOnScreen());
+        behindFullScreen_ = win::PutBehindForeground(window_, StripOnScreen());
     }
 }
 

@@ -51,6 +51,10 @@ class EdgeDock {
     /// Timer1's tick: keeps the docked strip on top, but behind a program that fills the screen.
     void OnTimer();
 
+    /// WM_QUON_HAND_ON: another program gets the foreground, if the docked window still has it and nothing
+    /// that waits for the user was opened meanwhile.
+    void HandOn() const noexcept;
+
     /// The screen, its size or the taskbar's place has changed: docks a docked window anew, and brings one
     /// that is out back to where its caption can be reached.
     void FollowScreen();

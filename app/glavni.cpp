@@ -131,6 +131,7 @@ std::optional<LRESULT> Glavni::OnMessage(UINT message, WPARAM wParam, LPARAM lPa
         case WM_ENDSESSION:
             if (wParam != 0) EndSession();
             return 0;
+        case WM_QUON_HAND_ON: dock_.HandOn(); return 0;
         case WM_QUON_CHOSEN: shortcuts_.OnChosen(); return 0;
         case WM_QUON_DROP:
             drops_.Act();
@@ -184,19 +185,23 @@ void Glavni::OnMouseMove(WPARAM wParam, LPARAM lParam) {
     switch (TrayIcon::CallbackEvent(wParam, lParam)) {
         case WM_LBUTTONUP:
             dock_.ShowQuon(true, true);
-            // Not this window while a dialog or a question is open: it takes no input, and would cover that.
-            SetForegroundWindow(win::WaitingWindow());
+            BringForward();
             return;
         case WM_RBUTTONUP: OnTrayRightClick(); return;
         default: dock_.OnHover(); return;
     }
 }
 
+void Glavni::BringForward() {
+    // Not this window while a dialog or a question is open: it takes no input, and would cover that.
+    SetForegroundWindow(win::WaitingWindow());
+}
+
 void Glavni::OnHotKey() {
     EndMenu();
     // A dialog or a picker keeps the panel from taking input: it comes to the front instead.
     if (IsWindowEnabled(Handle()) == 0) {
-        SetForegroundWindow(GetLastActivePopup(win::ModalOwner()));
+        BringForward();
         return;
     }
     if (!dock_.Hidden() && GetForegroundWindow() == Handle()) {
@@ -218,7 +223,7 @@ void Glavni::OnTrayRightClick() {
     const POINT place = byMouse ? win::PointerPlace() : tray_.Place();
     dock_.ShowQuon(true, true);
     // Without the foreground the menu would stay open when the user clicks elsewhere.
-    SetForegroundWindow(win::WaitingWindow());
+    BringForward();
     const int command = win::TrackMenu(mnuTray_, place, win::ModalOwner());
     if (mnuTray_.IndexOf(command) == kShowQuon) dock_.ShowQuon(true, false);
     if (mnuTray_.IndexOf(command) == kClose) {

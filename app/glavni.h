@@ -82,6 +82,7 @@ class Glavni : public win::Window, public dialogs::PanelHost {
     void OnActivate(bool active);
     void OnMouseMove(WPARAM wParam, LPARAM lParam);
     void OnTrayRightClick();
+    static void BringForward();
     void OnHotKey();
 
     /// Timers of the window beside Timer1.

@@ -121,14 +121,16 @@ void Glavni::OnScreenChange() {
 }
 
 void Glavni::CloseRequest(UnloadMode mode) {
-    if (closeButtonCloses_) {
-        Unload();
-        return;
+    if (!closeButtonCloses_) {
+        dock_.SavePosition();
+        dock_.MoveAside();
+        dock_.ShowQuon(false, false);
+        if (mode != UnloadMode::kSession && mode != UnloadMode::kTaskManager) return;
     }
-    dock_.SavePosition();
-    dock_.MoveAside();
-    dock_.ShowQuon(false, false);
-    if (mode == UnloadMode::kSession || mode == UnloadMode::kTaskManager) Unload();
+    const bool begins = !win::IsEnding();
+    Unload();
+    // What does not let itself be cancelled may leave no other way than to end the process.
+    if (begins && win::IsEnding() && mode != UnloadMode::kSession) config::SaveSettings();
 }
 
 void Glavni::EndSession() {

@@ -112,5 +112,6 @@
 #define IDM_ACTIVE 2700
 
 // Private messages of the main window
-#define WM_QUON_DROP (WM_APP + 2)    // a drop waits
-#define WM_QUON_CHOSEN (WM_APP + 3)  // an item of the drop-down was chosen
+#define WM_QUON_DROP (WM_APP + 2)     // a drop waits
+#define WM_QUON_CHOSEN (WM_APP + 3)   // an item of the drop-down was chosen
+#define WM_QUON_HAND_ON (WM_APP + 4)  // docked in front: another program is to have the foreground

@@ -45,6 +45,18 @@ WindowTraits TraitsOf(HWND window) {
     return traits;
 }
 
+bool FillsMonitor(HWND window) {
+    if (window == nullptr || IsOwn(window) || IsDesktop(window)) return false;
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof monitor;
+    RECT place{};
+    RECT common{};
+    if (GetWindowRect(window, &place) == 0) return false;
+    if (GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor) == 0) return false;
+    IntersectRect(&common, &place, &monitor.rcMonitor);
+    return EqualRect(&common, &monitor.rcMonitor) != 0;
+}
+
 }  // namespace
 
 void HandOnForeground(HWND window) noexcept {
@@ -60,17 +72,19 @@ void HandOnForeground(HWND window) noexcept {
 bool FullScreenProgramInFront() noexcept {
     QUERY_USER_NOTIFICATION_STATE state{};
     if (FAILED(SHQueryUserNotificationState(&state))) return false;
-    return state == QUNS_BUSY || state == QUNS_RUNNING_D3D_FULL_SCREEN || state == QUNS_PRESENTATION_MODE;
+    if (state == QUNS_PRESENTATION_MODE) return FillsMonitor(GetForegroundWindow());
+    return state == QUNS_BUSY || state == QUNS_RUNNING_D3D_FULL_SCREEN;
 }
 
-void PutBehindForeground(HWND window, const RECT& seen) noexcept {
+bool PutBehindForeground(HWND window, const RECT& seen) noexcept {
     const HWND front = GetForegroundWindow();
-    if (front == nullptr || IsOwn(front) || IsDesktop(front)) return;
+    if (front == nullptr || IsOwn(front) || IsDesktop(front)) return false;
     RECT covering{};
     RECT common{};
     GetWindowRect(front, &covering);
-    if (IntersectRect(&common, &covering, &seen) == 0 || EqualRect(&common, &seen) == 0) return;
-    SetWindowPos(window, front, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    if (IntersectRect(&common, &covering, &seen) == 0 || EqualRect(&common, &seen) == 0) return false;
+    constexpr UINT kOrderOnly = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE;
+    return SetWindowPos(window, front, 0, 0, 0, 0, kOrderOnly) != 0;
 }
 
 }  // namespace win

@@ -27,12 +27,13 @@ constexpr bool CanTakeForeground(const WindowTraits& window) {
 void HandOnForeground(HWND window) noexcept;
 
 /// True while a program that fills the screen is in front, a presentation or a game for instance
-/// (SHQueryUserNotificationState).
+/// (SHQueryUserNotificationState). The user's presentation settings alone, which only keep notifications
+/// away, make none.
 bool FullScreenProgramInFront() noexcept;
 
 /// Puts a window right behind the foreground window when that one covers `seen`, what is to be seen of it on
 /// the screen, and is not this program's (SetWindowPos). Above all others it is no more then, unless the
-/// foreground window is.
-void PutBehindForeground(HWND window, const RECT& seen) noexcept;
+/// foreground window is. False when it stays where it is.
+bool PutBehindForeground(HWND window, const RECT& seen) noexcept;
 
 }  // namespace win

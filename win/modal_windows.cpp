@@ -1,11 +1,14 @@
 #include "win/modal_windows.h"
 
+#include <commctrl.h>
+
 #include <algorithm>
 #include <cwchar>
 #include <initializer_list>
 #include <iterator>
 
 #include "win/dialog.h"
+#include "win/input_pause.h"
 #include "win/window.h"
 
 namespace win {
@@ -13,11 +16,17 @@ namespace {
 
 bool g_ending = false;
 
-/// Dialogs of the system's, and the one that shows how far an operation of the shell's has come.
-bool IsSystemWindow(HWND window) {
+bool HasClass(HWND window, const wchar_t* expected) {
     wchar_t name[32]{};
     GetClassNameW(window, name, static_cast<int>(std::size(name)));
-    const bool dialog = std::wcscmp(name, L"#32770") == 0 || std::wcscmp(name, L"OperationStatusWindow") == 0;
+    return _wcsicmp(name, expected) == 0;
+}
+
+bool IsDialogClass(HWND window) { return HasClass(window, L"#32770"); }
+
+/// Dialogs of the system's, and the one that shows how far an operation of the shell's has come.
+bool IsSystemWindow(HWND window) {
+    const bool dialog = IsDialogClass(window) || HasClass(window, L"OperationStatusWindow");
     return dialog && IsWindowVisible(window) != 0 && IsWindowEnabled(window) != 0 && !IsOpenDialog(window);
 }
 
@@ -42,14 +51,42 @@ Search SystemWindows() noexcept {
     return search;
 }
 
+struct ButtonSearch {
+    int id;
+    HWND found;
+};
+
+bool IsPressableButton(HWND window) {
+    return HasClass(window, L"Button") && IsWindowVisible(window) != 0 && IsWindowEnabled(window) != 0;
+}
+
+/// The button with this identifier that can be pressed, however deep it lies: the newer questions keep theirs
+/// in windows of their own.
+HWND PressableButton(HWND window, int id) noexcept {
+    ButtonSearch search{id, nullptr};
+    const auto match = [](HWND child, LPARAM result) -> BOOL {
+        auto& into = *reinterpret_cast<ButtonSearch*>(result);
+        if (GetDlgCtrlID(child) != into.id || !IsPressableButton(child)) return TRUE;
+        into.found = child;
+        return FALSE;
+    };
+    EnumChildWindows(window, match, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
 /// Posted, so that it is the window's own loop that handles it, whichever thread that runs in.
 void Cancel(HWND window) {
-    const int id = CancellingButton(window);
-    if (id == 0)
-        PostMessageW(window, WM_CLOSE, 0, 0);
-    else
-        PostMessageW(window, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED),
-                     reinterpret_cast<LPARAM>(GetDlgItem(window, id)));
+    const HWND button = CancellingButton(window);
+    if (button != nullptr) {
+        PostMessageW(GetParent(button), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(button), BN_CLICKED),
+                     reinterpret_cast<LPARAM>(button));
+        if (GetParent(button) == window) return;
+    }
+    // A task dialog may draw its buttons, and has no use for its title bar's unless one of them is "Cancel".
+    // To other windows the number means something else.
+    for (const int id : {IDCANCEL, IDNO})
+        if (IsDialogClass(window)) PostMessageW(window, TDM_CLICK_BUTTON, static_cast<WPARAM>(id), 0);
+    PostMessageW(window, WM_CLOSE, 0, 0);
 }
 
 GUITHREADINFO ThreadState() noexcept {
@@ -67,12 +104,12 @@ void CancelMove() {
 
 }  // namespace
 
-int CancellingButton(HWND window) noexcept {
+HWND CancellingButton(HWND window) noexcept {
     for (const int id : {IDCANCEL, IDNO, IDABORT}) {
-        const HWND button = GetDlgItem(window, id);
-        if (button != nullptr && IsWindowVisible(button) != 0 && IsWindowEnabled(button) != 0) return id;
+        const HWND button = PressableButton(window, id);
+        if (button != nullptr) return button;
     }
-    return 0;
+    return nullptr;
 }
 
 HWND OpenSystemWindow() noexcept {
@@ -84,13 +121,20 @@ HWND OpenSystemWindow() noexcept {
 
 HWND WaitingWindow() noexcept {
     const HWND window = OpenSystemWindow();
-    return window != nullptr ? window : ModalOwner();
+    if (window != nullptr) return window;
+    const Search search = InputPause::Any() ? SystemWindows() : Search{};
+    return search.count > 0 ? search.found[0] : ModalOwner();
+}
+
+bool AnyMenuOpen() noexcept {
+    constexpr DWORD kMenus = GUI_INMENUMODE | GUI_POPUPMENUMODE | GUI_SYSTEMMENUMODE;
+    return (ThreadState().flags & kMenus) != 0;
 }
 
 bool InModalLoop() noexcept {
     // The menu of an edit field opens without any handler of ours.
-    constexpr DWORD kLoops = GUI_INMENUMODE | GUI_POPUPMENUMODE | GUI_SYSTEMMENUMODE | GUI_INMOVESIZE;
-    return HandlerDepth() > 1 || AnyDialogOpen() || (ThreadState().flags & kLoops) != 0;
+    if (HandlerDepth() > 1 || AnyDialogOpen() || AnyMenuOpen()) return true;
+    return (ThreadState().flags & GUI_INMOVESIZE) != 0;
 }
 
 void CancelModalWindows() {

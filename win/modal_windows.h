@@ -4,10 +4,10 @@
 
 namespace win {
 
-/// What a window of the system is answered with as its user would cancel it: the identifier of its button
-/// "Cancel", "No" or "Abort", in this order; 0 when it has none of them that can be pressed, and is to be
-/// closed by its title bar.
-int CancellingButton(HWND window) noexcept;
+/// What a window of the system is answered with as its user would cancel it: its button "Cancel", "No" or
+/// "Abort", in this order, however deep it lies (EnumChildWindows); null when it has none of them that can be
+/// pressed, and is to be closed by its title bar.
+HWND CancellingButton(HWND window) noexcept;
 
 /// The frontmost window of the system's on this thread that waits for an answer: a picker, a question, a
 /// message box. Null when there is none. A sheet of properties, which has a thread of its own, waits for
@@ -15,8 +15,12 @@ int CancellingButton(HWND window) noexcept;
 HWND OpenSystemWindow() noexcept;
 
 /// The window that waits for the user: one of the system's, else the innermost open dialog, else the main
-/// window; null without one.
+/// window; null without one. One of another thread's counts only while the system works for this program
+/// (InputPause): the shell asks some of its questions there, but shows sheets that wait for nobody as well.
 HWND WaitingWindow() noexcept;
+
+/// True while a menu of this thread is open (GetGUIThreadInfo).
+bool AnyMenuOpen() noexcept;
 
 /// True while something that waits for the user is under way on this thread: a handler of ours within which
 /// this one was called (HandlerDepth), a dialog, a menu, a window being moved (GetGUIThreadInfo).

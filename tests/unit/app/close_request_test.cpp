@@ -242,7 +242,25 @@ TEST(CloseRequestTest, CancelsOpenDialogsFromTheInnermostOutAndThenEnds) {
     // What opened the dialogs has come back before the window goes.
     ASSERT_FALSE(panel.Ended());
     testkit::WaitFor("the panel ends", [&] { return panel.Ended(); });
-    EXPECT_EQ(EndOf(panel.Log()).size(), 5u);
+    EXPECT_EQ(EndOf(panel.Log()).size(), 9u);
+}
+
+TEST(CloseRequestTest, SavesTheSettingsOnceWhenTheEndBeginsToWait) {
+    ClosingPanel panel(kEnds);
+    std::vector<std::string> begun;
+    const auto track = FAKE_CALL(TrackPopupMenu, [&](HMENU, UINT, int, int, int, HWND, const RECT*) {
+        panel.Window().Send(WM_CLOSE);
+        panel.Window().Send(WM_CLOSE);
+        begun = EndOf(panel.Log());
+        return 0;
+    });
+    const testkit::Window settings = panel.Window().Child(IDC_IMAGE_BUTTON + 2);
+    settings.Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+    settings.Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+    EXPECT_THAT(begun,
+                ElementsAre(StartsWith("write Settings Main"), StartsWith("write Settings popdelay"),
+                            StartsWith("write Settings poptf"), StartsWith("write Settings clickshow")));
+    testkit::WaitFor("the panel ends", [&] { return panel.Ended(); });
 }
 
 TEST(CloseRequestTest, WaitsForNoDialogWhenTheSessionEnds) {
@@ -272,7 +290,7 @@ TEST(CloseRequestTest, WaitsUntilTheHandlerThatItCameInHasReturned) {
     settings.Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
     EXPECT_FALSE(within) << "the menu's owner went while the menu was open";
     testkit::WaitFor("the panel ends", [&] { return panel.Ended(); });
-    EXPECT_EQ(EndOf(panel.Log()).size(), 5u);
+    EXPECT_EQ(EndOf(panel.Log()).size(), 9u);
     EXPECT_FALSE(win::IsEnding()) << "the next dialog would not open";
 }
 

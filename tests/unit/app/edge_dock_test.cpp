@@ -14,9 +14,11 @@
 
 #include "app/screen_place.h"
 #include "config/settings.h"
+#include "res/resource.h"
 #include "tests/support/call_log.h"
 #include "tests/support/hidden_window.h"
 #include "tests/support/recorded_call.h"
+#include "win/dialog.h"
 #include "win/input_pause.h"
 #include "win/window.h"
 
@@ -158,6 +160,7 @@ class DockingTest : public ::testing::Test {
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         auto* self = reinterpret_cast<DockingTest*>(GetWindowLongPtrW(window, GWLP_USERDATA));
         if (message == WM_APP && self->onEvent_) self->onEvent_();
+        if (message == WM_QUON_HAND_ON) self->dock_.HandOn();
         return DefWindowProcW(window, message, wParam, lParam);
     }
 
@@ -514,41 +517,117 @@ TEST_F(DockingTest, MakesAMinimisedOrMaximisedWindowNormalFirst) {
     }
 }
 
-TEST_F(DockingTest, HandsTheForegroundOnOnlyWhenItHasItAndGoesOutOfSight) {
-    HWND front = window_;
-    const auto foreground = FAKE_CALL(GetForegroundWindow, [&] { return front; });
-    const HWND next = reinterpret_cast<HWND>(INT_PTR{0x77});
-    const auto behind =
-        FAKE_CALL(GetWindow, [&](HWND window, UINT) { return window == window_ ? next : nullptr; });
-    const auto visible = FAKE_CALL(IsWindowVisible, [](HWND) { return TRUE; });
-    const auto enabled = FAKE_CALL(IsWindowEnabled, [](HWND) { return TRUE; });
-    const auto owner = FAKE_CALL(GetWindowThreadProcessId, [](HWND, LPDWORD process) -> DWORD {
-        *process = 1;
-        return 1;
-    });
-    const auto place = FAKE_CALL(GetWindowRect, [&](HWND window, LPRECT rect) -> BOOL {
-        if (window != next) return ORIGINAL_CALL(GetWindowRect)(window, rect);
-        *rect = {0, 0, 9, 9};
-        return TRUE;
-    });
-    const auto set = FAKE_CALL(SetForegroundWindow, [&](HWND window) -> BOOL {
-        EXPECT_EQ(window, next);
-        log_.Add("foreground");
-        return TRUE;
-    });
-    config::Settings.Edge = kLeftEdge;
+/// A docking in front of another program's window, which is next to get the foreground.
+class HandOnTest : public DockingTest {
+  protected:
+    HandOnTest() {
+        fakes_.push_back(FAKE_CALL(GetForegroundWindow, [this] { return front_; }));
+        fakes_.push_back(
+            FAKE_CALL(GetWindow, [this](HWND window, UINT) { return window == window_ ? kNext : nullptr; }));
+        fakes_.push_back(FAKE_CALL(IsWindowVisible, [this](HWND window) -> BOOL {
+            return window == kNext || window == system_ || ORIGINAL_CALL(IsWindowVisible)(window);
+        }));
+        fakes_.push_back(FAKE_CALL(IsWindowEnabled, [](HWND window) -> BOOL {
+            return window == kNext || ORIGINAL_CALL(IsWindowEnabled)(window);
+        }));
+        fakes_.push_back(FAKE_CALL(GetWindowThreadProcessId, [](HWND window, LPDWORD process) -> DWORD {
+            if (window != kNext) return ORIGINAL_CALL(GetWindowThreadProcessId)(window, process);
+            *process = 1;
+            return 1;
+        }));
+        fakes_.push_back(FAKE_CALL(GetWindowRect, [](HWND window, LPRECT rect) -> BOOL {
+            if (window != kNext) return ORIGINAL_CALL(GetWindowRect)(window, rect);
+            *rect = {0, 0, 9, 9};
+            return TRUE;
+        }));
+        fakes_.push_back(FAKE_CALL(GetGUIThreadInfo, [this](DWORD, PGUITHREADINFO state) -> BOOL {
+            state->flags = flags_;
+            return TRUE;
+        }));
+        fakes_.push_back(FAKE_CALL(SetForegroundWindow, [this](HWND window) -> BOOL {
+            EXPECT_EQ(window, kNext);
+            log_.Add("foreground");
+            return TRUE;
+        }));
+        config::Settings.Edge = kLeftEdge;
+        front_ = window_;
+    }
+    /// How often the foreground has been handed on once the messages are handled.
+    size_t HandedOn() {
+        win::ProcessPendingMessages();
+        return log_.Count("foreground");
+    }
+
+    inline static const HWND kNext = reinterpret_cast<HWND>(INT_PTR{0x77});
+    HWND front_ = nullptr;
+    HWND system_ = nullptr;
+    DWORD flags_ = 0;
+};
+
+TEST_F(HandOnTest, HappensOnceWhatDockedThePanelHasReturned) {
     dock_.ShowQuon(false, true);
-    EXPECT_EQ(log_.Lines().back(), "foreground") << "when all else is done";
-    dock_.ShowQuon(true, true);
-    log_.Clear();
-    front = next;
+    EXPECT_EQ(log_.Count("foreground"), 0u) << "a dialog could not come to the front any more";
+    EXPECT_EQ(HandedOn(), 1u);
+}
+
+TEST_F(HandOnTest, HappensOnlyForAPanelInFrontThatGoesOutOfSight) {
+    front_ = kNext;
     dock_.ShowQuon(false, true);
-    EXPECT_EQ(log_.Count("foreground"), 0u);
+    front_ = window_;
+    EXPECT_EQ(HandedOn(), 0u) << "it was not in front";
     dock_.ShowQuon(true, true);
-    front = window_;
     config::Settings.Edge = 0;
     dock_.ShowQuon(false, true);
-    EXPECT_EQ(log_.Count("foreground"), 0u) << "it is still to be seen";
+    EXPECT_EQ(HandedOn(), 0u) << "it is still to be seen";
+}
+
+TEST_F(HandOnTest, DoesNotHappenWhenThePanelCameOutOrLostTheForegroundMeanwhile) {
+    dock_.ShowQuon(false, true);
+    dock_.ShowQuon(true, true);
+    EXPECT_EQ(HandedOn(), 0u);
+    dock_.ShowQuon(false, true);
+    front_ = kNext;
+    EXPECT_EQ(HandedOn(), 0u);
+}
+
+TEST_F(HandOnTest, DoesNotHappenWhileSomethingWaitsForTheUser) {
+    dock_.ShowQuon(false, true);
+    flags_ = GUI_POPUPMENUMODE;
+    EXPECT_EQ(HandedOn(), 0u) << "a menu";
+    flags_ = 0;
+    dock_.ShowQuon(false, true);
+    {
+        const win::InputPause pause;
+        front_ = window_;
+        EXPECT_EQ(HandedOn(), 0u) << "the system's work";
+    }
+    log_.Clear();
+    dock_.ShowQuon(false, true);
+    system_ = CreateWindowExW(0, L"#32770", L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+    EXPECT_EQ(HandedOn(), 0u) << "a question of the system's";
+    DestroyWindow(system_);
+    dock_.ShowQuon(false, true);
+    EXPECT_EQ(HandedOn(), 1u);
+}
+
+/// Opens over the docked panel and lets the waiting messages be handled.
+class OpeningDialog : public win::Dialog {
+  public:
+    using Dialog::ShowModal;
+
+  protected:
+    bool OnInit() override {
+        win::ProcessPendingMessages();
+        End(1);
+        return true;
+    }
+    bool OnCommand(int, int) override { return true; }
+};
+
+TEST_F(HandOnTest, DoesNotHappenWhenADialogOpensRightAfterTheDocking) {
+    dock_.ShowQuon(false, true);
+    EXPECT_EQ(OpeningDialog().ShowModal(window_, IDD_DEFINE_TAB), 1);
+    EXPECT_EQ(log_.Count("foreground"), 0u);
 }
 
 TEST_F(DockingTest, GoesBehindAProgramThatFillsTheScreenOnceAndComesBackAfterwards) {
@@ -559,6 +638,7 @@ TEST_F(DockingTest, GoesBehindAProgramThatFillsTheScreenOnceAndComesBackAfterwar
         return S_OK;
     });
     const testkit::HiddenWindow game;
+    bool covers = true;
     const auto foreground = FAKE_CALL(GetForegroundWindow, [&] { return game.Handle(); });
     const auto owner = FAKE_CALL(GetWindowThreadProcessId, [](HWND, LPDWORD process) -> DWORD {
         *process = 1;
@@ -566,7 +646,7 @@ TEST_F(DockingTest, GoesBehindAProgramThatFillsTheScreenOnceAndComesBackAfterwar
     });
     const auto place = FAKE_CALL(GetWindowRect, [&](HWND window, LPRECT rect) -> BOOL {
         if (window != game.Handle()) return ORIGINAL_CALL(GetWindowRect)(window, rect);
-        *rect = {0, 0, 1000, 800};
+        *rect = covers ? RECT{0, 0, 1000, 800} : RECT{};
         return TRUE;
     });
     dock_.OnTimer();
@@ -581,6 +661,20 @@ TEST_F(DockingTest, GoesBehindAProgramThatFillsTheScreenOnceAndComesBackAfterwar
     state = QUNS_RUNNING_D3D_FULL_SCREEN;
     dock_.OnTimer();
     EXPECT_EQ(log_.Count("after"), 1u) << "the next one again";
+    for (const bool out : {true, false}) {
+        if (out) dock_.ShowQuon(true, true);
+        dock_.ShowQuon(false, true);
+        log_.Clear();
+        dock_.OnTimer();
+        EXPECT_EQ(log_.Count("after"), 1u) << "the panel was raised above it";
+    }
+    dock_.ShowQuon(false, true);
+    covers = false;
+    dock_.OnTimer();
+    log_.Clear();
+    covers = true;
+    dock_.OnTimer();
+    EXPECT_EQ(log_.Count("after"), 1u) << "it had not been put behind it yet";
 }
 
 TEST_F(DockingTest, IsNotRaisedAboveAWindowOfTheSystemThatWaitsForAnAnswer) {

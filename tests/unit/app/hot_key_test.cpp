@@ -163,8 +163,23 @@ TEST_F(PanelHotKeyTest, LeavesAPanelAloneThatTakesNoInput) {
     panel_.Log().Clear();
     Press();
     EXPECT_EQ(panel_.Log().Count("place"), 0u);
-    EXPECT_NE(foreground_, nullptr) << "what keeps it from input comes to the front";
+    EXPECT_EQ(foreground_, panel_.Window().Handle()) << "nothing else waits for the user";
     EnableWindow(panel_.Window().Handle(), TRUE);
+}
+
+TEST_F(PanelHotKeyTest, BringsAPickerToTheFrontThatNoneOfOursOwns) {
+    const HWND picker =
+        CreateWindowExW(0, L"#32770", L"Open", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+    const auto visible = FAKE_CALL(IsWindowVisible, [&](HWND window) -> BOOL {
+        return window == picker ? TRUE : ORIGINAL_CALL(IsWindowVisible)(window);
+    });
+    EnableWindow(panel_.Window().Handle(), FALSE);
+    panel_.Log().Clear();
+    Press();
+    EXPECT_EQ(foreground_, picker);
+    EXPECT_EQ(panel_.Log().Count("place"), 0u);
+    EnableWindow(panel_.Window().Handle(), TRUE);
+    DestroyWindow(picker);
 }
 
 TEST_F(PanelHotKeyTest, AnotherProgramsNumberIsNotMeant) {

@@ -135,21 +135,21 @@ TEST_F(WindowOrderTest, WithoutAnotherWindowEverythingStays) {
 
 TEST_F(WindowOrderTest, AWindowGoesBehindTheOneInFrontThatCoversIt) {
     windows_[9] = {};
-    PutBehindForeground(Number(9), {96, 0, 100, 100});
+    EXPECT_TRUE(PutBehindForeground(Number(9), {96, 0, 100, 100}));
     EXPECT_THAT(log_.Lines(),
                 ElementsAre("place 9 behind 1 " + std::to_string(SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE)));
 }
 
 TEST_F(WindowOrderTest, AWindowStaysBeforeOneThatDoesNotCoverItOrIsNoProgram) {
     windows_[9] = {};
-    PutBehindForeground(Number(9), {96, 0, 101, 100});
-    PutBehindForeground(Number(9), {200, 0, 204, 100});
+    EXPECT_FALSE(PutBehindForeground(Number(9), {96, 0, 101, 100}));
+    EXPECT_FALSE(PutBehindForeground(Number(9), {200, 0, 204, 100}));
     windows_[1].own = true;
-    PutBehindForeground(Number(9), {96, 0, 100, 100});
+    EXPECT_FALSE(PutBehindForeground(Number(9), {96, 0, 100, 100}));
     windows_[1] = {.name = L"Progman"};
-    PutBehindForeground(Number(9), {96, 0, 100, 100});
+    EXPECT_FALSE(PutBehindForeground(Number(9), {96, 0, 100, 100}));
     front_ = 0;
-    PutBehindForeground(Number(9), {96, 0, 100, 100});
+    EXPECT_FALSE(PutBehindForeground(Number(9), {96, 0, 100, 100}));
     EXPECT_THAT(log_.Lines(), IsEmpty());
 }
 
@@ -164,10 +164,31 @@ TEST(FullScreenTest, IsToldByWhatTheShellSaysOfTheUser) {
     };
     EXPECT_TRUE(told(QUNS_BUSY));
     EXPECT_TRUE(told(QUNS_RUNNING_D3D_FULL_SCREEN));
-    EXPECT_TRUE(told(QUNS_PRESENTATION_MODE));
     EXPECT_FALSE(told(QUNS_ACCEPTS_NOTIFICATIONS));
     EXPECT_FALSE(told(QUNS_NOT_PRESENT));
     EXPECT_FALSE(told(QUNS_BUSY, E_FAIL));
+}
+
+TEST_F(WindowOrderTest, PresentationSettingsAloneMakeNoProgramThatFillsTheScreen) {
+    const auto query = FAKE_CALL(SHQueryUserNotificationState, [](QUERY_USER_NOTIFICATION_STATE* answer) {
+        *answer = QUNS_PRESENTATION_MODE;
+        return S_OK;
+    });
+    const auto monitor =
+        FAKE_CALL(MonitorFromWindow, [](HWND, DWORD) { return reinterpret_cast<HMONITOR>(INT_PTR{5}); });
+    const auto extent = FAKE_CALL(GetMonitorInfoW, [](HMONITOR, LPMONITORINFO info) -> BOOL {
+        info->rcMonitor = {0, 0, 100, 100};
+        return TRUE;
+    });
+    EXPECT_TRUE(FullScreenProgramInFront());
+    windows_[1].place = {0, 0, 100, 90};
+    EXPECT_FALSE(FullScreenProgramInFront()) << "the taskbar is to be seen";
+    windows_[1] = {.name = L"Progman"};
+    EXPECT_FALSE(FullScreenProgramInFront());
+    windows_[1] = {.own = true};
+    EXPECT_FALSE(FullScreenProgramInFront());
+    front_ = 0;
+    EXPECT_FALSE(FullScreenProgramInFront());
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <commctrl.h>
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -10,6 +11,7 @@
 #include "tests/support/hidden_window.h"
 #include "tests/support/recorded_call.h"
 #include "win/dialog.h"
+#include "win/input_pause.h"
 
 namespace win {
 namespace {
@@ -127,7 +129,7 @@ TEST(ModalWindowsTest, NoDialogOpensWhileTheProgramEnds) {
 
 TEST(ModalWindowsTest, AButtonThatCannotBePressedCancelsNothing) {
     const testkit::HiddenWindow owner;
-    EXPECT_EQ(CancellingButton(owner.Handle()), 0);
+    EXPECT_EQ(CancellingButton(owner.Handle()), nullptr);
     const auto add = [&](int id, DWORD style) {
         return CreateWindowExW(0, L"BUTTON", L"", WS_CHILD | style, 0, 0, 9, 9, owner.Handle(),
                                reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
@@ -137,14 +139,84 @@ TEST(ModalWindowsTest, AButtonThatCannotBePressedCancelsNothing) {
     });
     add(IDOK, WS_VISIBLE);
     add(IDYES, WS_VISIBLE);
-    EXPECT_EQ(CancellingButton(owner.Handle()), 0) << "neither is a cancellation";
+    EXPECT_EQ(CancellingButton(owner.Handle()), nullptr) << "neither is a cancellation";
     add(IDCANCEL, 0);
     add(IDABORT, WS_VISIBLE);
-    EXPECT_EQ(CancellingButton(owner.Handle()), IDABORT);
+    EXPECT_EQ(GetDlgCtrlID(CancellingButton(owner.Handle())), IDABORT);
     const HWND no = add(IDNO, WS_VISIBLE);
-    EXPECT_EQ(CancellingButton(owner.Handle()), IDNO);
+    EXPECT_EQ(GetDlgCtrlID(CancellingButton(owner.Handle())), IDNO);
     EnableWindow(no, FALSE);
-    EXPECT_EQ(CancellingButton(owner.Handle()), IDABORT);
+    EXPECT_EQ(GetDlgCtrlID(CancellingButton(owner.Handle())), IDABORT);
+}
+
+/// A window of the class that the system's dialogs have, which counts as visible with all that is in it.
+class SystemWindowTest : public ::testing::Test {
+  protected:
+    SystemWindowTest()
+        : window_(
+              CreateWindowExW(0, L"#32770", L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr)),
+          visible_(FAKE_CALL(IsWindowVisible,
+                             [this](HWND window) -> BOOL {
+                                 return window == window_ || IsChild(window_, window) != 0 ||
+                                        ORIGINAL_CALL(IsWindowVisible)(window);
+                             })),
+          post_(FAKE_CALL(PostMessageW, [this](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+              posted_.push_back({window, message, wParam, lParam});
+              return TRUE;
+          })) {}
+    ~SystemWindowTest() override { DestroyWindow(window_); }
+
+    static HWND Child(HWND parent, const wchar_t* name, int id) {
+        return CreateWindowExW(0, name, L"", WS_CHILD, 0, 0, 9, 9, parent,
+                               reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
+    }
+    struct Posted {
+        HWND window;
+        UINT message;
+        WPARAM wParam;
+        LPARAM lParam;
+        bool operator==(const Posted&) const = default;
+    };
+
+    HWND window_;
+    std::vector<Posted> posted_;
+    testkit::RecordedCall visible_;
+    testkit::RecordedCall post_;
+};
+
+TEST_F(SystemWindowTest, AButtonThatLiesDeeperIsPressedWhereItLies) {
+    const HWND inner = Child(Child(window_, L"STATIC", 1), L"STATIC", IDCANCEL);
+    Child(inner, L"BUTTON", IDYES);
+    const HWND no = Child(inner, L"BUTTON", IDNO);
+    EXPECT_EQ(CancellingButton(window_), no);
+    const HWND cancel = Child(inner, L"BUTTON", IDCANCEL);
+    EXPECT_EQ(CancellingButton(window_), cancel);
+    CancelModalWindows();
+    ASSERT_FALSE(posted_.empty());
+    EXPECT_EQ(posted_.front(), (Posted{inner, WM_COMMAND, IDCANCEL, reinterpret_cast<LPARAM>(cancel)}));
+}
+
+TEST_F(SystemWindowTest, OneWithoutButtonsIsAskedToPressItsOwnAndToClose) {
+    CancelModalWindows();
+    EXPECT_EQ(posted_, (std::vector<Posted>{{window_, TDM_CLICK_BUTTON, IDCANCEL, 0},
+                                            {window_, TDM_CLICK_BUTTON, IDNO, 0},
+                                            {window_, WM_CLOSE, 0, 0}}));
+}
+
+TEST_F(SystemWindowTest, OneOfAnotherThreadIsWaitedForOnlyWhileTheSystemWorksForThisProgram) {
+    const testkit::HiddenWindow owner;
+    SetMainWindow(owner.Handle());
+    const auto thread = FAKE_CALL(GetWindowThreadProcessId, [&](HWND window, LPDWORD process) -> DWORD {
+        const DWORD its = ORIGINAL_CALL(GetWindowThreadProcessId)(window, process);
+        return window == window_ ? its + 1 : its;
+    });
+    EXPECT_EQ(WaitingWindow(), owner.Handle()) << "a sheet of properties waits for nobody";
+    {
+        const InputPause pause;
+        EnableWindow(window_, TRUE);
+        EXPECT_EQ(WaitingWindow(), window_);
+    }
+    SetMainWindow(nullptr);
 }
 
 }  // namespace
