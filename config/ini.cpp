@@ -5,10 +5,12 @@
 #include <algorithm>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 #include "config/file_bytes.h"
 #include "config/ini_comments.h"
 #include "config/ini_unit.h"
+#include "config/patience.h"
 #include "win/errors.h"
 #include "win/handles.h"
 #include "win/text.h"
@@ -37,28 +39,62 @@ bool g_starting = false;
                                       IniPath);
 }
 
-/// Whether a profile function that answered nothing, with this last error, has not read the file.
-bool WasUnreadable(DWORD error) {
+/// Whether the file that reads are to read is not there, or empty, as it is for a moment while some programs
+/// write it. A unit's own file may well be empty.
+bool HasNothingToRead() {
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    if (GetFileAttributesExA(FileToRead().c_str(), GetFileExInfoStandard, &data) != 0)
+        return FileToRead() == IniPath && data.nFileSizeHigh == 0 && data.nFileSizeLow == 0;
+    return GetLastError() == ERROR_FILE_NOT_FOUND || GetLastError() == ERROR_PATH_NOT_FOUND;
+}
+
+/// What a profile function that answered nothing has said by it.
+enum class Nothing {
+    kNoRecord,
+    kNoFile,      ///< there is no file, or nothing in it
+    kUnreadable,  ///< the file is kept from us
+    kUnclear      ///< it was kept from us, or there is no such record
+};
+
+Nothing MeaningOf(DWORD error) {
+    if (IsHeldError(error)) return Nothing::kUnreadable;
+    if (HasNothingToRead()) return Nothing::kNoFile;
     // Which codes stand for a missing record differs from system to system.
-    if (error == ERROR_SUCCESS || error == ERROR_FILE_NOT_FOUND) return false;
-    if (IsHeldError(error)) return true;
+    if (error == ERROR_SUCCESS || error == ERROR_FILE_NOT_FOUND) return Nothing::kNoRecord;
     const win::File file(CreateFileA(FileToRead().c_str(), GENERIC_READ,
                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-    return !file && GetLastError() != ERROR_FILE_NOT_FOUND && GetLastError() != ERROR_PATH_NOT_FOUND;
+    return file ? Nothing::kUnclear : Nothing::kUnreadable;
 }
 
 /// What a profile function counts, called again while another program keeps the file from us; nothing when
 /// the file could not be read.
 template <class Call>
 std::optional<DWORD> TryRead(Call call) {
+    bool waited = false;
+    bool askedTwice = false;
     for (;;) {
         SetLastError(ERROR_SUCCESS);
         const DWORD count = call(FileToRead().c_str());
         const DWORD error = GetLastError();
-        if (count != 0 || !WasUnreadable(error)) return count;
-        if (MakeReadable(error)) continue;
-        if (g_starting) ThrowUnreadable(error);
+        if (count != 0) {
+            if (waited) ForgetWaiting();
+            return count;
+        }
+        const Nothing meaning = MeaningOf(error);
+        if (meaning == Nothing::kNoRecord) return count;
+        // A start says itself what it misses in the file.
+        if (g_starting && meaning == Nothing::kNoFile) return count;
+        if (meaning == Nothing::kUnclear) {
+            // The file can be read now: what is said of it now counts.
+            if (std::exchange(askedTwice, true)) return count;
+            continue;
+        }
+        if (MakeReadable(error)) {
+            waited = true;
+            continue;
+        }
+        if (g_starting && meaning == Nothing::kUnreadable) ThrowUnreadable(error);
         return std::nullopt;
     }
 }
@@ -85,10 +121,10 @@ std::string NotAnEntry(const std::string& section, const std::string& entry) {
     return "Section \"" + section + "\" of " + IniPath + " has an entry without \"=\": " + entry;
 }
 
-/// Whether the section holds comment lines, which rewriting it would lose.
+/// Whether the section holds comment lines, as far as can be told, which rewriting it would lose.
 bool HasComments(const std::string& section) {
     const std::optional<std::string> bytes = ReadBytes(FileToRead());
-    return bytes && SectionHasComments(*bytes, section);
+    return !bytes || SectionHasComments(*bytes, section);
 }
 
 /// What writing the entries one by one leaves in an empty section: of each value what stands before its first
@@ -114,10 +150,55 @@ bool HasCutValue(const std::vector<std::string>& entries) {
     });
 }
 
+/// Empties the section but for what is left of the entries.
+bool DeleteEntry(const std::string& section, const std::vector<std::string>& entries, size_t doomed) {
+    return WriteIniSection(section, win::Join(WithoutEntry(entries, doomed), '\0'));
+}
+
+/// How a record is to be taken out of a section.
+struct Removal {
+    enum Kind {
+        kNothing,   ///< there is no such record
+        kByKey,     ///< Windows takes out the one key: the section cannot be rewritten
+        kByRewrite  ///< the section is written without the entry
+    };
+    Kind What = kNothing;
+    std::vector<std::string> Entries = {};
+    size_t Index = 0;  ///< of the entry, where the section is rewritten
+};
+
+Removal FindRemoval(const std::string& sectionText, const std::string& key) {
+    const std::vector<std::string> entries = SectionEntries(sectionText);
+    // Nor can a section be rewritten that was not read to its end, or that holds more than entries.
+    if (WasCut(sectionText) || !CanBeRewritten(entries, key))
+        return {key.empty() ? Removal::kNothing : Removal::kByKey};
+    const auto match = std::find_if(entries.begin(), entries.end(), [&](const std::string& entry) {
+        return win::EqualIgnoringCase(win::Before(entry, '='), key);
+    });
+    if (match == entries.end()) return {};
+    return {Removal::kByRewrite, entries, static_cast<size_t>(match - entries.begin())};
+}
+
 /// What a change answers that could not read what it is to change.
 bool NothingDone() noexcept {
     IniUnit::Fail();
     return false;
+}
+
+/// Takes the record out in the open unit. What is left of the section is what is read here, at once: another
+/// program's changes between two readings could make them fit together badly.
+bool TakeOut(const std::string& section, const std::string& key) {
+    const std::optional<std::string> text = TryReadIniSection(section);
+    if (!text) return NothingDone();
+    const Removal removal = FindRemoval(*text, key);
+    if (removal.What == Removal::kNothing) return true;
+    if (removal.What == Removal::kByKey || (!key.empty() && HasComments(section)))
+        return CarryOut({section, key, std::nullopt});
+    if (!DeleteEntry(section, removal.Entries, removal.Index)) return false;
+    // Values were cut at their "=".
+    std::vector<std::string> left = removal.Entries;
+    left.erase(left.begin() + static_cast<std::ptrdiff_t>(removal.Index));
+    return !HasCutValue(left) || WriteIniSection(section, win::Join(left, '\0'));
 }
 
 }  // namespace
@@ -189,33 +270,23 @@ bool DeleteIniKey(const std::string& section, const std::string& key) {
     const std::vector<std::string> entries = SectionEntries(*text);
     for (const std::string& entry : entries)
         if (entry.find('=') == std::string::npos) throw win::SubscriptError(NotAnEntry(section, entry));
+    // An empty section needs no emptying; and it might be one that was not read.
+    if (entries.empty()) return true;
     size_t doomed = 0;
     const auto match = std::find_if(entries.begin(), entries.end(),
                                     [&](const std::string& entry) { return win::Before(entry, '=') == key; });
     if (match != entries.end()) doomed = static_cast<size_t>(match - entries.begin());
-    return WriteIniSection(section, win::Join(WithoutEntry(entries, doomed), '\0'));
+    return DeleteEntry(section, entries, doomed);
 }
 
 bool RemoveRecord(const std::string& section, const std::string& key) {
     if (IniUnit::HasFailed()) return false;
+    // A first look: where there is nothing to take out, no file is made.
     const std::optional<std::string> text = TryReadIniSection(section);
     if (!text) return NothingDone();
-    const std::vector<std::string> entries = SectionEntries(*text);
-    // Nor can a section be rewritten that was not read to its end, or that holds more than entries. Windows
-    // takes out the one key.
-    const bool cut = WasCut(*text) || !CanBeRewritten(entries, key);
-    const auto match = std::find_if(entries.begin(), entries.end(), [&](const std::string& entry) {
-        return win::EqualIgnoringCase(win::Before(entry, '='), key);
-    });
-    if (cut ? key.empty() : match == entries.end()) return true;
-    if (cut || (!key.empty() && HasComments(section))) return CarryOut({section, key, std::nullopt});
+    if (FindRemoval(*text, key).What == Removal::kNothing) return true;
     IniUnit unit;
-    if (!DeleteIniKey(section, win::Before(*match, '='))) return false;
-    // Values were cut at their "=".
-    std::vector<std::string> left = entries;
-    left.erase(left.begin() + (match - entries.begin()));
-    if (HasCutValue(left) && !WriteIniSection(section, win::Join(left, '\0'))) return false;
-    return unit.Finish();
+    return IniUnit::BeginWriting() && TakeOut(section, key) && unit.Finish();
 }
 
 }  // namespace config

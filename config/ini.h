@@ -19,14 +19,15 @@ constexpr size_t kLongestValue = 554;
 /// A section of more than 19998 characters comes back cut short (GetPrivateProfileSectionA).
 std::string ReadIniSection(const std::string& section);
 
-/// As ReadIniSection, but nothing when Windows could not read the file: it is held, or denied to us.
+/// As ReadIniSection, but nothing when Windows could not read the file: it is held, denied to us, missing, or
+/// empty as while another program writes it.
 std::optional<std::string> TryReadIniSection(const std::string& section);
 
 /// One value, at most its first 554 characters; "" when there is none (GetPrivateProfileStringA).
 std::string ReadIni(const std::string& section, const std::string& key);
 
-/// As ReadIni, but nothing when Windows could not read the file: it is held, or denied to us. Only "" says
-/// that there is no such record.
+/// As ReadIni, but nothing when Windows could not read the file: it is held, denied to us, missing, or empty
+/// as while another program writes it. Only "" says that there is no such record.
 std::optional<std::string> TryReadIni(const std::string& section, const std::string& key);
 
 /// Writes one value in the open unit of writes, else in one of its own (WritePrivateProfileStringA). False

@@ -21,11 +21,19 @@ enum class Way {
     kItself     ///< there can be none: the file itself takes them
 };
 
+/// How often a unit is made anew on what other programs have done to its files.
+constexpr int kRemakes = 4;
+
+/// What has been written to the file itself is taken back in spite of a hold: a longer wait is better than a
+/// file with half a change in it. In milliseconds.
+constexpr DWORD kTakeBackPatience = 1000;
+
 /// The unit that is open, with all that is needed to carry it out once more.
 struct OpenUnit {
     int depth = 0;
     bool failed = false;
     Way way = Way::kNotYet;
+    int remakes = 0;
     SideFile side;
     std::vector<IniWrite> writes;
     std::optional<std::string> before;  ///< what the file held, where it takes the writes itself
@@ -48,10 +56,26 @@ const std::string& FileToWrite() noexcept {
 bool CallProfileFunction(const IniWrite& write) {
     const char* file = FileToWrite().c_str();
     const char* text = write.Text ? write.Text->c_str() : nullptr;
+    if (g_unit.way == Way::kSideFile && g_unit.side.IsGone()) {
+        // It would be made anew with nothing but this in it.
+        SetLastError(ERROR_FILE_NOT_FOUND);
+        return false;
+    }
     SetLastError(ERROR_SUCCESS);
     if (write.Key)
         return WritePrivateProfileStringA(write.Section.c_str(), write.Key->c_str(), text, file) != 0;
     return WritePrivateProfileSectionA(write.Section.c_str(), text, file) != 0;
+}
+
+/// Reads what is to be put back if the file itself takes the writes and one of them fails. False when there
+/// is something that cannot be read: nothing may be written then.
+bool ReadBefore() {
+    for (;;) {
+        g_unit.before = ReadBytes(IniPath);
+        if (g_unit.before) return true;
+        if (GetFileAttributesA(IniPath.c_str()) == INVALID_FILE_ATTRIBUTES) return true;
+        if (!WaitForHeldFile()) return false;
+    }
 }
 
 bool ChooseWay() {
@@ -64,13 +88,15 @@ bool ChooseWay() {
         case SideFileResult::kImpossible: break;
     }
     g_unit.way = Way::kItself;
-    g_unit.before = ReadBytes(IniPath);
-    return true;
+    return ReadBefore();
 }
 
-/// Makes the side file under another name, because the former is kept from us, with the first `count` writes
-/// in it.
+/// Makes the side file once more, because the former is kept from us or made from what has changed since,
+/// with the first `count` writes in it.
 bool MakeAnew(size_t count) {
+    // Some programs empty a file before they write it, or write another one and rename it.
+    while (g_unit.side.TargetWasEmptied())
+        if (!WaitForHeldFile()) return false;
     if (!ChooseWay()) return false;
     for (size_t index = 0; index < count; ++index)
         if (!CallProfileFunction(g_unit.writes[index])) return false;
@@ -79,6 +105,8 @@ bool MakeAnew(size_t count) {
 
 /// After a failure: whether it is worth trying again, with the first `writesBefore` writes done.
 bool MayTryAgain(DWORD error, size_t writesBefore) {
+    if (g_unit.way == Way::kSideFile && (g_unit.side.IsGone() || g_unit.side.TargetHasChanged()))
+        return g_unit.remakes++ < kRemakes && MakeAnew(writesBefore);
     if (!IsHeldError(error)) return false;
     return WaitForHeldFile() ||
            (g_unit.way == Way::kSideFile && g_unit.side.IsHeld() && MakeAnew(writesBefore));
@@ -108,7 +136,9 @@ void TakeBack() noexcept {
     g_unit.side.Drop();
     if (g_unit.way != Way::kItself || !g_unit.before) return;
     try {
-        if (ReadBytes(IniPath) != g_unit.before) WriteBytes(IniPath, *g_unit.before);
+        const LongPatience patience(kTakeBackPatience);
+        while (ReadBytes(IniPath) != g_unit.before && !WriteBytes(IniPath, *g_unit.before))
+            if (!WaitForHeldFile()) return;
     } catch (const std::exception&) {
         // No memory to look at it: what was written stays.
     }
@@ -119,6 +149,7 @@ void Reset() noexcept {
     g_unit.writes.clear();
     g_unit.before.reset();
     g_unit.way = Way::kNotYet;
+    g_unit.remakes = 0;
     g_unit.failed = false;
 }
 
@@ -145,8 +176,10 @@ bool IniUnit::Finish() {
         --g_unit.depth;
         return !g_unit.failed;
     }
-    const bool done = !g_unit.failed && (g_unit.way == Way::kNotYet || PutInPlace());
+    const bool done = !g_unit.failed && (g_unit.writes.empty() || PutInPlace());
     if (!done) TakeBack();
+    // Not sooner: what works on the side file says nothing of the file whose place it is to take.
+    if (done && !g_unit.writes.empty()) ForgetWaiting();
     Reset();
     ended_ = true;
     --g_unit.depth;
@@ -155,6 +188,15 @@ bool IniUnit::Finish() {
 }
 
 void IniUnit::Fail() noexcept { g_unit.failed = AnyOpen(); }
+
+bool IniUnit::BeginWriting() {
+    if (!AnyOpen() || g_unit.failed) return false;
+    if (g_unit.way != Way::kNotYet) return true;
+    // Until it has worked, whatever comes out of it.
+    g_unit.failed = true;
+    g_unit.failed = !ChooseWay();
+    return !g_unit.failed;
+}
 
 bool IniUnit::HasFailed() noexcept { return g_unit.failed; }
 
@@ -168,10 +210,11 @@ bool CarryOut(IniWrite write) {
         return CarryOut(std::move(write)) && unit.Finish();
     }
     if (g_unit.failed) return false;
+    if (!IniUnit::BeginWriting()) return false;
     // Until it has worked, whatever comes out of it.
     g_unit.failed = true;
     g_unit.writes.push_back(std::move(write));
-    g_unit.failed = !((g_unit.way != Way::kNotYet || ChooseWay()) && CarryOutLast());
+    g_unit.failed = !CarryOutLast();
     return !g_unit.failed;
 }
 

@@ -15,7 +15,8 @@ struct IniWrite {
 
 /// One unit of writes: Quon.ini is at every moment what it was before the unit or what it is after it. The
 /// writes go to a new file beside it, made from it at the first write, which takes its place at the end;
-/// reads inside the unit see the unit. Units nest, the outermost one counts. While one is open nothing may be
+/// reads inside the unit see the unit. When another program has written Quon.ini meanwhile, all writes are
+/// made once more on what it wrote. Units nest, the outermost one counts. While one is open nothing may be
 /// called that lets messages run.
 class IniUnit {
   public:
@@ -35,6 +36,10 @@ class IniUnit {
     /// Notes that something has failed on which the open unit depends; none open: does nothing.
     static void Fail() noexcept;
 
+    /// Gives the open unit its file, if no write has done so yet: from here on its reads see the file as it
+    /// is now, whatever other programs write. False when that failed; the unit has failed then.
+    static bool BeginWriting();
+
     /// Whether a unit is open that has failed: nothing more needs to be tried in it.
     static bool HasFailed() noexcept;
 
@@ -46,8 +51,8 @@ class IniUnit {
     bool ended_ = false;
 };
 
-/// Deletes what a killed program has left beside Quon.ini of a unit, whatever it holds; to be called by the
-/// one instance that runs.
+/// Deletes what a killed program has left beside Quon.ini of a unit, whatever it holds, but for the file that
+/// another session's unit works with at this moment.
 void RemoveInterruptedUnits();
 
 /// Carries out one write in the unit that is open, else in a unit of its own. False when it failed.

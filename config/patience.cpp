@@ -34,6 +34,8 @@ bool WaitForHeldFile() noexcept {
     return true;
 }
 
+void ForgetWaiting() noexcept { g_waited = 0; }
+
 LongPatience::LongPatience(DWORD milliseconds) noexcept
     : former_(std::exchange(g_patience, std::max(milliseconds, g_patience))) {}
 

@@ -4,8 +4,12 @@ namespace config {
 
 /// Waits a moment for a file that another program has open for itself, as a virus scanner or a backup does:
 /// true when the caller is to try again. One user action waits a fifth of a second in all (Sleep), however
-/// often it asks; only when nobody has asked for a while does the next one wait again.
+/// often it asks; only after ForgetWaiting, or when nobody has asked for a while, does the next one wait
+/// again.
 bool WaitForHeldFile() noexcept;
+
+/// Says that what was waited for has worked: the next hold is another one, which is waited for anew.
+void ForgetWaiting() noexcept;
 
 /// Whether a Windows error says that another program keeps the file from us for the moment.
 bool IsHeldError(unsigned long error) noexcept;

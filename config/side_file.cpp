@@ -2,7 +2,9 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <optional>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -18,8 +20,19 @@ constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELE
 constexpr const char* kSuffix = ".unit-";
 constexpr int kNames = 4;
 
+/// Of this process alone: the folder may be another session's too.
 std::string SideName(const std::string& target, int number) {
-    return target + kSuffix + std::to_string(number);
+    return target + kSuffix + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(number);
+}
+
+/// Whether what follows the suffix makes a side file's name: two numbers, or one, as they were called once.
+bool IsSideNumber(std::string_view text) {
+    const auto isNumber = [](std::string_view part) {
+        return !part.empty() &&
+               std::all_of(part.begin(), part.end(), [](char digit) { return digit >= '0' && digit <= '9'; });
+    };
+    const size_t end = text.find('-');
+    return isNumber(text.substr(0, end)) && (end == std::string_view::npos || isNumber(text.substr(end + 1)));
 }
 
 std::string FolderOf(const std::string& path) { return path.substr(0, path.rfind('\\') + 1); }
@@ -28,8 +41,9 @@ bool Exists(const std::string& path) { return GetFileAttributesA(path.c_str()) !
 
 bool IsNoRoom(DWORD error) { return error == ERROR_DISK_FULL || error == ERROR_HANDLE_DISK_FULL; }
 
-win::File Open(const std::string& path, DWORD access, DWORD flags = FILE_ATTRIBUTE_NORMAL) {
-    return win::File(CreateFileA(path.c_str(), access, kShareAll, nullptr, OPEN_EXISTING, flags, nullptr));
+win::File Open(const std::string& path, DWORD access, DWORD flags = FILE_ATTRIBUTE_NORMAL,
+               DWORD share = kShareAll) {
+    return win::File(CreateFileA(path.c_str(), access, share, nullptr, OPEN_EXISTING, flags, nullptr));
 }
 
 /// Whether the disk has room for the file to grow: not every system's profile functions tell that they have
@@ -121,6 +135,7 @@ SideFileResult SideFile::Make(const std::string& path) {
     Drop();
     target_ = path;
     targetIsNew_ = false;
+    state_.reset();
     const DWORD attributes = GetFileAttributesA(path.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) {
         targetIsNew_ = GetLastError() == ERROR_FILE_NOT_FOUND;
@@ -132,6 +147,8 @@ SideFileResult SideFile::Make(const std::string& path) {
         const std::optional<std::string> resolved = ResolvedPath(path, file.Get());
         if (!resolved) return SideFileResult::kImpossible;
         target_ = *resolved;
+        // Before the copy: what is written while it is made counts as a change.
+        state_ = StateOf(target_);
     }
     return MakeUnderAName();
 }
@@ -147,8 +164,8 @@ SideFileResult SideFile::MakeUnderAName() {
                                 : CopyFileA(target_.c_str(), name.c_str(), TRUE) != 0;
         } while (!made && IsHeldError(GetLastError()) && WaitForHeldFile());
         if (made) {
-            path_ = name;
-            return SideFileResult::kMade;
+            if (Keep(name)) return SideFileResult::kMade;
+            continue;
         }
         const DWORD error = GetLastError();
         // Half a copy would be in the way of the next.
@@ -159,8 +176,44 @@ SideFileResult SideFile::MakeUnderAName() {
     return HasRoomToGrow(target_) ? SideFileResult::kImpossible : SideFileResult::kRefused;
 }
 
+bool SideFile::Keep(const std::string& path) {
+    do {
+        // The profile functions do not share what they write with writers: this handle only reads.
+        kept_ = Open(path, GENERIC_READ, FILE_ATTRIBUTE_NORMAL, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    } while (!kept_ && IsHeldError(GetLastError()) && WaitForHeldFile());
+    if (kept_) path_ = path;
+    return static_cast<bool>(kept_);
+}
+
 bool SideFile::IsHeld() const noexcept {
-    return !Open(path_, GENERIC_READ | GENERIC_WRITE | DELETE) && IsHeldError(GetLastError());
+    // While we keep it, we do not let ourselves delete it either.
+    const DWORD access = GENERIC_READ | GENERIC_WRITE | (kept_ ? 0 : DELETE);
+    return !Open(path_, access) && IsHeldError(GetLastError());
+}
+
+bool SideFile::IsGone() const noexcept {
+    if (path_.empty() || Exists(path_)) return false;
+    const DWORD error = GetLastError();
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+}
+
+std::optional<SideFile::State> SideFile::StateOf(const std::string& path) noexcept {
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    if (GetFileAttributesExA(path.c_str(), GetFileExInfoStandard, &data) == 0) return std::nullopt;
+    const auto join = [](DWORD high, DWORD low) { return (ULONGLONG{high} << 32) | low; };
+    return State{join(data.nFileSizeHigh, data.nFileSizeLow),
+                 join(data.ftLastWriteTime.dwHighDateTime, data.ftLastWriteTime.dwLowDateTime)};
+}
+
+bool SideFile::TargetHasChanged() const noexcept {
+    const std::optional<State> now = StateOf(target_);
+    return now && (targetIsNew_ || (state_ && *now != *state_));
+}
+
+bool SideFile::TargetWasEmptied() const noexcept {
+    if (!state_ || state_->Size == 0) return false;
+    const std::optional<State> now = StateOf(target_);
+    return !now || now->Size == 0;
 }
 
 bool SideFile::Flush() const {
@@ -174,8 +227,14 @@ bool SideFile::Flush() const {
 
 bool SideFile::Replace() {
     if (!targetIsNew_) CopyIdentity(target_, path_);
+    kept_.Reset();
     for (;;) {
-        if (Rename(path_, target_, targetIsNew_ ? 0 : MOVEFILE_REPLACE_EXISTING)) break;
+        if (TargetHasChanged()) {
+            SetLastError(ERROR_FILE_INVALID);
+            return false;
+        }
+        // What has come into the place of a missing target meanwhile is not ours to replace.
+        if (Rename(path_, target_, targetIsNew_ || TargetIsLost() ? 0 : MOVEFILE_REPLACE_EXISTING)) break;
         // A file that others have open can be moved out of the way where it cannot be replaced.
         if (!targetIsNew_ && ReplaceFileA(target_.c_str(), path_.c_str(), nullptr, 0, nullptr, nullptr) != 0)
             break;
@@ -194,9 +253,13 @@ bool SideFile::TargetIsLost() const noexcept {
     return !targetIsNew_ && !path_.empty() && !Exists(target_) && GetLastError() == ERROR_FILE_NOT_FOUND;
 }
 
-std::string SideFile::Leave() noexcept { return std::exchange(path_, {}); }
+std::string SideFile::Leave() noexcept {
+    kept_.Reset();
+    return std::exchange(path_, {});
+}
 
 void SideFile::Drop() noexcept {
+    kept_.Reset();
     if (!path_.empty()) DeleteFileA(path_.c_str());
     path_.clear();
 }
@@ -205,8 +268,17 @@ void RemoveSideFiles(const std::string& path) {
     const win::File file = Open(path, 0);
     if (!file) return;
     const std::string target = ResolvedPath(path, file.Get()).value_or(path);
-    for (int number = 1; number <= kNames; ++number)
-        DeleteFileA(SideName(target, number).c_str());
+    const std::string start = target + kSuffix;
+    WIN32_FIND_DATAA found{};
+    // Without the short names, which could match too.
+    const win::FindFiles listing(
+        FindFirstFileExA((start + "*").c_str(), FindExInfoBasic, &found, FindExSearchNameMatch, nullptr, 0));
+    if (!listing) return;
+    do {
+        const std::string name = FolderOf(target) + static_cast<const char*>(found.cFileName);
+        if (name.size() > start.size() && IsSideNumber(std::string_view(name).substr(start.size())))
+            DeleteFileA(name.c_str());
+    } while (FindNextFileA(listing.Get(), &found) != 0);
 }
 
 }  // namespace config

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <string>
+
+#include "win/handles.h"
 
 namespace config {
 
@@ -11,7 +14,8 @@ enum class SideFileResult {
     kRefused      ///< the file may not be written, or the disk is full: nothing is to be written at all
 };
 
-/// A new file beside the configuration file that is to take its place. Deleted with this value unless it has.
+/// A new file beside the configuration file that is to take its place. Until then nobody else can delete or
+/// rename it. Deleted with this value unless it has taken the place.
 class SideFile {
   public:
     SideFile() = default;
@@ -21,8 +25,8 @@ class SideFile {
     SideFile& operator=(SideFile&&) = delete;
     ~SideFile() { Drop(); }
 
-    /// Makes a copy of the file at `path` under the first name of its own that is free (CopyFileA), or an
-    /// empty file where there is none. For a symbolic link the file that it leads to counts. What was made
+    /// Makes a copy of the file at `path` under the first name of this process that is free (CopyFileA), or
+    /// an empty file where there is none. For a symbolic link the file that it leads to counts. What was made
     /// before is dropped.
     SideFileResult Make(const std::string& path);
 
@@ -35,13 +39,24 @@ class SideFile {
     /// Whether another program keeps the file from us.
     [[nodiscard]] bool IsHeld() const noexcept;
 
+    /// Whether there is no such file any more.
+    [[nodiscard]] bool IsGone() const noexcept;
+
+    /// Whether another program has written the target since the copy was made, as far as its size and the
+    /// time of its last write tell. A target that is not there now has not been written.
+    [[nodiscard]] bool TargetHasChanged() const noexcept;
+
+    /// Whether the target is empty now or not there, and was neither when the copy was made.
+    [[nodiscard]] bool TargetWasEmptied() const noexcept;
+
     /// Writes what Windows still keeps in memory to the disk (FlushFileBuffers). False for a full disk, too;
     /// the last error says why.
     [[nodiscard]] bool Flush() const;
 
     /// Takes the target's place with its attributes, access rights and creation time: in one step
     /// (MoveFileExA), and only where that cannot be done, by ReplaceFileA, which takes two. False leaves both
-    /// files as they were, and the last error says why; unless TargetIsLost().
+    /// files as they were, and the last error says why; unless TargetIsLost(). Nor does it replace a target
+    /// that has changed.
     [[nodiscard]] bool Replace();
 
     /// Whether Windows has stopped halfway: there is no target any more, and this file holds all.
@@ -56,13 +71,24 @@ class SideFile {
   private:
     [[nodiscard]] SideFileResult MakeUnderAName();
 
+    /// What tells one state of the target from another.
+    struct State {
+        unsigned long long Size;
+        unsigned long long Written;  ///< a FILETIME
+        bool operator==(const State&) const = default;
+    };
+    static std::optional<State> StateOf(const std::string& path) noexcept;
+    [[nodiscard]] bool Keep(const std::string& path);
+
     std::string target_;
     std::string path_;
+    win::File kept_;              ///< keeps others from deleting the file
+    std::optional<State> state_;  ///< of the target, before it was copied
     bool targetIsNew_ = false;
 };
 
-/// Deletes what a killed program has left beside the file at `path`, whatever it holds. Where there is no
-/// such file, nothing is deleted.
+/// Deletes what a killed program has left beside the file at `path`, whatever it holds; what a program that
+/// runs still works with stays. Where there is no such file, nothing is deleted.
 void RemoveSideFiles(const std::string& path);
 
 }  // namespace config

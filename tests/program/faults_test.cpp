@@ -71,7 +71,7 @@ class FaultsTest : public ::testing::Test {
             EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
         }
         EXPECT_EQ(folder_.IniBytes(), text);
-        EXPECT_FALSE(folder_.Exists("Quon.ini.unit-1"));
+        EXPECT_FALSE(HasSideFile(folder_));
     }
     std::string FilledIni() const {
         QuonIni ini;

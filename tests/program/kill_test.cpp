@@ -332,7 +332,7 @@ std::string KillTest::RunToKill(const ProgramFolder& folder, unsigned seed, int 
         what += std::string("the next start failed: ") + error.what() + "\n";
     }
     what += Damage(before, command, RecordsOf(folder.Ini()));
-    if (folder.Exists("Quon.ini.unit-1")) what += "a side file was left behind\n";
+    if (HasSideFile(folder)) what += "a side file was left behind\n";
     return what.empty() ? what
                         : "seed " + std::to_string(seed) + ", in command " + std::to_string(last) + ", " +
                               command.name + ":\n" + what;

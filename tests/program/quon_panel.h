@@ -17,6 +17,8 @@
 #include <vector>
 
 #include "tests/support/desktop.h"
+#include "tests/support/text.h"
+#include "win/handles.h"
 
 namespace testkit {
 
@@ -51,6 +53,13 @@ struct QuonIni {
     /// The whole file.
     std::string Text() const;
 };
+
+/// Whether the file of a unit of writes lies in the folder, whichever process has made it.
+inline bool HasSideFile(const ProgramFolder& folder) {
+    WIN32_FIND_DATAW found{};
+    return static_cast<bool>(
+        win::FindFiles(FindFirstFileW(Wide(folder.FullPath("Quon.ini.unit-*")).c_str(), &found)));
+}
 
 enum class Edge { kLeft = 1, kTop, kRight, kBottom };
 

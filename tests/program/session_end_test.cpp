@@ -40,7 +40,7 @@ class SessionEndTest : public ::testing::Test {
         EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini.Main());
         quon.Main().Send(WM_ENDSESSION, TRUE);
         // The process may be ended from here on: all is saved, and nothing lies beside it.
-        EXPECT_FALSE(folder_.Exists("Quon.ini.unit-1"));
+        EXPECT_FALSE(HasSideFile(folder_));
         ini.current_tab = 2;
         EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini.Main());
         EXPECT_EQ(folder_.IniValue("Settings", "popdelay"), "700");

@@ -22,7 +22,7 @@ class AddToButtonTest : public AddToButtonFixture {
 };
 
 TEST_F(AddToButtonTest, FillsAFreeButtonWithoutAQuestion) {
-    Start("");
+    Start("[Settings]\r\n");
     Record();
     EXPECT_TRUE(Add(file_, "Заметки"));
     EXPECT_THAT(log_.Lines(), ElementsAre("Cuts Заметки = " + file_, "Buttons 21 = Заметки|0", "refill"));
@@ -34,7 +34,7 @@ TEST_F(AddToButtonTest, FillsAFreeButtonWithoutAQuestion) {
 }
 
 TEST_F(AddToButtonTest, WritesTheSwitchAfterTheRecord) {
-    Start("");
+    Start("[Settings]\r\n");
     Record();
     EXPECT_TRUE(Add(file_, "Notes", "/x \"two words\""));
     EXPECT_THAT(log_.Lines(), ElementsAre("Cuts Notes = " + file_, "Buttons 21 = Notes|0",
@@ -43,7 +43,7 @@ TEST_F(AddToButtonTest, WritesTheSwitchAfterTheRecord) {
 }
 
 TEST_F(AddToButtonTest, KeepsTheQuotesAroundASwitch) {
-    Start("");
+    Start("[Settings]\r\n");
     EXPECT_TRUE(Add(file_, "Notes", "\"all of it\""));
     EXPECT_EQ(Ini("Switch", "Notes"), "\"\"all of it\"\"");
     EXPECT_EQ(state_.Button(1).Switch, "\"all of it\"");
@@ -330,7 +330,7 @@ TEST_F(ShortcutFromDropTest, MakesNothingOfNothing) {
 class DropOnButtonTest : public AddToButtonFixture {};
 
 TEST_F(DropOnButtonTest, SelectsTheButtonAndAddsTheTargetToIt) {
-    Start("");
+    Start("[Settings]\r\n");
     Record();
     DropOnButton(state_, 7, {false, file_});
     EXPECT_EQ(state_.Context.CurrentButtonIndex, 7);
@@ -340,7 +340,7 @@ TEST_F(DropOnButtonTest, SelectsTheButtonAndAddsTheTargetToIt) {
 }
 
 TEST_F(DropOnButtonTest, TakesAUrlAFolderAndATextThatNamesAFile) {
-    Start("");
+    Start("[Settings]\r\n");
     Record();
     DropOnButton(state_, 1, {true, "https://example.org/страница.html\n"});
     DropOnButton(state_, 2, {false, folder_.MakeFolder("папка")});
@@ -382,7 +382,7 @@ TEST_F(DropOnButtonTest, SaysWhatItCannotMakeAndChangesNothing) {
 }
 
 TEST_F(DropOnButtonTest, SaysThatALinksArgumentsWereLeftOut) {
-    Start("");
+    Start("[Settings]\r\n");
     const testkit::ModalAnswers user({[](testkit::Window box) {
         EXPECT_EQ(box.Child(IDC_MESSAGE_TEXT).Text(),
                   "The command switch of this shortcut is too long. Quon has left it out.");
@@ -395,7 +395,7 @@ TEST_F(DropOnButtonTest, SaysThatALinksArgumentsWereLeftOut) {
 }
 
 TEST_F(DropOnButtonTest, AUrlWithABarMakesASingleShortcut) {
-    Start("");
+    Start("[Settings]\r\n");
     Record();
     DropOnButton(state_, 1, {true, "https://example.org/a|b.html"});
     EXPECT_EQ(state_.Button(1).FilePath, "https://example.org/a%7Cb.html");
@@ -403,7 +403,7 @@ TEST_F(DropOnButtonTest, AUrlWithABarMakesASingleShortcut) {
 }
 
 TEST_F(DropOnButtonTest, TakesATargetThatCanBeReadBackWholeAndNoLongerOne) {
-    Start("");
+    Start("[Settings]\r\n");
     const std::string start = "https://example.org/";
     const std::string longest = start + std::string(554 - start.size(), 'x');
     Record();

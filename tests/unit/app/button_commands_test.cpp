@@ -30,6 +30,7 @@ using testkit::Window;
 class ButtonCommandsDesktopTest : public PanelParts {
   protected:
     ButtonCommandsDesktopTest() {
+        folder_.WriteIniText("[Settings]\r\n");
         commands_.Attach(host_.Handle());
         ShowWindow(host_.Handle(), SW_SHOWNOACTIVATE);
         RecordShell();

@@ -21,6 +21,7 @@ using testkit::Window;
 class PasteTest : public PanelParts {
   protected:
     PasteTest() {
+        folder_.WriteIniText("[Settings]\r\n");
         fakes_.push_back(FAKE_CALL(IsClipboardFormatAvailable,
                                    [this](UINT format) -> BOOL { return format == format_ ? TRUE : FALSE; }));
         fakes_.push_back(FAKE_CALL(OpenClipboard, [this](HWND) -> BOOL { return opens_; }));

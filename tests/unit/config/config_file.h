@@ -1,5 +1,7 @@
 #pragma once
 
+#include <windows.h>
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -7,6 +9,11 @@
 
 #include "tests/support/program_folder.h"
 #include "tests/support/scoped_ini_path.h"
+
+/// What a unit of writes in this process calls its file under its first, second, third or fourth name.
+inline std::string SideName(int number) {
+    return "Quon.ini.unit-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(number);
+}
 
 /// A test with a configuration file of its own, which does not exist until the test writes it.
 class ConfigFile : public testing::Test {

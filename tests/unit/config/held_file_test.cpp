@@ -109,13 +109,16 @@ TEST_F(HeldFileTest, IsWaitedForAFifthOfASecondInAllByOneAction) {
 }
 
 TEST_F(HeldFileTest, IsNotWaitedForAfterAnotherFailure) {
-    for (const DWORD error : {ERROR_SUCCESS, ERROR_FILE_NOT_FOUND, ERROR_ACCESS_DENIED}) {
+    for (const DWORD error : {ERROR_SUCCESS, ERROR_FILE_NOT_FOUND}) {
         error_ = error;
         held_ = 1;
         EXPECT_EQ(config::ReadIni("Cuts", "a"), "");
     }
+    error_ = ERROR_ACCESS_DENIED;
+    held_ = 2;
+    EXPECT_EQ(config::ReadIni("Cuts", "a"), "") << "what is said twice is believed";
     EXPECT_EQ(config::ReadIni("Cuts", "missing"), "");
-    EXPECT_EQ(calls_, 4);
+    EXPECT_EQ(calls_, 5);
     EXPECT_EQ(pauses_, 0);
 }
 
@@ -126,10 +129,14 @@ TEST_F(HeldFileTest, OnlyAFileThatCannotBeReadGivesNoAnswer) {
     error_ = ERROR_FILE_NOT_FOUND;
     held_ = 1;
     EXPECT_EQ(config::TryReadIni("Cuts", "missing"), "");
-    // A code that says nothing: the file itself tells.
+    // A code that says nothing: where the file can be read by now, it is asked once more.
     error_ = ERROR_ACCESS_DENIED;
     held_ = 1;
     EXPECT_EQ(config::TryReadIni("Cuts", "missing"), "");
+    held_ = 1;
+    EXPECT_EQ(config::TryReadIni("Cuts", "a"), "1");
+    held_ = 1;
+    EXPECT_EQ(config::TryReadIniSection("Cuts"), std::string("a=1\0b=2", 7));
     const RecordedCall open = FAKE_CALL(
         CreateFileA, [](LPCSTR, DWORD, DWORD, LPSECURITY_ATTRIBUTES, DWORD, DWORD, HANDLE) -> HANDLE {
             SetLastError(ERROR_ACCESS_DENIED);
@@ -138,6 +145,37 @@ TEST_F(HeldFileTest, OnlyAFileThatCannotBeReadGivesNoAnswer) {
     held_ = 2;
     EXPECT_EQ(config::TryReadIni("Cuts", "a"), std::nullopt);
     EXPECT_EQ(config::TryReadIniSection("Cuts"), std::nullopt);
+}
+
+TEST_F(HeldFileTest, AFileThatIsMissingOrEmptyGivesNoAnswer) {
+    // As while another program saves it; what it will hold again is not to be freed.
+    const auto expectNoAnswer = [] {
+        EXPECT_EQ(config::TryReadIni("Cuts", "a"), std::nullopt);
+        EXPECT_EQ(config::TryReadIniSection("Cuts"), std::nullopt);
+        EXPECT_EQ(config::ReadIni("Cuts", "a"), "");
+        EXPECT_FALSE(config::RemoveRecord("Cuts", "a"));
+    };
+    folder_.WriteIniText("");
+    expectNoAnswer();
+    folder_.RemoveFile("Quon.ini");
+    expectNoAnswer();
+    EXPECT_EQ(pauses_, 0);
+    const config::IniStart start;
+    EXPECT_EQ(config::TryReadIni("Settings", "Main"), "") << "a start says itself what is missing";
+}
+
+TEST_F(HeldFileTest, IsWaitedForAnewAfterItWasRead) {
+    AnotherAction();
+    for (int hold = 0; hold < 3; ++hold) {
+        held_ = 7;
+        EXPECT_EQ(config::TryReadIni("Cuts", "a"), "1");
+    }
+    EXPECT_EQ(pauses_, 3 * 7);
+    held_ = 7;
+    EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
+    held_ = 7;
+    EXPECT_TRUE(config::WriteIni("Cuts", "a", "3"));
+    EXPECT_EQ(pauses_, 5 * 7);
 }
 
 TEST_F(HeldFileTest, IsWaitedForLongerByAStartWhichThenSaysWhy) {
@@ -154,7 +192,7 @@ TEST_F(HeldFileTest, IsWaitedForLongerByAStartWhichThenSaysWhy) {
             EXPECT_THAT(error.what(),
                         AllOf(HasSubstr("Another program holds"), HasSubstr(folder_.IniPath())));
         }
-        EXPECT_EQ(pauses_, 200) << "four seconds";
+        EXPECT_EQ(pauses_, 120 + 200) << "four seconds each";
         EXPECT_THROW(config::ReadIniSection("Cuts"), win::RuntimeError);
         held_ = 0;
         EXPECT_EQ(config::ReadIni("Cuts", "missing"), "") << "that is no fault of the file";

@@ -84,7 +84,7 @@ TEST_F(IniTest, WritesAValueOfTheFileBesideIniPath) {
     const RecordedCall write = STUB_CALL(log, WritePrivateProfileStringA, FALSE);
     config::WriteIni("Cuts", "Notes", "C:\\a.txt");
     EXPECT_THAT(log.Lines(), ElementsAre("WritePrivateProfileStringA Cuts Notes C:\\a.txt " +
-                                         folder_.FullPath("Quon.ini.unit-1")));
+                                         folder_.FullPath(SideName(1))));
 }
 
 TEST_F(IniTest, WritesASectionAsAListEndedByTwoNuls) {
@@ -177,7 +177,7 @@ TEST_F(IniTest, DeletesByWritingTheOtherEntriesOfTheSectionAtOnce) {
     const RecordedCall value = LOG_CALL(log, WritePrivateProfileStringA);
     config::DeleteIniKey("Cuts", "a");
     EXPECT_THAT(log.Lines(),
-                ElementsAre("WritePrivateProfileSectionA Cuts b= " + folder_.FullPath("Quon.ini.unit-1")));
+                ElementsAre("WritePrivateProfileSectionA Cuts b= " + folder_.FullPath(SideName(1))));
     EXPECT_THAT(Lines("Cuts"), ElementsAre("b=", "c=3"));
 }
 

@@ -24,8 +24,8 @@ using testing::IsEmpty;
 using testkit::RecordedCall;
 using testkit::RecordedCalls;
 
-constexpr const char* kSide = "Quon.ini.unit-1";
-constexpr const char* kSecondSide = "Quon.ini.unit-2";
+const std::string kSide = SideName(1);
+const std::string kSecondSide = SideName(2);
 constexpr const char* kText = "; mine\r\n[Cuts]\r\na=1\r\nb=x=y\r\nc=3\r\n[Switch]\r\na=/x\r\n";
 
 /// Units of writes on a file of three shortcuts.
@@ -34,8 +34,8 @@ class IniUnitTest : public ConfigFile {
     IniUnitTest() { folder_.WriteIniText(kText); }
 
     bool NothingIsLeft() const {
-        return !folder_.Exists(kSide) && !folder_.Exists(kSecondSide) && !folder_.Exists("Quon.ini.unit-3") &&
-               !folder_.Exists("Quon.ini.unit-4");
+        return !folder_.Exists(kSide) && !folder_.Exists(kSecondSide) && !folder_.Exists(SideName(3)) &&
+               !folder_.Exists(SideName(4));
     }
     void ExpectUnchanged() const {
         EXPECT_EQ(folder_.IniBytes(), kText);
@@ -321,6 +321,48 @@ TEST_F(IniUnitTest, WhereTheFileItselfIsWrittenAFailureIsTakenBackToo) {
     EXPECT_EQ(folder_.IniBytes(), kText);
 }
 
+TEST_F(IniUnitTest, WhereTheFileItselfIsWrittenWhatCannotBePutBackIsNotBegun) {
+    const RecordedCall copy = FAKE_CALL(CopyFileA, [](LPCSTR, LPCSTR, BOOL) -> BOOL {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return FALSE;
+    });
+    const RecordedCall open =
+        FAKE_CALL(CreateFileA,
+                  [](LPCSTR file, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES rights, DWORD how,
+                     DWORD flags, HANDLE like) -> HANDLE {
+                      if (access != GENERIC_READ)
+                          return ORIGINAL_CALL(CreateFileA)(file, access, share, rights, how, flags, like);
+                      SetLastError(ERROR_SHARING_VIOLATION);
+                      return INVALID_HANDLE_VALUE;
+                  });
+    EXPECT_FALSE(config::WriteIni("Cuts", "a", "2"));
+    ExpectUnchanged();
+}
+
+TEST_F(IniUnitTest, WhereTheFileItselfIsWrittenAHoldIsWaitedForInTakingBack) {
+    const RecordedCall copy = FAKE_CALL(CopyFileA, [](LPCSTR, LPCSTR, BOOL) -> BOOL {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return FALSE;
+    });
+    int held = 20;
+    const RecordedCall open =
+        FAKE_CALL(CreateFileA,
+                  [&](LPCSTR file, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES rights, DWORD how,
+                      DWORD flags, HANDLE like) -> HANDLE {
+                      if (access != GENERIC_WRITE || held == 0)
+                          return ORIGINAL_CALL(CreateFileA)(file, access, share, rights, how, flags, like);
+                      --held;
+                      SetLastError(ERROR_SHARING_VIOLATION);
+                      return INVALID_HANDLE_VALUE;
+                  });
+    {
+        const config::IniUnit unit;
+        EXPECT_TRUE(config::WriteIni("Cuts", "a", "much longer than before"));
+    }
+    EXPECT_EQ(held, 0);
+    EXPECT_EQ(folder_.IniBytes(), kText);
+}
+
 TEST_F(IniUnitTest, AReadOnlyFileStaysAsItIs) {
     folder_.SetReadOnly("Quon.ini");
     EXPECT_FALSE(config::WriteIni("Cuts", "a", "2"));
@@ -457,7 +499,9 @@ TEST_F(IniUnitTest, ASideFileThatIsHeldFromBeforeCostsNothing) {
 }
 
 TEST_F(IniUnitTest, ASideFileThatIsTakenDuringAUnitCostsNothing) {
-    // After the copy, after each write, before the file takes its place.
+    // After the copy, after each write, before the file takes its place. While the unit has it open, nobody
+    // can keep it from being read.
+    constexpr int kAfterTheCopy = 1;
     constexpr int kBeforeThePlace = 4;
     for (int moment = 1; moment <= kBeforeThePlace; ++moment) {
         folder_.WriteIniText(kText);
@@ -465,7 +509,8 @@ TEST_F(IniUnitTest, ASideFileThatIsTakenDuringAUnitCostsNothing) {
         int step = 0;
         {
             const RecordedCalls calls = AfterEachStep([&] {
-                if (++step == moment && moment < kBeforeThePlace) held = Hold(kSide);
+                if (++step == moment && moment < kBeforeThePlace)
+                    held = Hold(kSide, moment == kAfterTheCopy ? 0 : FILE_SHARE_READ);
             });
             const RecordedCall move = FAKE_CALL(MoveFileExA, [&](LPCSTR from, LPCSTR to, DWORD flags) {
                 if (moment == kBeforeThePlace && !held) held = Hold(kSide);
@@ -485,11 +530,89 @@ TEST_F(IniUnitTest, ASideFileThatIsTakenDuringAUnitCostsNothing) {
     }
 }
 
+TEST_F(IniUnitTest, NobodyCanDeleteTheSideFileDuringAUnit) {
+    config::IniUnit unit;
+    EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
+    EXPECT_EQ(DeleteFileA(folder_.FullPath(kSide).c_str()), FALSE);
+    config::RemoveInterruptedUnits();
+    EXPECT_TRUE(folder_.Exists(kSide));
+    EXPECT_TRUE(config::WriteIni("Cuts", "d", "4"));
+    EXPECT_TRUE(unit.Finish());
+    EXPECT_THAT(Lines("Cuts"), ElementsAre("a=2", "b=x=y", "c=3", "d=4"));
+}
+
+TEST_F(IniUnitTest, ASideFileThatVanishesIsMadeAnewWithAllThatWasWritten) {
+    // Where others can take it away all the same, as on a share whose connection breaks.
+    const RecordedCall open = FAKE_CALL(CreateFileA, [](LPCSTR file, DWORD access, DWORD share,
+                                                        LPSECURITY_ATTRIBUTES rights, DWORD how, DWORD flags,
+                                                        HANDLE like) {
+        return ORIGINAL_CALL(CreateFileA)(file, access, share | FILE_SHARE_DELETE, rights, how, flags, like);
+    });
+    const auto vanish = [&] {
+        EXPECT_NE(MoveFileA(folder_.FullPath(kSide).c_str(), folder_.FullPath("away").c_str()), FALSE);
+        folder_.RemoveFile("away");
+    };
+    config::IniUnit unit;
+    EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
+    vanish();
+    EXPECT_TRUE(config::WriteIni("Cuts", "d", "4"));
+    vanish();
+    EXPECT_EQ(config::TryReadIni("Cuts", "a"), "2");
+    vanish();
+    EXPECT_TRUE(unit.Finish());
+    EXPECT_THAT(Lines("Cuts"), ElementsAre("a=2", "b=x=y", "c=3", "d=4"));
+    EXPECT_THAT(Lines("Switch"), ElementsAre("a=/x"));
+    EXPECT_TRUE(NothingIsLeft());
+}
+
+TEST_F(IniUnitTest, WhatAnotherProgramSavesDuringAUnitIsKept) {
+    int saves = 1;
+    const RecordedCall flush = FAKE_CALL(FlushFileBuffers, [&](HANDLE file) {
+        if (saves-- > 0) folder_.WriteIniText("[Cuts]\r\na=1\r\nb=2\r\nother=5\r\n");
+        return ORIGINAL_CALL(FlushFileBuffers)(file);
+    });
+    EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
+    EXPECT_THAT(Lines("Cuts"), ElementsAre("a=2", "b=2", "other=5"));
+    EXPECT_TRUE(NothingIsLeft());
+    // Nor is a file replaced that was not there when the unit began.
+    folder_.RemoveFile("Quon.ini");
+    saves = 1;
+    EXPECT_TRUE(config::WriteIni("Cuts", "a", "3"));
+    EXPECT_THAT(Lines("Cuts"), ElementsAre("a=3", "b=2", "other=5"));
+}
+
+TEST_F(IniUnitTest, OnAFileThatIsSavedWithoutEndAUnitGivesUp) {
+    int saves = 0;
+    const RecordedCall flush = FAKE_CALL(FlushFileBuffers, [&](HANDLE file) {
+        folder_.WriteIniText("[Cuts]\r\na=" + std::string(static_cast<size_t>(++saves), 'x') + "\r\n");
+        return ORIGINAL_CALL(FlushFileBuffers)(file);
+    });
+    EXPECT_FALSE(config::WriteIni("Cuts", "b", "2"));
+    EXPECT_EQ(saves, 5);
+    EXPECT_THAT(Lines("Cuts"), ElementsAre("a=xxxxx"));
+    EXPECT_TRUE(NothingIsLeft());
+}
+
+TEST_F(IniUnitTest, AFileThatIsEmptiedDuringAUnitIsWaitedForAndNotFilledWithTheUnitAlone) {
+    bool written = true;
+    const RecordedCall flush = FAKE_CALL(FlushFileBuffers, [&](HANDLE file) {
+        if (written) folder_.WriteIniText("");
+        return ORIGINAL_CALL(FlushFileBuffers)(file);
+    });
+    const RecordedCall pause = FAKE_CALL(Sleep, [&](DWORD time) {
+        if (written) folder_.WriteIniText("[Cuts]\r\nother=5\r\n");
+        written = false;
+        ORIGINAL_CALL(Sleep)(time);
+    });
+    EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
+    EXPECT_THAT(Lines("Cuts"), ElementsAre("other=5", "a=2"));
+}
+
 TEST_F(IniUnitTest, AllSideFilesHeldCostNothingEither) {
     std::vector<testkit::OwnedHandle> held;
-    for (const std::string number : {"1", "2", "3", "4"}) {
-        folder_.MakeFile("Quon.ini.unit-" + number, "junk");
-        held.push_back(Hold("Quon.ini.unit-" + number));
+    for (const int number : {1, 2, 3, 4}) {
+        folder_.MakeFile(SideName(number), "junk");
+        held.push_back(Hold(SideName(number)));
     }
     EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
     EXPECT_EQ(folder_.IniValue("Cuts", "a"), "2");
@@ -500,11 +623,16 @@ TEST_F(IniUnitTest, WhatAKilledUnitHasLeftIsRemovedWhateverItHolds) {
          {std::string(), std::string(500, '\0'), std::string("[Cuts]\r\na=9\r\n")}) {
         folder_.MakeFile(kSide, left);
         folder_.MakeFile("Quon.ini.unit-4", left);
+        folder_.MakeFile("Quon.ini.unit-77-2", left);
         folder_.MakeFile("Quon.ini.unit-x", "mine");
+        folder_.MakeFile("Quon.ini.unit-7-x", "mine");
         folder_.MakeFile("Quon.ini.before-write", left);
         config::RemoveInterruptedUnits();
         ExpectUnchanged();
         EXPECT_EQ(folder_.ReadFile("Quon.ini.unit-x"), "mine");
+        EXPECT_EQ(folder_.ReadFile("Quon.ini.unit-7-x"), "mine");
+        EXPECT_FALSE(folder_.Exists("Quon.ini.unit-4"));
+        EXPECT_FALSE(folder_.Exists("Quon.ini.unit-77-2"));
         // Nor would it hinder a unit, or get into it.
         folder_.MakeFile(kSide, left);
         EXPECT_TRUE(config::WriteIni("Cuts", "a", "1"));

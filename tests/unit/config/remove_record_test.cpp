@@ -71,7 +71,7 @@ TEST_F(RemoveRecordTest, RewritesTheSectionOnceAndOnceMoreForTheValuesThatWereCu
     const RecordedCall section = LOG_CALL(log, WritePrivateProfileSectionA);
     const RecordedCall value = LOG_CALL(log, WritePrivateProfileStringA);
     config::RemoveRecord("Cuts", "NOTES");
-    const std::string file = " " + folder_.FullPath("Quon.ini.unit-1");
+    const std::string file = " " + folder_.FullPath(SideName(1));
     EXPECT_THAT(log.Lines(), ElementsAre("WritePrivateProfileSectionA Cuts first=x" + file,
                                          "WritePrivateProfileSectionA Cuts first=x=y" + file));
     EXPECT_THAT(Lines("Cuts"), ElementsAre("first=x=y", "last=3"));
@@ -178,7 +178,7 @@ TEST_F(RemoveRecordTest, WritesNothingWhereTheSectionCannotBeRead) {
 
 TEST_F(RemoveRecordTest, LosesNoRecordWhereASectionCannotBeReadInTheMidst) {
     for (int failing = 1; failing <= 3; ++failing) {
-        folder_.WriteIniText("[Cuts]\r\na=1\r\nb=2\r\nc=x=y\r\n");
+        folder_.WriteIniText("[Cuts]\r\na=1\r\nb=2\r\nc=3\r\n");
         int reads = 0;
         const RecordedCall read =
             FAKE_CALL(GetPrivateProfileSectionA, [&](LPCSTR section, LPSTR text, DWORD size, LPCSTR file) {
@@ -186,7 +186,23 @@ TEST_F(RemoveRecordTest, LosesNoRecordWhereASectionCannotBeReadInTheMidst) {
                 return ORIGINAL_CALL(GetPrivateProfileSectionA)(section, text, size, file);
             });
         config::RemoveRecord("Cuts", "b");
-        EXPECT_THAT(Lines("Cuts"), testing::IsSupersetOf({"a=1", "c=x=y"})) << failing;
+        EXPECT_THAT(Lines("Cuts"), testing::IsSupersetOf({"a=1", "c=3"})) << failing;
+    }
+}
+
+TEST_F(RemoveRecordTest, TakesNothingElseOutWhereAnotherProgramHasRemovedItMeanwhile) {
+    for (const int moment : {1, 2}) {
+        folder_.WriteIniText("[Cuts]\r\na=1\r\nb=2\r\nc=3\r\n");
+        int reads = 0;
+        const RecordedCall read =
+            FAKE_CALL(GetPrivateProfileSectionA, [&](LPCSTR section, LPSTR text, DWORD size, LPCSTR file) {
+                const DWORD count = ORIGINAL_CALL(GetPrivateProfileSectionA)(section, text, size, file);
+                if (++reads == moment) folder_.WriteIniText("[Cuts]\r\na=1\r\nc=3\r\nd=44\r\n");
+                return count;
+            });
+        config::RemoveRecord("Cuts", "b");
+        EXPECT_THAT(Lines("Cuts"), testing::IsSupersetOf({"a=1", "c=3"})) << moment;
+        EXPECT_THAT(Lines("Cuts"), testing::Not(testing::Contains("b=2"))) << moment;
     }
 }
 

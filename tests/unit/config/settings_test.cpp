@@ -316,7 +316,7 @@ TEST_F(SettingsTest, SavesFourValuesInTheirOrder) {
     const RecordedCall write = STUB_CALL(log, WritePrivateProfileStringA, TRUE);
     config::SaveSettings();
     const std::string start = "WritePrivateProfileStringA Settings ";
-    const std::string file = " " + folder_.FullPath("Quon.ini.unit-1");
+    const std::string file = " " + folder_.FullPath(SideName(1));
     EXPECT_THAT(log.Lines(),
                 ElementsAre(start + "Main 1,False,True,True,True,False,True,4,False,True,False" + file,
                             start + "popdelay 250" + file, start + "poptf True" + file,

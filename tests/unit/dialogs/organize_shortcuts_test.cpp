@@ -160,7 +160,8 @@ TEST_F(OrganizeShortcutsTest, OneShortcutHasThePluralToo) {
 }
 
 TEST_F(OrganizeShortcutsTest, WithoutShortcutsItSaysSoAndOffersOnlyTheEnd) {
-    for (const char* ini : {"[Settings]\r\nMain=1\r\n", "[Cuts]\r\n", "[Cuts]\r\n; none\r\nbroken\r\n", ""})
+    for (const char* ini :
+         {"[Settings]\r\nMain=1\r\n", "[Cuts]\r\n", "[Cuts]\r\n; none\r\nbroken\r\n", "; none\r\n"})
         Organize(ini, {[](Window organiser) {
                      EXPECT_EQ(organiser.Text(), "Organize shortcuts - 0 shortcuts found");
                      EXPECT_EQ(organiser.Child(IDC_ORGANIZE_LABEL).Text(), "No shortcuts found");

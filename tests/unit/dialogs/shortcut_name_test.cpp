@@ -92,6 +92,7 @@ TEST_F(ShortcutNameTest, ANameIsTakenTooWhenItsStoredFormIs) {
 }
 
 TEST_F(ShortcutNameTest, OtherSectionsEmptyOnesAndLinesWithoutATargetTakeNoName) {
+    folder_.WriteIniText("[Settings]\r\n");
     EXPECT_EQ(ShortcutExists("Notes"), false);
     folder_.WriteIniText("[Switch]\r\nNotes=/x\r\n[Cuts]\r\nNotes\r\n");
     EXPECT_EQ(ShortcutExists("Notes"), false);

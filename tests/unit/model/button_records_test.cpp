@@ -29,6 +29,7 @@ class ButtonRecordsTest : public ::testing::Test {
 };
 
 TEST_F(ButtonRecordsTest, LoadingAsksForAllSixtyKeysInOrder) {
+    folder_.WriteIniText("[Settings]\r\n");
     std::vector<std::string> asked;
     const testkit::RecordedCall read =
         FAKE_CALL(GetPrivateProfileStringA, [&](LPCSTR section, LPCSTR key, LPCSTR, LPSTR, DWORD, LPCSTR) {
@@ -132,6 +133,7 @@ TEST_F(ButtonRecordsTest, ALineThatIsNoRecordIsToldWhenAButtonIsLookedFor) {
 }
 
 TEST_F(ButtonRecordsTest, NothingIsFoundWithoutASection) {
+    folder_.WriteIniText("[Settings]\r\n");
     EXPECT_EQ(FindButtonKey("Alpha"), "");
     folder_.WriteIniText("[Buttons]\r\n");
     EXPECT_EQ(FindButtonKey("Alpha"), "");

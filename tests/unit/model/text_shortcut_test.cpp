@@ -166,6 +166,7 @@ TEST_F(TextShortcutTest, JoinsTheNamesOfASection) {
 }
 
 TEST_F(TextShortcutTest, FillsTheDropDownFromTheFile) {
+    folder_.WriteIniText("[Settings]\r\n");
     const testkit::HiddenWindow parent;
     win::ComboBox list;
     list.CreateOn(parent.Handle(), 230, {0, 0, 200, 200});
@@ -227,6 +228,7 @@ TEST_F(TextShortcutTest, TakesNoSwitchFromTheFile) {
 }
 
 TEST_F(TextShortcutTest, HandsAnUnknownNameToTheUrlHandler) {
+    folder_.WriteIniText("[Settings]\r\n");
     for (const std::string name :
          {"http://example.org/ж?a=b", "C:\\Моји документи\\a b.txt", "nothing at all"}) {
         log_.Clear();
@@ -247,6 +249,7 @@ TEST_F(TextShortcutTest, LooksUpOnlyWhatIsAnEntry) {
 }
 
 TEST_F(TextShortcutTest, HandsNoNameToTheUrlHandlerToo) {
+    folder_.WriteIniText("[Settings]\r\n");
     CTextShortcut::FireShortcut("");
     EXPECT_THAT(log_.Lines(), ElementsAre("start rundll32.exe url.dll,FileProtocolHandler  shown 1"));
 }
