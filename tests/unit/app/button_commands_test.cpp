@@ -30,7 +30,6 @@ using testkit::Window;
 class ButtonCommandsDesktopTest : public PanelParts {
   protected:
     ButtonCommandsDesktopTest() {
-        folder_.WriteIniText("[Settings]\r\n");
         commands_.Attach(host_.Handle());
         ShowWindow(host_.Handle(), SW_SHOWNOACTIVATE);
         RecordShell();
@@ -117,7 +116,7 @@ class ButtonCommandsDesktopTest : public PanelParts {
 };
 
 TEST_F(ButtonCommandsDesktopTest, AddsThePickedFileUnderItsBareName) {
-    Load("");
+    Load("[Settings]\r\n");
     answer_ = folder_.MakeFile("Писмо č.final.txt", "text");
     commands_.Run(kAddFile);
     EXPECT_EQ(folder_.IniValue("Cuts", "Писмо č.final"), answer_);
@@ -128,7 +127,7 @@ TEST_F(ButtonCommandsDesktopTest, AddsThePickedFileUnderItsBareName) {
 }
 
 TEST_F(ButtonCommandsDesktopTest, AddsThePickedFolderUnderItsWholeName) {
-    Load("");
+    Load("[Settings]\r\n");
     answer_ = folder_.MakeFolder("Фасцикла.v2");
     commands_.Run(kAddFolder);
     EXPECT_EQ(folder_.IniValue("Cuts", "Фасцикла.v2"), answer_);
@@ -140,7 +139,7 @@ TEST_F(ButtonCommandsDesktopTest, AddsThePickedFolderUnderItsWholeName) {
 }
 
 TEST_F(ButtonCommandsDesktopTest, AddNothingWhenThePickerIsCancelled) {
-    Load("");
+    Load("[Settings]\r\n");
     const std::string before = folder_.IniBytes();
     commands_.Run(kAddFile);
     commands_.Run(kAddFolder);
@@ -149,7 +148,7 @@ TEST_F(ButtonCommandsDesktopTest, AddNothingWhenThePickerIsCancelled) {
 }
 
 TEST_F(ButtonCommandsDesktopTest, KeepTheirButtonWhateverHappensWhileThePickerIsOpen) {
-    Load("");
+    Load("[Settings]\r\n");
     answer_ = folder_.MakeFile("a.txt");
     meanwhile_ = [this] { state_.Context.Select(7); };
     commands_.Run(kAddFile);
@@ -158,7 +157,7 @@ TEST_F(ButtonCommandsDesktopTest, KeepTheirButtonWhateverHappensWhileThePickerIs
 }
 
 TEST_F(ButtonCommandsDesktopTest, MakeThePanelTopmostAgainAfterAPicker) {
-    Load("");
+    Load("[Settings]\r\n");
     win::SetTopmost(true, host_.Handle());
     commands_.Run(kAddFile);
     EXPECT_TRUE(Window(host_.Handle()).IsTopmost());
@@ -166,7 +165,7 @@ TEST_F(ButtonCommandsDesktopTest, MakeThePanelTopmostAgainAfterAPicker) {
 }
 
 TEST_F(ButtonCommandsDesktopTest, RefuseATargetThatCannotBeReadBackWhole) {
-    Load("");
+    Load("[Settings]\r\n");
     const std::string before = folder_.IniBytes();
     const ModalAnswers user({Note("Couldn't make this shortcut, sorry.")});
     commands_.Assign("C:\\" + std::string(552, 'x'));
@@ -182,7 +181,7 @@ TEST_F(ButtonCommandsDesktopTest, AskWhatToDoWithAUsedButton) {
 }
 
 TEST_F(ButtonCommandsDesktopTest, AssignARunningProgramByItsPath) {
-    Load("");
+    Load("[Settings]\r\n");
     const std::string program = folder_.MakeFile("Ручно č.exe");
     commands_.Assign(program);
     EXPECT_EQ(folder_.IniValue("Cuts", "Ручно č"), program);

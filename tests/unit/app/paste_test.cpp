@@ -21,7 +21,6 @@ using testkit::Window;
 class PasteTest : public PanelParts {
   protected:
     PasteTest() {
-        folder_.WriteIniText("[Settings]\r\n");
         fakes_.push_back(FAKE_CALL(IsClipboardFormatAvailable,
                                    [this](UINT format) -> BOOL { return format == format_ ? TRUE : FALSE; }));
         fakes_.push_back(FAKE_CALL(OpenClipboard, [this](HWND) -> BOOL { return opens_; }));
@@ -67,7 +66,7 @@ class PasteTest : public PanelParts {
 };
 
 TEST_F(PasteTest, TakesAUrlUnderItsLastElement) {
-    Load("");
+    Load("[Settings]\r\n");
     HoldText("http://пример.test/страна.html");
     Paste();
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "страна|0");
@@ -75,7 +74,7 @@ TEST_F(PasteTest, TakesAUrlUnderItsLastElement) {
 }
 
 TEST_F(PasteTest, TakesThePathInTheFirstLine) {
-    Load("");
+    Load("[Settings]\r\n");
     const std::string path = folder_.MakeFile("文 č.tar.gz");
     HoldText(path + "\r\nand more");
     Paste();
@@ -84,7 +83,7 @@ TEST_F(PasteTest, TakesThePathInTheFirstLine) {
 }
 
 TEST_F(PasteTest, IgnoresAnyOtherTextWithoutAWord) {
-    Load("");
+    Load("[Settings]\r\n");
     const std::string before = folder_.IniBytes();
     for (const std::string& text :
          {std::string("plain text"), std::string("\nhttp://second.line/"), folder_.FullPath("missing.txt"),
@@ -96,7 +95,7 @@ TEST_F(PasteTest, IgnoresAnyOtherTextWithoutAWord) {
 }
 
 TEST_F(PasteTest, SaysSoForAUrlThatCannotBeStored) {
-    Load("");
+    Load("[Settings]\r\n");
     const std::string before = folder_.IniBytes();
     for (const std::string& text :
          {"http://a.test/" + std::string(600, 'm'), std::string("http://a.test/\tb")}) {
@@ -112,7 +111,7 @@ TEST_F(PasteTest, SaysSoForAUrlThatCannotBeStored) {
 }
 
 TEST_F(PasteTest, TakesAUrlWithABarAsOneTarget) {
-    Load("");
+    Load("[Settings]\r\n");
     HoldText("http://a.test/b|c.html");
     Paste();
     EXPECT_EQ(folder_.IniValue("Cuts", "b-c"), "http://a.test/b%7Cc.html");
@@ -120,7 +119,7 @@ TEST_F(PasteTest, TakesAUrlWithABarAsOneTarget) {
 }
 
 TEST_F(PasteTest, TakesOneCopiedFile) {
-    Load("");
+    Load("[Settings]\r\n");
     const std::string path = folder_.MakeFile("Писмо č.txt");
     HoldFiles({path});
     Paste();
@@ -130,7 +129,7 @@ TEST_F(PasteTest, TakesOneCopiedFile) {
 }
 
 TEST_F(PasteTest, TakesSeveralCopiedFilesAsAGroupNamedAfterTheFirst) {
-    Load("");
+    Load("[Settings]\r\n");
     const std::string first = folder_.MakeFile("1 文.txt");
     const std::string second = folder_.MakeFile("2.txt");
     const std::string third = folder_.MakeFile("3.txt");
@@ -142,7 +141,7 @@ TEST_F(PasteTest, TakesSeveralCopiedFilesAsAGroupNamedAfterTheFirst) {
 }
 
 TEST_F(PasteTest, PrefersTheTextOfAClipboardThatHoldsBoth) {
-    Load("");
+    Load("[Settings]\r\n");
     HoldText("http://a.test/text.html");
     const auto both = FAKE_CALL(IsClipboardFormatAvailable,
                                 [](UINT format) { return format == CF_UNICODETEXT || format == CF_HDROP; });
@@ -157,7 +156,7 @@ TEST_F(PasteTest, PrefersTheTextOfAClipboardThatHoldsBoth) {
 }
 
 TEST_F(PasteTest, TakesTheFilesBesideAnEmptyText) {
-    Load("");
+    Load("[Settings]\r\n");
     const std::string path = folder_.MakeFile("file.txt");
     HoldFiles({path});
     const HGLOBAL nothing = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, sizeof(wchar_t));
@@ -171,7 +170,7 @@ TEST_F(PasteTest, TakesTheFilesBesideAnEmptyText) {
 }
 
 TEST_F(PasteTest, RefusesMoreFilesThanCanBeReadBack) {
-    Load("");
+    Load("[Settings]\r\n");
     const std::string before = folder_.IniBytes();
     HoldFiles(std::vector<std::string>(20, "C:\\a folder with a name\\and a file.txt"));
     const ModalAnswers user({[](Window box) {
@@ -183,13 +182,13 @@ TEST_F(PasteTest, RefusesMoreFilesThanCanBeReadBack) {
 }
 
 TEST_F(PasteTest, SaysThatNothingCouldBeReadFromAnEmptyClipboard) {
-    Load("");
+    Load("[Settings]\r\n");
     const ModalAnswers user({NothingReadable});
     Paste();
 }
 
 TEST_F(PasteTest, SaysSoForALinkThatLeadsNowhereAndPassesItOverBesideAFile) {
-    Load("");
+    Load("[Settings]\r\n");
     const std::string link = folder_.MakeFile("веза.lnk", "no link");
     HoldFiles({link});
     const ModalAnswers user({NothingReadable});
@@ -203,7 +202,7 @@ TEST_F(PasteTest, SaysSoForALinkThatLeadsNowhereAndPassesItOverBesideAFile) {
 }
 
 TEST_F(PasteTest, SaysSoForAClipboardThatDoesNotOpenToo) {
-    Load("");
+    Load("[Settings]\r\n");
     HoldFiles({"C:\\a.txt"});
     opens_ = FALSE;
     const ModalAnswers user({NothingReadable});
