@@ -173,12 +173,12 @@ void ButtonCommands::ChangeIcon(const Place& place) {
     const std::string name = state_.Current().Naziv;
     if (path.empty()) return;
     dialogs::IcoChooser iChos;
-    iChos.IconSelected = [&](std::int16_t icon) { ApplyIcon(place, name, icon); };
+    iChos.IconSelected = [&](std::int16_t icon) { iChos_IconSelected(place, name, icon); };
     iChos.ReadIcons(model::FindAssociatedExe(path));
     iChos.Show(owner_);
 }
 
-void ButtonCommands::ApplyIcon(const Place& place, const std::string& name, std::int16_t icon) {
+void ButtonCommands::iChos_IconSelected(const Place& place, const std::string& name, std::int16_t icon) {
     model::CButtonShortcut* button = state_.ShownAt(place);
     // Something else may have been put onto the button meanwhile.
     if (button == nullptr || button->Naziv != name) return;

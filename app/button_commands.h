@@ -58,7 +58,7 @@ class ButtonCommands {
     void Paste(const Place& place);
     void PasteFiles(const Place& place);
     void ChangeIcon(const Place& place);
-    void ApplyIcon(const Place& place, const std::string& name, std::int16_t icon);
+    void iChos_IconSelected(const Place& place, const std::string& name, std::int16_t icon);
 
     /// The button's file, and which shortcut it belongs to.
     struct File {

@@ -7,6 +7,7 @@
 #include "app/edge_dock.h"
 
 namespace app {
+inline namespace modTray {
 namespace {
 
 constexpr UINT kIconId = 1;
@@ -75,4 +76,5 @@ void TrayIcon::RemoveTrayIcon() noexcept {
     Shell_NotifyIconA(NIM_DELETE, &record_);
 }
 
+}  // namespace modTray
 }  // namespace app

@@ -5,6 +5,8 @@
 #include <shellapi.h>
 
 namespace app {
+/// The icon in the notification area.
+inline namespace modTray {
 
 /// The icon in the notification area; it goes with this object at the latest.
 class TrayIcon {
@@ -47,4 +49,5 @@ bool PointerOverNotificationArea();
 /// the keyboard then.
 bool NotificationAreaHasKeyboard();
 
+}  // namespace modTray
 }  // namespace app

@@ -5,6 +5,9 @@
 
 #include <algorithm>
 
+#include "dialogs/edit_group.h"
+#include "dialogs/icon_chooser.h"
+#include "dialogs/organize_shortcuts.h"
 #include "res/resource.h"
 #include "win/text.h"
 #include "win/window.h"
@@ -137,10 +140,10 @@ INT_PTR CALLBACK OnListDialog(HWND dialog, UINT message, WPARAM, LPARAM lParam) 
     const HWND name = GetDlgItem(dialog, content.nameId);
     SetWindowTextW(name, content.name.c_str());
     SendMessageW(name, EM_SETSEL, 0, -1);
-    MakeTip(GetDlgItem(dialog, IDC_GROUP_LABEL));
+    MakeTip(GetDlgItem(dialog, dialogs::frmEditB::l1));
     // Whether the name is taken.
     ReadSection(content.ini);
-    ShowWindow(GetDlgItem(dialog, IDC_GROUP_EXISTS), SW_SHOW);
+    ShowWindow(GetDlgItem(dialog, dialogs::frmEditB::l1 + 3), SW_SHOW);
     return TRUE;
 }
 
@@ -148,8 +151,8 @@ INT_PTR CALLBACK OnChooser(HWND dialog, UINT message, WPARAM, LPARAM lParam) {
     if (message != WM_INITDIALOG) return FALSE;
     const auto& content = *reinterpret_cast<const Content*>(lParam);
     SetWindowPos(dialog, HWND_TOPMOST, 300, 100, 238, 100, SWP_NOACTIVATE);
-    const HWND view = GetDlgItem(dialog, IDC_CHOOSER_VIEW);
-    const HWND strip = GetDlgItem(dialog, IDC_CHOOSER_STRIP);
+    const HWND view = GetDlgItem(dialog, dialogs::IcoChooser::View);
+    const HWND strip = GetDlgItem(dialog, dialogs::IcoChooser::p1);
     MoveWindow(view, 5, 5, 222, 44, FALSE);
     SetParent(strip, view);
     int left = 4;
@@ -158,8 +161,8 @@ INT_PTR CALLBACK OnChooser(HWND dialog, UINT message, WPARAM, LPARAM lParam) {
         left += 45;
     }
     MoveWindow(strip, 0, 0, left, 44, FALSE);
-    MoveWindow(GetDlgItem(dialog, IDC_CHOOSER_SCROLL), 5, 53, 200, 17, FALSE);
-    SetScrollRange(GetDlgItem(dialog, IDC_CHOOSER_SCROLL), SB_CTL, 0, left - 218, FALSE);
+    MoveWindow(GetDlgItem(dialog, dialogs::IcoChooser::HScr), 5, 53, 200, 17, FALSE);
+    SetScrollRange(GetDlgItem(dialog, dialogs::IcoChooser::HScr), SB_CTL, 0, left - 218, FALSE);
     return TRUE;
 }
 
@@ -174,7 +177,13 @@ void Open(int templateId, DLGPROC procedure, Content& content) {
 
 void OpenBareGroup(const std::string& ini, const std::wstring& name, const std::vector<BareRow>& rows) {
     ReadSection(ini);
-    Content content{ini, name, &rows, {24, 18, 26, false}, IDC_GROUP_NAME, IDC_GROUP_FRAME, IDC_GROUP_SCROLL,
+    Content content{ini,
+                    name,
+                    &rows,
+                    {24, 18, 26, false},
+                    dialogs::frmEditB::t1 + 0,
+                    dialogs::frmEditB::pFrame,
+                    dialogs::frmEditB::Scr,
                     {}};
     Open(IDD_EDIT_GROUP, &OnListDialog, content);
 }
@@ -185,8 +194,8 @@ void OpenBareOrganiser(const std::string& ini, const std::vector<BareRow>& rows)
                     &rows,
                     {51, 47, 36, true},
                     0,
-                    IDC_ORGANIZE_FRAME,
-                    IDC_ORGANIZE_SCROLL,
+                    dialogs::frmCuts::pFrame,
+                    dialogs::frmCuts::Scr,
                     {}};
     Open(IDD_ORGANIZE_SHORTCUTS, &OnListDialog, content);
 }

@@ -16,6 +16,7 @@
 #include "win/text.h"
 
 namespace config {
+inline namespace m_Ini {
 
 std::string IniPath;
 
@@ -289,4 +290,5 @@ bool RemoveRecord(const std::string& section, const std::string& key) {
     return IniUnit::BeginWriting() && TakeOut(section, key) && unit.Finish();
 }
 
+}  // namespace m_Ini
 }  // namespace config

@@ -8,6 +8,8 @@
 #include "config/patience.h"
 
 namespace config {
+/// Access to the configuration file.
+inline namespace m_Ini {
 
 /// The full path of the configuration file; set once at start-up, read by every operation below.
 extern std::string IniPath;
@@ -72,4 +74,5 @@ std::vector<std::string> SectionEntries(const std::string& sectionText);
 /// Whether a section's text as ReadIniSection gives it was cut because the section is too long.
 bool WasCut(const std::string& sectionText);
 
+}  // namespace m_Ini
 }  // namespace config

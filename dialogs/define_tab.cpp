@@ -33,22 +33,21 @@ void frmTabPrep::Open() { ShowModal(win::ModalOwner(), IDD_DEFINE_TAB); }
 bool frmTabPrep::OnInit() {
     // Before a tip exists: a window that has topmost windows of its own may not become one itself.
     win::SetTopmost(true, Handle());
-    PlaceInCaptionGap(Item(IDC_TAB_CAPTION + 1), Item(IDC_TAB_LABEL), 0);
-    SendMessageW(Item(IDC_TAB_LABEL), EM_LIMITTEXT, kLongestLabel, 0);
-    SendMessageW(Item(IDC_TAB_DESCRIPTION), EM_LIMITTEXT, 0, 0);
+    PlaceInCaptionGap(Item(Label1 + 1), Item(Text1 + kLabel), 0);
+    SendMessageW(Item(Text1 + kLabel), EM_LIMITTEXT, kLongestLabel, 0);
+    SendMessageW(Item(Text1 + kDescription), EM_LIMITTEXT, 0, 0);
     const model::clsTab& tab = host_.Tab(tab_);
-    win::SetText(Item(IDC_TAB_LABEL), tab.Label);
-    win::SetText(Item(IDC_TAB_DESCRIPTION), tab.Description);
-    CheckDlgButton(Handle(), IDC_TAB_SHOW_DESCRIPTION,
-                   config::Settings.TabDescriptions ? BST_CHECKED : BST_UNCHECKED);
+    win::SetText(Item(Text1 + kLabel), tab.Label);
+    win::SetText(Item(Text1 + kDescription), tab.Description);
+    CheckDlgButton(Handle(), Check1, config::Settings.TabDescriptions ? BST_CHECKED : BST_UNCHECKED);
     return true;
 }
 
 bool frmTabPrep::OnCommand(int id, int notification) {
     if (notification != BN_CLICKED) return false;
     switch (id) {
-        case IDC_TAB_APPLY: Apply(); return true;
-        case IDC_TAB_CANCEL:
+        case Command1 + kApply: Apply(); return true;
+        case Command1 + kCancel:
         case IDCANCEL: End(0); return true;
         default: return false;
     }
@@ -59,7 +58,7 @@ INT_PTR frmTabPrep::OnMessage(UINT message, WPARAM wParam, LPARAM /*lParam*/) {
     if (message == WM_SETCURSOR) {
         // NOLINTNEXTLINE(performance-no-int-to-ptr): Windows passes a window there.
         const HWND window = reinterpret_cast<HWND>(wParam);
-        if (window == Item(IDC_TAB_SHOW_DESCRIPTION)) ShowContentsTip();
+        if (window == Item(Check1)) ShowContentsTip();
     }
     return FALSE;
 }
@@ -69,21 +68,21 @@ void frmTabPrep::ShowContentsTip() {
     tip_ = std::make_unique<sys::clsToolTip>();
     tip_->SetTitle("Tab contents:");
     tip_->SetTipText("List of shortcuts (files, URLs) assigned to buttons on the tab.");
-    tip_->SetParentControl(Item(IDC_TAB_SHOW_DESCRIPTION));
+    tip_->SetParentControl(Item(Check1));
     tip_->Create();
 }
 
 void frmTabPrep::Apply() {
     // A "|" in the label is not refused: what follows it is read back as the description's beginning.
-    const std::string record = model::WithoutControls(LimitedLabel(win::WindowText(Item(IDC_TAB_LABEL))) +
-                                                      "|" + win::WindowText(Item(IDC_TAB_DESCRIPTION)));
+    const std::string record = model::WithoutControls(LimitedLabel(win::WindowText(Item(Text1 + kLabel))) +
+                                                      "|" + win::WindowText(Item(Text1 + kDescription)));
     if (!model::ShortcutStore(host_.Context().Records).PutRecord({tab_, 0}, record)) {
         // What was typed stays, to be applied again.
         MessageBeep(MB_ICONWARNING);
         return;
     }
     host_.Tab(tab_).INIstring(record);
-    config::Settings.TabDescriptions = IsDlgButtonChecked(Handle(), IDC_TAB_SHOW_DESCRIPTION) == BST_CHECKED;
+    config::Settings.TabDescriptions = IsDlgButtonChecked(Handle(), Check1) == BST_CHECKED;
     End(0);
 }
 

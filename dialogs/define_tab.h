@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "dialogs/panel_host.h"
+#include "res/resource.h"
 #include "sys/tooltip.h"
 #include "win/dialog.h"
 
@@ -11,6 +12,18 @@ namespace dialogs {
 /// Asks for the label and the description of a tab, and for what the tips of all tabs show.
 class frmTabPrep : public win::Dialog {
   public:
+    /// Its controls. The group box `Frame1` around them needs no number.
+    enum Control {
+        Label1 = frmTabPrep_Label1,      ///< + index, 0 to 2: the labels
+        Text1 = frmTabPrep_Text1,        ///< + kLabel or kDescription: the boxes
+        Check1 = frmTabPrep_Check1,      ///< whether tips show the description
+        Command1 = frmTabPrep_Command1,  ///< + kApply or kCancel
+    };
+    static constexpr int kLabel = 0;
+    static constexpr int kDescription = 1;
+    static constexpr int kApply = 0;
+    static constexpr int kCancel = 1;
+
     /// `tab` is 1 to 6.
     frmTabPrep(PanelHost& host, int tab) noexcept : host_(host), tab_(tab) {}
 

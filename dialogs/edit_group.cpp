@@ -53,10 +53,10 @@ void frmEditB::Show(HWND owner) { ShowModal(owner, IDD_EDIT_GROUP); }
 bool frmEditB::OnInit() {
     // Before the tip exists: a window that has topmost windows of its own may not become one itself.
     win::SetTopmost(true, Handle());
-    list_.CreateOn(Item(IDC_GROUP_FRAME), Item(IDC_GROUP_SCROLL), IDC_GROUP_BASKET);
+    list_.CreateOn(Item(pFrame), Item(Scr), pBasket);
     list_.onDelete = [this] { DeleteItem(); };
     list_.Assign(std::exchange(firstItems_, {}));
-    name_.Attach(Handle(), IDC_GROUP_NAME, IDC_GROUP_LABEL, IDC_GROUP_EXISTS);
+    name_.Attach(Handle(), t1 + kName, l1, l1 + kExists);
     name_.SetName(OldName);
     name_.SelectAll();
     return false;
@@ -66,12 +66,12 @@ bool frmEditB::OnCommand(int id, int notification) {
     if (name_.OnCommand(id, notification)) return true;
     if (notification != BN_CLICKED) return false;
     switch (id) {
-        case IDC_GROUP_ADD_FILE: Pick(false); return true;
-        case IDC_GROUP_ADD_FOLDER: Pick(true); return true;
-        case IDC_GROUP_ADD_URL: AddUrl(); return true;
-        case IDC_GROUP_DELETE_ITEM: DeleteItem(); return true;
-        case IDC_GROUP_APPLY: Apply(); return true;
-        case IDC_GROUP_CANCEL:
+        case c1 + kAddFile: Pick(false); return true;
+        case c1 + kAddFolder: Pick(true); return true;
+        case c1 + kAddUrl: AddUrl(); return true;
+        case c1 + kDeleteItem: DeleteItem(); return true;
+        case c1 + kApply: Apply(); return true;
+        case c1 + kCancel:
         case IDCANCEL: End(0); return true;
         default: return false;
     }

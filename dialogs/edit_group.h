@@ -7,6 +7,7 @@
 #include "dialogs/row_list.h"
 #include "dialogs/shortcut_name.h"
 #include "model/button_records.h"
+#include "res/resource.h"
 #include "sys/mouse_wheel.h"
 #include "win/dialog.h"
 
@@ -15,6 +16,24 @@ namespace dialogs {
 /// The editor of a group: a named list of files, folders and URLs.
 class frmEditB : public win::Dialog {
   public:
+    /// Its controls. The rows of the list are painted: see RowList.
+    enum Control {
+        t1 = frmEditB_t1,            ///< + kName: the name's box
+        l1 = frmEditB_l1,            ///< its label; + kExists: the warning
+        c1 = frmEditB_c1,            ///< + kAddFile to kDeleteItem: the buttons
+        pFrame = frmEditB_pFrame,    ///< through which the list is seen
+        pBasket = frmEditB_pBasket,  ///< the list, which moves inside the frame
+        Scr = frmEditB_Scr,          ///< the list's scroll bar
+    };
+    static constexpr int kName = 0;
+    static constexpr int kExists = 3;
+    static constexpr int kAddFile = 0;
+    static constexpr int kAddFolder = 1;
+    static constexpr int kApply = 2;
+    static constexpr int kCancel = 3;
+    static constexpr int kAddUrl = 4;
+    static constexpr int kDeleteItem = 5;
+
     /// The table of `context` follows when a button's record does.
     explicit frmEditB(model::ButtonContext& context);
 

@@ -30,11 +30,11 @@ bool frmEdit::OnInit() {
     win::SetTopmost(true, Handle());
     CreatePicture();
     background_.Reset(CreateSolidBrush(color_));
-    name_.Attach(Handle(), IDC_SHORTCUT_NAME, IDC_SHORTCUT_LABEL, IDC_SHORTCUT_EXISTS);
+    name_.Attach(Handle(), t1 + kName, l1, l1 + kExists);
     // The box would cut what is long already.
-    SendMessageW(Item(IDC_SHORTCUT_FILE), EM_LIMITTEXT, 0, 0);
-    win::SetText(Item(IDC_SHORTCUT_FILE), OldFile);
-    fileLimit_.Attach(Item(IDC_SHORTCUT_FILE), config::kLongestValue);
+    SendMessageW(Item(t1 + kFile), EM_LIMITTEXT, 0, 0);
+    win::SetText(Item(t1 + kFile), OldFile);
+    fileLimit_.Attach(Item(t1 + kFile), config::kLongestValue);
     name_.SetName(OldName);
     DrawFileIcon();
     return true;
@@ -43,26 +43,26 @@ bool frmEdit::OnInit() {
 /// The template says where the picture stands; its size is an icon's.
 void frmEdit::CreatePicture() {
     RECT place{};
-    GetWindowRect(Item(IDC_SHORTCUT_ICON), &place);
-    DestroyWindow(Item(IDC_SHORTCUT_ICON));
+    GetWindowRect(Item(p1), &place);
+    DestroyWindow(Item(p1));
     MapWindowPoints(nullptr, Handle(), reinterpret_cast<POINT*>(&place), 2);
-    picture_.CreateOn(Handle(), IDC_SHORTCUT_ICON,
-                      {place.left, place.top, place.left + kIconSize, place.top + kIconSize}, false);
+    picture_.CreateOn(Handle(), p1, {place.left, place.top, place.left + kIconSize, place.top + kIconSize},
+                      false);
 }
 
 bool frmEdit::OnCommand(int id, int notification) {
     if (name_.OnCommand(id, notification)) return true;
-    if (id == IDC_SHORTCUT_FILE && notification == EN_CHANGE) {
+    if (id == t1 + kFile && notification == EN_CHANGE) {
         fileLimit_.OnChange();
         name_.Test();
         return true;
     }
     if (notification != BN_CLICKED) return false;
     switch (id) {
-        case IDC_SHORTCUT_SELECT_FILE: Pick(false); return true;
-        case IDC_SHORTCUT_SELECT_FOLDER: Pick(true); return true;
-        case IDC_SHORTCUT_APPLY: Apply(); return true;
-        case IDC_SHORTCUT_CANCEL:
+        case c1 + kSelectFile: Pick(false); return true;
+        case c1 + kSelectFolder: Pick(true); return true;
+        case c1 + kApply: Apply(); return true;
+        case c1 + kCancel:
         case IDCANCEL: End(0); return true;
         default: return false;
     }
@@ -86,11 +86,11 @@ void frmEdit::DrawFileIcon() {
 void frmEdit::Pick(bool folder) {
     const std::string path = PickTarget(folder);
     if (path.empty()) return;
-    win::SetText(Item(IDC_SHORTCUT_FILE), path);
+    win::SetText(Item(t1 + kFile), path);
     DrawFileIcon();
 }
 
-std::string frmEdit::File() const { return win::WindowText(Item(IDC_SHORTCUT_FILE)); }
+std::string frmEdit::File() const { return win::WindowText(Item(t1 + kFile)); }
 
 std::string frmEdit::NameToStore() const {
     const std::string typed = name_.Name();

@@ -7,6 +7,7 @@
 
 #include "dialogs/shortcut_name.h"
 #include "model/button_records.h"
+#include "res/resource.h"
 #include "win/byte_limit.h"
 #include "win/dialog.h"
 #include "win/handles.h"
@@ -17,6 +18,22 @@ namespace dialogs {
 /// The editor of a single shortcut: its name and the file, folder or URL that it opens.
 class frmEdit : public win::Dialog {
   public:
+    /// Its controls.
+    enum Control {
+        t1 = frmEdit_t1,          ///< + kName or kFile: the boxes
+        l1 = frmEdit_l1,          ///< + index, 0 to 2: their labels; + kExists: the warning
+        c1 = frmEdit_c1,          ///< + kSelectFile to kCancel: the buttons
+        p1 = frmEdit_p1,          ///< the file's icon
+        Frame1 = frmEdit_Frame1,  ///< around the boxes
+    };
+    static constexpr int kName = 0;
+    static constexpr int kFile = 1;
+    static constexpr int kExists = 3;
+    static constexpr int kSelectFile = 0;
+    static constexpr int kSelectFolder = 1;
+    static constexpr int kApply = 2;
+    static constexpr int kCancel = 3;
+
     /// The table of `context` follows when a button's record does.
     explicit frmEdit(model::ButtonContext& context) noexcept : context_(context) {}
 

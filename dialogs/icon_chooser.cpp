@@ -83,12 +83,10 @@ void IcoChooser::LayOut() {
     RECT client{};
     GetClientRect(Handle(), &client);
     const int right = client.right - kMargin;
-    const HWND view = Item(IDC_CHOOSER_VIEW);
+    const HWND view = Item(View);
     MoveWindow(view, kMargin, kMargin, right - kMargin, kStripHeight, FALSE);
-    MoveWindow(Item(IDC_CHOOSER_SCROLL), kMargin, kBarTop, right - kMargin - kBarHeight - 4, kBarHeight,
-               FALSE);
-    Image1_.CreateBareOn(Handle(), IDC_CHOOSER_CLOSE,
-                         {right - kBarHeight, kBarTop, right, kBarTop + kBarHeight}, true);
+    MoveWindow(Item(HScr), kMargin, kBarTop, right - kMargin - kBarHeight - 4, kBarHeight, FALSE);
+    Image1_.CreateBareOn(Handle(), Image1, {right - kBarHeight, kBarTop, right, kBarTop + kBarHeight}, true);
     Image1_.SetMeaning("Close");
     Image1_.onOverlay = [this](HDC dc, RECT all) { DrawCross(Image1_, dc, all); };
     Image1_.onClick = [this] { HideChooser(); };
@@ -100,9 +98,9 @@ void IcoChooser::LayOut() {
     RECT inside{};
     GetClientRect(view, &inside);
     visibleWidth_ = inside.right;
-    strip_ = Item(IDC_CHOOSER_STRIP);
+    strip_ = Item(p1);
     SetParent(strip_, view);
-    scroll_.Attach(Item(IDC_CHOOSER_SCROLL), kBoxStep, visibleWidth_);
+    scroll_.Attach(Item(HScr), kBoxStep, visibleWidth_);
 }
 
 void IcoChooser::PlaceBeside(int height) {
@@ -131,8 +129,7 @@ void IcoChooser::MakeBox(int index) {
     box.SetBackColor(GetSysColor(COLOR_WINDOW));
     const int left = kFirstBoxLeft + index * kBoxStep;
     // One of them only is a stop of the Tab key; the arrows walk over the others.
-    box.CreateBareOn(strip_, IDC_CHOOSER_ICON + FirstIcon + index, {left, 2, left + kBoxSize, 2 + kBoxSize},
-                     index == 0);
+    box.CreateBareOn(strip_, p2 + FirstIcon + index, {left, 2, left + kBoxSize, 2 + kBoxSize}, index == 0);
     box.SetMeaning("Icon " + std::to_string(FirstIcon + index));
     HICON icon = icons_[static_cast<size_t>(index)].Get();
     box.onOverlay = [&box, icon](HDC dc, RECT all) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "res/resource.h"
 #include "win/dialog.h"
 #include "win/handles.h"
 #include "win/picture_box.h"
@@ -18,6 +19,15 @@ namespace dialogs {
 /// Shows all icons of one file in a strip beside the main window and lets the user pick one.
 class IcoChooser : public win::Dialog {
   public:
+    /// Its controls.
+    enum Control {
+        p1 = IcoChooser_p1,          ///< the strip that holds the icons
+        View = IcoChooser_View,      ///< through which the strip is seen
+        HScr = IcoChooser_HScr,      ///< the strip's scroll bar
+        Image1 = IcoChooser_Image1,  ///< the cross that closes the chooser
+        p2 = IcoChooser_p2,          ///< + the icon's index in the file: the icons
+    };
+
     /// Index of the first icon to read; 0 for a whole file.
     std::int32_t FirstIcon = 0;
 

@@ -23,7 +23,7 @@ constexpr COLORREF kLinkColor = RGB(0x17, 0x66, 0x8A);
 
 bool IsLink(HWND control) {
     const int id = GetDlgCtrlID(control);
-    return id == IDC_ABOUT_SUPPORT || id == IDC_ABOUT_WEB;
+    return id == frmMsg::SupportLink || id == frmMsg::WebLink;
 }
 
 }  // namespace
@@ -75,27 +75,27 @@ bool frmMsg::OnInit() {
 
 void frmMsg::FillMessage() {
     const MessageLayout layout = LayOutMessage(MessageHeight(), buttons_, inBox_);
-    win::SetText(Item(IDC_MESSAGE_TEXT), message_);
-    Place(IDC_MESSAGE_TEXT, layout.text);
+    win::SetText(Item(l1), message_);
+    Place(l1, layout.text);
     for (int index = 0; index < buttons_; ++index) {
-        const HWND button = Item(IDC_ANSWER + index);
+        const HWND button = Item(b1 + index);
         win::SetText(button, Caption(index));
-        Place(IDC_ANSWER + index, layout.buttons[static_cast<size_t>(index)]);
+        Place(b1 + index, layout.buttons[static_cast<size_t>(index)]);
         if (index == 0 || !Caption(index).empty()) ShowWindow(button, SW_SHOW);
     }
     SizeClient(layout.clientWidth, layout.clientHeight);
     const int chosen = DefaultButton();
-    SendMessageW(Handle(), DM_SETDEFID, static_cast<WPARAM>(IDC_ANSWER + chosen), 0);
+    SendMessageW(Handle(), DM_SETDEFID, static_cast<WPARAM>(b1 + chosen), 0);
     if (inBox_) {
-        const HWND input = Item(IDC_INPUT);
-        Place(IDC_INPUT, layout.input);
+        const HWND input = Item(Text1);
+        Place(Text1, layout.input);
         if (!preset_.empty()) win::SetText(input, preset_);
         if (inputLimit_ > 0) limit_.Attach(input, inputLimit_);
         ShowWindow(input, SW_SHOW);
         SendMessageW(input, EM_SETSEL, 0, -1);
         SetFocus(input);
     } else if (buttons_ > 0) {
-        SetFocus(Item(IDC_ANSWER + chosen));
+        SetFocus(Item(b1 + chosen));
     }
 }
 
@@ -103,31 +103,30 @@ void frmMsg::FillAbout() {
     constexpr int kWidth = 4200;
     constexpr int kHeight = 4050;
     win::SetText(Handle(), "About Quon");
-    Place(IDC_ABOUT_PANEL, {150, 75, kWidth - 300, kHeight - 225});
-    Place(IDC_ABOUT_PICTURE, {(kWidth - 960) / 2, 480, 960, 960});
-    Place(IDC_ABOUT_VERSION, {300, 1590, kWidth - 600, 270});
-    Place(IDC_ABOUT_SUPPORT, {900, 2130, kWidth - 1800, 270});
-    Place(IDC_ABOUT_WEB, {900, 2475, kWidth - 1800, 270});
-    Place(IDC_ABOUT_CLOSE, {(kWidth - 1335) / 2, 3150, 1335, 390});
+    Place(Frame2, {150, 75, kWidth - 300, kHeight - 225});
+    Place(ProductPicture, {(kWidth - 960) / 2, 480, 960, 960});
+    Place(VersionLabel, {300, 1590, kWidth - 600, 270});
+    Place(SupportLink, {900, 2130, kWidth - 1800, 270});
+    Place(WebLink, {900, 2475, kWidth - 1800, 270});
+    Place(b2, {(kWidth - 1335) / 2, 3150, 1335, 390});
     SizeClient(kWidth, kHeight);
-    ShowWindow(Item(IDC_MESSAGE_TEXT), SW_HIDE);
-    for (const int id : {IDC_ABOUT_PANEL, IDC_ABOUT_PICTURE, IDC_ABOUT_VERSION, IDC_ABOUT_SUPPORT,
-                         IDC_ABOUT_WEB, IDC_ABOUT_CLOSE})
+    ShowWindow(Item(l1), SW_HIDE);
+    for (const int id : {Frame2, ProductPicture, VersionLabel, SupportLink, WebLink, b2})
         ShowWindow(Item(id), SW_SHOW);
     picture_.Reset(static_cast<HICON>(
         LoadImageW(win::ModuleInstance(), MAKEINTRESOURCEW(IDI_QUON), IMAGE_ICON, 64, 64, 0)));
-    SendMessageW(Item(IDC_ABOUT_PICTURE), STM_SETICON, reinterpret_cast<WPARAM>(picture_.Get()), 0);
+    SendMessageW(Item(ProductPicture), STM_SETICON, reinterpret_cast<WPARAM>(picture_.Get()), 0);
     LOGFONTW font{};
     GetObjectW(win::MessageFont(), sizeof font, &font);
     font.lfUnderline = TRUE;
     linkFont_.Reset(CreateFontIndirectW(&font));
-    for (const int id : {IDC_ABOUT_SUPPORT, IDC_ABOUT_WEB})
+    for (const int id : {SupportLink, WebLink})
         SendMessageW(Item(id), WM_SETFONT, reinterpret_cast<WPARAM>(linkFont_.Get()), FALSE);
     supportTip_.SetTipText(" If you have questions, suggestions, or just want to say hi ");
-    supportTip_.SetParentControl(Item(IDC_ABOUT_SUPPORT));
+    supportTip_.SetParentControl(Item(SupportLink));
     supportTip_.Create();
-    SendMessageW(Handle(), DM_SETDEFID, IDC_ABOUT_CLOSE, 0);
-    SetFocus(Item(IDC_ABOUT_CLOSE));
+    SendMessageW(Handle(), DM_SETDEFID, b2, 0);
+    SetFocus(Item(b2));
 }
 
 int frmMsg::MessageHeight() const {
@@ -183,20 +182,20 @@ bool frmMsg::OnCommand(int id, int notification) {
         Dismiss();
         return true;
     }
-    if (id >= IDC_ANSWER && id < IDC_ANSWER + kButtonLimit && notification == BN_CLICKED) {
-        Answer(id - IDC_ANSWER);
+    if (id >= b1 && id < b1 + kButtonLimit && notification == BN_CLICKED) {
+        Answer(id - b1);
         return true;
     }
-    if (id == IDC_INPUT && notification == EN_CHANGE) {
+    if (id == Text1 && notification == EN_CHANGE) {
         limit_.OnChange();
         return true;
     }
     // The links also tell of the second press of a double click, with the same command.
     if (notification != 0) return false;
     switch (id) {
-        case IDC_ABOUT_CLOSE: End(0); return true;
-        case IDC_ABOUT_SUPPORT: OpenAddress(kSupportPage); return true;
-        case IDC_ABOUT_WEB: OpenAddress(kHomePage); return true;
+        case b2: End(0); return true;
+        case SupportLink: OpenAddress(kSupportPage); return true;
+        case WebLink: OpenAddress(kHomePage); return true;
         default: return false;
     }
 }
@@ -225,9 +224,9 @@ INT_PTR frmMsg::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 
 void frmMsg::Answer(int index) {
     // What counts is the caption that the button carries.
-    const std::string caption = win::WindowText(Item(IDC_ANSWER + index));
+    const std::string caption = win::WindowText(Item(b1 + index));
     const bool typed = (caption == "OK" && inBox_) || caption == "Create group";
-    answer_ = typed ? win::WindowText(Item(IDC_INPUT)) : caption;
+    answer_ = typed ? win::WindowText(Item(Text1)) : caption;
     End(0);
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "dialogs/message_layout.h"
+#include "res/resource.h"
 #include "sys/tooltip.h"
 #include "win/byte_limit.h"
 #include "win/dialog.h"
@@ -35,6 +36,19 @@ void ShowNote(const std::string& sMessage);
 /// The message window, which is the About box in its other mode.
 class frmMsg : public win::Dialog {
   public:
+    /// Its controls.
+    enum Control {
+        l1 = frmMsg_l1,                      ///< the message
+        b1 = frmMsg_b1,                      ///< + index, 0 to 2: the answers
+        Text1 = frmMsg_Text1,                ///< the input line
+        b2 = frmMsg_b2,                      ///< "Close" of the About box
+        Frame2 = frmMsg_Frame2,              ///< the About box's panel
+        VersionLabel = frmMsg_VersionLabel,  ///< on the panel, as are those that follow
+        SupportLink = frmMsg_SupportLink,
+        WebLink = frmMsg_WebLink,
+        ProductPicture = frmMsg_ProductPicture,
+    };
+
     /// Lays the window out and shows it; the answer is left in MessageAnswer.
     void RetMessage(const std::string& sMessage, int iButtons, const std::string& sCap1,
                     const std::string& sCap2, const std::string& sCap3, bool InBox,

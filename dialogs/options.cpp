@@ -114,11 +114,11 @@ bool frmSettings::OnInit() {
     // Before the tips exist: a window that has topmost windows of its own may not become one itself.
     win::SetTopmost(true, Handle());
     collectedBefore_ = Settings.ShowCollected;
-    PlaceInCaptionGap(Item(IDC_OPTION + kPopOnHover), Item(IDC_POP_DELAY), kCheckMarkSize);
+    PlaceInCaptionGap(Item(chSet + kPopOnHover), Item(Text1), kCheckMarkSize);
     ShapeWarning();
     ShowSettings();
     delayTip_.SetTipText("One second = 1000 ms");
-    delayTip_.SetParentControl(Item(IDC_POP_DELAY));
+    delayTip_.SetParentControl(Item(Text1));
     delayTip_.Create();
     return true;
 }
@@ -126,41 +126,40 @@ bool frmSettings::OnInit() {
 void frmSettings::ShowSettings() {
     for (int index = 0; index < static_cast<int>(kOptions.size()); ++index) {
         const bool on = Settings.*kOptions.at(static_cast<size_t>(index)).setting;
-        CheckDlgButton(Handle(), IDC_OPTION + index, on ? BST_CHECKED : BST_UNCHECKED);
-        if (index == kPopOnHover) win::SetText(Item(IDC_POP_DELAY), std::to_string(Settings.PopDelay));
+        CheckDlgButton(Handle(), chSet + index, on ? BST_CHECKED : BST_UNCHECKED);
+        if (index == kPopOnHover) win::SetText(Item(Text1), std::to_string(Settings.PopDelay));
     }
     // A key alone or with SHIFT would be lost for typing: CTRL and ALT are added.
-    SendMessageW(Item(IDC_HOT_KEY), HKM_SETRULES, HKCOMB_NONE | HKCOMB_S, HOTKEYF_CONTROL | HOTKEYF_ALT);
-    SendMessageW(Item(IDC_HOT_KEY), HKM_SETHOTKEY, Settings.HotKey, 0);
+    SendMessageW(Item(HotKey), HKM_SETRULES, HKCOMB_NONE | HKCOMB_S, HOTKEYF_CONTROL | HOTKEYF_ALT);
+    SendMessageW(Item(HotKey), HKM_SETHOTKEY, Settings.HotKey, 0);
     // A stored number that is no edge marks none, nor another control, and stays until an edge is chosen.
     edge_ = Settings.Edge;
-    if (edge_ >= 1 && edge_ <= kEdgeCount) CheckDlgButton(Handle(), IDC_EDGE + edge_, BST_CHECKED);
+    if (edge_ >= 1 && edge_ <= kEdgeCount) CheckDlgButton(Handle(), o1 + edge_, BST_CHECKED);
 }
 
 /// Leaves of the warning's window a frame alone: what it frames is seen and clicked through it.
 void frmSettings::ShapeWarning() {
     warningBrush_.Reset(CreateSolidBrush(kWarningColor));
     RECT all{};
-    GetClientRect(Item(IDC_OPTIONS_WARNING), &all);
+    GetClientRect(Item(Picture2), &all);
     InflateRect(&all, -kWarningWidth, -kWarningWidth);
-    win::CutHole(Item(IDC_OPTIONS_WARNING), all);
+    win::CutHole(Item(Picture2), all);
 }
 
 bool frmSettings::OnCommand(int id, int notification) {
     if (notification != BN_CLICKED) return false;
     switch (id) {
-        case IDC_OPTIONS_ACCEPT: Accept(); return true;
-        case IDC_OPTIONS_CANCEL:
+        case ltBut1 + kAccept: Accept(); return true;
+        case ltBut1 + kCancel:
         case IDCANCEL: End(0); return true;
         default: break;
     }
-    if (id >= IDC_OPTION && id < IDC_OPTION + kNoOption) {
+    if (id >= chSet && id < chSet + kNoOption) {
         WarnOfUnreachablePanel();
         return true;
     }
     // An edge option that only gets the focus also tells of a click.
-    if (id > IDC_EDGE && id <= IDC_EDGE + kEdgeCount && IsDlgButtonChecked(Handle(), id) == BST_CHECKED)
-        edge_ = id - IDC_EDGE;
+    if (id > o1 && id <= o1 + kEdgeCount && IsDlgButtonChecked(Handle(), id) == BST_CHECKED) edge_ = id - o1;
     return false;
 }
 
@@ -172,7 +171,7 @@ INT_PTR frmSettings::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             if (LOWORD(lParam) == HTCLIENT) OnPointer(reinterpret_cast<HWND>(wParam));
             return FALSE;
         case WM_CTLCOLORSTATIC:
-            if (reinterpret_cast<HWND>(lParam) != Item(IDC_OPTIONS_WARNING)) return FALSE;
+            if (reinterpret_cast<HWND>(lParam) != Item(Picture2)) return FALSE;
             return reinterpret_cast<INT_PTR>(warningBrush_.Get());
         case WM_DESTROY: Unload(); return FALSE;
         default: return FALSE;
@@ -180,7 +179,7 @@ INT_PTR frmSettings::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void frmSettings::OnPointer(HWND window) {
-    const int index = GetDlgCtrlID(window) - IDC_OPTION;
+    const int index = GetDlgCtrlID(window) - chSet;
     const bool explained = index == kHotKey || (index >= 0 && index < kNoOption);
     if (window == Handle()) {
         hovered_ = kNoOption;
@@ -196,23 +195,23 @@ void frmSettings::ShowTip(int index) {
     if (!tip_) tip_ = std::make_unique<sys::clsToolTip>();
     tip_->SetTitle(tip.title);
     tip_->SetTipText(tip.text);
-    tip_->SetParentControl(Item(IDC_OPTION + index));
+    tip_->SetParentControl(Item(chSet + index));
     tip_->Create();
     hovered_ = index;
 }
 
 void frmSettings::WarnOfUnreachablePanel() {
     if (Checked(kPopOnHover) || Checked(kClickShows)) return;
-    ShowWindow(Item(IDC_OPTIONS_WARNING), SW_SHOWNA);
+    ShowWindow(Item(Picture2), SW_SHOWNA);
     ShowMessage(
         "Please note:\n\nSince you cleared both settings for poping-up Quon, (framed in red), the only way "
         "to call it is clicking on the tray icon.",
         1, "Accept");
-    ShowWindow(Item(IDC_OPTIONS_WARNING), SW_HIDE);
+    ShowWindow(Item(Picture2), SW_HIDE);
 }
 
 bool frmSettings::Checked(int index) const {
-    return IsDlgButtonChecked(Handle(), IDC_OPTION + index) == BST_CHECKED;
+    return IsDlgButtonChecked(Handle(), chSet + index) == BST_CHECKED;
 }
 
 void frmSettings::Accept() {
@@ -228,13 +227,13 @@ void frmSettings::Accept() {
 }
 
 bool frmSettings::TakeHotKey() const {
-    const auto word = static_cast<std::uint16_t>(SendMessageW(Item(IDC_HOT_KEY), HKM_GETHOTKEY, 0, 0));
+    const auto word = static_cast<std::uint16_t>(SendMessageW(Item(HotKey), HKM_GETHOTKEY, 0, 0));
     if (host_.TakeHotKey(word)) {
         Settings.HotKey = word;
         return true;
     }
     ShowNote("Another program uses these keys already.\nPlease press others, or none.");
-    SetFocus(Item(IDC_HOT_KEY));
+    SetFocus(Item(HotKey));
     return false;
 }
 
@@ -256,7 +255,7 @@ void frmSettings::Copy(int index) const {
 }
 
 std::int32_t frmSettings::TypedDelay() const {
-    const HWND box = Item(IDC_POP_DELAY);
+    const HWND box = Item(Text1);
     try {
         return config::ToNumber(win::WindowText(box), "the delay in milliseconds before showing Quon");
     } catch (const win::RuntimeError&) {

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "dialogs/panel_host.h"
+#include "res/resource.h"
 #include "sys/tooltip.h"
 #include "win/dialog.h"
 #include "win/handles.h"
@@ -13,6 +14,18 @@ namespace dialogs {
 /// The options dialog: edits the settings in memory and the entry that starts Quon with Windows.
 class frmSettings : public win::Dialog {
   public:
+    /// Its controls.
+    enum Control {
+        chSet = frmSettings_chSet,        ///< + index, 0 to 9: the check boxes
+        Text1 = frmSettings_Text1,        ///< the hover delay
+        o1 = frmSettings_o1,              ///< + edge, 1 to 4: where the panel docks
+        ltBut1 = frmSettings_ltBut1,      ///< + kCancel or kAccept
+        Picture2 = frmSettings_Picture2,  ///< the red frame around both ways to bring the panel out
+        HotKey = frmSettings_HotKey,      ///< the hot key
+    };
+    static constexpr int kCancel = 0;
+    static constexpr int kAccept = 1;
+
     explicit frmSettings(PanelHost& host) noexcept : host_(host) {}
 
     /// Docks the panel, shows the dialog and returns when it is closed; the panel is out again then.

@@ -66,16 +66,16 @@ void frmCuts::Show(HWND owner) {
 
 bool frmCuts::OnInit() {
     win::SetTopmost(true, Handle());
-    list_.CreateOn(Item(IDC_ORGANIZE_FRAME), Item(IDC_ORGANIZE_SCROLL), IDC_ORGANIZE_BASKET);
+    list_.CreateOn(Item(pFrame), Item(Scr), pBasket);
     list_.onOpen = [this] { EditShortcut(); };
     list_.onDelete = [this] { DeleteShortcut(); };
     ReadShortcuts();
-    SetFocus(list_.Rows().empty() ? Item(IDC_ORGANIZE_QUIT) : list_.Handle());
+    SetFocus(list_.Rows().empty() ? Item(Command1 + kQuit) : list_.Handle());
     return false;
 }
 
 void frmCuts::ReadShortcuts() {
-    const HWND frame = Item(IDC_ORGANIZE_FRAME);
+    const HWND frame = Item(pFrame);
     const HWND focus = GetFocus();
     ShowWindow(frame, SW_HIDE);
     Say("Refreshing list...");
@@ -83,19 +83,19 @@ void frmCuts::ReadShortcuts() {
     if (!shortcuts) {
         // Another program has the file for a moment.
         EnableCommands(false);
-        if (focus == list_.Handle()) SetFocus(Item(IDC_ORGANIZE_QUIT));
+        if (focus == list_.Handle()) SetFocus(Item(Command1 + kQuit));
         SetTimer(Handle(), kReadAgainTimer, kReadAgain, nullptr);
         return;
     }
     std::vector<Row> rows = RowsOf(*shortcuts);
     const size_t count = rows.size();
-    ListNames(Item(IDC_ORGANIZE_KEYS), rows);
+    ListNames(Item(List1), rows);
     list_.Assign(std::move(rows));
     win::SetText(Handle(), "Organize shortcuts - " + std::to_string(count) + " shortcuts found");
     EnableCommands(count > 0);
     if (count == 0) {
         Say("No shortcuts found");
-        if (focus == list_.Handle()) SetFocus(Item(IDC_ORGANIZE_QUIT));
+        if (focus == list_.Handle()) SetFocus(Item(Command1 + kQuit));
         return;
     }
     Say("");
@@ -105,26 +105,26 @@ void frmCuts::ReadShortcuts() {
 }
 
 void frmCuts::Say(const char* text) const {
-    const HWND label = Item(IDC_ORGANIZE_LABEL);
+    const HWND label = Item(Label1);
     win::SetText(label, text);
     ShowWindow(label, *text == '\0' ? SW_HIDE : SW_SHOW);
     UpdateWindow(label);
 }
 
 void frmCuts::EnableCommands(bool enabled) const {
-    const bool focused = GetFocus() == Item(IDC_ORGANIZE_EDIT) || GetFocus() == Item(IDC_ORGANIZE_DELETE);
+    const bool focused = GetFocus() == Item(Command1 + kEdit) || GetFocus() == Item(Command1 + kDelete);
     // A disabled control that has the focus would leave the keyboard without effect.
-    if (!enabled && focused) SetFocus(Item(IDC_ORGANIZE_QUIT));
-    for (const int id : {IDC_ORGANIZE_EDIT, IDC_ORGANIZE_DELETE})
+    if (!enabled && focused) SetFocus(Item(Command1 + kQuit));
+    for (const int id : {Command1 + kEdit, Command1 + kDelete})
         EnableWindow(Item(id), enabled ? TRUE : FALSE);
 }
 
 bool frmCuts::OnCommand(int id, int notification) {
     if (notification != BN_CLICKED) return false;
     switch (id) {
-        case IDC_ORGANIZE_EDIT: EditShortcut(); return true;
-        case IDC_ORGANIZE_DELETE: DeleteShortcut(); return true;
-        case IDC_ORGANIZE_QUIT:
+        case Command1 + kEdit: EditShortcut(); return true;
+        case Command1 + kDelete: DeleteShortcut(); return true;
+        case Command1 + kQuit:
         case IDCANCEL: End(0); return true;
         default: return false;
     }

@@ -6,6 +6,7 @@
 
 #include "dialogs/row_list.h"
 #include "model/button_records.h"
+#include "res/resource.h"
 #include "sys/mouse_wheel.h"
 #include "win/dialog.h"
 
@@ -14,6 +15,19 @@ namespace dialogs {
 /// The organiser: all text shortcuts and groups in one list, to be edited and deleted.
 class frmCuts : public win::Dialog {
   public:
+    /// Its controls. The rows of the list are painted: see RowList.
+    enum Control {
+        Command1 = frmCuts_Command1,  ///< + kEdit, kDelete or kQuit
+        pFrame = frmCuts_pFrame,      ///< through which the list is seen
+        pBasket = frmCuts_pBasket,    ///< the list, which moves inside the frame
+        Scr = frmCuts_Scr,            ///< the list's scroll bar
+        Label1 = frmCuts_Label1,      ///< what is said in place of the list
+        List1 = frmCuts_List1,        ///< a hidden box with the names, for automation
+    };
+    static constexpr int kEdit = 0;
+    static constexpr int kDelete = 1;
+    static constexpr int kQuit = 2;
+
     /// The table of `context` follows when a button's record does.
     explicit frmCuts(model::ButtonContext& context);
 

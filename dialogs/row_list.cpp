@@ -116,13 +116,20 @@ void RowList::Layout() {
 
 void RowList::ScrollTo(int value) {
     scroll_.SetValue(value);
-    PlaceContent();
+    Scr_Change();
 }
 
 void RowList::OnScroll(int code) {
     scroll_.Act(code);
-    PlaceContent();
+    if (code == SB_THUMBTRACK)
+        Scr_Scroll();
+    else
+        Scr_Change();
 }
+
+void RowList::Scr_Change() { PlaceContent(); }
+
+void RowList::Scr_Scroll() { PlaceContent(); }
 
 void RowList::PlaceContent() {
     const int frameHeight = FrameHeight();

@@ -14,9 +14,10 @@ namespace dialogs {
 
 /// One record that a list shows.
 struct Row {
-    std::string name;    ///< the first line
-    std::string target;  ///< a path, a URL or several joined by "|": the second line, and what the icon is of
-    std::string tag;     ///< the user's own mark
+    std::string name;  ///< the first line: the organiser's `lT`, the group editor's `lb1`
+    std::string
+        target;  ///< a path, a URL or several joined by "|": the second line `l1`, and what the icon is of
+    std::string tag;  ///< the user's own mark
 };
 
 /// Where a list puts things, in pixels. Offsets are from a row's left and top.
@@ -25,11 +26,11 @@ struct RowLook {
     int height = 0;         ///< of each row
     int gap = 0;            ///< between two rows
     int bottom = 0;         ///< what the content is higher than its last row's bottom
-    POINT icon{};           ///< of the 16 x 16 icon
+    POINT icon{};           ///< of the 16 x 16 icon, the box `p1`
     POINT name{};           ///< of the first line of text
     int targetTop = 0;      ///< of the second line, below the first; 0 for none
-    int highlightLeft = 0;  ///< of the bar behind the selected row
-    bool framed = false;    ///< an edge around each row
+    int highlightLeft = 0;  ///< of `Hlight`, the bar behind the selected row
+    bool framed = false;    ///< an edge around each row, the box `p2`
     int smallStep = 0;      ///< of the scroll bar's arrows
     int largeStep = 0;      ///< of the scroll bar's shaft
 };
@@ -102,6 +103,10 @@ class RowList : public win::Window {
     [[nodiscard]] int FrameHeight() const;
     [[nodiscard]] int RowAt(int contentY) const noexcept;
     void Layout();
+    /// The scroll bar `Scr` has another value: the content's top becomes its negative.
+    void Scr_Change();
+    /// The same while its thumb is being dragged.
+    void Scr_Scroll();
     void PlaceContent();
     void Reveal(int index);
     void TellName() const;

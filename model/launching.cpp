@@ -16,6 +16,7 @@
 #include "win/text.h"
 
 namespace model {
+inline namespace m_Funkcije {
 
 std::string DefaultBrowserPath;
 
@@ -80,4 +81,5 @@ std::string LaunchTarget(std::string& target, bool isGroup, int& showCommand, co
     return result;
 }
 
+}  // namespace m_Funkcije
 }  // namespace model

@@ -3,6 +3,8 @@
 #include <string>
 
 namespace model {
+/// General routines.
+inline namespace m_Funkcije {
 
 /// The program that opens .HTM files, found once at start-up; "" when there is none.
 extern std::string DefaultBrowserPath;
@@ -19,4 +21,5 @@ std::string FindAssociatedExe(const std::string& path);
 /// started. Returns "OK" when the last call to the shell succeeded, else "".
 std::string LaunchTarget(std::string& target, bool isGroup, int& showCommand, const std::string& switchText);
 
+}  // namespace m_Funkcije
 }  // namespace model

@@ -29,78 +29,63 @@
 #define IDC_SHORTCUTS 230
 #define IDC_IMAGE_BUTTON 240  // + index, 0 to 3
 
+// The controls of the dialogs: the form, then the control. Of an array of controls this is its first one; the
+// forms' headers tell what each is.
+
 // Message box and About
-#define IDC_MESSAGE_TEXT 300
-#define IDC_ANSWER 310  // + index, 0 to 2
-#define IDC_ANSWER_1 311
-#define IDC_ANSWER_2 312
-#define IDC_INPUT 320
-#define IDC_ABOUT_CLOSE 330
-#define IDC_ABOUT_PANEL 340
-#define IDC_ABOUT_VERSION 341
-#define IDC_ABOUT_SUPPORT 342
-#define IDC_ABOUT_WEB 343
-#define IDC_ABOUT_PICTURE 344
+#define frmMsg_l1 300
+#define frmMsg_b1 310  // + index, 0 to 2
+#define frmMsg_Text1 320
+#define frmMsg_b2 330
+#define frmMsg_Frame2 340
+#define frmMsg_VersionLabel 341
+#define frmMsg_SupportLink 342
+#define frmMsg_WebLink 343
+#define frmMsg_ProductPicture 344
 
 // Options
-#define IDC_OPTION 400  // + index, 0 to 9
-#define IDC_POP_DELAY 420
-#define IDC_EDGE 430  // + edge, 1 to 4
-#define IDC_OPTIONS_CANCEL 440
-#define IDC_OPTIONS_ACCEPT 441
-#define IDC_OPTIONS_WARNING 450
-#define IDC_HOT_KEY 460
+#define frmSettings_chSet 400  // + index, 0 to 9
+#define frmSettings_Text1 420
+#define frmSettings_o1 430      // + edge, 1 to 4
+#define frmSettings_ltBut1 440  // + index, 0 to 1
+#define frmSettings_Picture2 450
+#define frmSettings_HotKey 460
 
 // Organize shortcuts
-#define IDC_ORGANIZE_EDIT 500
-#define IDC_ORGANIZE_DELETE 501
-#define IDC_ORGANIZE_QUIT 502
-#define IDC_ORGANIZE_FRAME 510
-#define IDC_ORGANIZE_BASKET 511
-#define IDC_ORGANIZE_SCROLL 512
-#define IDC_ORGANIZE_LABEL 513
-#define IDC_ORGANIZE_KEYS 514
+#define frmCuts_Command1 500  // + index, 0 to 2
+#define frmCuts_pFrame 510
+#define frmCuts_pBasket 511
+#define frmCuts_Scr 512
+#define frmCuts_Label1 513
+#define frmCuts_List1 514
 
 // Edit shortcut
-#define IDC_SHORTCUT_NAME 600
-#define IDC_SHORTCUT_FILE 601
-#define IDC_SHORTCUT_LABEL 610  // + index, 0 to 2
-#define IDC_SHORTCUT_EXISTS 613
-#define IDC_SHORTCUT_SELECT_FILE 620
-#define IDC_SHORTCUT_SELECT_FOLDER 621
-#define IDC_SHORTCUT_APPLY 622
-#define IDC_SHORTCUT_CANCEL 623
-#define IDC_SHORTCUT_ICON 630
-#define IDC_SHORTCUT_FRAME 640
+#define frmEdit_t1 600  // + index, 0 to 1
+#define frmEdit_l1 610  // + index, 0 to 3
+#define frmEdit_c1 620  // + index, 0 to 3
+#define frmEdit_p1 630
+#define frmEdit_Frame1 640
 
 // Edit group
-#define IDC_GROUP_NAME 700
-#define IDC_GROUP_LABEL 710
-#define IDC_GROUP_EXISTS 713
-#define IDC_GROUP_ADD_FILE 720
-#define IDC_GROUP_ADD_FOLDER 721
-#define IDC_GROUP_APPLY 722
-#define IDC_GROUP_CANCEL 723
-#define IDC_GROUP_ADD_URL 724
-#define IDC_GROUP_DELETE_ITEM 725
-#define IDC_GROUP_FRAME 730
-#define IDC_GROUP_BASKET 731
-#define IDC_GROUP_SCROLL 732
+#define frmEditB_t1 700
+#define frmEditB_l1 710  // + index, 0 or 3
+#define frmEditB_c1 720  // + index, 0 to 5
+#define frmEditB_pFrame 730
+#define frmEditB_pBasket 731
+#define frmEditB_Scr 732
 
 // Define tab
-#define IDC_TAB_CAPTION 800  // + index, 0 to 2
-#define IDC_TAB_LABEL 810
-#define IDC_TAB_DESCRIPTION 811
-#define IDC_TAB_SHOW_DESCRIPTION 820
-#define IDC_TAB_APPLY 830
-#define IDC_TAB_CANCEL 831
+#define frmTabPrep_Label1 800  // + index, 0 to 2
+#define frmTabPrep_Text1 810   // + index, 0 to 1
+#define frmTabPrep_Check1 820
+#define frmTabPrep_Command1 830  // + index, 0 to 1
 
 // Icon chooser
-#define IDC_CHOOSER_STRIP 900
-#define IDC_CHOOSER_VIEW 901  // through which the strip is seen
-#define IDC_CHOOSER_SCROLL 910
-#define IDC_CHOOSER_CLOSE 920
-#define IDC_CHOOSER_ICON 1000  // + the icon's index in the file
+#define IcoChooser_p1 900
+#define IcoChooser_View 901  // through which the strip is seen
+#define IcoChooser_HScr 910
+#define IcoChooser_Image1 920
+#define IcoChooser_p2 1000  // + the icon's index in the file
 
 // Menu commands: the first identifier of each menu
 #define IDM_PREDEFINED 2000

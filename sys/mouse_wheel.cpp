@@ -5,11 +5,12 @@
 #include "win/errors.h"
 
 namespace sys {
+inline namespace m_Wheel {
 namespace {
 
-std::function<void(const WheelTurn&)> g_wheelForm;
-HWND g_wheelWindow = nullptr;
-WNDPROC g_oldProcedure = nullptr;
+std::function<void(const WheelTurn&)> WheelForm;
+HWND WheelHwnd = nullptr;
+WNDPROC OldWndProc = nullptr;
 
 /// The low 32 bits as a signed number, divided by 65536 and rounded to the nearest whole number.
 std::int32_t HighPart(std::uint64_t parameter) noexcept {
@@ -52,24 +53,24 @@ int WheelNotches::Add(std::int32_t rotation, std::uint32_t time) noexcept {
 void HookWheel(HWND window, std::function<void(const WheelTurn&)> mouseWheel) {
     // Hooked twice, a window would have the hook itself for its former procedure.
     UnhookWheel();
-    g_oldProcedure = SetProcedure(window, &WheelWndProc);
-    if (g_oldProcedure == nullptr) return;
-    g_wheelWindow = window;
-    g_wheelForm = std::move(mouseWheel);
+    OldWndProc = SetProcedure(window, &WheelWndProc);
+    if (OldWndProc == nullptr) return;
+    WheelHwnd = window;
+    WheelForm = std::move(mouseWheel);
 }
 
 void UnhookWheel() noexcept {
-    if (g_wheelWindow == nullptr) return;
-    SetProcedure(std::exchange(g_wheelWindow, nullptr), g_oldProcedure);
-    g_wheelForm = nullptr;
+    if (WheelHwnd == nullptr) return;
+    SetProcedure(std::exchange(WheelHwnd, nullptr), OldWndProc);
+    WheelForm = nullptr;
 }
 
 LRESULT CALLBACK WheelWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     // Taken now: the form may end its hook meanwhile.
-    const WNDPROC old = g_oldProcedure;
+    const WNDPROC old = OldWndProc;
     if (message == WM_MOUSEWHEEL) {
         win::Guarded(window, false, [&] {
-            const std::function<void(const WheelTurn&)> tell = g_wheelForm;
+            const std::function<void(const WheelTurn&)> tell = WheelForm;
             if (tell) tell(WheelTurnOf(wParam, lParam));
             return true;
         });
@@ -77,4 +78,5 @@ LRESULT CALLBACK WheelWndProc(HWND window, UINT message, WPARAM wParam, LPARAM l
     return CallWindowProcW(old, window, message, wParam, lParam);
 }
 
+}  // namespace m_Wheel
 }  // namespace sys

@@ -6,6 +6,8 @@
 #include <functional>
 
 namespace sys {
+/// The mouse wheel for one window at a time.
+inline namespace m_Wheel {
 
 /// One turn of the wheel.
 struct WheelTurn {
@@ -43,4 +45,5 @@ void UnhookWheel() noexcept;
 /// The procedure of the hooked window: tells of the wheel and passes every message on.
 LRESULT CALLBACK WheelWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
 
+}  // namespace m_Wheel
 }  // namespace sys

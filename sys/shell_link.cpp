@@ -8,6 +8,7 @@
 #include "win/text.h"
 
 namespace sys {
+inline namespace m_Funkcije {
 namespace {
 
 // Characters: no path and no command line of Windows is longer.
@@ -72,4 +73,5 @@ std::string ReadLinkTarget(const std::string& path) {
     return link.target + "|" + link.arguments;
 }
 
+}  // namespace m_Funkcije
 }  // namespace sys

@@ -3,6 +3,8 @@
 #include <string>
 
 namespace sys {
+/// General routines.
+inline namespace m_Funkcije {
 
 /// What a shell link (a path that ends in "lnk") stands for: its target, "|" and its arguments; any other
 /// path and "|". A broken link gives "|". The link is read through the scripting object "WScript.Shell",
@@ -10,4 +12,5 @@ namespace sys {
 /// target and arguments come whole, and may be too long to be stored.
 std::string ReadLinkTarget(const std::string& path);
 
+}  // namespace m_Funkcije
 }  // namespace sys

@@ -10,6 +10,7 @@
 #include "win/text.h"
 
 namespace sys {
+inline namespace m_Funkcije {
 namespace {
 
 /// The text after the last `separator`, or nothing when it does not occur.
@@ -139,4 +140,5 @@ std::string EncodeBars(const std::string& url) {
     return encoded;
 }
 
+}  // namespace m_Funkcije
 }  // namespace sys

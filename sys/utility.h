@@ -6,6 +6,8 @@
 #include <string>
 
 namespace sys {
+/// General routines.
+inline namespace m_Funkcije {
 
 /// Which piece of a path PathPart gives.
 enum PathPartCode : std::int16_t {
@@ -43,4 +45,5 @@ std::string FileTimeText(const WIN32_FILE_ATTRIBUTE_DATA& data);
 /// group.
 std::string EncodeBars(const std::string& url);
 
+}  // namespace m_Funkcije
 }  // namespace sys

@@ -1,6 +1,13 @@
 #include <windows.h>
 
 #include "app/button_commands.h"
+#include "dialogs/define_tab.h"
+#include "dialogs/edit_group.h"
+#include "dialogs/edit_shortcut.h"
+#include "dialogs/icon_chooser.h"
+#include "dialogs/message_box.h"
+#include "dialogs/options.h"
+#include "dialogs/organize_shortcuts.h"
 #include "model/text_shortcut.h"
 #include "res/resource.h"
 #include "tests/faults/scenarios.h"
@@ -57,60 +64,61 @@ void WalkRows(Window dialog, int basket) {
 
 void UseOptions(Window dialog) {
     for (const int option : {0, 3, 7})
-        dialog.Send(WM_SETCURSOR, reinterpret_cast<WPARAM>(dialog.Child(IDC_OPTION + option).Handle()),
+        dialog.Send(WM_SETCURSOR,
+                    reinterpret_cast<WPARAM>(dialog.Child(dialogs::frmSettings::chSet + option).Handle()),
                     MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
-    Press(dialog, IDC_OPTION + 8);
-    Press(dialog, IDC_OPTION + 9);
-    Press(dialog, IDC_OPTION + 9);
-    Press(dialog, IDC_OPTION + 7);
-    Press(dialog, IDC_EDGE + 3);
-    dialog.Child(IDC_POP_DELAY).SetText("250");
+    Press(dialog, dialogs::frmSettings::chSet + 8);
+    Press(dialog, dialogs::frmSettings::chSet + 9);
+    Press(dialog, dialogs::frmSettings::chSet + 9);
+    Press(dialog, dialogs::frmSettings::chSet + 7);
+    Press(dialog, dialogs::frmSettings::o1 + 3);
+    dialog.Child(dialogs::frmSettings::Text1).SetText("250");
     Stage::Paint(dialog);
-    Press(dialog, IDC_OPTIONS_ACCEPT);
+    Press(dialog, dialogs::frmSettings::ltBut1 + 1);
 }
 
 void UseGroupEditor(Window dialog) {
-    WalkRows(dialog, IDC_GROUP_BASKET);
-    Press(dialog, IDC_GROUP_ADD_FILE);
-    Press(dialog, IDC_GROUP_ADD_FOLDER);
-    Press(dialog, IDC_GROUP_ADD_URL);
-    Press(dialog, IDC_GROUP_DELETE_ITEM);
+    WalkRows(dialog, dialogs::frmEditB::pBasket);
+    Press(dialog, dialogs::frmEditB::c1 + 0);
+    Press(dialog, dialogs::frmEditB::c1 + 1);
+    Press(dialog, dialogs::frmEditB::c1 + 4);
+    Press(dialog, dialogs::frmEditB::c1 + 5);
     dialog.Send(WM_MOUSEWHEEL, static_cast<WPARAM>(MAKELONG(0, -120)), 0);
-    dialog.Child(IDC_GROUP_NAME).SetText("Renamed pair");
-    Press(dialog, IDC_GROUP_APPLY);
+    dialog.Child(dialogs::frmEditB::t1 + 0).SetText("Renamed pair");
+    Press(dialog, dialogs::frmEditB::c1 + 2);
 }
 
 void UseShortcutEditor(Window dialog) {
-    Press(dialog, IDC_SHORTCUT_SELECT_FOLDER);
-    Press(dialog, IDC_SHORTCUT_SELECT_FILE);
-    Stage::Paint(dialog.Child(IDC_SHORTCUT_ICON));
-    dialog.Child(IDC_SHORTCUT_NAME).SetText("Renamed");
-    Press(dialog, IDC_SHORTCUT_APPLY);
+    Press(dialog, dialogs::frmEdit::c1 + 1);
+    Press(dialog, dialogs::frmEdit::c1 + 0);
+    Stage::Paint(dialog.Child(dialogs::frmEdit::p1));
+    dialog.Child(dialogs::frmEdit::t1 + 0).SetText("Renamed");
+    Press(dialog, dialogs::frmEdit::c1 + 2);
 }
 
 void UseTabDefinition(Window dialog) {
-    dialog.Send(WM_SETCURSOR, reinterpret_cast<WPARAM>(dialog.Child(IDC_TAB_SHOW_DESCRIPTION).Handle()),
+    dialog.Send(WM_SETCURSOR, reinterpret_cast<WPARAM>(dialog.Child(dialogs::frmTabPrep::Check1).Handle()),
                 MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
-    dialog.Child(IDC_TAB_LABEL).SetText("Work");
-    dialog.Child(IDC_TAB_DESCRIPTION).SetText("What is done here");
-    Press(dialog, IDC_TAB_APPLY);
+    dialog.Child(dialogs::frmTabPrep::Text1 + 0).SetText("Work");
+    dialog.Child(dialogs::frmTabPrep::Text1 + 1).SetText("What is done here");
+    Press(dialog, dialogs::frmTabPrep::Command1 + 0);
 }
 
 /// The organiser with a command for the row of this number.
 Scenario Organize(const char* name, int row, int command) {
     return {name, [=](Stage& stage) {
-                stage.Use(IDC_SHORTCUT_APPLY, &UseShortcutEditor);
-                stage.Use(IDC_GROUP_APPLY, &UseGroupEditor);
-                stage.Use(IDC_ORGANIZE_QUIT, [=](Window dialog) {
+                stage.Use(dialogs::frmEdit::c1 + 2, &UseShortcutEditor);
+                stage.Use(dialogs::frmEditB::c1 + 2, &UseGroupEditor);
+                stage.Use(dialogs::frmCuts::Command1 + 2, [=](Window dialog) {
                     dialog.Send(WM_ACTIVATE, WA_ACTIVE);
-                    WalkRows(dialog, IDC_ORGANIZE_BASKET);
+                    WalkRows(dialog, dialogs::frmCuts::pBasket);
                     dialog.Send(WM_MOUSEWHEEL, static_cast<WPARAM>(MAKELONG(0, -120)), 0);
-                    const Window list = dialog.Child(IDC_ORGANIZE_BASKET);
+                    const Window list = dialog.Child(dialogs::frmCuts::pBasket);
                     list.Send(WM_KEYDOWN, VK_HOME);
                     for (int step = 0; step < row; ++step)
                         list.Send(WM_KEYDOWN, VK_DOWN);
                     Press(dialog, command);
-                    Press(dialog, IDC_ORGANIZE_QUIT);
+                    Press(dialog, dialogs::frmCuts::Command1 + 2);
                 });
                 ChooseFrom(stage, 2, IDM_SETTINGS);
             }};
@@ -151,46 +159,46 @@ std::vector<Scenario> DialogScenarios() {
             Choice("extensive tooltips", 2, IDM_SETTINGS + 3),
             {"about",
              [](Stage& stage) {
-                 stage.Use(IDC_ABOUT_CLOSE, [](Window box) {
-                     if (!box.Child(IDC_ABOUT_CLOSE).IsVisible()) return box.Post(WM_COMMAND, IDCANCEL);
-                     box.Send(WM_COMMAND, IDC_ABOUT_SUPPORT);
-                     box.Send(WM_COMMAND, IDC_ABOUT_WEB);
-                     Press(box, IDC_ABOUT_CLOSE);
+                 stage.Use(dialogs::frmMsg::b2, [](Window box) {
+                     if (!box.Child(dialogs::frmMsg::b2).IsVisible()) return box.Post(WM_COMMAND, IDCANCEL);
+                     box.Send(WM_COMMAND, dialogs::frmMsg::SupportLink);
+                     box.Send(WM_COMMAND, dialogs::frmMsg::WebLink);
+                     Press(box, dialogs::frmMsg::b2);
                  });
                  ChooseFrom(stage, 2, IDM_SETTINGS + 5);
              }},
             {"options",
              [](Stage& stage) {
-                 stage.Use(IDC_OPTIONS_ACCEPT, &UseOptions);
+                 stage.Use(dialogs::frmSettings::ltBut1 + 1, &UseOptions);
                  ChooseFrom(stage, 2, IDM_SETTINGS + 1);
              }},
-            Organize("organize: edit a shortcut", 0, IDC_ORGANIZE_EDIT),
-            Organize("organize: edit a group", 2, IDC_ORGANIZE_EDIT),
-            Organize("organize: delete a button's shortcut", 1, IDC_ORGANIZE_DELETE),
-            Organize("organize: delete a shortcut", 4, IDC_ORGANIZE_DELETE),
+            Organize("organize: edit a shortcut", 0, dialogs::frmCuts::Command1 + 0),
+            Organize("organize: edit a group", 2, dialogs::frmCuts::Command1 + 0),
+            Organize("organize: delete a button's shortcut", 1, dialogs::frmCuts::Command1 + 1),
+            Organize("organize: delete a shortcut", 4, dialogs::frmCuts::Command1 + 1),
             {"define a tab",
              [](Stage& stage) {
-                 stage.Use(IDC_TAB_APPLY, &UseTabDefinition);
+                 stage.Use(dialogs::frmTabPrep::Command1 + 0, &UseTabDefinition);
                  Stage::RightClick(stage.Child(IDC_TAB_HEADER + 1));
              }},
             {"edit a group",
              [](Stage& stage) {
-                 stage.Use(IDC_GROUP_APPLY, &UseGroupEditor);
+                 stage.Use(dialogs::frmEditB::c1 + 2, &UseGroupEditor);
                  stage.Choose(IDM_BUTTON + app::kGroup);
                  Stage::RightClick(stage.Button(3));
              }},
             {"make a group",
              [](Stage& stage) {
-                 stage.Use(IDC_GROUP_APPLY, &UseGroupEditor);
+                 stage.Use(dialogs::frmEditB::c1 + 2, &UseGroupEditor);
                  stage.Choose(IDM_BUTTON + app::kGroup);
                  Stage::RightClick(stage.Button(5));
              }},
             {"change the icon", [](Stage& stage) {
-                 stage.Use(IDC_CHOOSER_CLOSE, [](Window chooser) {
+                 stage.Use(dialogs::IcoChooser::Image1, [](Window chooser) {
                      for (int icon = 0; icon < 3; ++icon)
-                         Stage::Paint(chooser.FindChild(IDC_CHOOSER_ICON + icon));
+                         Stage::Paint(chooser.FindChild(dialogs::IcoChooser::p2 + icon));
                      chooser.Send(WM_HSCROLL, SB_LINERIGHT);
-                     Stage::Click(chooser.Child(IDC_CHOOSER_ICON));
+                     Stage::Click(chooser.Child(dialogs::IcoChooser::p2));
                  });
                  stage.Choose(IDM_BUTTON + app::kChangeIcon);
                  Stage::RightClick(stage.Button(1));

@@ -4,6 +4,8 @@
 
 #include "app/button_commands.h"
 #include "config/settings.h"
+#include "dialogs/define_tab.h"
+#include "dialogs/message_box.h"
 #include "res/resource.h"
 #include "tests/faults/scenarios.h"
 #include "tests/support/recorded_call.h"
@@ -33,10 +35,10 @@ Scenario CommandOn(const char* name, int button, int command) {
 
 /// Types a name into the box that asks for one, and takes it.
 void TypeInto(Stage& stage, const char* text, int answer) {
-    stage.Use(IDC_INPUT, [text, answer](Window box) {
-        const Window input = box.Child(IDC_INPUT);
+    stage.Use(dialogs::frmMsg::Text1, [text, answer](Window box) {
+        const Window input = box.Child(dialogs::frmMsg::Text1);
         if (input.IsVisible()) input.SetText(text);
-        box.Child(input.IsVisible() ? answer : IDC_ANSWER).Send(BM_CLICK);
+        box.Child(input.IsVisible() ? answer : dialogs::frmMsg::b1).Send(BM_CLICK);
     });
 }
 
@@ -55,7 +57,8 @@ std::vector<Scenario> StartAndEndScenarios() {
              }},
             {"close button", [](Stage& stage) { stage.Panel().Send(WM_SYSCOMMAND, SC_CLOSE); }},
             {"close with a dialog open", [](Stage& stage) {
-                 stage.Use(IDC_TAB_LABEL, [&stage](Window) { stage.Panel().Send(WM_CLOSE); });
+                 stage.Use(dialogs::frmTabPrep::Text1 + 0,
+                           [&stage](Window) { stage.Panel().Send(WM_CLOSE); });
                  Stage::RightClick(stage.Child(IDC_TAB_HEADER + 1));
                  Stage::RunMessages();
              }}};
@@ -99,7 +102,7 @@ std::vector<Scenario> ButtonScenarios() {
              }},
             {"edit a switch",
              [](Stage& stage) {
-                 TypeInto(stage, "/new", IDC_ANSWER + 2);
+                 TypeInto(stage, "/new", dialogs::frmMsg::b1 + 2);
                  const app::HeldModifierKeys held({VK_CONTROL, VK_MENU});
                  Stage::DoubleClick(stage.Button(kUsedButton));
              }},
@@ -142,7 +145,7 @@ std::vector<Scenario> CommandScenarios() {
             CommandOn("delete file", kUsedButton, IDM_FILE_OPERATIONS + app::kDelete),
             {"rename file",
              [](Stage& stage) {
-                 TypeInto(stage, "other.txt", IDC_ANSWER);
+                 TypeInto(stage, "other.txt", dialogs::frmMsg::b1);
                  Command(stage, kUsedButton, IDM_FILE_OPERATIONS + app::kRename);
              }},
             {"paste a link",
@@ -177,7 +180,7 @@ std::vector<Scenario> DropScenarios() {
              [](Stage& stage) {
                  DataObject object;
                  object.OfferText("http://c.example/\r\nmore");
-                 TypeInto(stage, "Both", IDC_ANSWER);
+                 TypeInto(stage, "Both", dialogs::frmMsg::b1);
                  stage.Drop(stage.Button(kLinkButton).Handle(), object);
              }},
             {"drop nonsense",

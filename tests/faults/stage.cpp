@@ -10,6 +10,7 @@
 #include <cstring>
 #include <utility>
 
+#include "dialogs/message_box.h"
 #include "res/resource.h"
 #include "tests/support/open_dialog.h"
 #include "tests/support/text.h"
@@ -255,7 +256,7 @@ void Stage::Answer(Window dialog) {
 }
 
 void Stage::UseDialog(Window dialog) {
-    const Window message = dialog.FindChild(IDC_MESSAGE_TEXT);
+    const Window message = dialog.FindChild(dialogs::frmMsg::l1);
     if (message && message.IsVisible()) said_.push_back(message.Text());
     for (const auto& [control, use] : uses_) {
         if (!dialog.FindChild(control)) continue;
@@ -264,7 +265,7 @@ void Stage::UseDialog(Window dialog) {
         how(dialog);
         return;
     }
-    if (message) dialog.Child(IDC_ANSWER).Send(BM_CLICK);
+    if (message) dialog.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
 }
 
 }  // namespace faults

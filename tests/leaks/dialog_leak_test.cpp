@@ -7,7 +7,13 @@
 #include <vector>
 
 #include "app/button_commands.h"
+#include "dialogs/define_tab.h"
+#include "dialogs/edit_group.h"
+#include "dialogs/edit_shortcut.h"
+#include "dialogs/icon_chooser.h"
 #include "dialogs/message_box.h"
+#include "dialogs/options.h"
+#include "dialogs/organize_shortcuts.h"
 #include "res/resource.h"
 #include "tests/leaks/panel_leak_test.h"
 
@@ -54,7 +60,8 @@ class DialogLeakTest : public PanelLeakTest {
 TEST_F(DialogLeakTest, TheMessageBox) {
     bare_ = [this] { OpenBare({IDD_MESSAGE, IDD_MESSAGE}); };
     Repeat([] {
-        const ModalAnswers user({Press(IDC_ANSWER), [](Window box) { box.Send(WM_SYSCOMMAND, SC_CLOSE); }});
+        const ModalAnswers user(
+            {Press(dialogs::frmMsg::b1), [](Window box) { box.Send(WM_SYSCOMMAND, SC_CLOSE); }});
         for (int time = 0; time < 2; ++time)
             dialogs::ShowMessage("Go on?\nIt is a question.", 3, "OK", "No", "Cancel", true, "yes");
     });
@@ -62,7 +69,7 @@ TEST_F(DialogLeakTest, TheMessageBox) {
 
 TEST_F(DialogLeakTest, TheAboutBox) {
     bare_ = [this] { OpenBare({IDD_MESSAGE}); };
-    Repeat([this] { Choose(5, {Press(IDC_ABOUT_CLOSE)}); });
+    Repeat([this] { Choose(5, {Press(dialogs::frmMsg::b2)}); });
 }
 
 TEST_F(DialogLeakTest, TheOptions) {
@@ -70,30 +77,30 @@ TEST_F(DialogLeakTest, TheOptions) {
     Repeat([this] {
         Choose(1, {[](Window dialog) {
                    for (const int option : {0, 3, 7, 1})
-                       PointAt(dialog, IDC_OPTION + option);
-                   dialog.Child(IDC_OPTIONS_ACCEPT).Send(BM_CLICK);
+                       PointAt(dialog, dialogs::frmSettings::chSet + option);
+                   dialog.Child(dialogs::frmSettings::ltBut1 + 1).Send(BM_CLICK);
                }});
-        Choose(1, {Press(IDC_OPTIONS_CANCEL)});
+        Choose(1, {Press(dialogs::frmSettings::ltBut1 + 0)});
     });
 }
 
 TEST_F(DialogLeakTest, TheOrganiserAndBothEditors) {
     bare_ = [this] { OpenBare({IDD_ORGANIZE_SHORTCUTS, IDD_EDIT_SHORTCUT, IDD_EDIT_GROUP}); };
     Repeat([this] {
-        Choose(0, {[](Window organiser) { organiser.Child(IDC_ORGANIZE_EDIT).Post(BM_CLICK); },
+        Choose(0, {[](Window organiser) { organiser.Child(dialogs::frmCuts::Command1 + 0).Post(BM_CLICK); },
                    [](Window editor) {
-                       editor.Child(IDC_SHORTCUT_NAME).SetText("Other");
-                       editor.Child(IDC_SHORTCUT_NAME).SetText("File");
+                       editor.Child(dialogs::frmEdit::t1 + 0).SetText("Other");
+                       editor.Child(dialogs::frmEdit::t1 + 0).SetText("File");
                        const Window organiser = editor.Owner();
-                       editor.Child(IDC_SHORTCUT_CANCEL).Send(BM_CLICK);
-                       organiser.Child(IDC_ORGANIZE_BASKET).Post(WM_KEYDOWN, VK_DOWN);
-                       organiser.Child(IDC_ORGANIZE_BASKET).Post(WM_KEYDOWN, VK_DOWN);
-                       organiser.Child(IDC_ORGANIZE_EDIT).Post(BM_CLICK);
+                       editor.Child(dialogs::frmEdit::c1 + 3).Send(BM_CLICK);
+                       organiser.Child(dialogs::frmCuts::pBasket).Post(WM_KEYDOWN, VK_DOWN);
+                       organiser.Child(dialogs::frmCuts::pBasket).Post(WM_KEYDOWN, VK_DOWN);
+                       organiser.Child(dialogs::frmCuts::Command1 + 0).Post(BM_CLICK);
                    },
                    [](Window editor) {
                        const Window organiser = editor.Owner();
-                       editor.Child(IDC_GROUP_CANCEL).Send(BM_CLICK);
-                       organiser.Child(IDC_ORGANIZE_QUIT).Post(BM_CLICK);
+                       editor.Child(dialogs::frmEditB::c1 + 3).Send(BM_CLICK);
+                       organiser.Child(dialogs::frmCuts::Command1 + 2).Post(BM_CLICK);
                    }});
     });
 }
@@ -102,8 +109,8 @@ TEST_F(DialogLeakTest, EditingAGroupOfAButton) {
     bare_ = [this] { OpenBare({IDD_EDIT_GROUP}); };
     Repeat([this] {
         ChooseOnButton(2, app::kGroup, {[](Window editor) {
-                           editor.Child(IDC_GROUP_BASKET).Send(WM_KEYDOWN, VK_END);
-                           editor.Child(IDC_GROUP_APPLY).Post(BM_CLICK);
+                           editor.Child(dialogs::frmEditB::pBasket).Send(WM_KEYDOWN, VK_END);
+                           editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
                        }});
         ASSERT_EQ(Button(2).Text(), "Group");
     });
@@ -113,8 +120,8 @@ TEST_F(DialogLeakTest, DefiningATab) {
     bare_ = [this] { OpenBare({IDD_DEFINE_TAB}); };
     Repeat([this] {
         const ModalAnswers user({[](Window dialog) {
-            PointAt(dialog, IDC_TAB_SHOW_DESCRIPTION);
-            dialog.Child(IDC_TAB_APPLY).Send(BM_CLICK);
+            PointAt(dialog, dialogs::frmTabPrep::Check1);
+            dialog.Child(dialogs::frmTabPrep::Command1 + 0).Send(BM_CLICK);
         }});
         Child(IDC_TAB_HEADER + 1).Send(WM_RBUTTONUP, 0, MAKELPARAM(5, 5));
     });
@@ -124,7 +131,7 @@ TEST_F(DialogLeakTest, TheIconChooser) {
     bare_ = [this] { OpenBare({IDD_ICON_CHOOSER, IDD_ICON_CHOOSER}); };
     Repeat([this] {
         ChooseOnButton(1, app::kChangeIcon,
-                       {[](Window chooser) { Click(chooser.Child(IDC_CHOOSER_ICON + 2)); }});
+                       {[](Window chooser) { Click(chooser.Child(dialogs::IcoChooser::p2 + 2)); }});
         ChooseOnButton(1, app::kChangeIcon, {[](Window chooser) { chooser.Post(WM_COMMAND, IDCANCEL); }});
     });
 }
@@ -132,7 +139,7 @@ TEST_F(DialogLeakTest, TheIconChooser) {
 TEST_F(DialogLeakTest, EditingASwitch) {
     bare_ = [this] { OpenBare({IDD_MESSAGE}); };
     Repeat([this] {
-        const ModalAnswers user({Press(IDC_ANSWER)});
+        const ModalAnswers user({Press(dialogs::frmMsg::b1)});
         DoubleClick(Button(5), {VK_MENU, VK_CONTROL});
     });
 }

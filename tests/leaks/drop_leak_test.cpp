@@ -9,6 +9,7 @@
 
 #include "app/button_commands.h"
 #include "config/ini.h"
+#include "dialogs/message_box.h"
 #include "model/text_shortcut.h"
 #include "res/resource.h"
 #include "tests/leaks/panel_leak_test.h"
@@ -56,7 +57,7 @@ TEST_F(DropLeakTest, AUrlOnAButton) {
 TEST_F(DropLeakTest, ATextOnAButton) {
     bare_ = [this] { OpenBare({IDD_MESSAGE}); };
     Repeat([this] {
-        const ModalAnswers user({Press(IDC_ANSWER)});
+        const ModalAnswers user({Press(dialogs::frmMsg::b1)});
         Drop(kFreeButton, [](DataObject& data) { data.OfferText("only words"); });
     });
 }
@@ -64,7 +65,8 @@ TEST_F(DropLeakTest, ATextOnAButton) {
 TEST_F(DropLeakTest, AFileOnAUsedButton) {
     bare_ = [this] { OpenBare({IDD_MESSAGE, IDD_MESSAGE, IDD_MESSAGE}); };
     Repeat([this] {
-        const ModalAnswers user({Press(IDC_ANSWER_1), Press(IDC_ANSWER_2), Press(IDC_ANSWER_1)});
+        const ModalAnswers user(
+            {Press(dialogs::frmMsg::b1 + 1), Press(dialogs::frmMsg::b1 + 2), Press(dialogs::frmMsg::b1 + 1)});
         Drop(kUsedButton, [this](DataObject& data) { OfferFile(data); });
         Drop(kUsedButton, [this](DataObject& data) { OfferFile(data); });
         Drop(kUsedButton, [this](DataObject& data) { data.OfferFiles({file_}); });
@@ -77,11 +79,11 @@ TEST_F(DropLeakTest, AnythingOnTheDropDown) {
         Drop(kDropDown, [this](DataObject& data) { OfferFile(data); });
         Drop(kDropDownEdit, &OfferUrl);
         {
-            const ModalAnswers user({Press(IDC_ANSWER)});
+            const ModalAnswers user({Press(dialogs::frmMsg::b1)});
             Drop(kDropDown, [this](DataObject& data) { OfferLink(data); });
         }
         {
-            const ModalAnswers user({Press(IDC_ANSWER)});
+            const ModalAnswers user({Press(dialogs::frmMsg::b1)});
             Drop(kDropDown, [](DataObject& data) { data.OfferText(std::string(1000, 'x')); });
         }
         for (const char* name : {"other file", "there"})
@@ -147,7 +149,7 @@ TEST_F(PasteLeakTest, PastingFilesLinksTextAndNothing) {
         Paste(CF_UNICODETEXT, &OfferUrl);
         Free();
         Paste(CF_UNICODETEXT, [](DataObject& data) { data.OfferText("only words"); });
-        const ModalAnswers user({Press(IDC_ANSWER)});
+        const ModalAnswers user({Press(dialogs::frmMsg::b1)});
         Button(9).Send(WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(5, 5));
     });
 }
@@ -203,7 +205,7 @@ TEST_F(DropDownLeakTest, RefreshingTheList) {
                   });
     bare_ = [this] { OpenBare({IDD_MESSAGE}); };
     Repeat([this] {
-        const ModalAnswers user({Press(IDC_ANSWER)});
+        const ModalAnswers user({Press(dialogs::frmMsg::b1)});
         Child(IDC_SHORTCUTS).SetText(model::kRefreshItem);
         Panel().Send(WM_QUON_CHOSEN);
     });

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "app/button_commands.h"
+#include "dialogs/message_box.h"
 #include "res/resource.h"
 #include "sys/process_list.h"
 #include "tests/leaks/panel_leak_test.h"
@@ -161,7 +162,7 @@ TEST_F(MenuLeakTest, AssigningFileOperationsAndProperties) {
     bare_ = [this] { OpenBare({IDD_MESSAGE}); };
     Repeat([&] {
         choose(1, IDM_BUTTON + app::kProperties);
-        const ModalAnswers user({Press(IDC_ANSWER)});
+        const ModalAnswers user({Press(dialogs::frmMsg::b1)});
         choose(1, IDM_FILE_OPERATIONS + app::kCopyTo);
         choose(8, IDM_BUTTON + app::kAddFolder);
         ASSERT_NE(Button(8).Text(), "Empty");

@@ -13,6 +13,7 @@
 #include <optional>
 #include <string>
 
+#include "dialogs/organize_shortcuts.h"
 #include "tests/program/quon_panel.h"
 #include "tests/support/input.h"
 #include "tests/support/message_box_window.h"
@@ -197,7 +198,7 @@ class Album {
         const Window organizer = WaitForDialog(quon_->Id(), "Organize shortcuts");
         testkit::mouse::MoveTo(kAway);
         Save("organize", organizer);
-        organizer.Child(500).Post(BM_CLICK);
+        organizer.Child(dialogs::frmCuts::Command1 + 0).Post(BM_CLICK);
         TakeDialog("edit-shortcut", "Edit ");
         Dismiss(organizer);
     }

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "dialogs/edit_group.h"
+#include "dialogs/icon_chooser.h"
 #include "tests/program/quon_panel.h"
 #include "tests/support/neighbour.h"
 
@@ -188,14 +190,14 @@ TEST_F(ButtonMenuProgramTest, EditsAGroupAndChangesAnIcon) {
     Choose(quon, 1, "Edit group");
     const Window editor = quon.Program().WaitForWindow({.title = "Edit group"});
     EXPECT_FALSE(quon.Main().IsEnabled());
-    editor.Child(700).SetText("Нова");
-    editor.Child(722).Post(BM_CLICK);
+    editor.Child(dialogs::frmEditB::t1 + 0).SetText("Нова");
+    editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
     quon.ExpectName(1, "Нова");
     ExpectPanelBack(quon);
     Choose(quon, 2, "Change icon");
     const Window chooser = quon.Program().WaitForWindow({.title = "Icon Chooser"});
     WaitFor("the chooser shows icons", [&] { return bool(chooser.FindChild(1001)); });
-    mouse::Click(chooser.Child(1001));
+    mouse::Click(chooser.Child(dialogs::IcoChooser::p2 + 1));
     WaitForRecord("Buttons", "12", "Single|1");
     ExpectPanelBack(quon);
 }

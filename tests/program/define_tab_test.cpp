@@ -1,4 +1,6 @@
 // Defining a tab on the whole program: by a right click on its header, until Quon.ini shows it.
+#include "dialogs/define_tab.h"
+
 #include <windows.h>
 
 #include <gmock/gmock.h>
@@ -98,7 +100,7 @@ TEST_F(DefineTabDialogTest, TakesNoEighthCharacterAndCancelsEverything) {
     mouse::Click(dialog.Child(kShowDescription).Centre());
     WaitFor("the option is on",
             [&] { return dialog.Child(kShowDescription).Send(BM_GETCHECK) == BST_CHECKED; });
-    mouse::Click(dialog.Child(831).Centre());
+    mouse::Click(dialog.Child(dialogs::frmTabPrep::Command1 + 1).Centre());
     WaitUntilClosed(dialog);
     EXPECT_EQ(quon.Header(2).Text(), "Before");
     EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
@@ -109,7 +111,7 @@ TEST_F(DefineTabDialogTest, ALabelWithABarGoesOnInTheDescription) {
     QuonPanel quon = Start({});
     const Window dialog = Open(quon, 6);
     TypeInto(dialog, kLabel, "a|b");
-    mouse::Click(dialog.Child(830).Centre());
+    mouse::Click(dialog.Child(dialogs::frmTabPrep::Command1 + 0).Centre());
     WaitUntilClosed(dialog);
     WaitFor("the header follows", [&] { return quon.Header(6).Text() == "a"; });
     EXPECT_EQ(folder_.IniValue("Buttons", "60"), "a|b|");

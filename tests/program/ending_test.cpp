@@ -12,6 +12,7 @@
 
 #include "res/resource.h"
 #include "tests/program/quon_panel.h"
+#include "dialogs/options.h"
 
 namespace testkit {
 namespace {
@@ -98,8 +99,8 @@ TEST_F(EndingTest, PassesTheMessageBoxOfTheSystem) {
             mouse::Click(quon.ImageButton(2));
             PopupMenu::Wait(quon.Id()).Choose("Options");
             const Window options = quon.Program().WaitForWindow({.title = "Quon settings"});
-            options.Child(IDC_POP_DELAY).SetText("soon");
-            options.Child(IDC_OPTIONS_ACCEPT).Post(BM_CLICK);
+            options.Child(dialogs::frmSettings::Text1).SetText("soon");
+            options.Child(dialogs::frmSettings::ltBut1 + 1).Post(BM_CLICK);
             WaitForSystemMessageBox(quon.Id(), "Quon: Error report");
         });
 }

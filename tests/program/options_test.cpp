@@ -1,5 +1,7 @@
 // The options dialog on the whole program: opened from the settings menu, accepted and cancelled, and what
 // Quon.ini, the registry and the panel show afterwards.
+#include "dialogs/options.h"
+
 #include <windows.h>
 
 #include <commctrl.h>
@@ -93,7 +95,8 @@ class OptionsDialogTest : public ::testing::Test {
         mouse::Click(quon.ImageButton(2));
         PopupMenu::Wait(quon.Id()).Choose("Options");
         const Window dialog = quon.Program().WaitForWindow({.title = "Quon settings"});
-        WaitFor("the first option has the focus", [&] { return dialog.Child(400).IsFocused(); });
+        WaitFor("the first option has the focus",
+                [&] { return dialog.Child(dialogs::frmSettings::chSet + 0).IsFocused(); });
         return dialog;
     }
     static bool IsChecked(Window dialog, int id) { return dialog.Child(id).Send(BM_GETCHECK) == BST_CHECKED; }
@@ -123,8 +126,8 @@ TEST_F(OptionsDialogTest, AppliesEverySettingAndQuonIniKeepsIt) {
     EXPECT_TRUE(dialog.IsTopmost());
     for (const int id : {408, 409, 400, 401, 402, 403, 404, 405, 406, 407})
         Toggle(dialog, id);
-    Click(dialog, 432);
-    WaitFor("the top edge is chosen", [&] { return IsChecked(dialog, 432); });
+    Click(dialog, dialogs::frmSettings::o1 + 2);
+    WaitFor("the top edge is chosen", [&] { return IsChecked(dialog, dialogs::frmSettings::o1 + 2); });
     Click(dialog, kDelay);
     WaitFor("the delay has the focus", [&] { return dialog.Child(kDelay).IsFocused(); });
     dialog.Child(kDelay).Send(EM_SETSEL, 0, -1);
@@ -164,7 +167,7 @@ TEST_F(OptionsDialogTest, AChangeIsLostWithAProgramThatIsKilled) {
     EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini.Main());
     QuonPanel again(folder_);
     const Window dialog = OpenOptions(again);
-    EXPECT_FALSE(IsChecked(dialog, 401));
+    EXPECT_FALSE(IsChecked(dialog, dialogs::frmSettings::chSet + 1));
     Leave(dialog, kCancel);
 }
 
@@ -183,7 +186,7 @@ TEST_F(OptionsDialogTest, CancelLeavesEverySettingAndBringsThePanelOut) {
     WaitFor("the panel docks", [&] { return quon.IsDockedAt(Edge::kRight); });
     for (const int id : {400, 402, 403, 404, 405, 406, 407, 408})
         Toggle(dialog, id);
-    Click(dialog, 431);
+    Click(dialog, dialogs::frmSettings::o1 + 1);
     Leave(dialog, kCancel);
     WaitFor("the panel comes out again", [&] { return quon.IsOut(); });
     EXPECT_FALSE(StartEntry());
@@ -282,17 +285,17 @@ TEST_F(OptionsDialogTest, FramesBothTriggersInRedWhileItWarns) {
     const RECT place = dialog.Child(kFrame).Rect();
     Toggle(dialog, 408);
     EXPECT_EQ(CaptureScreen(place).PixelCount(kRed), 0u);
-    Click(dialog, 409);
+    Click(dialog, dialogs::frmSettings::chSet + 9);
     const MessageBoxWindow box = MessageBoxWindow::Wait(quon.Id());
     WaitFor("the red frame", [&] { return CaptureScreen(place).PixelCount(kRed) > 100; });
     CaptureScreen().SaveAs("options-warning.bmp");
     // A frame, not a cover: what it frames is still to be seen.
-    EXPECT_GT(CaptureScreen(dialog.Child(409).Rect()).ColourCount(), 2u);
-    EXPECT_EQ(CaptureScreen(dialog.Child(409).Rect()).PixelCount(kRed), 0u);
+    EXPECT_GT(CaptureScreen(dialog.Child(dialogs::frmSettings::chSet + 9).Rect()).ColourCount(), 2u);
+    EXPECT_EQ(CaptureScreen(dialog.Child(dialogs::frmSettings::chSet + 9).Rect()).PixelCount(kRed), 0u);
     box.ClickButton(0);
     WaitFor("the frame goes", [&] { return CaptureScreen(place).PixelCount(kRed) == 0; });
-    EXPECT_FALSE(IsChecked(dialog, 408));
-    EXPECT_FALSE(IsChecked(dialog, 409));
+    EXPECT_FALSE(IsChecked(dialog, dialogs::frmSettings::chSet + 8));
+    EXPECT_FALSE(IsChecked(dialog, dialogs::frmSettings::chSet + 9));
     Leave(dialog, kCancel);
 }
 
@@ -355,13 +358,14 @@ TEST_F(OptionsDialogTest, GoesByTheKeyboardAlone) {
     {
         const Window dialog = OpenOptions(quon);
         keyboard::Press(VK_SPACE);
-        WaitFor("the first box is checked", [&] { return IsChecked(dialog, 400); });
+        WaitFor("the first box is checked",
+                [&] { return IsChecked(dialog, dialogs::frmSettings::chSet + 0); });
         keyboard::Press(VK_ESCAPE);
         WaitUntilClosed(dialog);
     }
     {
         const Window dialog = OpenOptions(quon);
-        EXPECT_FALSE(IsChecked(dialog, 400));
+        EXPECT_FALSE(IsChecked(dialog, dialogs::frmSettings::chSet + 0));
         for (int id = 431; id <= 434; ++id)
             EXPECT_FALSE(IsChecked(dialog, id)) << "a number that is no edge marks none";
         // Past the edges: having had the focus is no choice.
@@ -371,7 +375,7 @@ TEST_F(OptionsDialogTest, GoesByTheKeyboardAlone) {
                     [&] { return dialog.Child(id).IsFocused(); });
         }
         keyboard::Press(VK_SPACE);
-        WaitFor("that box is checked", [&] { return IsChecked(dialog, 402); });
+        WaitFor("that box is checked", [&] { return IsChecked(dialog, dialogs::frmSettings::chSet + 2); });
         keyboard::Press(VK_RETURN);
         WaitUntilClosed(dialog);
     }
@@ -400,11 +404,13 @@ TEST_F(OptionsDialogTest, AHotKeyBringsThePanelOutAndDocksItFromEverywhere) {
         quon.Main().Post(WM_MOUSEMOVE, 1, WM_LBUTTONUP);
         WaitFor("the panel comes out", [&] { return quon.IsOut(); });
         const Window dialog = OpenOptions(quon);
-        Click(dialog, IDC_HOT_KEY);
-        WaitFor("the hot key has the focus", [&] { return dialog.Child(IDC_HOT_KEY).IsFocused(); });
+        Click(dialog, dialogs::frmSettings::HotKey);
+        WaitFor("the hot key has the focus",
+                [&] { return dialog.Child(dialogs::frmSettings::HotKey).IsFocused(); });
         keyboard::Chord({VK_CONTROL, VK_MENU, 'J'});
-        WaitFor("the keys are taken",
-                [&] { return LOBYTE(dialog.Child(IDC_HOT_KEY).Send(HKM_GETHOTKEY)) == 'J'; });
+        WaitFor("the keys are taken", [&] {
+            return LOBYTE(dialog.Child(dialogs::frmSettings::HotKey).Send(HKM_GETHOTKEY)) == 'J';
+        });
         CaptureScreen().SaveAs("options-hot-key.bmp");
         Leave(dialog, kAccept);
         WaitFor("the panel comes out", [&] { return quon.IsOut(); });
@@ -434,14 +440,17 @@ TEST_F(OptionsDialogTest, SaysThatAHotKeyIsTaken) {
     ini.click_shows = true;
     QuonPanel quon = Start(ini);
     const Window dialog = OpenOptions(quon);
-    dialog.Child(IDC_HOT_KEY).Send(HKM_SETHOTKEY, MAKEWORD('K', HOTKEYF_CONTROL | HOTKEYF_ALT));
+    dialog.Child(dialogs::frmSettings::HotKey)
+        .Send(HKM_SETHOTKEY, MAKEWORD('K', HOTKEYF_CONTROL | HOTKEYF_ALT));
     Click(dialog, kAccept);
     const MessageBoxWindow note = MessageBoxWindow::Wait(quon.Id());
     EXPECT_EQ(note.Text(), "Another program uses these keys already.\nPlease press others, or none.");
     note.ClickButton(0);
-    WaitFor("the hot key has the focus", [&] { return dialog.Child(IDC_HOT_KEY).IsFocused(); });
+    WaitFor("the hot key has the focus",
+            [&] { return dialog.Child(dialogs::frmSettings::HotKey).IsFocused(); });
     keyboard::Press(VK_BACK);
-    WaitFor("none is chosen", [&] { return dialog.Child(IDC_HOT_KEY).Send(HKM_GETHOTKEY) == 0; });
+    WaitFor("none is chosen",
+            [&] { return dialog.Child(dialogs::frmSettings::HotKey).Send(HKM_GETHOTKEY) == 0; });
     Leave(dialog, kAccept);
     EXPECT_TRUE(UnregisterHotKey(nullptr, 1));
     EXPECT_EQ(quon.Program().CloseAndWait(), 0u);

@@ -7,6 +7,8 @@
 
 #include <string>
 
+#include "dialogs/edit_group.h"
+#include "dialogs/organize_shortcuts.h"
 #include "res/resource.h"
 #include "tests/program/quon_panel.h"
 
@@ -82,10 +84,10 @@ TEST_F(OrganizerTest, AGroupRenamedHereIsRenamedOnItsButton) {
     const Window organiser = Open(quon, 1);
     mouse::Click(organiser.Child(kEdit));
     const Window editor = quon.Program().WaitForWindow({.title = "Edit group"});
-    WaitFor("the name has the focus", [&] { return editor.Child(700).IsFocused(); });
-    EXPECT_TRUE(editor.Child(713).IsVisible());
+    WaitFor("the name has the focus", [&] { return editor.Child(dialogs::frmEditB::t1 + 0).IsFocused(); });
+    EXPECT_TRUE(editor.Child(dialogs::frmEditB::l1 + 3).IsVisible());
     keyboard::Type("Play");
-    WaitFor("the name is free", [&] { return !editor.Child(713).IsVisible(); });
+    WaitFor("the name is free", [&] { return !editor.Child(dialogs::frmEditB::l1 + 3).IsVisible(); });
     keyboard::Press(VK_RETURN);
     WaitForName(organiser, "Play");
     quon.ExpectName(1, "Play");
@@ -102,7 +104,7 @@ TEST_F(OrganizerTest, TheRealWheelScrollsTheList) {
         ini.cuts.emplace_back("n" + std::to_string(index), "C:\\windows");
     QuonPanel quon = Start(ini);
     const Window organiser = Open(quon, 100);
-    mouse::MoveTo(organiser.Child(510).Centre());
+    mouse::MoveTo(organiser.Child(dialogs::frmCuts::pFrame).Centre());
     mouse::Wheel(-1);
     WaitFor("the list scrolls", [&] { return BarValue(organiser) == 102; });
     mouse::Wheel(1);
@@ -120,7 +122,7 @@ TEST_F(OrganizerTest, SmallStepsOfTheWheelAddUp) {
         ini.cuts.emplace_back("n" + std::to_string(index), "C:\\windows");
     QuonPanel quon = Start(ini);
     const Window organiser = Open(quon, 100);
-    mouse::MoveTo(organiser.Child(IDC_ORGANIZE_FRAME).Centre());
+    mouse::MoveTo(organiser.Child(dialogs::frmCuts::pFrame).Centre());
     for (int step = 0; step < 12; ++step)
         mouse::Turn(-10);
     WaitFor("the list scrolls", [&] { return BarValue(organiser) == 102; });
@@ -138,16 +140,16 @@ TEST_F(OrganizerTest, AHeldDeleteKeyDeletesOneShortcut) {
     keyboard::Hold(VK_DELETE, 20);
     WaitForName(organiser, "Second");
     quon.Program().WaitUntilIdle();
-    EXPECT_EQ(organiser.Child(IDC_ORGANIZE_BASKET).Text(), "Second");
+    EXPECT_EQ(organiser.Child(dialogs::frmCuts::pBasket).Text(), "Second");
     EXPECT_THAT(folder_.Ini().Keys("Cuts"), ElementsAre("Second", "Third"));
     // The delete command's button, pressed by a held Enter.
     keyboard::Chord({VK_SHIFT, VK_TAB});
-    mouse::MoveTo(organiser.Child(IDC_ORGANIZE_DELETE).Centre());
-    for (int tab = 0; tab < 6 && !organiser.Child(IDC_ORGANIZE_DELETE).IsFocused(); ++tab) {
+    mouse::MoveTo(organiser.Child(dialogs::frmCuts::Command1 + 1).Centre());
+    for (int tab = 0; tab < 6 && !organiser.Child(dialogs::frmCuts::Command1 + 1).IsFocused(); ++tab) {
         keyboard::Press(VK_TAB);
         quon.Program().WaitUntilIdle();
     }
-    ASSERT_TRUE(organiser.Child(IDC_ORGANIZE_DELETE).IsFocused());
+    ASSERT_TRUE(organiser.Child(dialogs::frmCuts::Command1 + 1).IsFocused());
     keyboard::Hold(VK_RETURN, 20);
     WaitForName(organiser, "Third");
     quon.Program().WaitUntilIdle();

@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "dialogs/message_box.h"
 #include "tests/program/quon_panel.h"
 
 namespace testkit {
@@ -238,15 +239,15 @@ TEST_F(PanelTest, TheSettingsMenuSwitchesTheTipsAndShowsAbout) {
         menu.Choose("About");
     }
     const Window about = quon.Program().WaitForWindow({.title = "About Quon"});
-    EXPECT_EQ(about.Child(341).Text(), "version 2.0.1");
-    EXPECT_EQ(about.Child(342).Text(), "Tech support, contact");
-    EXPECT_EQ(about.Child(343).Text(), "Visit web site");
-    EXPECT_EQ(about.Child(330).Text(), "Close");
+    EXPECT_EQ(about.Child(dialogs::frmMsg::VersionLabel).Text(), "version 2.0.1");
+    EXPECT_EQ(about.Child(dialogs::frmMsg::SupportLink).Text(), "Tech support, contact");
+    EXPECT_EQ(about.Child(dialogs::frmMsg::WebLink).Text(), "Visit web site");
+    EXPECT_EQ(about.Child(dialogs::frmMsg::b2).Text(), "Close");
     EXPECT_EQ(about.Owner(), quon.Main());
     EXPECT_TRUE(about.IsTopmost());
     CaptureScreen().SaveAs("about.bmp");
     // By its place: seen from outside, the transparent frame around it is in front.
-    mouse::Click(about.Child(330).Centre());
+    mouse::Click(about.Child(dialogs::frmMsg::b2).Centre());
     WaitFor("About closes", [&] { return !about.IsVisible(); });
     EXPECT_EQ(folder_.IniValue("Settings", "Main"), QuonIni().Main()) << "saved before the program ends";
     EXPECT_EQ(quon.Program().CloseAndWait(), 0u);

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "dialogs/define_tab.h"
+#include "dialogs/edit_shortcut.h"
 #include "tests/program/quon_panel.h"
 
 namespace testkit {
@@ -92,7 +94,8 @@ TEST_F(SessionEndTest, PassesTheDefinitionOfATab) {
         mouse::RightClick(quon.Header(3));
         const Window dialog = quon.Program().WaitForWindow({.title = "Define tab"});
         keyboard::Type("half");
-        WaitFor("the label is typed", [&] { return dialog.Child(810).Text() == "half"; });
+        WaitFor("the label is typed",
+                [&] { return dialog.Child(dialogs::frmTabPrep::Text1 + 0).Text() == "half"; });
     });
 }
 
@@ -118,7 +121,7 @@ TEST_F(SessionEndTest, PassesTheOrganiserAndTheShortcutsEditor) {
         mouse::Click(organiser.Child(kEdit));
         const Window editor = quon.Program().WaitForWindow({.title = "Edit shortcut"});
         keyboard::Type("half");
-        WaitFor("the name is typed", [&] { return editor.Child(600).Text() == "half"; });
+        WaitFor("the name is typed", [&] { return editor.Child(dialogs::frmEdit::t1 + 0).Text() == "half"; });
     });
 }
 

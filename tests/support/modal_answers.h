@@ -1,6 +1,6 @@
 // Answers the modal dialogs that code under test opens in the test's own thread.
 //
-//     ModalAnswers user({[](Window box) { box.Child(310).Send(BM_CLICK); }});
+//     ModalAnswers user({[](Window box) { box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK); }});
 //     EXPECT_EQ(dialogs::ShowMessage("Go on?", 1, "OK"), "OK");
 //
 // Each step gets one dialog, in the order in which they open; a dialog opened by a step's own doing counts
@@ -8,7 +8,8 @@
 // painted by then. It may leave the dialog open after posting a message that will close it.
 // Where nobody can know which dialogs come up, one step answers them all:
 //
-//     const ModalAnswers user = ModalAnswers::ForAll([](Window box) { box.Child(310).Send(BM_CLICK); });
+//     const ModalAnswers user = ModalAnswers::ForAll([](Window box) { box.Child(dialogs::frmMsg::b1 +
+//     0).Send(BM_CLICK); });
 //
 // A dialog without a step, a step without a dialog, an exception in a step and a dialog that stays open
 // fail the test; the dialog is closed then.
@@ -21,6 +22,7 @@
 #include <utility>
 #include <vector>
 
+#include "dialogs/message_box.h"
 #include "tests/support/window.h"
 
 namespace testkit {

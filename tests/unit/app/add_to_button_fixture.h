@@ -12,6 +12,7 @@
 
 #include "app/add_to_button.h"
 #include "config/settings.h"
+#include "dialogs/message_box.h"
 #include "res/resource.h"
 #include "tests/support/call_log.h"
 #include "tests/support/modal_answers.h"
@@ -90,15 +91,15 @@ class AddToButtonFixture : public ::testing::Test {
             box.Post(WM_CLOSE);
             return;
         }
-        for (const int id : {IDC_ANSWER, IDC_ANSWER_1, IDC_ANSWER_2}) {
+        for (const int id : {dialogs::frmMsg::b1 + 0, dialogs::frmMsg::b1 + 1, dialogs::frmMsg::b1 + 2}) {
             const testkit::Window button = box.Child(id);
             // "Create group" itself is a name to type.
             if (button.Text() != answer || answer == "Create group") continue;
             button.Send(BM_CLICK);
             return;
         }
-        box.Child(IDC_INPUT).SetText(answer);
-        box.Child(IDC_ANSWER).Send(BM_CLICK);
+        box.Child(dialogs::frmMsg::Text1).SetText(answer);
+        box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
     }
 
     const config::SettingsRecord before_ = config::Settings;

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "dialogs/message_box.h"
 #include "tests/support/held_file.h"
 #include "tests/unit/app/add_to_button_fixture.h"
 
@@ -65,14 +66,14 @@ TEST_F(AddToButtonTest, ChangesNothingWhenTheQuestionIsCancelledOrClosed) {
 TEST_F(AddToButtonTest, AsksWithTheNameOfTheButtonInTheInputLine) {
     StartUsed();
     const testkit::ModalAnswers user({[](testkit::Window box) {
-        EXPECT_EQ(box.Child(300).Text(),
+        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
                   "Do you want to replace the shortcut or create a group?\r\n(Enter group name)");
-        EXPECT_EQ(box.Child(IDC_INPUT).Text(), "Notes");
-        EXPECT_EQ(box.Child(IDC_ANSWER).Text(), "Create group");
-        EXPECT_EQ(box.Child(IDC_ANSWER_1).Text(), "Replace");
-        EXPECT_EQ(box.Child(IDC_ANSWER_2).Text(), "Cancel");
-        EXPECT_TRUE(box.Child(IDC_ANSWER_2).IsVisible());
-        box.Child(IDC_ANSWER_2).Send(BM_CLICK);
+        EXPECT_EQ(box.Child(dialogs::frmMsg::Text1).Text(), "Notes");
+        EXPECT_EQ(box.Child(dialogs::frmMsg::b1).Text(), "Create group");
+        EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 1).Text(), "Replace");
+        EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 2).Text(), "Cancel");
+        EXPECT_TRUE(box.Child(dialogs::frmMsg::b1 + 2).IsVisible());
+        box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
     }});
     EXPECT_FALSE(Add(other_, "Other"));
 }
@@ -80,14 +81,14 @@ TEST_F(AddToButtonTest, AsksWithTheNameOfTheButtonInTheInputLine) {
 TEST_F(AddToButtonTest, SaysWhyAGroupTakesNoSwitch) {
     StartGroup();
     const testkit::ModalAnswers user(
-        {[](testkit::Window box) { box.Child(IDC_ANSWER).Send(BM_CLICK); },
+        {[](testkit::Window box) { box.Child(dialogs::frmMsg::b1).Send(BM_CLICK); },
          [](testkit::Window box) {
-             EXPECT_EQ(box.Child(300).Text(),
+             EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
                        "This shortcut has command switch. Quon will add it to the group, but you can use "
                        "command switches only on non group buttons.");
-             EXPECT_EQ(box.Child(IDC_ANSWER).Text(), "OK");
-             EXPECT_FALSE(box.Child(IDC_ANSWER_1).IsVisible());
-             box.Child(IDC_ANSWER).Send(BM_CLICK);
+             EXPECT_EQ(box.Child(dialogs::frmMsg::b1).Text(), "OK");
+             EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 1).IsVisible());
+             box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
          }});
     EXPECT_TRUE(Add(folder_.Path(), "Folder", "/new"));
 }
@@ -257,7 +258,7 @@ TEST_F(AddToButtonTest, ActsOnItsPlaceWhereverTheCurrentButtonIsMeanwhile) {
     StartUsed();
     const testkit::ModalAnswers user({[this](testkit::Window box) {
         state_.Context.Select(7);
-        box.Child(IDC_ANSWER_1).Send(BM_CLICK);
+        box.Child(dialogs::frmMsg::b1 + 1).Send(BM_CLICK);
     }});
     EXPECT_TRUE(Add(other_, "Other"));
     EXPECT_EQ(Ini("Buttons", "21"), "Other|0");
@@ -384,9 +385,9 @@ TEST_F(DropOnButtonTest, SaysWhatItCannotMakeAndChangesNothing) {
 TEST_F(DropOnButtonTest, SaysThatALinksArgumentsWereLeftOut) {
     Start("[Settings]\r\n");
     const testkit::ModalAnswers user({[](testkit::Window box) {
-        EXPECT_EQ(box.Child(IDC_MESSAGE_TEXT).Text(),
+        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
                   "The command switch of this shortcut is too long. Quon has left it out.");
-        box.Child(IDC_ANSWER).Send(BM_CLICK);
+        box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
     }});
     DropOnButton(state_, 1,
                  {false, folder_.MakeLink("a.lnk", {.target = file_, .arguments = std::string(600, 'x')})});

@@ -12,6 +12,9 @@
 #include <cstring>
 #include <functional>
 
+#include "dialogs/edit_group.h"
+#include "dialogs/icon_chooser.h"
+#include "dialogs/message_box.h"
 #include "res/resource.h"
 #include "tests/support/held_file.h"
 #include "tests/support/modal_answers.h"
@@ -101,8 +104,8 @@ class ButtonCommandsDesktopTest : public PanelParts {
     /// Answers a note with its button after comparing its text.
     static ModalAnswers::Step Note(const std::string& text) {
         return [text](Window box) {
-            EXPECT_EQ(box.Child(300).Text(), text);
-            box.Child(310).Send(BM_CLICK);
+            EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), text);
+            box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
         };
     }
 
@@ -175,7 +178,7 @@ TEST_F(ButtonCommandsDesktopTest, RefuseATargetThatCannotBeReadBackWhole) {
 TEST_F(ButtonCommandsDesktopTest, AskWhatToDoWithAUsedButton) {
     LoadSingle("http://a/");
     answer_ = folder_.MakeFile("b.txt");
-    const ModalAnswers user({[](Window box) { box.Child(311).Send(BM_CLICK); }});
+    const ModalAnswers user({[](Window box) { box.Child(dialogs::frmMsg::b1 + 1).Send(BM_CLICK); }});
     commands_.Run(kAddFile);
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "b|0");
 }
@@ -214,11 +217,11 @@ TEST_F(ButtonCommandsDesktopTest, EditAGroupWithThePanelOutAndBindAFreeButtonToW
         EXPECT_FALSE(dock_.Hidden());
         dock_.ShowQuon(false, true);
         EXPECT_TRUE(editor.IsTopmost());
-        EXPECT_EQ(editor.Child(IDC_GROUP_NAME).Text(), "Empty");
+        EXPECT_EQ(editor.Child(dialogs::frmEditB::t1 + 0).Text(), "Empty");
         log_.Add("editor");
         state_.Context.Select(5);
-        editor.Child(IDC_GROUP_NAME).SetText("Нова");
-        editor.Child(IDC_GROUP_APPLY).Post(BM_CLICK);
+        editor.Child(dialogs::frmEditB::t1 + 0).SetText("Нова");
+        editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
     }});
     commands_.Run(kGroup);
     EXPECT_TRUE(InOrder(log_, {"topmost", "editor", "topmost", "write 11 Нова|0"})) << log_.Text();
@@ -230,13 +233,13 @@ TEST_F(ButtonCommandsDesktopTest, EditAGroupWithThePanelOutAndBindAFreeButtonToW
 TEST_F(ButtonCommandsDesktopTest, MakeAGroupOfASingleShortcutAndShowIt) {
     LoadSingle("http://a/");
     const ModalAnswers user({[](Window editor) {
-                                 EXPECT_EQ(editor.Child(IDC_GROUP_NAME).Text(), "Име");
-                                 editor.Child(IDC_GROUP_ADD_URL).Post(BM_CLICK);
+                                 EXPECT_EQ(editor.Child(dialogs::frmEditB::t1 + 0).Text(), "Име");
+                                 editor.Child(dialogs::frmEditB::c1 + 4).Post(BM_CLICK);
                              },
                              [](Window box) {
-                                 box.Child(320).SetText("http://b/");
-                                 box.Child(310).Send(BM_CLICK);
-                                 Window(box.Owner()).Child(IDC_GROUP_APPLY).Post(BM_CLICK);
+                                 box.Child(dialogs::frmMsg::Text1).SetText("http://b/");
+                                 box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
+                                 Window(box.Owner()).Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
                              }});
     commands_.Run(kGroup);
     EXPECT_EQ(folder_.IniValue("Cuts", "Име"), "http://a/|http://b/");
@@ -249,8 +252,8 @@ TEST_F(ButtonCommandsDesktopTest, FreeAButtonWhoseGroupIsLeftEmptyAndBindNoneToA
     for (const int button : {1, 2}) {
         state_.Context.Select(button);
         const ModalAnswers user({[](Window editor) {
-            editor.Child(IDC_GROUP_DELETE_ITEM).Send(BM_CLICK);
-            editor.Child(IDC_GROUP_APPLY).Post(BM_CLICK);
+            editor.Child(dialogs::frmEditB::c1 + 5).Send(BM_CLICK);
+            editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
         }});
         commands_.Run(kGroup);
         EXPECT_TRUE(state_.Button(button).IsFree()) << button;
@@ -266,9 +269,9 @@ TEST_F(ButtonCommandsDesktopTest, ShowTheEditedGroupOnAllItsButtons) {
     const auto edit = [this](int button, const std::string& name) {
         state_.Context.Select(button);
         const ModalAnswers user({[name](Window editor) {
-            editor.Child(IDC_GROUP_DELETE_ITEM).Send(BM_CLICK);
-            editor.Child(IDC_GROUP_NAME).SetText(name);
-            editor.Child(IDC_GROUP_APPLY).Post(BM_CLICK);
+            editor.Child(dialogs::frmEditB::c1 + 5).Send(BM_CLICK);
+            editor.Child(dialogs::frmEditB::t1 + 0).SetText(name);
+            editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
         }});
         commands_.Run(kGroup);
         EXPECT_EQ(state_.Context.CurrentButtonIndex, button);
@@ -286,7 +289,7 @@ TEST_F(ButtonCommandsDesktopTest, ShowTheEditedGroupOnAllItsButtons) {
 TEST_F(ButtonCommandsDesktopTest, ChangeNothingWhenTheGroupEditorIsCancelled) {
     LoadSingle("http://a/");
     const std::string before = folder_.IniBytes();
-    const ModalAnswers user({[](Window editor) { editor.Child(IDC_GROUP_CANCEL).Post(BM_CLICK); }});
+    const ModalAnswers user({[](Window editor) { editor.Child(dialogs::frmEditB::c1 + 3).Post(BM_CLICK); }});
     commands_.Run(kGroup);
     EXPECT_EQ(folder_.IniBytes(), before);
     EXPECT_EQ(state_.PopCount, 10);
@@ -309,8 +312,8 @@ TEST_F(ButtonCommandsDesktopTest, OfferTheIconsOfTheProgramThatOpensTheTarget) {
         log_.Clear();
         state_.Context.Select(5);
         state_.TipButton = 1;
-        chooser.Child(IDC_CHOOSER_ICON + 1).Post(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
-        chooser.Child(IDC_CHOOSER_ICON + 1).Post(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+        chooser.Child(dialogs::IcoChooser::p2 + 1).Post(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+        chooser.Child(dialogs::IcoChooser::p2 + 1).Post(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
     }});
     commands_.Run(kChangeIcon);
     EXPECT_THAT(asked, ::testing::IsSupersetOf({"C:\\viewer.exe 0", "C:\\viewer.exe 3"}));
@@ -480,16 +483,16 @@ TEST_F(ButtonCommandsDesktopTest, RenameWithTheOldExtensionOrTheNewOne) {
         const ModalAnswers user(
             {[&](Window box) {
                  EXPECT_EQ(
-                     box.Child(300).Text(),
+                     box.Child(dialogs::frmMsg::l1).Text(),
                      "Enter new name for the file. If you don't specify the extension, old extension (" +
                          std::string(it.extension) + ") will be kept.)");
-                 EXPECT_EQ(box.Child(310).Text(), "OK");
-                 EXPECT_EQ(box.Child(311).Text(), "Cancel");
-                 EXPECT_FALSE(box.Child(312).IsVisible());
-                 EXPECT_EQ(box.Child(320).Text(), "");
-                 box.Child(320).SetText(it.answer);
+                 EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 0).Text(), "OK");
+                 EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 1).Text(), "Cancel");
+                 EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 2).IsVisible());
+                 EXPECT_EQ(box.Child(dialogs::frmMsg::Text1).Text(), "");
+                 box.Child(dialogs::frmMsg::Text1).SetText(it.answer);
                  state_.Context.Select(3);
-                 box.Child(310).Send(BM_CLICK);
+                 box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
              },
              Note(kDone)});
         commands_.RunFileCommand(kRename);
@@ -504,8 +507,8 @@ TEST_F(ButtonCommandsDesktopTest, PointTheButtonToTheNewNameEvenIfTheFileKeptIts
     LoadSingle("C:\\Док\\report.txt");
     result_ = 2;
     const ModalAnswers user({[](Window box) {
-                                 box.Child(320).SetText("notes");
-                                 box.Child(310).Send(BM_CLICK);
+                                 box.Child(dialogs::frmMsg::Text1).SetText("notes");
+                                 box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
                              },
                              Note(kFailed)});
     commands_.RunFileCommand(kRename);
@@ -531,8 +534,8 @@ TEST_F(ButtonCommandsDesktopTest, RefuseAButtonOutsideTheNine) {
 TEST_F(ButtonCommandsDesktopTest, RenameNothingForNoNameOrCancel) {
     LoadSingle("C:\\a.txt");
     const std::string before = folder_.IniBytes();
-    const ModalAnswers user({[](Window box) { box.Child(310).Send(BM_CLICK); },
-                             [](Window box) { box.Child(311).Send(BM_CLICK); },
+    const ModalAnswers user({[](Window box) { box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK); },
+                             [](Window box) { box.Child(dialogs::frmMsg::b1 + 1).Send(BM_CLICK); },
                              [](Window box) { box.Post(WM_COMMAND, IDCANCEL); }});
     for (int time = 0; time < 3; ++time)
         commands_.RunFileCommand(kRename);
@@ -545,8 +548,8 @@ TEST_F(ButtonCommandsDesktopTest, RefuseANameThatWouldLeadElsewhere) {
     const std::string before = folder_.IniBytes();
     for (const char* name : {"..\\b", "b/c", "..", " . ", "D:b", "*.txt", "b?", "\"b\"", "<b", "b>", "b|c"}) {
         const ModalAnswers user({[&](Window box) {
-                                     box.Child(320).SetText(name);
-                                     box.Child(310).Send(BM_CLICK);
+                                     box.Child(dialogs::frmMsg::Text1).SetText(name);
+                                     box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
                                  },
                                  Note(kFailed)});
         commands_.RunFileCommand(kRename);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "config/ini.h"
+#include "dialogs/message_box.h"
 #include "res/resource.h"
 #include "tests/support/modal_answers.h"
 #include "tests/unit/app/panel_parts.h"
@@ -150,7 +151,7 @@ TEST_F(ButtonMouseTest, FreesTheButtonForCtrlWithoutALaunch) {
 
 TEST_F(ButtonMouseTest, StaysOutWhereNothingIsLaunched) {
     config::Settings.HideAfterLaunch = true;
-    EditSwitch([](Window box) { box.Child(310).Send(BM_CLICK); });
+    EditSwitch([](Window box) { box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK); });
     DoubleClick(Button(2), {VK_CONTROL});
     EXPECT_TRUE(state_.Button(2).IsFree());
     EXPECT_FALSE(dock_.Hidden());
@@ -160,8 +161,8 @@ TEST_F(ButtonMouseTest, StaysOutWhereNothingIsLaunched) {
 TEST_F(ButtonMouseTest, FreesAndEditsOnASingleClickTooWhenOneIsEnough) {
     config::Settings.SingleClickOpen = true;
     ModalAnswers user({[](Window box) {
-        box.Child(320).SetText("/single");
-        box.Child(312).Send(BM_CLICK);
+        box.Child(dialogs::frmMsg::Text1).SetText("/single");
+        box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
     }});
     Press(Button(1), {VK_CONTROL, VK_MENU});
     Release(Button(1));
@@ -272,10 +273,10 @@ TEST_F(ButtonMouseTest, TakesAReleaseOutsideTheButtonForNoClick) {
 
 TEST_F(ButtonMouseTest, RefusesASwitchForAGroup) {
     ModalAnswers user({[](Window box) {
-        EXPECT_EQ(box.Child(300).Text(), "Sorry, can not add switch to group button.");
-        EXPECT_EQ(box.Child(310).Text(), "OK");
-        EXPECT_FALSE(box.Child(311).IsVisible());
-        box.Child(310).Send(BM_CLICK);
+        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), "Sorry, can not add switch to group button.");
+        EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 0).Text(), "OK");
+        EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 1).IsVisible());
+        box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
     }});
     DoubleClick(Button(2), {VK_CONTROL, VK_MENU});
     EXPECT_EQ(log_.Count("open"), 0u);
@@ -284,13 +285,13 @@ TEST_F(ButtonMouseTest, RefusesASwitchForAGroup) {
 TEST_F(ButtonMouseTest, AsksForTheSwitchWithThePresentOne) {
     StoreSwitch("/прво 二");
     EditSwitch([](Window box) {
-        EXPECT_EQ(box.Child(300).Text(), "Please enter command switch for this file:");
-        EXPECT_EQ(box.Child(310).Text(), "Cancel");
-        EXPECT_EQ(box.Child(311).Text(), "Delete");
-        EXPECT_EQ(box.Child(312).Text(), "OK");
-        EXPECT_EQ(box.Child(320).Text(), "/прво 二");
-        EXPECT_TRUE(box.Child(320).IsVisible());
-        box.Child(310).Send(BM_CLICK);
+        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), "Please enter command switch for this file:");
+        EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 0).Text(), "Cancel");
+        EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 1).Text(), "Delete");
+        EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 2).Text(), "OK");
+        EXPECT_EQ(box.Child(dialogs::frmMsg::Text1).Text(), "/прво 二");
+        EXPECT_TRUE(box.Child(dialogs::frmMsg::Text1).IsVisible());
+        box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
     });
     EXPECT_EQ(StoredSwitch(), "/прво 二");
     EXPECT_EQ(log_.Count("open"), 0u);
@@ -299,8 +300,8 @@ TEST_F(ButtonMouseTest, AsksForTheSwitchWithThePresentOne) {
 TEST_F(ButtonMouseTest, StoresTheTypedSwitchUnderTheShortcutsName) {
     for (const std::string text : {"-a=b", "/ново 新", "\"quoted\""}) {
         EditSwitch([&](Window box) {
-            box.Child(320).SetText(text);
-            box.Child(312).Send(BM_CLICK);
+            box.Child(dialogs::frmMsg::Text1).SetText(text);
+            box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
         });
         EXPECT_EQ(state_.Button(1).Switch, text);
     }
@@ -309,9 +310,9 @@ TEST_F(ButtonMouseTest, StoresTheTypedSwitchUnderTheShortcutsName) {
 
 TEST_F(ButtonMouseTest, TakesNoLongerSwitchThanCanBeReadBack) {
     EditSwitch([](Window box) {
-        box.Child(IDC_INPUT).SetText(std::string(554, 's'));
-        box.Child(IDC_INPUT).SetText(std::string(555, 't'));
-        box.Child(IDC_ANSWER_2).Send(BM_CLICK);
+        box.Child(dialogs::frmMsg::Text1).SetText(std::string(554, 's'));
+        box.Child(dialogs::frmMsg::Text1).SetText(std::string(555, 't'));
+        box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
     });
     EXPECT_EQ(state_.Button(1).Switch, std::string(554, 's'));
 }
@@ -320,8 +321,8 @@ TEST_F(ButtonMouseTest, ShowsTheSwitchOnEveryButtonOfTheShortcut) {
     EXPECT_TRUE(state_.Store().PutRecord({1, 9}, "Име|0"));
     state_.Button(9).RefreshButton("19");
     EditSwitch([](Window box) {
-        box.Child(IDC_INPUT).SetText("/x");
-        box.Child(IDC_ANSWER_2).Send(BM_CLICK);
+        box.Child(dialogs::frmMsg::Text1).SetText("/x");
+        box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
     });
     EXPECT_EQ(state_.Button(9).Switch, "/x");
 }
@@ -329,11 +330,12 @@ TEST_F(ButtonMouseTest, ShowsTheSwitchOnEveryButtonOfTheShortcut) {
 TEST_F(ButtonMouseTest, LeavesTheSwitchForCancelForAClosedAndForAnEmptyAnswer) {
     StoreSwitch("/old");
     const std::vector<ModalAnswers::Step> answers{
-        [](Window box) { box.Child(310).Send(BM_CLICK); }, [](Window box) { box.Send(WM_CLOSE); },
+        [](Window box) { box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK); },
+        [](Window box) { box.Send(WM_CLOSE); },
         [](Window) { PostMessageW(GetFocus(), WM_KEYDOWN, VK_ESCAPE, 0); },
         [](Window box) {
-            box.Child(320).SetText("");
-            box.Child(312).Send(BM_CLICK);
+            box.Child(dialogs::frmMsg::Text1).SetText("");
+            box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
         }};
     for (const ModalAnswers::Step& answer : answers) {
         EditSwitch(answer);
@@ -345,7 +347,7 @@ TEST_F(ButtonMouseTest, LeavesTheSwitchForCancelForAClosedAndForAnEmptyAnswer) {
 TEST_F(ButtonMouseTest, DeletesTheSwitchAndNoOther) {
     StoreSwitch("/old");
     config::WriteIni("Switch", "Other", "a=b");
-    EditSwitch([](Window box) { box.Child(311).Send(BM_CLICK); });
+    EditSwitch([](Window box) { box.Child(dialogs::frmMsg::b1 + 1).Send(BM_CLICK); });
     EXPECT_FALSE(StoredSwitch());
     EXPECT_EQ(folder_.IniValue("Switch", "Other"), "a=b");
     EXPECT_EQ(state_.Button(1).Switch, "");
@@ -355,7 +357,7 @@ TEST_F(ButtonMouseTest, ReadsTheButtonAnewWhateverTheAnswer) {
     StoreSwitch("/old");
     EditSwitch([](Window box) {
         config::WriteIni("Switch", "Име", "/meanwhile");
-        box.Child(310).Send(BM_CLICK);
+        box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
     });
     EXPECT_EQ(state_.Button(1).Switch, "/meanwhile");
 }
@@ -364,8 +366,8 @@ TEST_F(ButtonMouseTest, TakesATypedCaptionForItsButton) {
     StoreSwitch("/old");
     const auto type = [](const char* text) {
         return [text](Window box) {
-            box.Child(320).SetText(text);
-            box.Child(312).Send(BM_CLICK);
+            box.Child(dialogs::frmMsg::Text1).SetText(text);
+            box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
         };
     };
     EditSwitch(type("Cancel"));
@@ -377,8 +379,8 @@ TEST_F(ButtonMouseTest, TakesATypedCaptionForItsButton) {
 TEST_F(ButtonMouseTest, StaysWithItsButtonWhileTheQuestionIsOpen) {
     EditSwitch([this](Window box) {
         state_.Context.Select(2);
-        box.Child(320).SetText("/x");
-        box.Child(312).Send(BM_CLICK);
+        box.Child(dialogs::frmMsg::Text1).SetText("/x");
+        box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
     });
     EXPECT_EQ(StoredSwitch(), "/x");
     EXPECT_EQ(state_.Button(1).Switch, "/x");
@@ -386,7 +388,7 @@ TEST_F(ButtonMouseTest, StaysWithItsButtonWhileTheQuestionIsOpen) {
 
 TEST_F(ButtonMouseTest, HasTheNextHoverBuildTheTipAnewAfterTheSwitchWasEdited) {
     state_.TipButton = 1;
-    EditSwitch([](Window box) { box.Child(310).Send(BM_CLICK); });
+    EditSwitch([](Window box) { box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK); });
     EXPECT_EQ(state_.TipButton, 0);
 }
 

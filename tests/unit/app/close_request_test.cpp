@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "config/settings.h"
+#include "dialogs/define_tab.h"
 #include "dialogs/message_box.h"
+#include "dialogs/options.h"
 #include "res/resource.h"
 #include "tests/support/modal_answers.h"
 #include "tests/support/wait.h"
@@ -156,14 +158,14 @@ TEST(CloseRequestTest, KeepsEveryChangeOfTheSettingsInMemoryUntilThen) {
     };
     const testkit::Window header = panel.Window().Child(IDC_TAB_HEADER + 5);
     testkit::ModalAnswers user({[](testkit::Window options) {
-                                    options.Child(401).Send(BM_CLICK);
-                                    options.Child(434).Send(BM_CLICK);
-                                    options.Child(420).SetText("900");
-                                    options.Child(441).Send(BM_CLICK);
+                                    options.Child(dialogs::frmSettings::chSet + 1).Send(BM_CLICK);
+                                    options.Child(dialogs::frmSettings::o1 + 4).Send(BM_CLICK);
+                                    options.Child(dialogs::frmSettings::Text1).SetText("900");
+                                    options.Child(dialogs::frmSettings::ltBut1 + 1).Send(BM_CLICK);
                                 },
                                 [](testkit::Window definition) {
-                                    definition.Child(820).Send(BM_CLICK);
-                                    definition.Child(830).Send(BM_CLICK);
+                                    definition.Child(dialogs::frmTabPrep::Check1).Send(BM_CLICK);
+                                    definition.Child(dialogs::frmTabPrep::Command1 + 0).Send(BM_CLICK);
                                 }});
     choose(IDM_SETTINGS + 1);
     choose(IDM_SETTINGS + 3);

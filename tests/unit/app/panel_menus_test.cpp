@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "config/settings.h"
+#include "dialogs/message_box.h"
 #include "model/launching.h"
 #include "model/text_shortcut.h"
 #include "tests/support/hidden_window.h"
@@ -151,9 +152,10 @@ TEST_F(PanelMenusTest, ShowTheUptimeAndNeverHideForIt) {
     const auto ticks = FAKE_CALL(GetTickCount, []() -> DWORD { return 3723000; });
     config::Settings.HideAfterLaunch = true;
     testkit::ModalAnswers user({[](testkit::Window box) {
-        EXPECT_EQ(box.Child(300).Text(), "Windows is running for: \r\n" + model::CTextShortcut::HowLong());
-        EXPECT_EQ(box.Child(310).Text(), "OK");
-        box.Child(310).Send(BM_CLICK);
+        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
+                  "Windows is running for: \r\n" + model::CTextShortcut::HowLong());
+        EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 0).Text(), "OK");
+        box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
     }});
     Choose(1, 2005);
     EXPECT_FALSE(dock_.Hidden());

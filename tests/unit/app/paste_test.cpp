@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "app/button_commands.h"
+#include "dialogs/message_box.h"
 #include "tests/support/modal_answers.h"
 #include "tests/support/text.h"
 #include "tests/unit/app/panel_parts.h"
@@ -54,10 +55,10 @@ class PasteTest : public PanelParts {
         commands.Run(kPaste);
     }
     static void NothingReadable(Window box) {
-        EXPECT_EQ(box.Child(300).Text(), "Couldn't read file path or URL from Clipboard.");
-        EXPECT_EQ(box.Child(310).Text(), "OK");
-        EXPECT_FALSE(box.Child(311).IsVisible());
-        box.Child(310).Send(BM_CLICK);
+        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), "Couldn't read file path or URL from Clipboard.");
+        EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 0).Text(), "OK");
+        EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 1).IsVisible());
+        box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
     }
 
     UINT format_ = 0;
@@ -101,8 +102,8 @@ TEST_F(PasteTest, SaysSoForAUrlThatCannotBeStored) {
          {"http://a.test/" + std::string(600, 'm'), std::string("http://a.test/\tb")}) {
         HoldText(text);
         const ModalAnswers user({[](Window box) {
-            EXPECT_EQ(box.Child(300).Text(), "Couldn't make this shortcut, sorry.");
-            box.Child(310).Send(BM_CLICK);
+            EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
+            box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
         }});
         Paste();
         EXPECT_EQ(user.Used(), 1u);
@@ -174,8 +175,8 @@ TEST_F(PasteTest, RefusesMoreFilesThanCanBeReadBack) {
     const std::string before = folder_.IniBytes();
     HoldFiles(std::vector<std::string>(20, "C:\\a folder with a name\\and a file.txt"));
     const ModalAnswers user({[](Window box) {
-        EXPECT_EQ(box.Child(300).Text(), "Couldn't make this shortcut, sorry.");
-        box.Child(310).Send(BM_CLICK);
+        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
+        box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
     }});
     Paste();
     EXPECT_EQ(folder_.IniBytes(), before);

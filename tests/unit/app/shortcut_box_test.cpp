@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "config/ini.h"
+#include "dialogs/message_box.h"
 #include "tests/support/data_object.h"
 #include "tests/support/held_file.h"
 #include "tests/support/modal_answers.h"
@@ -162,10 +163,10 @@ TEST_F(ShortcutBoxTest, EnterAndGoOnTheRefreshItemRefresh) {
 
 TEST_F(ShortcutBoxTest, SaysWhereToGetTheSearchTool) {
     testkit::ModalAnswers user({[](testkit::Window note) {
-        EXPECT_EQ(note.Child(300).Text(),
+        EXPECT_EQ(note.Child(dialogs::frmMsg::l1).Text(),
                   "You need to have Quon Search Utility to execute this command.\n\nYou can download it from "
                   "Quon's web site.");
-        note.Child(310).Send(BM_CLICK);
+        note.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
     }});
     Press("?report", VK_RETURN);
     EXPECT_THAT(log_.Lines(), IsEmpty());
@@ -251,12 +252,12 @@ class CollectingTest : public ShortcutBoxFixture {
 
 TEST_F(CollectingTest, ShowsTheHourglassAndSaysToWaitAndThenWhatToDo) {
     testkit::ModalAnswers user({[this](testkit::Window note) {
-        log_.Add("note", note.Child(300).Text());
-        EXPECT_EQ(note.Child(310).Text(), "OK");
-        EXPECT_FALSE(note.Child(311).IsVisible());
+        log_.Add("note", note.Child(dialogs::frmMsg::l1).Text());
+        EXPECT_EQ(note.Child(dialogs::frmMsg::b1 + 0).Text(), "OK");
+        EXPECT_FALSE(note.Child(dialogs::frmMsg::b1 + 1).IsVisible());
         EXPECT_FALSE(win::Hourglass::IsShown());
         EXPECT_THAT(box_.List().Items(), ElementsAre("Writer", "План", "[Refresh list]"));
-        note.Child(310).Send(BM_CLICK);
+        note.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
     }});
     box_.List().SetText("[Refresh list]");
     box_.OnChosen();
@@ -356,13 +357,13 @@ TEST_F(BoxDropTest, StoresTheFirstFileUnderItsNameWithoutExtension) {
 TEST_F(BoxDropTest, StoresALinksTargetWithoutItsArgumentsAndSaysSoOnce) {
     const std::string file = folder_.MakeFile("文書.txt");
     testkit::ModalAnswers user({[this, &file](testkit::Window note) {
-        EXPECT_EQ(note.Child(300).Text(),
+        EXPECT_EQ(note.Child(dialogs::frmMsg::l1).Text(),
                   "This shortcut has command switch. Quon will make this text shortcut, but you can use "
                   "command switches only with button shortcuts.");
-        EXPECT_EQ(note.Child(310).Text(), "OK");
+        EXPECT_EQ(note.Child(dialogs::frmMsg::b1 + 0).Text(), "OK");
         EXPECT_EQ(folder_.IniValue("Cuts", "文書"), file) << "stored before the note";
         EXPECT_THAT(box_.List().Items(), ElementsAre("План", "[Refresh list]")) << "listed after it";
-        note.Child(310).Send(BM_CLICK);
+        note.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
     }});
     DropFiles({folder_.MakeLink("one.lnk", {.target = file, .arguments = "/a b"})});
     EXPECT_EQ(user.Used(), 1u);
@@ -410,8 +411,8 @@ TEST_F(BoxDropTest, ABrokenLinkIsADropWithoutAName) {
 
 TEST_F(BoxDropTest, SaysSoWhenTheFileCannotBeWritten) {
     const testkit::ModalAnswers user({[](testkit::Window note) {
-        EXPECT_EQ(note.Child(300).Text(), "Couldn't make this shortcut, sorry.");
-        note.Child(310).Send(BM_CLICK);
+        EXPECT_EQ(note.Child(dialogs::frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
+        note.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
     }});
     const std::string before = folder_.IniBytes();
     HANDLE file = CreateFileW(testkit::Wide(folder_.IniPath()).c_str(), GENERIC_READ, FILE_SHARE_READ,
@@ -427,7 +428,8 @@ TEST_F(BoxDropTest, TakesATextWithATabulatorAndNoneWithAnotherControlCharacter) 
     DropText("some\twords");
     EXPECT_EQ(folder_.IniValue("Cuts", "some words"), "some\twords");
     const std::string before = folder_.IniBytes();
-    const testkit::ModalAnswers user({[](testkit::Window note) { note.Child(310).Send(BM_CLICK); }});
+    const testkit::ModalAnswers user(
+        {[](testkit::Window note) { note.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK); }});
     DropText("some\rwords");
     EXPECT_EQ(folder_.IniBytes(), before);
 }
@@ -459,8 +461,8 @@ TEST_F(BoxDropTest, KeepsItsListWhileTheFileCannotBeRead) {
 TEST_F(BoxDropTest, RefusesWhatCouldNotBeReadBackWhole) {
     const std::string before = folder_.IniBytes();
     testkit::ModalAnswers user({[](testkit::Window note) {
-        EXPECT_EQ(note.Child(300).Text(), "Couldn't make this shortcut, sorry.");
-        note.Child(310).Send(BM_CLICK);
+        EXPECT_EQ(note.Child(dialogs::frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
+        note.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
     }});
     const std::string address = "https://example.org/" + std::string(524, 'a') + "/page.html";
     DropText(address + "x");

@@ -23,7 +23,7 @@ using testkit::CallLog;
 using testkit::ModalAnswers;
 using testkit::Window;
 
-void Close(Window box) { box.Child(330).Send(BM_CLICK); }
+void Close(Window box) { box.Child(dialogs::frmMsg::b2).Send(BM_CLICK); }
 
 testkit::RecordedCall RecordTips(std::vector<std::string>& texts) {
     return FAKE_CALL(SendMessageA, [&](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -42,11 +42,11 @@ TEST(AboutBoxTest, ShowsItsPanelWithVersionLinksAndCloseButton) {
             EXPECT_TRUE(box.Child(id).IsVisible()) << id;
         for (const int id : {300, 310, 311, 312, 320})
             EXPECT_FALSE(box.Child(id).IsVisible()) << id;
-        EXPECT_EQ(box.Child(341).Text(), "version 2.0.1");
-        EXPECT_EQ(box.Child(342).Text(), "Tech support, contact");
-        EXPECT_EQ(box.Child(343).Text(), "Visit web site");
-        EXPECT_EQ(box.Child(330).Text(), "Close");
-        EXPECT_NE(box.Child(344).Send(STM_GETICON), 0) << "the product's picture";
+        EXPECT_EQ(box.Child(dialogs::frmMsg::VersionLabel).Text(), "version 2.0.1");
+        EXPECT_EQ(box.Child(dialogs::frmMsg::SupportLink).Text(), "Tech support, contact");
+        EXPECT_EQ(box.Child(dialogs::frmMsg::WebLink).Text(), "Visit web site");
+        EXPECT_EQ(box.Child(dialogs::frmMsg::b2).Text(), "Close");
+        EXPECT_NE(box.Child(dialogs::frmMsg::ProductPicture).Send(STM_GETICON), 0) << "the product's picture";
         Close(box);
     }});
     frmMsg().AboutQuon();
@@ -57,8 +57,10 @@ TEST(AboutBoxTest, OpensBothPagesWithTheDefaultActionAndTheDesktopAsOwner) {
     CallLog log;
     const auto shell = STUB_CALL(log, ShellExecuteA, reinterpret_cast<HINSTANCE>(33));
     ModalAnswers user({[](Window box) {
-        box.Send(WM_COMMAND, MAKEWPARAM(342, STN_CLICKED), reinterpret_cast<LPARAM>(box.Child(342).Handle()));
-        box.Send(WM_COMMAND, MAKEWPARAM(343, STN_CLICKED), reinterpret_cast<LPARAM>(box.Child(343).Handle()));
+        box.Send(WM_COMMAND, MAKEWPARAM(342, STN_CLICKED),
+                 reinterpret_cast<LPARAM>(box.Child(dialogs::frmMsg::SupportLink).Handle()));
+        box.Send(WM_COMMAND, MAKEWPARAM(343, STN_CLICKED),
+                 reinterpret_cast<LPARAM>(box.Child(dialogs::frmMsg::WebLink).Handle()));
         Close(box);
     }});
     frmMsg().AboutQuon();

@@ -66,9 +66,11 @@ class DefineTabTest : public ::testing::Test {
 TEST_F(DefineTabTest, HasItsCaptionsWordForWord) {
     Open(1, [](Window dialog) {
         EXPECT_EQ(dialog.Text(), "Define tab");
-        EXPECT_EQ(dialog.Child(800).Text(), "Give the label and description to tab:");
-        EXPECT_EQ(dialog.Child(801).Text(), "Label:" + std::string(31, ' ') + "(7 chars max)");
-        EXPECT_EQ(dialog.Child(802).Text(), "Description:");
+        EXPECT_EQ(dialog.Child(dialogs::frmTabPrep::Label1 + 0).Text(),
+                  "Give the label and description to tab:");
+        EXPECT_EQ(dialog.Child(dialogs::frmTabPrep::Label1 + 1).Text(),
+                  "Label:" + std::string(31, ' ') + "(7 chars max)");
+        EXPECT_EQ(dialog.Child(dialogs::frmTabPrep::Label1 + 2).Text(), "Description:");
         EXPECT_EQ(dialog.Child(kShowDescription).Text(), "Show description instead of tab contents");
         EXPECT_EQ(dialog.Child(kApply).Text(), "Apply");
         EXPECT_EQ(dialog.Child(kCancel).Text(), "Cancel");
@@ -245,7 +247,7 @@ TEST_F(DefineTabTest, GoesByTheKeyboard) {
 
 TEST_F(DefineTabTest, PutsTheLabelIntoTheGapOfItsCaption) {
     Open(1, [](Window dialog) {
-        const RECT caption = dialog.Child(801).Rect();
+        const RECT caption = dialog.Child(dialogs::frmTabPrep::Label1 + 1).Rect();
         const RECT box = dialog.Child(kLabel).Rect();
         EXPECT_GT(box.left, caption.left);
         EXPECT_LT(box.right, caption.right);

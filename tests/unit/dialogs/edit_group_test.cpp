@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "config/ini.h"
+#include "dialogs/message_box.h"
 #include "res/resource.h"
 #include "tests/support/held_file.h"
 #include "tests/support/hidden_window.h"
@@ -39,7 +40,7 @@ using testkit::Window;
 using Step = ModalAnswers::Step;
 
 void Click(Window dialog, int id) { dialog.Child(id).Send(BM_CLICK); }
-Window List(Window dialog) { return dialog.Child(IDC_GROUP_BASKET); }
+Window List(Window dialog) { return dialog.Child(dialogs::frmEditB::pBasket); }
 void SelectRow(Window dialog, int row) {
     List(dialog).Send(WM_KEYDOWN, VK_HOME);
     for (int index = 0; index < row; ++index)
@@ -81,15 +82,15 @@ class EditGroupTest : public ::testing::Test {
     void EditAndApply(const std::string& name, const std::function<void(Window)>& act) {
         Edit(name, {[&](Window dialog) {
                  act(dialog);
-                 Click(dialog, IDC_GROUP_APPLY);
+                 Click(dialog, dialogs::frmEditB::c1 + 2);
              }});
     }
     /// Answers the note that says so, and cancels the editor, which is still open.
     static void CannotBeMade(Window box) {
-        EXPECT_EQ(box.Child(IDC_MESSAGE_TEXT).Text(), "Couldn't make this shortcut, sorry.");
+        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
         EXPECT_EQ(box.Owner().Text(), "Edit group");
-        box.Owner().Child(IDC_GROUP_CANCEL).Post(BM_CLICK);
-        Click(box, IDC_ANSWER);
+        box.Owner().Child(dialogs::frmEditB::c1 + 3).Post(BM_CLICK);
+        Click(box, dialogs::frmMsg::b1);
     }
     std::string Stored(const std::string& name) const {
         return folder_.IniValue("Cuts", name).value_or("none");
@@ -111,15 +112,15 @@ TEST_F(EditGroupTest, ShowsTheGroupsNameSelectedAndInItsField) {
              EXPECT_EQ(dialog.Text(), "Edit group");
              EXPECT_EQ(dialog.Owner().Handle(), owner_.Handle());
              EXPECT_TRUE(dialog.IsTopmost());
-             EXPECT_EQ(dialog.Child(IDC_GROUP_NAME).Text(), "Work");
-             EXPECT_TRUE(dialog.Child(IDC_GROUP_NAME).IsFocused());
+             EXPECT_EQ(dialog.Child(dialogs::frmEditB::t1 + 0).Text(), "Work");
+             EXPECT_TRUE(dialog.Child(dialogs::frmEditB::t1 + 0).IsFocused());
              DWORD start = 9;
              DWORD end = 9;
-             SendMessageW(dialog.Child(IDC_GROUP_NAME).Handle(), EM_GETSEL, reinterpret_cast<WPARAM>(&start),
-                          reinterpret_cast<LPARAM>(&end));
+             SendMessageW(dialog.Child(dialogs::frmEditB::t1 + 0).Handle(), EM_GETSEL,
+                          reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
              EXPECT_EQ(start, 0U);
              EXPECT_EQ(end, 4U);
-             Click(dialog, IDC_GROUP_CANCEL);
+             Click(dialog, dialogs::frmEditB::c1 + 3);
          }});
     EXPECT_EQ(editor_.StoredName(), "");
 }
@@ -137,8 +138,8 @@ TEST_F(EditGroupTest, KeepsTheFormerGroupWhenAnyOfItsWritesFails) {
                 return FALSE;
             });
         Edit("Work", {[](Window dialog) {
-                          dialog.Child(IDC_GROUP_NAME).SetText("New");
-                          dialog.Child(IDC_GROUP_APPLY).Post(BM_CLICK);
+                          dialog.Child(dialogs::frmEditB::t1 + 0).SetText("New");
+                          dialog.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
                       },
                       CannotBeMade});
         EXPECT_TRUE(refused) << record;
@@ -155,9 +156,10 @@ TEST_F(EditGroupTest, EveryControlHasItsCaptionAndNumber) {
                  {722, "Apply"},          {723, "Cancel"},           {724, "Add URL"},  {725, "Delete item"}};
              for (const auto& [id, caption] : captions)
                  EXPECT_EQ(dialog.Child(id).Text(), caption);
-             EXPECT_EQ(dialog.Child(700).Class(), "Edit");
-             EXPECT_EQ(dialog.Child(731).Parent(), dialog.Child(730));
-             EXPECT_EQ(dialog.Child(732).Class(), "ScrollBar");
+             EXPECT_EQ(dialog.Child(dialogs::frmEditB::t1 + 0).Class(), "Edit");
+             EXPECT_EQ(dialog.Child(dialogs::frmEditB::pBasket).Parent(),
+                       dialog.Child(dialogs::frmEditB::pFrame));
+             EXPECT_EQ(dialog.Child(dialogs::frmEditB::Scr).Class(), "ScrollBar");
              dialog.Post(WM_COMMAND, IDCANCEL);
          }});
 }
@@ -165,18 +167,18 @@ TEST_F(EditGroupTest, EveryControlHasItsCaptionAndNumber) {
 TEST_F(EditGroupTest, TheOwnOldNameCountsAsTaken) {
     Load("[Cuts]\r\nWork=C:\\a|C:\\b\r\n");
     Edit("Work", {[](Window dialog) {
-             EXPECT_TRUE(dialog.Child(IDC_GROUP_EXISTS).IsVisible());
-             dialog.Child(IDC_GROUP_NAME).SetText("Other");
-             EXPECT_FALSE(dialog.Child(IDC_GROUP_EXISTS).IsVisible());
-             dialog.Child(IDC_GROUP_NAME).SetText("WORK");
-             EXPECT_TRUE(dialog.Child(IDC_GROUP_EXISTS).IsVisible());
+             EXPECT_TRUE(dialog.Child(dialogs::frmEditB::l1 + 3).IsVisible());
+             dialog.Child(dialogs::frmEditB::t1 + 0).SetText("Other");
+             EXPECT_FALSE(dialog.Child(dialogs::frmEditB::l1 + 3).IsVisible());
+             dialog.Child(dialogs::frmEditB::t1 + 0).SetText("WORK");
+             EXPECT_TRUE(dialog.Child(dialogs::frmEditB::l1 + 3).IsVisible());
              const win::MemoryDc dc(CreateCompatibleDC(nullptr));
              const LRESULT brush =
                  dialog.Send(WM_CTLCOLOREDIT, reinterpret_cast<WPARAM>(dc.Get()),
-                             reinterpret_cast<LPARAM>(dialog.Child(IDC_GROUP_NAME).Handle()));
+                             reinterpret_cast<LPARAM>(dialog.Child(dialogs::frmEditB::t1 + 0).Handle()));
              EXPECT_EQ(brush, reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW)));
              EXPECT_EQ(GetTextColor(dc.Get()), 255U);
-             Click(dialog, IDC_GROUP_CANCEL);
+             Click(dialog, dialogs::frmEditB::c1 + 3);
          }});
 }
 
@@ -185,7 +187,7 @@ TEST_F(EditGroupTest, ACommandOfNoControlDoesNothing) {
     Edit("Work", {[](Window dialog) {
              dialog.Send(WM_COMMAND, IDOK);
              EXPECT_TRUE(dialog.IsVisible());
-             Click(dialog, IDC_GROUP_CANCEL);
+             Click(dialog, dialogs::frmEditB::c1 + 3);
              EXPECT_FALSE(dialog.IsVisible());
          }});
     EXPECT_EQ(Stored("Work"), "C:\\a|C:\\b");
@@ -193,15 +195,15 @@ TEST_F(EditGroupTest, ACommandOfNoControlDoesNothing) {
 
 TEST_F(EditGroupTest, AClickOnALabelSelectsTheName) {
     Edit("Work", {[](Window dialog) {
-             for (const int label : {IDC_GROUP_LABEL, IDC_GROUP_EXISTS}) {
-                 SetFocus(dialog.Child(IDC_GROUP_APPLY).Handle());
-                 dialog.Child(IDC_GROUP_NAME).Send(EM_SETSEL, 1, 1);
+             for (const int label : {dialogs::frmEditB::l1 + 0, dialogs::frmEditB::l1 + 3}) {
+                 SetFocus(dialog.Child(dialogs::frmEditB::c1 + 2).Handle());
+                 dialog.Child(dialogs::frmEditB::t1 + 0).Send(EM_SETSEL, 1, 1);
                  dialog.Child(label).Send(WM_LBUTTONDOWN, MK_LBUTTON);
                  dialog.Child(label).Send(WM_LBUTTONUP);
-                 EXPECT_TRUE(dialog.Child(IDC_GROUP_NAME).IsFocused()) << label;
-                 EXPECT_EQ(dialog.Child(IDC_GROUP_NAME).Send(EM_GETSEL), MAKELONG(0, 4)) << label;
+                 EXPECT_TRUE(dialog.Child(dialogs::frmEditB::t1 + 0).IsFocused()) << label;
+                 EXPECT_EQ(dialog.Child(dialogs::frmEditB::t1 + 0).Send(EM_GETSEL), MAKELONG(0, 4)) << label;
              }
-             Click(dialog, IDC_GROUP_CANCEL);
+             Click(dialog, dialogs::frmEditB::c1 + 3);
          }});
 }
 
@@ -227,14 +229,14 @@ TEST_F(EditGroupTest, TheRecordGoesBeforeItIsWritten) {
             log.Add("empty", section);
             return ORIGINAL_CALL(WritePrivateProfileSectionA)(section, data, file);
         });
-    EditAndApply("Work", [](Window dialog) { dialog.Child(IDC_GROUP_NAME).SetText("Play"); });
+    EditAndApply("Work", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText("Play"); });
     EXPECT_THAT(log.Lines(),
                 ElementsAre("Buttons 23 ", "Buttons 23 Play|0", "empty Cuts", "Cuts Play C:\\a|C:\\b"));
 }
 
 TEST_F(EditGroupTest, RenamingAGroupRewritesTheRecordOfItsButton) {
     Load("[Buttons]\r\n23=Work|7\r\n24=Work2|3\r\n[Cuts]\r\nWork=C:\\a|C:\\b\r\n");
-    EditAndApply("Work", [](Window dialog) { dialog.Child(IDC_GROUP_NAME).SetText("Посао 文"); });
+    EditAndApply("Work", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText("Посао 文"); });
     EXPECT_EQ(folder_.IniValue("Buttons", "23"), "Посао 文|0");
     EXPECT_EQ(context_.Records.At("23"), "Посао 文|0");
     EXPECT_EQ(folder_.IniValue("Buttons", "24"), "Work2|3");
@@ -245,16 +247,16 @@ TEST_F(EditGroupTest, RenamingAGroupRewritesTheRecordOfItsButton) {
 
 TEST_F(EditGroupTest, RenamingTakesTheSwitchAlongAndTheOldOneOfTheNewNameAway) {
     Load("[Cuts]\r\nWork=C:\\a|C:\\b\r\nA=C:\\a\r\nB=C:\\b\r\n[Switch]\r\nWork=/w\r\nB=/b\r\n");
-    EditAndApply("Work", [](Window dialog) { dialog.Child(IDC_GROUP_NAME).SetText("Play"); });
+    EditAndApply("Work", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText("Play"); });
     EXPECT_EQ(folder_.IniValue("Switch", "Play"), "/w");
     EXPECT_EQ(folder_.IniValue("Switch", "Work"), std::nullopt);
-    EditAndApply("A", [](Window dialog) { dialog.Child(IDC_GROUP_NAME).SetText("B"); });
+    EditAndApply("A", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText("B"); });
     EXPECT_EQ(folder_.IniValue("Switch", "B"), std::nullopt);
 }
 
 TEST_F(EditGroupTest, ARenamedGroupKeepsAllItsButtons) {
     Load("[Buttons]\r\n23=Work|7\r\n45=work|3\r\n[Cuts]\r\nWork=C:\\a|C:\\b\r\n");
-    EditAndApply("Work", [](Window dialog) { dialog.Child(IDC_GROUP_NAME).SetText("Play"); });
+    EditAndApply("Work", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText("Play"); });
     EXPECT_EQ(folder_.IniValue("Buttons", "23"), "Play|0");
     EXPECT_EQ(folder_.IniValue("Buttons", "45"), "Play|0");
     EXPECT_EQ(context_.Records.At("45"), "Play|0");
@@ -273,31 +275,31 @@ TEST_F(EditGroupTest, AddsNothingThatCouldNotBeReadBack) {
     const std::string item = "C:\\" + std::string(300, 'x');
     Load("[Cuts]\r\nWork=" + item + "\r\n");
     const auto refuse = [](Window box) {
-        EXPECT_EQ(box.Child(IDC_MESSAGE_TEXT).Text(), "Couldn't make this shortcut, sorry.");
-        Click(box, IDC_ANSWER);
+        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
+        Click(box, dialogs::frmMsg::b1);
     };
     // 303 + 1 + 251 bytes are one too many.
     picked_ = "C:\\" + std::string(248, 'y');
-    Edit("Work", {[](Window dialog) { Click(dialog, IDC_GROUP_ADD_FILE); },
+    Edit("Work", {[](Window dialog) { Click(dialog, dialogs::frmEditB::c1 + 0); },
                   [&](Window box) {
                       refuse(box);
-                      box.Owner().Child(IDC_GROUP_ADD_FOLDER).Post(BM_CLICK);
+                      box.Owner().Child(dialogs::frmEditB::c1 + 1).Post(BM_CLICK);
                   },
                   [&](Window box) {
                       refuse(box);
-                      box.Owner().Child(IDC_GROUP_ADD_URL).Post(BM_CLICK);
+                      box.Owner().Child(dialogs::frmEditB::c1 + 4).Post(BM_CLICK);
                   },
                   [](Window box) {
-                      box.Child(IDC_INPUT).SetText("http://" + std::string(244, 'z'));
-                      Click(box, IDC_ANSWER);
+                      box.Child(dialogs::frmMsg::Text1).SetText("http://" + std::string(244, 'z'));
+                      Click(box, dialogs::frmMsg::b1);
                   },
                   [&](Window box) {
                       refuse(box);
                       EXPECT_EQ(editor_.ItemCount(), 1);
                       picked_.pop_back();
-                      Click(box.Owner(), IDC_GROUP_ADD_FILE);
+                      Click(box.Owner(), dialogs::frmEditB::c1 + 0);
                       EXPECT_EQ(editor_.ItemCount(), 2);
-                      box.Owner().Child(IDC_GROUP_APPLY).Post(BM_CLICK);
+                      box.Owner().Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
                   }});
     EXPECT_EQ(Stored("Work"), item + "|" + picked_);
     EXPECT_EQ(config::ReadIni("Cuts", "Work").size(), 554u);
@@ -305,18 +307,18 @@ TEST_F(EditGroupTest, AddsNothingThatCouldNotBeReadBack) {
 
 TEST_F(EditGroupTest, AUrlWithABarStaysOneItem) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
-    Edit("Work", {[](Window dialog) { Click(dialog, IDC_GROUP_ADD_URL); },
+    Edit("Work", {[](Window dialog) { Click(dialog, dialogs::frmEditB::c1 + 4); },
                   [](Window box) {
-                      box.Child(IDC_INPUT).SetText("http://a/b|c");
-                      box.Owner().Child(IDC_GROUP_APPLY).Post(BM_CLICK);
-                      Click(box, IDC_ANSWER);
+                      box.Child(dialogs::frmMsg::Text1).SetText("http://a/b|c");
+                      box.Owner().Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
+                      Click(box, dialogs::frmMsg::b1);
                   }});
     EXPECT_EQ(Stored("Work"), "C:\\a|http://a/b%7Cc");
 }
 
 TEST_F(EditGroupTest, ANameThatDiffersInItsCaseOnlyIsAnotherName) {
     Load("[Buttons]\r\n23=Work|7\r\n[Cuts]\r\nWork=C:\\a|C:\\b\r\n");
-    EditAndApply("Work", [](Window dialog) { dialog.Child(IDC_GROUP_NAME).SetText("WORK"); });
+    EditAndApply("Work", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText("WORK"); });
     EXPECT_EQ(folder_.IniValue("Buttons", "23"), "WORK|0");
     EXPECT_THAT(folder_.Ini().Keys("Cuts"), ElementsAre("WORK"));
     EXPECT_EQ(Stored("WORK"), "C:\\a|C:\\b");
@@ -324,7 +326,7 @@ TEST_F(EditGroupTest, ANameThatDiffersInItsCaseOnlyIsAnotherName) {
 
 TEST_F(EditGroupTest, ATakenNameIsWrittenOver) {
     Load("[Cuts]\r\nOther=C:\\o\r\nWork=C:\\a|C:\\b\r\n");
-    EditAndApply("Work", [](Window dialog) { dialog.Child(IDC_GROUP_NAME).SetText("Other"); });
+    EditAndApply("Work", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText("Other"); });
     EXPECT_THAT(folder_.Ini().Keys("Cuts"), ElementsAre("Other"));
     EXPECT_EQ(Stored("Other"), "C:\\a|C:\\b");
 }
@@ -338,7 +340,7 @@ TEST_F(EditGroupTest, AnUnchangedNameLeavesTheButtonsRecordAlone) {
 
 TEST_F(EditGroupTest, ANameThatCannotBeStoredIsMadeStorable) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
-    EditAndApply("Work", [](Window dialog) { dialog.Child(IDC_GROUP_NAME).SetText(" [a=b|c "); });
+    EditAndApply("Work", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText(" [a=b|c "); });
     EXPECT_EQ(editor_.StoredName(), "a-b-c");
     EXPECT_EQ(Stored("a-b-c"), "C:\\a");
     EXPECT_EQ(Stored("Work"), "none");
@@ -346,7 +348,7 @@ TEST_F(EditGroupTest, ANameThatCannotBeStoredIsMadeStorable) {
 
 TEST_F(EditGroupTest, AnEmptyNameKeepsTheOldOne) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
-    EditAndApply("Work", [](Window dialog) { dialog.Child(IDC_GROUP_NAME).SetText("  "); });
+    EditAndApply("Work", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText("  "); });
     EXPECT_EQ(editor_.StoredName(), "Work");
     EXPECT_EQ(Stored("Work"), "C:\\a");
 }
@@ -355,12 +357,12 @@ TEST_F(EditGroupTest, WithoutAnyNameNothingIsStoredAndTheEditorStaysOpen) {
     Window editor;
     Edit("", {[&](Window dialog) {
                   editor = dialog;
-                  dialog.Child(IDC_GROUP_APPLY).Post(BM_CLICK);
+                  dialog.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
               },
               [&](Window box) {
-                  EXPECT_EQ(box.Child(IDC_MESSAGE_TEXT).Text(), "Couldn't make this shortcut, sorry.");
+                  EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
                   EXPECT_EQ(box.Owner(), editor);
-                  Click(box, IDC_ANSWER);
+                  Click(box, dialogs::frmMsg::b1);
                   editor.Post(WM_COMMAND, IDCANCEL);
               }});
     EXPECT_EQ(folder_.IniBytes(), "");
@@ -372,7 +374,7 @@ TEST_F(EditGroupTest, AFreeButtonsGroupGetsANameOfItsOwn) {
     EditAndApply("Empty", [&](Window dialog) {
         EXPECT_EQ(List(dialog).Text(), "");
         picked_ = "C:\\a.txt";
-        Click(dialog, IDC_GROUP_ADD_FILE);
+        Click(dialog, dialogs::frmEditB::c1 + 0);
     });
     EXPECT_EQ(editor_.StoredName(), "Empty_");
     EXPECT_EQ(Stored("Empty_"), "C:\\a.txt");
@@ -382,10 +384,10 @@ TEST_F(EditGroupTest, AFreeButtonsGroupGetsANameOfItsOwn) {
 TEST_F(EditGroupTest, CancelAndEscWriteNothing) {
     const std::string ini = "[Buttons]\r\n23=Work|7\r\n[Cuts]\r\nWork=C:\\a|C:\\b\r\n";
     Load(ini);
-    for (const int id : {IDC_GROUP_CANCEL, IDCANCEL})
+    for (const int id : {dialogs::frmEditB::c1 + 3, IDCANCEL})
         Edit("Work", {[&](Window dialog) {
-                 dialog.Child(IDC_GROUP_NAME).SetText("Other");
-                 Click(dialog, IDC_GROUP_DELETE_ITEM);
+                 dialog.Child(dialogs::frmEditB::t1 + 0).SetText("Other");
+                 Click(dialog, dialogs::frmEditB::c1 + 5);
                  dialog.Post(WM_COMMAND, static_cast<WPARAM>(id));
              }});
     EXPECT_EQ(folder_.IniBytes(), ini);
@@ -396,7 +398,7 @@ TEST_F(EditGroupTest, CancelAndEscWriteNothing) {
 TEST_F(EditGroupTest, EnterApplies) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
     Edit("Work", {[](Window dialog) {
-             PostMessageW(dialog.Child(IDC_GROUP_NAME).Handle(), WM_KEYDOWN, VK_RETURN, 0);
+             PostMessageW(dialog.Child(dialogs::frmEditB::t1 + 0).Handle(), WM_KEYDOWN, VK_RETURN, 0);
          }});
     EXPECT_EQ(editor_.StoredName(), "Work");
 }
@@ -405,12 +407,12 @@ TEST_F(EditGroupTest, PickedFilesAndFoldersBecomeRowsAtTheEnd) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
     EditAndApply("Work", [&](Window dialog) {
         picked_ = "C:\\Докуме́нти\\文.txt";
-        Click(dialog, IDC_GROUP_ADD_FILE);
+        Click(dialog, dialogs::frmEditB::c1 + 0);
         picked_ = "C:\\фасцикла";
-        Click(dialog, IDC_GROUP_ADD_FOLDER);
+        Click(dialog, dialogs::frmEditB::c1 + 1);
         picked_ = "";
-        Click(dialog, IDC_GROUP_ADD_FILE);
-        Click(dialog, IDC_GROUP_ADD_FOLDER);
+        Click(dialog, dialogs::frmEditB::c1 + 0);
+        Click(dialog, dialogs::frmEditB::c1 + 1);
         EXPECT_FALSE(enabledMeanwhile_);
         EXPECT_TRUE(dialog.IsEnabled());
         EXPECT_TRUE(dialog.IsTopmost());
@@ -423,19 +425,19 @@ TEST_F(EditGroupTest, AUrlIsAskedForWithItsBeginning) {
     Window editor;
     Edit("Work", {[&](Window dialog) {
                       editor = dialog;
-                      dialog.Child(IDC_GROUP_ADD_URL).Post(BM_CLICK);
+                      dialog.Child(dialogs::frmEditB::c1 + 4).Post(BM_CLICK);
                   },
                   [&](Window box) {
                       EXPECT_EQ(box.Owner(), editor);
-                      EXPECT_EQ(box.Child(IDC_MESSAGE_TEXT).Text(),
+                      EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
                                 "Enter complete URL (please include 'http://' or similar if exists): ");
-                      EXPECT_EQ(box.Child(IDC_INPUT).Text(), "http://");
-                      EXPECT_EQ(box.Child(IDC_ANSWER).Text(), "OK");
-                      EXPECT_EQ(box.Child(IDC_ANSWER + 1).Text(), "Cancel");
-                      EXPECT_FALSE(box.Child(IDC_ANSWER + 2).IsVisible());
-                      box.Child(IDC_INPUT).SetText("https://пример.example/文?a=b");
-                      Click(box, IDC_ANSWER);
-                      editor.Child(IDC_GROUP_APPLY).Post(BM_CLICK);
+                      EXPECT_EQ(box.Child(dialogs::frmMsg::Text1).Text(), "http://");
+                      EXPECT_EQ(box.Child(dialogs::frmMsg::b1).Text(), "OK");
+                      EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 1).Text(), "Cancel");
+                      EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 2).IsVisible());
+                      box.Child(dialogs::frmMsg::Text1).SetText("https://пример.example/文?a=b");
+                      Click(box, dialogs::frmMsg::b1);
+                      editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
                   }});
     EXPECT_EQ(Stored("Work"), "C:\\a|https://пример.example/文?a=b");
 }
@@ -445,11 +447,11 @@ TEST_F(EditGroupTest, CancelInTheUrlPromptAddsNothingAndSaysNothing) {
     Window editor;
     Edit("Work", {[&](Window dialog) {
                       editor = dialog;
-                      dialog.Child(IDC_GROUP_ADD_URL).Post(BM_CLICK);
+                      dialog.Child(dialogs::frmEditB::c1 + 4).Post(BM_CLICK);
                   },
                   [&](Window box) {
-                      Click(box, IDC_ANSWER + 1);
-                      editor.Child(IDC_GROUP_APPLY).Post(BM_CLICK);
+                      Click(box, dialogs::frmMsg::b1 + 1);
+                      editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
                   }});
     EXPECT_EQ(Stored("Work"), "C:\\a");
 }
@@ -460,20 +462,20 @@ TEST_F(EditGroupTest, WhatIsNoUrlIsRefused) {
         Window editor;
         Edit("Work", {[&](Window dialog) {
                           editor = dialog;
-                          dialog.Child(IDC_GROUP_ADD_URL).Post(BM_CLICK);
+                          dialog.Child(dialogs::frmEditB::c1 + 4).Post(BM_CLICK);
                       },
                       [&](Window box) {
-                          box.Child(IDC_INPUT).SetText(text);
-                          Click(box, IDC_ANSWER);
+                          box.Child(dialogs::frmMsg::Text1).SetText(text);
+                          Click(box, dialogs::frmMsg::b1);
                       },
                       [&](Window box) {
-                          EXPECT_EQ(box.Child(IDC_MESSAGE_TEXT).Text(),
+                          EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
                                     "Sorry, couldn't recognize this as valid URL.\n"
                                     "Quon will not be able to open it, and so can not add it to the group.");
-                          EXPECT_EQ(box.Child(IDC_ANSWER).Text(), "OK");
-                          EXPECT_FALSE(box.Child(IDC_ANSWER + 1).IsVisible());
-                          Click(box, IDC_ANSWER);
-                          editor.Child(IDC_GROUP_APPLY).Post(BM_CLICK);
+                          EXPECT_EQ(box.Child(dialogs::frmMsg::b1).Text(), "OK");
+                          EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 1).IsVisible());
+                          Click(box, dialogs::frmMsg::b1);
+                          editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
                       }});
         EXPECT_EQ(Stored("Work"), "C:\\a");
     }
@@ -483,10 +485,10 @@ TEST_F(EditGroupTest, DeleteItemTakesTheSelectedRowAndWithoutAChoiceTheFirst) {
     Load("[Cuts]\r\nWork=C:\\a|C:\\b|C:\\c|C:\\d\r\n");
     EditAndApply("Work", [](Window dialog) {
         SelectRow(dialog, 2);
-        Click(dialog, IDC_GROUP_DELETE_ITEM);
+        Click(dialog, dialogs::frmEditB::c1 + 5);
     });
     EXPECT_EQ(Stored("Work"), "C:\\a|C:\\b|C:\\d");
-    EditAndApply("Work", [](Window dialog) { Click(dialog, IDC_GROUP_DELETE_ITEM); });
+    EditAndApply("Work", [](Window dialog) { Click(dialog, dialogs::frmEditB::c1 + 5); });
     EXPECT_EQ(Stored("Work"), "C:\\b|C:\\d");
     EditAndApply("Work", [](Window dialog) {
         SelectRow(dialog, 1);
@@ -498,8 +500,8 @@ TEST_F(EditGroupTest, DeleteItemTakesTheSelectedRowAndWithoutAChoiceTheFirst) {
 TEST_F(EditGroupTest, DeletingTheOnlyItemStoresAnEmptyValue) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
     EditAndApply("Work", [](Window dialog) {
-        Click(dialog, IDC_GROUP_DELETE_ITEM);
-        Click(dialog, IDC_GROUP_DELETE_ITEM);
+        Click(dialog, dialogs::frmEditB::c1 + 5);
+        Click(dialog, dialogs::frmEditB::c1 + 5);
         EXPECT_EQ(List(dialog).Text(), "");
     });
     EXPECT_EQ(Stored("Work"), "");
@@ -510,14 +512,14 @@ TEST_F(EditGroupTest, AMemberWithASeparatorIsTwoMembersTheNextTime) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
     EditAndApply("Work", [&](Window dialog) {
         picked_ = "C:\\b|c";
-        Click(dialog, IDC_GROUP_ADD_FILE);
+        Click(dialog, dialogs::frmEditB::c1 + 0);
         SelectRow(dialog, 1);
         EXPECT_EQ(List(dialog).Text(), "C:\\b|c");
     });
     Edit("Work", {[](Window dialog) {
              SelectRow(dialog, 2);
              EXPECT_EQ(List(dialog).Text(), "c");
-             Click(dialog, IDC_GROUP_CANCEL);
+             Click(dialog, dialogs::frmEditB::c1 + 3);
          }});
 }
 
@@ -529,7 +531,7 @@ TEST_F(EditGroupTest, AGroupOfTwoHundredLongPathsIsKeptWhole) {
     ASSERT_LT(value.size(), 19900U);
     Load("[Cuts]\r\nWork=" + value + "\r\n");
     EditAndApply("Work", [&](Window dialog) {
-        EXPECT_TRUE(dialog.Child(IDC_GROUP_SCROLL).IsEnabled());
+        EXPECT_TRUE(dialog.Child(dialogs::frmEditB::Scr).IsEnabled());
         SelectRow(dialog, 199);
         EXPECT_EQ(List(dialog).Text(), members.back());
     });
@@ -540,14 +542,14 @@ TEST_F(EditGroupTest, TheRowsHaveTheirGeometry) {
     Load("[Cuts]\r\nWork=" + win::Join(std::vector<std::string>(50, "C:\\a"), '|') + "\r\n");
     Edit("Work", {[](Window dialog) {
              RECT frame{};
-             GetClientRect(dialog.Child(IDC_GROUP_FRAME).Handle(), &frame);
+             GetClientRect(dialog.Child(dialogs::frmEditB::pFrame).Handle(), &frame);
              RECT content{};
              GetClientRect(List(dialog).Handle(), &content);
              // Fifty rows with their gaps, and what is above and below.
              EXPECT_EQ(content.bottom, 4 + 50 * 18 + 49 * 6 + 5);
              int low = 0;
              int high = 0;
-             const HWND bar = dialog.Child(IDC_GROUP_SCROLL).Handle();
+             const HWND bar = dialog.Child(dialogs::frmEditB::Scr).Handle();
              GetScrollRange(bar, SB_CTL, &low, &high);
              EXPECT_EQ(high, content.bottom - frame.bottom);
              dialog.Send(WM_VSCROLL, SB_LINEDOWN, reinterpret_cast<LPARAM>(bar));
@@ -564,7 +566,7 @@ TEST_F(EditGroupTest, TheRowsHaveTheirGeometry) {
                  List(dialog).Send(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-10)));
              }
              EXPECT_EQ(GetScrollPos(bar, SB_CTL), 140);
-             Click(dialog, IDC_GROUP_CANCEL);
+             Click(dialog, dialogs::frmEditB::c1 + 3);
          }});
 }
 
@@ -572,15 +574,16 @@ TEST_F(EditGroupTest, TabWalksFromTheNameOverTheListToTheButtons) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
     Edit("Work", {[](Window dialog) {
              std::vector<int> ids;
-             HWND at = dialog.Child(IDC_GROUP_NAME).Handle();
+             HWND at = dialog.Child(dialogs::frmEditB::t1 + 0).Handle();
              do {
                  ids.push_back(GetDlgCtrlID(at));
                  at = GetNextDlgTabItem(dialog.Handle(), at, FALSE);
-             } while (GetDlgCtrlID(at) != IDC_GROUP_NAME && ids.size() < 20);
-             EXPECT_THAT(ids, ElementsAre(IDC_GROUP_NAME, IDC_GROUP_BASKET, IDC_GROUP_ADD_FILE,
-                                          IDC_GROUP_ADD_FOLDER, IDC_GROUP_ADD_URL, IDC_GROUP_DELETE_ITEM,
-                                          IDC_GROUP_APPLY, IDC_GROUP_CANCEL));
-             Click(dialog, IDC_GROUP_CANCEL);
+             } while (GetDlgCtrlID(at) != dialogs::frmEditB::t1 + 0 && ids.size() < 20);
+             EXPECT_THAT(ids, ElementsAre(dialogs::frmEditB::t1 + 0, dialogs::frmEditB::pBasket,
+                                          dialogs::frmEditB::c1 + 0, dialogs::frmEditB::c1 + 1,
+                                          dialogs::frmEditB::c1 + 4, dialogs::frmEditB::c1 + 5,
+                                          dialogs::frmEditB::c1 + 2, dialogs::frmEditB::c1 + 3));
+             Click(dialog, dialogs::frmEditB::c1 + 3);
          }});
 }
 
@@ -589,7 +592,7 @@ TEST_F(EditGroupTest, ASecondUseStartsAnew) {
     EditAndApply("Work", [](Window) {});
     Edit("Play", {[](Window dialog) {
              EXPECT_EQ(List(dialog).Text(), "C:\\b");
-             Click(dialog, IDC_GROUP_CANCEL);
+             Click(dialog, dialogs::frmEditB::c1 + 3);
          }});
     EXPECT_EQ(editor_.StoredName(), "");
 }

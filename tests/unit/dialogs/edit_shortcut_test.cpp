@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "config/ini.h"
+#include "dialogs/message_box.h"
 #include "model/launching.h"
 #include "res/resource.h"
 #include "tests/support/hidden_window.h"
@@ -130,12 +131,12 @@ TEST_F(EditShortcutTest, KeepsTheFormerShortcutWhenAnyOfItsWritesFails) {
                                dialog.Child(kApply).Post(BM_CLICK);
                            },
                            [&](Window box) {
-                               EXPECT_EQ(box.Child(IDC_MESSAGE_TEXT).Text(),
+                               EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
                                          "Couldn't make this shortcut, sorry.");
                                const Window editor = box.Owner();
                                EXPECT_EQ(editor.Child(kName).Text(), "Нови");
                                editor.Child(kCancel).Post(BM_CLICK);
-                               box.Child(IDC_ANSWER).Send(BM_CLICK);
+                               box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
                            }});
         frmEdit editor(context_);
         editor.PrepareWindow("Стари", "whatever\n", kColor);
@@ -157,7 +158,7 @@ TEST_F(EditShortcutTest, HasItsCaptionsWordForWord) {
             EXPECT_EQ(dialog.Child(id).Text(), caption);
             EXPECT_TRUE(dialog.Child(id).IsVisible()) << id;
         }
-        EXPECT_TRUE(dialog.Child(640).IsVisible());
+        EXPECT_TRUE(dialog.Child(dialogs::frmEdit::Frame1).IsVisible());
         EXPECT_TRUE(dialog.IsTopmost());
         EXPECT_EQ(dialog.Owner().Handle(), owner_.Handle());
         dialog.Child(kCancel).Send(BM_CLICK);
@@ -439,7 +440,7 @@ TEST_F(EditShortcutTest, RefusesAControlCharacterInTheFile) {
                        },
                        [](Window box) {
                            box.Owner().Child(kCancel).Post(BM_CLICK);
-                           box.Child(IDC_ANSWER).Send(BM_CLICK);
+                           box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
                        }});
     frmEdit editor(context_);
     editor.PrepareWindow("Први", "C:\\a\n", kColor);

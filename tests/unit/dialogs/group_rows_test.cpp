@@ -65,7 +65,7 @@ class GroupRowsTest : public ::testing::Test {
 
 TEST_F(GroupRowsTest, IconPathAndBarStandAtTheirOffsets) {
     Edit("C:\\windows|C:\\gone.txt", [](Window dialog) {
-        const Window list = dialog.Child(IDC_GROUP_BASKET);
+        const Window list = dialog.Child(dialogs::frmEditB::pBasket);
         const std::string right = std::to_string(list.ClientRect().right - list.ClientRect().left);
         // The second row: the first one's top 4, its height 18 and the gap of 6 below. The icon's box is as
         // high as the row.
@@ -81,10 +81,10 @@ TEST_F(GroupRowsTest, IconPathAndBarStandAtTheirOffsets) {
 
 TEST_F(GroupRowsTest, ThePartsBetweenSeparatorsAreRowsEvenIfEmpty) {
     Edit("C:\\a||C:\\b|", [](Window dialog) {
-        EXPECT_EQ(dialog.Child(IDC_GROUP_BASKET).ClientRect().bottom -
-                      dialog.Child(IDC_GROUP_BASKET).ClientRect().top,
+        EXPECT_EQ(dialog.Child(dialogs::frmEditB::pBasket).ClientRect().bottom -
+                      dialog.Child(dialogs::frmEditB::pBasket).ClientRect().top,
                   4 + 4 * 18 + 3 * 6 + 5);
-        dialog.Child(IDC_GROUP_APPLY).Post(BM_CLICK);
+        dialog.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
     });
     EXPECT_EQ(folder_.IniValue("Cuts", "Work"), "C:\\a||C:\\b|");
 }

@@ -39,7 +39,7 @@ RECT PlaceIn(Window child) {
     MapWindowPoints(nullptr, GetParent(child.Handle()), reinterpret_cast<POINT*>(&place), 2);
     return place;
 }
-Window Strip(Window chooser) { return chooser.Child(IDC_CHOOSER_STRIP); }
+Window Strip(Window chooser) { return chooser.Child(dialogs::IcoChooser::p1); }
 
 /// Windows' answers for a file with some icons; each is a copy, and it is noted when it is given back.
 class IconChooserTest : public ::testing::Test {
@@ -99,7 +99,7 @@ TEST_F(IconChooserTest, TheAnswerForAFileThatHoldsNoIconsIsNoIcon) {
 TEST_F(IconChooserTest, ReadingBeginsAtTheFirstIcon) {
     chooser_.FirstIcon = 7;
     first_ = 7;
-    Choose(2, [](Window chooser) { Click(chooser.Child(1008)); });
+    Choose(2, [](Window chooser) { Click(chooser.Child(dialogs::IcoChooser::p2 + 8)); });
     EXPECT_EQ(asked_.front(), "C:\\програм.exe 7");
     EXPECT_THAT(picked_, ElementsAre(8));
 }
@@ -124,7 +124,7 @@ TEST_F(IconChooserTest, ThePickIsToldBeforeTheChooserCloses) {
         EXPECT_EQ(chooser_.SelectedIcon, 3);
         open = IsWindow(chooser_.Handle()) != 0;
     };
-    Choose(5, [](Window chooser) { Click(chooser.Child(1000 + 3)); });
+    Choose(5, [](Window chooser) { Click(chooser.Child(dialogs::IcoChooser::p2 + 0 + 3)); });
     EXPECT_THAT(picked_, ElementsAre(3));
     EXPECT_TRUE(open);
     EXPECT_EQ(chooser_.SelectedIcon, 3);
@@ -140,7 +140,7 @@ TEST_F(IconChooserTest, APickThatFailsClosesTheChooserToo) {
         ++reports;
     });
     chooser_.IconSelected = [](std::int16_t) { throw win::OverflowError("no"); };
-    Choose(1, [](Window chooser) { Click(chooser.Child(1000)); });
+    Choose(1, [](Window chooser) { Click(chooser.Child(dialogs::IcoChooser::p2 + 0)); });
     EXPECT_EQ(chooser_.Handle(), nullptr);
     EXPECT_EQ(reports, 1);
 }
@@ -150,9 +150,9 @@ TEST_F(IconChooserTest, OneIconIsOneBox) {
         EXPECT_EQ(chooser.Text(), "Icon Chooser");
         EXPECT_TRUE(chooser.IsTopmost());
         EXPECT_EQ(Strip(chooser).Descendants().size(), 1U);
-        EXPECT_FALSE(chooser.Child(IDC_CHOOSER_SCROLL).IsEnabled());
-        EXPECT_TRUE(chooser.Child(1000).IsFocused());
-        Click(chooser.Child(1000));
+        EXPECT_FALSE(chooser.Child(dialogs::IcoChooser::HScr).IsEnabled());
+        EXPECT_TRUE(chooser.Child(dialogs::IcoChooser::p2 + 0).IsFocused());
+        Click(chooser.Child(dialogs::IcoChooser::p2 + 0));
     });
     EXPECT_THAT(picked_, ElementsAre(0));
 }
@@ -160,8 +160,8 @@ TEST_F(IconChooserTest, OneIconIsOneBox) {
 TEST_F(IconChooserTest, AFileWithoutIconsOrNoneAtAllIsAnEmptyStrip) {
     Choose(0, [](Window chooser) {
         EXPECT_THAT(Strip(chooser).Descendants(), IsEmpty());
-        EXPECT_FALSE(chooser.Child(IDC_CHOOSER_SCROLL).IsEnabled());
-        EXPECT_TRUE(chooser.Child(IDC_CHOOSER_CLOSE).IsFocused());
+        EXPECT_FALSE(chooser.Child(dialogs::IcoChooser::HScr).IsEnabled());
+        EXPECT_TRUE(chooser.Child(dialogs::IcoChooser::Image1).IsFocused());
         Dismiss(chooser);
     });
     EXPECT_THAT(picked_, IsEmpty());
@@ -171,16 +171,17 @@ TEST_F(IconChooserTest, BoxesStandFortyFiveApartInAStripThatHoldsThem) {
     Choose(10, [](Window chooser) {
         const Window strip = Strip(chooser);
         for (int index = 1; index < 10; ++index)
-            EXPECT_EQ(PlaceIn(chooser.Child(1000 + index)).left - PlaceIn(chooser.Child(999 + index)).left,
+            EXPECT_EQ(PlaceIn(chooser.Child(dialogs::IcoChooser::p2 + 0 + index)).left -
+                          PlaceIn(chooser.Child(999 + index)).left,
                       45);
-        EXPECT_GE(PlaceIn(strip).right, PlaceIn(chooser.Child(1009)).right);
+        EXPECT_GE(PlaceIn(strip).right, PlaceIn(chooser.Child(dialogs::IcoChooser::p2 + 9)).right);
         RECT visible{};
         GetClientRect(strip.Parent().Handle(), &visible);
         RECT content{};
         GetClientRect(strip.Handle(), &content);
         int low = -1;
         int high = -1;
-        GetScrollRange(chooser.Child(IDC_CHOOSER_SCROLL).Handle(), SB_CTL, &low, &high);
+        GetScrollRange(chooser.Child(dialogs::IcoChooser::HScr).Handle(), SB_CTL, &low, &high);
         EXPECT_EQ(high, content.right - visible.right);
         Dismiss(chooser);
     });
@@ -194,7 +195,8 @@ TEST_F(IconChooserTest, TheIconIsDrawnTwoPixelsFromTheCorner) {
         return TRUE;
     });
     Choose(1, [&](Window chooser) {
-        RedrawWindow(chooser.Child(1000).Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+        RedrawWindow(chooser.Child(dialogs::IcoChooser::p2 + 0).Handle(), nullptr, nullptr,
+                     RDW_INVALIDATE | RDW_UPDATENOW);
         Dismiss(chooser);
     });
     EXPECT_EQ(log.Lines().back(), "icon 2 2");
@@ -202,7 +204,7 @@ TEST_F(IconChooserTest, TheIconIsDrawnTwoPixelsFromTheCorner) {
 
 TEST_F(IconChooserTest, ScrollingMovesTheStripByTheBarsValue) {
     Choose(300, [](Window chooser) {
-        const HWND bar = chooser.Child(IDC_CHOOSER_SCROLL).Handle();
+        const HWND bar = chooser.Child(dialogs::IcoChooser::HScr).Handle();
         const auto scroll = [&](int code) {
             chooser.Send(WM_HSCROLL, static_cast<WPARAM>(code), reinterpret_cast<LPARAM>(bar));
             EXPECT_EQ(PlaceIn(Strip(chooser)).left, -GetScrollPos(bar, SB_CTL));
@@ -213,7 +215,8 @@ TEST_F(IconChooserTest, ScrollingMovesTheStripByTheBarsValue) {
         EXPECT_GT(scroll(SB_RIGHT), 13000);
         EXPECT_LE(PlaceIn(Strip(chooser)).right, 238);
         EXPECT_EQ(scroll(SB_LEFT), 0);
-        chooser.Child(1001).Send(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-120)));
+        chooser.Child(dialogs::IcoChooser::p2 + 1)
+            .Send(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-120)));
         EXPECT_EQ(GetScrollPos(bar, SB_CTL), 45);
         Click(chooser.Child(1299));
     });
@@ -224,16 +227,16 @@ TEST_F(IconChooserTest, KeysWalkOverTheIconsAndPick) {
     Choose(30, [](Window chooser) {
         const auto press = [](WPARAM key) { SendMessageW(GetFocus(), WM_KEYDOWN, key, 0); };
         press(VK_LEFT);
-        EXPECT_TRUE(chooser.Child(1000).IsFocused());
+        EXPECT_TRUE(chooser.Child(dialogs::IcoChooser::p2 + 0).IsFocused());
         press(VK_RIGHT);
-        EXPECT_TRUE(chooser.Child(1001).IsFocused());
+        EXPECT_TRUE(chooser.Child(dialogs::IcoChooser::p2 + 1).IsFocused());
         press(VK_DOWN);
-        EXPECT_TRUE(chooser.Child(1001).IsFocused());
+        EXPECT_TRUE(chooser.Child(dialogs::IcoChooser::p2 + 1).IsFocused());
         press(VK_END);
-        EXPECT_TRUE(chooser.Child(1029).IsFocused());
+        EXPECT_TRUE(chooser.Child(dialogs::IcoChooser::p2 + 29).IsFocused());
         RECT visible{};
         GetClientRect(Strip(chooser).Parent().Handle(), &visible);
-        RECT last = chooser.Child(1029).Rect();
+        RECT last = chooser.Child(dialogs::IcoChooser::p2 + 29).Rect();
         MapWindowPoints(nullptr, Strip(chooser).Parent().Handle(), reinterpret_cast<POINT*>(&last), 2);
         EXPECT_LE(last.right, visible.right);
         press(VK_RIGHT);
@@ -247,20 +250,22 @@ TEST_F(IconChooserTest, KeysWalkOverTheIconsAndPick) {
 
 TEST_F(IconChooserTest, OnlyOneBoxIsAStopOfTheTabKey) {
     Choose(5, [](Window chooser) {
-        const HWND first = chooser.Child(1000).Handle();
+        const HWND first = chooser.Child(dialogs::IcoChooser::p2 + 0).Handle();
         EXPECT_EQ(GetNextDlgTabItem(chooser.Handle(), first, FALSE),
-                  chooser.Child(IDC_CHOOSER_CLOSE).Handle());
+                  chooser.Child(dialogs::IcoChooser::Image1).Handle());
         EXPECT_EQ(GetNextDlgTabItem(chooser.Handle(), first, TRUE),
-                  chooser.Child(IDC_CHOOSER_CLOSE).Handle());
+                  chooser.Child(dialogs::IcoChooser::Image1).Handle());
         Dismiss(chooser);
     });
 }
 
 TEST_F(IconChooserTest, EveryWayToDismissItTellsNoPick) {
     const std::vector<ModalAnswers::Step> ways{
-        [](Window chooser) { Click(chooser.Child(IDC_CHOOSER_CLOSE)); },
-        [](Window chooser) { chooser.Child(IDC_CHOOSER_CLOSE).Send(WM_KEYDOWN, VK_RETURN); },
-        [](Window chooser) { PostMessageW(chooser.Child(1000).Handle(), WM_KEYDOWN, VK_ESCAPE, 0); },
+        [](Window chooser) { Click(chooser.Child(dialogs::IcoChooser::Image1)); },
+        [](Window chooser) { chooser.Child(dialogs::IcoChooser::Image1).Send(WM_KEYDOWN, VK_RETURN); },
+        [](Window chooser) {
+            PostMessageW(chooser.Child(dialogs::IcoChooser::p2 + 0).Handle(), WM_KEYDOWN, VK_ESCAPE, 0);
+        },
         [](Window chooser) { chooser.Post(WM_SYSCOMMAND, SC_CLOSE); },
         [](Window chooser) { chooser.Post(WM_ACTIVATE, WA_INACTIVE); },
         [](Window chooser) {
@@ -282,7 +287,7 @@ TEST_F(IconChooserTest, ThePointerOverTheOwnerDoesNotDismissIt) {
         const WORD hit = static_cast<WORD>(HTERROR);
         chooser.Owner().Send(WM_SETCURSOR, 0, MAKELPARAM(hit, WM_MOUSEMOVE));
         chooser.Owner().Send(WM_SETCURSOR, 0, MAKELPARAM(HTCLIENT, WM_LBUTTONDOWN));
-        Click(chooser.Child(1001));
+        Click(chooser.Child(dialogs::IcoChooser::p2 + 1));
     });
     EXPECT_THAT(picked_, ElementsAre(1));
 }
@@ -339,10 +344,10 @@ TEST_F(IconChooserTest, TheBoxesOfOneUseAreGoneInTheNext) {
     Choose(2, Dismiss);
     Choose(3, [](Window chooser) {
         EXPECT_EQ(Strip(chooser).Descendants().size(), 3U);
-        EXPECT_TRUE(chooser.Child(1000).IsFocused());
-        chooser.Child(1000).Send(WM_KEYDOWN, VK_RIGHT);
-        EXPECT_TRUE(chooser.Child(1001).IsFocused());
-        Click(chooser.Child(1002));
+        EXPECT_TRUE(chooser.Child(dialogs::IcoChooser::p2 + 0).IsFocused());
+        chooser.Child(dialogs::IcoChooser::p2 + 0).Send(WM_KEYDOWN, VK_RIGHT);
+        EXPECT_TRUE(chooser.Child(dialogs::IcoChooser::p2 + 1).IsFocused());
+        Click(chooser.Child(dialogs::IcoChooser::p2 + 2));
     });
     EXPECT_THAT(picked_, ElementsAre(2));
 }

@@ -24,7 +24,7 @@ using testkit::ModalAnswers;
 using testkit::Window;
 
 ModalAnswers::Step PressButton(int index) {
-    return [index](Window box) { box.Child(IDC_ANSWER + index).Send(BM_CLICK); };
+    return [index](Window box) { box.Child(dialogs::frmMsg::b1 + index).Send(BM_CLICK); };
 }
 
 ModalAnswers::Step PressKey(WORD key) {
@@ -46,11 +46,11 @@ struct Seen {
 ModalAnswers::Step Look(Seen& seen) {
     return [&seen](Window box) {
         seen.caption = box.Text();
-        seen.text = box.Child(300).Text();
+        seen.text = box.Child(dialogs::frmMsg::l1).Text();
         for (const int id : {310, 311, 312})
             if (box.Child(id).IsVisible()) seen.buttons.push_back(box.Child(id).Text());
-        seen.inputShown = box.Child(320).IsVisible();
-        seen.input = box.Child(320).Text();
+        seen.inputShown = box.Child(dialogs::frmMsg::Text1).IsVisible();
+        seen.input = box.Child(dialogs::frmMsg::Text1).Text();
         seen.owner = box.Owner().Handle();
         CloseByTitleBar(box);
     };
@@ -112,8 +112,8 @@ TEST(MessageBoxTest, AnswersNothingWhenClosedByItsTitleBar) {
 TEST(MessageBoxTest, AnswersTheTypedTextForOkBesideAnInputLine) {
     const auto type = [](const std::string& text) {
         return [text](Window box) {
-            box.Child(IDC_INPUT).SetText(text);
-            box.Child(IDC_ANSWER).Send(BM_CLICK);
+            box.Child(dialogs::frmMsg::Text1).SetText(text);
+            box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
         };
     };
     for (const std::string text : {"/a \"b c\"", "", "Cancel", "Ђорђе Ćirić 文件 🗂"}) {
@@ -135,9 +135,9 @@ TEST(MessageBoxTest, AnswersCancelAndOtherCaptionsBesideAnInputLine) {
 
 TEST(MessageBoxTest, AnswersTheInputTextForCreateGroupEvenWhenItIsHidden) {
     const auto typeHidden = [](Window box) {
-        EXPECT_FALSE(box.Child(IDC_INPUT).IsVisible());
-        box.Child(IDC_INPUT).SetText("hidden");
-        box.Child(IDC_ANSWER).Send(BM_CLICK);
+        EXPECT_FALSE(box.Child(dialogs::frmMsg::Text1).IsVisible());
+        box.Child(dialogs::frmMsg::Text1).SetText("hidden");
+        box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
     };
     ModalAnswers user({PressButton(0), typeHidden, PressButton(0)});
     EXPECT_EQ(ShowMessage("Text", 3, "Create group", "Replace", "Cancel", true, "Work"), "Work");
@@ -192,7 +192,7 @@ TEST(MessageBoxTest, PressesTheFirstButtonOnEnterWhereThereIsNoOk) {
 
 TEST(MessageBoxTest, PresetsSelectsAndFocusesTheInput) {
     const auto look = [](Window box) {
-        const Window input = box.Child(IDC_INPUT);
+        const Window input = box.Child(dialogs::frmMsg::Text1);
         EXPECT_TRUE(input.IsVisible());
         EXPECT_EQ(input.Text(), "Ime Име 名");
         EXPECT_EQ(GetFocus(), input.Handle());
@@ -201,7 +201,7 @@ TEST(MessageBoxTest, PresetsSelectsAndFocusesTheInput) {
         input.Send(EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
         EXPECT_EQ(start, 0u);
         EXPECT_EQ(end, 9u);
-        box.Child(IDC_ANSWER).Send(BM_CLICK);
+        box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
     };
     ModalAnswers user({look});
     EXPECT_EQ(ShowMessage("Text", 2, "OK", "Cancel", "", true, "Ime Име 名"), "Ime Име 名");
@@ -209,7 +209,7 @@ TEST(MessageBoxTest, PresetsSelectsAndFocusesTheInput) {
 
 TEST(MessageBoxTest, FocusesTheDefaultButtonWithoutAnInput) {
     const auto look = [](Window box) {
-        EXPECT_EQ(GetFocus(), box.Child(IDC_ANSWER + 2).Handle());
+        EXPECT_EQ(GetFocus(), box.Child(dialogs::frmMsg::b1 + 2).Handle());
         CloseByTitleBar(box);
     };
     ModalAnswers user({look});
@@ -305,7 +305,7 @@ TEST(MessageBoxTest, ShowsTextsOfAnyScriptAndEverySignAsItself) {
 
 TEST(MessageBoxTest, DrawsNoUnderlineForAnAmpersand) {
     ModalAnswers user({[](Window box) {
-        EXPECT_NE(box.Child(IDC_MESSAGE_TEXT).Style() & SS_NOPREFIX, 0);
+        EXPECT_NE(box.Child(dialogs::frmMsg::l1).Style() & SS_NOPREFIX, 0);
         CloseByTitleBar(box);
     }});
     ShowMessage("A & B", 1, "OK");
@@ -314,7 +314,7 @@ TEST(MessageBoxTest, DrawsNoUnderlineForAnAmpersand) {
 TEST(MessageBoxTest, FollowsTheTextWithItsHeight) {
     std::vector<LONG> heights;
     const auto measure = [&](Window box) {
-        heights.push_back(win::Height(box.Child(IDC_MESSAGE_TEXT).Rect()));
+        heights.push_back(win::Height(box.Child(dialogs::frmMsg::l1).Rect()));
         CloseByTitleBar(box);
     };
     ModalAnswers user({measure, measure, measure});
@@ -330,11 +330,11 @@ TEST(MessageBoxTest, KeepsItsButtonsOnTheScreenWithAVeryLongText) {
     for (int line = 0; line < 500; ++line)
         text += "Line " + std::to_string(line) + " Ред\r\n";
     ModalAnswers user({[&](Window box) {
-        EXPECT_EQ(box.Child(IDC_MESSAGE_TEXT).Text(), text);
-        const RECT button = box.Child(IDC_ANSWER).Rect();
+        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), text);
+        const RECT button = box.Child(dialogs::frmMsg::b1).Rect();
         EXPECT_GE(button.top, 0);
         EXPECT_LE(button.bottom, GetSystemMetrics(SM_CYSCREEN));
-        box.Child(IDC_ANSWER).Send(BM_CLICK);
+        box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
     }});
     EXPECT_EQ(ShowMessage(text, 1, "OK"), "OK");
 }
@@ -343,17 +343,17 @@ TEST(MessageBoxTest, StandsAsItsLayoutSaysInTheMiddleOfTheScreen) {
     ModalAnswers user({[](Window box) {
         const win::TwipsPerPixel twips = win::ScreenTwipsPerPixel();
         const RECT client = box.ClientRect();
-        const RECT text = box.Child(IDC_MESSAGE_TEXT).Rect();
+        const RECT text = box.Child(dialogs::frmMsg::l1).Rect();
         const MessageLayout layout = LayOutMessage(win::ToTwips(win::Height(text), twips.y), 2, true);
         EXPECT_EQ(win::Width(client), win::ToPixels(layout.clientWidth, twips.x));
         EXPECT_EQ(win::Height(client), win::ToPixels(layout.clientHeight, twips.y));
         for (const int index : {0, 1}) {
-            const RECT button = box.Child(IDC_ANSWER + index).Rect();
+            const RECT button = box.Child(dialogs::frmMsg::b1 + index).Rect();
             const TwipsRect& place = layout.buttons[static_cast<size_t>(index)];
             EXPECT_EQ(button.left - client.left, win::ToPixels(place.left, twips.x));
             EXPECT_EQ(button.top - client.top, win::ToPixels(place.top, twips.y));
         }
-        const RECT input = box.Child(IDC_INPUT).Rect();
+        const RECT input = box.Child(dialogs::frmMsg::Text1).Rect();
         EXPECT_EQ(input.top - client.top, win::ToPixels(layout.input.top, twips.y));
         EXPECT_EQ(win::Width(input), win::ToPixels(layout.input.width, twips.x));
         const RECT all = box.Rect();
@@ -375,12 +375,12 @@ TEST(MessageBoxTest, HasNothingOfTheAboutBox) {
 
 TEST(MessageBoxTest, TheInputLineTakesNoMoreBytesThanItIsAllowed) {
     const testkit::ModalAnswers user({[](testkit::Window box) {
-        const testkit::Window input = box.Child(IDC_INPUT);
+        const testkit::Window input = box.Child(dialogs::frmMsg::Text1);
         EXPECT_EQ(input.Text(), "文");
         input.SetText("文文");
         input.SetText("文文x");
         EXPECT_EQ(input.Text(), "文文");
-        box.Child(IDC_ANSWER).Send(BM_CLICK);
+        box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
     }});
     EXPECT_EQ(ShowMessage("Switch:", 2, "OK", "Cancel", "", true, "文", 6), "文文");
 }

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "dialogs/message_box.h"
 #include "dialogs/options.h"
 #include "res/resource.h"
 #include "tests/unit/dialogs/options_fixture.h"
@@ -64,7 +65,7 @@ TEST_F(OptionsLookTest, GroupsItsBoxesInTheirFrames) {
     const std::vector<std::pair<std::string, std::vector<int>>> frames{
         {"General", {400, 401, 403, 405, 406}},
         {"Position", {431, 432, 433, 434, 402}},
-        {"Window related", {408, 420, 409, 404, IDC_HOT_KEY}},
+        {"Window related", {408, 420, 409, 404, dialogs::frmSettings::HotKey}},
         {"Other", {407}}};
     Open([&](Window dialog) {
         const std::vector<Window> children = dialog.Descendants();
@@ -109,9 +110,9 @@ TEST_F(OptionsLookTest, ExplainsEachBoxByItsTip) {
         EXPECT_THAT(log.Tips(), ElementsAre("420 |One second = 1000 ms"));
         log.Clear();
         for (int index = 0; index < 10; ++index)
-            PointAt(dialog, dialog.Child(400 + index));
+            PointAt(dialog, dialog.Child(dialogs::frmSettings::chSet + 0 + index));
         EXPECT_EQ(log.Tips(), tips);
-        PointAt(dialog, dialog.Child(IDC_HOT_KEY));
+        PointAt(dialog, dialog.Child(dialogs::frmSettings::HotKey));
         EXPECT_EQ(
             log.Tips().back(),
             "460 Default: none|Press the keys that bring Quon out, ready for typing a name, wherever you "
@@ -127,14 +128,14 @@ TEST_F(OptionsLookTest, MakesATipAnewOnlyForAnotherBoxOrAfterTheBackground) {
     Open([&](Window dialog) {
         log.Clear();
         for (int time = 0; time < 3; ++time)
-            PointAt(dialog, dialog.Child(403));
+            PointAt(dialog, dialog.Child(dialogs::frmSettings::chSet + 3));
         EXPECT_EQ(log.Tips().size(), 1u);
         PointAt(dialog, dialog.Child(kAcceptButton));
-        PointAt(dialog, dialog.Child(403));
+        PointAt(dialog, dialog.Child(dialogs::frmSettings::chSet + 3));
         EXPECT_EQ(log.Tips().size(), 1u);
         PointAt(dialog, dialog);
         EXPECT_EQ(TipLog::WindowCount(), 1) << "released";
-        PointAt(dialog, dialog.Child(403));
+        PointAt(dialog, dialog.Child(dialogs::frmSettings::chSet + 3));
         EXPECT_EQ(log.Tips().size(), 2u);
         Click(dialog, kCancelButton);
     });
@@ -150,22 +151,22 @@ TEST_F(OptionsLookTest, WarnsWithTheRedFrameWhenBothTriggersAreCleared) {
     const auto clear = [&](Window window) {
         dialog = window.Handle();
         EXPECT_FALSE(frame().IsVisible());
-        window.Child(409).Send(BM_CLICK);
+        window.Child(dialogs::frmSettings::chSet + 9).Send(BM_CLICK);
         EXPECT_FALSE(frame().IsVisible()) << "the note is closed";
         EXPECT_FALSE(IsChecked(window, 408));
         EXPECT_FALSE(IsChecked(window, 409)) << "the boxes stay cleared";
         // Any box asks again.
-        window.Child(407).Send(BM_CLICK);
+        window.Child(dialogs::frmSettings::chSet + 7).Send(BM_CLICK);
         Click(window, kCancelButton);
     };
     const auto note = [&](Window box) {
         EXPECT_EQ(box.Text(), "Message from Quon");
-        EXPECT_EQ(box.Child(300).Text(), kNote);
-        EXPECT_EQ(box.Child(310).Text(), "Accept");
-        EXPECT_FALSE(box.Child(311).IsVisible());
+        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), kNote);
+        EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 0).Text(), "Accept");
+        EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 1).IsVisible());
         EXPECT_EQ(box.Owner().Handle(), dialog);
         EXPECT_TRUE(frame().IsVisible());
-        box.Child(310).Send(BM_CLICK);
+        box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
     };
     ModalAnswers user({clear, note, note});
     Open();
@@ -179,7 +180,7 @@ TEST_F(OptionsLookTest, WarnsWhicheverTriggerIsClearedLast) {
             Click(dialog, last);
             Click(dialog, kCancelButton);
         };
-        const auto note = [](Window box) { box.Child(310).Send(BM_CLICK); };
+        const auto note = [](Window box) { box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK); };
         ModalAnswers user({clear, note});
         Open();
         EXPECT_EQ(user.Used(), 2u) << last;
@@ -219,9 +220,10 @@ TEST_F(OptionsLookTest, DoesNotWarnWhileOneTriggerIsLeftOrTheBoxesAreFilled) {
 
 TEST_F(OptionsLookTest, GoesByTheKeyboard) {
     Open([](Window dialog) {
-        EXPECT_EQ(GetFocus(), dialog.Child(400).Handle());
-        EXPECT_THAT(TabOrder(dialog, 400), ElementsAre(400, 401, 403, 405, 406, 431, 402, IDC_HOT_KEY, 408,
-                                                       420, 409, 404, 407, 441, 440));
+        EXPECT_EQ(GetFocus(), dialog.Child(dialogs::frmSettings::chSet + 0).Handle());
+        EXPECT_THAT(TabOrder(dialog, 400),
+                    ElementsAre(400, 401, 403, 405, 406, 431, 402, dialogs::frmSettings::HotKey, 408, 420,
+                                409, 404, 407, 441, 440));
         PressInFocus(VK_RETURN);
     });
     EXPECT_EQ(host_.log.Count("close setting"), 1u) << "Enter accepts";
@@ -229,12 +231,13 @@ TEST_F(OptionsLookTest, GoesByTheKeyboard) {
 
 TEST_F(OptionsLookTest, PutsTheDelayIntoTheGapOfItsCaption) {
     Open([](Window dialog) {
-        const RECT option = dialog.Child(408).Rect();
+        const RECT option = dialog.Child(dialogs::frmSettings::chSet + 8).Rect();
         const RECT box = dialog.Child(kDelayBox).Rect();
         EXPECT_GT(box.left, option.left + 13);
         EXPECT_GT(box.right - box.left, 30);
         const HRGN region = CreateRectRgn(0, 0, 0, 0);
-        EXPECT_EQ(GetWindowRgn(dialog.Child(408).Handle(), region), COMPLEXREGION);
+        EXPECT_EQ(GetWindowRgn(dialog.Child(dialogs::frmSettings::chSet + 8).Handle(), region),
+                  COMPLEXREGION);
         const int middle = (box.top + box.bottom) / 2 - option.top;
         EXPECT_FALSE(PtInRegion(region, box.left - option.left, middle)) << "the box lies in a hole";
         EXPECT_FALSE(PtInRegion(region, box.right - 1 - option.left, middle));

@@ -75,7 +75,8 @@ TEST_F(OptionsTest, ShowsEachSettingInItsOwnBox) {
         Settings.*kSettings[on] = true;
         Open([&](Window dialog) {
             for (int index = 0; index < 10; ++index)
-                EXPECT_EQ(IsChecked(dialog, 400 + index), index == on) << on << " " << index;
+                EXPECT_EQ(IsChecked(dialog, dialogs::frmSettings::chSet + 0 + index), index == on)
+                    << on << " " << index;
             Click(dialog, kCancelButton);
         });
     }
@@ -87,7 +88,7 @@ TEST_F(OptionsTest, ShowsTheDelayAndTheEdge) {
         Settings.PopDelay = 1000 * edge;
         Open([&](Window dialog) {
             for (int option = 1; option <= 4; ++option)
-                EXPECT_EQ(IsChecked(dialog, 430 + option), option == edge);
+                EXPECT_EQ(IsChecked(dialog, dialogs::frmSettings::o1 + 0 + option), option == edge);
             EXPECT_EQ(dialog.Child(kDelayBox).Text(), std::to_string(1000 * edge));
             Click(dialog, kCancelButton);
         });
@@ -110,7 +111,7 @@ TEST_F(OptionsTest, CopiesEachBoxToItsOwnSetting) {
         Settings.ClickShows = Settings.PopOnHover = true;
         Settings.*kSettings[off] = true;
         Open([&](Window dialog) {
-            Click(dialog, 400 + off);
+            Click(dialog, dialogs::frmSettings::chSet + 0 + off);
             Click(dialog, kAcceptButton);
         });
         EXPECT_FALSE(Settings.*kSettings[off]) << off;
@@ -120,7 +121,7 @@ TEST_F(OptionsTest, CopiesEachBoxToItsOwnSetting) {
 TEST_F(OptionsTest, CopiesTheEdgeThatWasClicked) {
     for (const int edge : {4, 3, 2, 1}) {
         Open([&](Window dialog) {
-            Click(dialog, 430 + edge);
+            Click(dialog, dialogs::frmSettings::o1 + 0 + edge);
             Click(dialog, kAcceptButton);
         });
         EXPECT_EQ(Settings.Edge, edge);
@@ -131,15 +132,15 @@ TEST_F(OptionsTest, KeepsAStoredEdgeThatIsNoneUntilOneIsChosen) {
     Settings.Edge = 9;
     Open([](Window dialog) {
         for (int option = 1; option <= 4; ++option)
-            EXPECT_FALSE(IsChecked(dialog, 430 + option));
+            EXPECT_FALSE(IsChecked(dialog, dialogs::frmSettings::o1 + 0 + option));
         // The focus alone chooses nothing, though the option tells of it as of a click.
-        const Window left = dialog.Child(431);
+        const Window left = dialog.Child(dialogs::frmSettings::o1 + 1);
         dialog.Send(WM_COMMAND, MAKEWPARAM(431, BN_CLICKED), reinterpret_cast<LPARAM>(left.Handle()));
         Click(dialog, kAcceptButton);
     });
     EXPECT_EQ(Settings.Edge, 9);
     Open([](Window dialog) {
-        Click(dialog, 432);
+        Click(dialog, dialogs::frmSettings::o1 + 2);
         Click(dialog, kAcceptButton);
     });
     EXPECT_EQ(Settings.Edge, 2);
@@ -166,8 +167,8 @@ TEST_F(OptionsTest, CopiesNothingWhenItIsCancelled) {
     for (const ModalAnswers::Step& close : ways) {
         Open([&](Window dialog) {
             for (int index = 0; index < 9; ++index)
-                Click(dialog, 400 + index);
-            Click(dialog, 434);
+                Click(dialog, dialogs::frmSettings::chSet + 0 + index);
+            Click(dialog, dialogs::frmSettings::o1 + 4);
             dialog.Child(kDelayBox).SetText("77");
             close(dialog);
         });
@@ -204,9 +205,9 @@ TEST_F(OptionsTest, StopsAtADelayThatIsNoNumber) {
         host_.log.Clear();
         Open([&](Window dialog) {
             for (int index = 0; index < 9; ++index)
-                Click(dialog, 400 + index);
-            Click(dialog, 409);
-            Click(dialog, 434);
+                Click(dialog, dialogs::frmSettings::chSet + 0 + index);
+            Click(dialog, dialogs::frmSettings::chSet + 9);
+            Click(dialog, dialogs::frmSettings::o1 + 4);
             dialog.Child(kDelayBox).SetText(typed);
             SetFocus(dialog.Child(kAcceptButton).Handle());
             Click(dialog, kAcceptButton);
@@ -294,7 +295,7 @@ TEST_F(OptionsTest, StaysOpenWhenTheStartEntryCannotBeReachedForFullAccess) {
         return IDOK;
     });
     Open([&](Window dialog) {
-        Click(dialog, 406);
+        Click(dialog, dialogs::frmSettings::chSet + 6);
         Click(dialog, kAcceptButton);
         EXPECT_THAT(boxes.Lines(), ElementsAre("Couldn't make startup entry. | Quon: Error report 0"));
         EXPECT_EQ(owner, dialog.Handle());
@@ -309,7 +310,7 @@ TEST_F(OptionsTest, StaysOpenWhenTheStartEntryCannotBeReachedForFullAccess) {
 
 TEST_F(OptionsTest, RefillsTheListWhenItShowsOtherShortcuts) {
     Open([](Window dialog) {
-        Click(dialog, 407);
+        Click(dialog, dialogs::frmSettings::chSet + 7);
         Click(dialog, kAcceptButton);
     });
     EXPECT_EQ(host_.log.Lines().back(), "refill");
@@ -318,7 +319,7 @@ TEST_F(OptionsTest, RefillsTheListWhenItShowsOtherShortcuts) {
     EXPECT_EQ(host_.log.Count("refill"), 0u);
     // Also when it was only copied before Accept stopped.
     Open([](Window dialog) {
-        Click(dialog, 407);
+        Click(dialog, dialogs::frmSettings::chSet + 7);
         dialog.Child(kDelayBox).SetText("abc");
         Click(dialog, kAcceptButton);
         Click(dialog, kCancelButton);
@@ -331,7 +332,7 @@ constexpr std::uint16_t kAltW = MAKEWORD('W', HOTKEYF_ALT);
 TEST_F(OptionsTest, ShowsTheHotKeyAndTakesAnother) {
     Settings.HotKey = kCtrlAltQ;
     Open([](Window dialog) {
-        const Window box = dialog.Child(IDC_HOT_KEY);
+        const Window box = dialog.Child(dialogs::frmSettings::HotKey);
         EXPECT_EQ(box.Class(), "msctls_hotkey32");
         EXPECT_EQ(box.Send(HKM_GETHOTKEY), kCtrlAltQ);
         box.Send(HKM_SETHOTKEY, kAltW);
@@ -358,18 +359,18 @@ TEST_F(OptionsTest, ATakenHotKeyIsToldAndTheDialogStaysWithTheFormerOne) {
     HWND owner = nullptr;
     ModalAnswers user({[&](Window dialog) {
                            owner = dialog.Handle();
-                           dialog.Child(IDC_HOT_KEY).Send(HKM_SETHOTKEY, kAltW);
-                           Click(dialog, 406);
+                           dialog.Child(dialogs::frmSettings::HotKey).Send(HKM_SETHOTKEY, kAltW);
+                           Click(dialog, dialogs::frmSettings::chSet + 6);
                            Click(dialog, kAcceptButton);
-                           EXPECT_TRUE(dialog.Child(IDC_HOT_KEY).IsFocused());
+                           EXPECT_TRUE(dialog.Child(dialogs::frmSettings::HotKey).IsFocused());
                            Click(dialog, kCancelButton);
                        },
                        [&](Window note) {
                            EXPECT_EQ(
-                               note.Child(IDC_MESSAGE_TEXT).Text(),
+                               note.Child(dialogs::frmMsg::l1).Text(),
                                "Another program uses these keys already.\nPlease press others, or none.");
                            EXPECT_EQ(note.Owner().Handle(), owner);
-                           Click(note, IDC_ANSWER);
+                           Click(note, dialogs::frmMsg::b1);
                        }});
     Open();
     EXPECT_EQ(user.Used(), 2u);

@@ -11,6 +11,9 @@
 #include <string_view>
 #include <vector>
 
+#include "dialogs/edit_group.h"
+#include "dialogs/edit_shortcut.h"
+#include "dialogs/message_box.h"
 #include "res/resource.h"
 #include "tests/support/held_file.h"
 #include "tests/support/hidden_window.h"
@@ -43,13 +46,13 @@ constexpr const char* kShortcuts =
     "文件=http://a.example/?x=y\r\n";
 
 void Click(Window dialog, int id) { dialog.Child(id).Send(BM_CLICK); }
-Window List(Window organiser) { return organiser.Child(IDC_ORGANIZE_BASKET); }
+Window List(Window organiser) { return organiser.Child(dialogs::frmCuts::pBasket); }
 void Press(Window organiser, WPARAM key) { List(organiser).Send(WM_KEYDOWN, key); }
-void Quit(Window organiser) { organiser.Child(IDC_ORGANIZE_QUIT).Post(BM_CLICK); }
+void Quit(Window organiser) { organiser.Child(dialogs::frmCuts::Command1 + 2).Post(BM_CLICK); }
 
 /// The names that the organiser has listed.
 std::vector<std::string> Names(Window organiser) {
-    const HWND box = organiser.Child(IDC_ORGANIZE_KEYS).Handle();
+    const HWND box = organiser.Child(dialogs::frmCuts::List1).Handle();
     std::vector<std::string> names;
     for (LRESULT index = 0; index < SendMessageW(box, LB_GETCOUNT, 0, 0); ++index) {
         std::wstring name(
@@ -87,8 +90,8 @@ TEST_F(OrganizeShortcutsTest, ListsAllShortcutsInTheirOrder) {
                  EXPECT_EQ(organiser.Owner().Handle(), owner_.Handle());
                  EXPECT_TRUE(organiser.IsTopmost());
                  EXPECT_THAT(Names(organiser), ElementsAre("Notes", "Work", "Ђорђе 文件"));
-                 EXPECT_TRUE(organiser.Child(IDC_ORGANIZE_FRAME).IsVisible());
-                 EXPECT_FALSE(organiser.Child(IDC_ORGANIZE_LABEL).IsVisible());
+                 EXPECT_TRUE(organiser.Child(dialogs::frmCuts::pFrame).IsVisible());
+                 EXPECT_FALSE(organiser.Child(dialogs::frmCuts::Label1).IsVisible());
                  EXPECT_TRUE(List(organiser).IsFocused());
                  EXPECT_EQ(List(organiser).Text(), "Notes");
                  Press(organiser, VK_END);
@@ -99,14 +102,15 @@ TEST_F(OrganizeShortcutsTest, ListsAllShortcutsInTheirOrder) {
 
 TEST_F(OrganizeShortcutsTest, EveryControlHasItsCaptionAndNumber) {
     Organize(kShortcuts, {[](Window organiser) {
-                 EXPECT_EQ(organiser.Child(500).Text(), "Edit shortcut");
-                 EXPECT_EQ(organiser.Child(501).Text(), "Delete shortcut");
-                 EXPECT_EQ(organiser.Child(502).Text(), "Quit");
-                 EXPECT_EQ(organiser.Child(511).Parent(), organiser.Child(510));
-                 EXPECT_EQ(organiser.Child(512).Class(), "ScrollBar");
-                 EXPECT_EQ(organiser.Child(513).Class(), "Static");
-                 EXPECT_EQ(organiser.Child(514).Class(), "ListBox");
-                 EXPECT_FALSE(organiser.Child(514).IsVisible());
+                 EXPECT_EQ(organiser.Child(dialogs::frmCuts::Command1 + 0).Text(), "Edit shortcut");
+                 EXPECT_EQ(organiser.Child(dialogs::frmCuts::Command1 + 1).Text(), "Delete shortcut");
+                 EXPECT_EQ(organiser.Child(dialogs::frmCuts::Command1 + 2).Text(), "Quit");
+                 EXPECT_EQ(organiser.Child(dialogs::frmCuts::pBasket).Parent(),
+                           organiser.Child(dialogs::frmCuts::pFrame));
+                 EXPECT_EQ(organiser.Child(dialogs::frmCuts::Scr).Class(), "ScrollBar");
+                 EXPECT_EQ(organiser.Child(dialogs::frmCuts::Label1).Class(), "Static");
+                 EXPECT_EQ(organiser.Child(dialogs::frmCuts::List1).Class(), "ListBox");
+                 EXPECT_FALSE(organiser.Child(dialogs::frmCuts::List1).IsVisible());
                  organiser.Post(WM_COMMAND, IDCANCEL);
              }});
 }
@@ -145,7 +149,7 @@ TEST_F(OrganizeShortcutsTest, ACommandOfNoControlDoesNothing) {
                  organiser.Send(WM_COMMAND, IDOK);
                  EXPECT_TRUE(organiser.IsVisible());
                  EXPECT_EQ(Names(organiser).size(), 3U);
-                 Click(organiser, IDC_ORGANIZE_QUIT);
+                 Click(organiser, dialogs::frmCuts::Command1 + 2);
                  EXPECT_FALSE(organiser.IsVisible());
              }});
     EXPECT_EQ(Keys().size(), 3U);
@@ -154,7 +158,7 @@ TEST_F(OrganizeShortcutsTest, ACommandOfNoControlDoesNothing) {
 TEST_F(OrganizeShortcutsTest, OneShortcutHasThePluralToo) {
     Organize("[Cuts]\r\na=C:\\a\r\n", {[](Window organiser) {
                  EXPECT_EQ(organiser.Text(), "Organize shortcuts - 1 shortcuts found");
-                 EXPECT_FALSE(organiser.Child(IDC_ORGANIZE_SCROLL).IsEnabled());
+                 EXPECT_FALSE(organiser.Child(dialogs::frmCuts::Scr).IsEnabled());
                  Quit(organiser);
              }});
 }
@@ -164,12 +168,12 @@ TEST_F(OrganizeShortcutsTest, WithoutShortcutsItSaysSoAndOffersOnlyTheEnd) {
          {"[Settings]\r\nMain=1\r\n", "[Cuts]\r\n", "[Cuts]\r\n; none\r\nbroken\r\n", "; none\r\n"})
         Organize(ini, {[](Window organiser) {
                      EXPECT_EQ(organiser.Text(), "Organize shortcuts - 0 shortcuts found");
-                     EXPECT_EQ(organiser.Child(IDC_ORGANIZE_LABEL).Text(), "No shortcuts found");
-                     EXPECT_TRUE(organiser.Child(IDC_ORGANIZE_LABEL).IsVisible());
-                     EXPECT_FALSE(organiser.Child(IDC_ORGANIZE_FRAME).IsVisible());
-                     EXPECT_FALSE(organiser.Child(IDC_ORGANIZE_EDIT).IsEnabled());
-                     EXPECT_FALSE(organiser.Child(IDC_ORGANIZE_DELETE).IsEnabled());
-                     EXPECT_TRUE(organiser.Child(IDC_ORGANIZE_QUIT).IsFocused());
+                     EXPECT_EQ(organiser.Child(dialogs::frmCuts::Label1).Text(), "No shortcuts found");
+                     EXPECT_TRUE(organiser.Child(dialogs::frmCuts::Label1).IsVisible());
+                     EXPECT_FALSE(organiser.Child(dialogs::frmCuts::pFrame).IsVisible());
+                     EXPECT_FALSE(organiser.Child(dialogs::frmCuts::Command1 + 0).IsEnabled());
+                     EXPECT_FALSE(organiser.Child(dialogs::frmCuts::Command1 + 1).IsEnabled());
+                     EXPECT_TRUE(organiser.Child(dialogs::frmCuts::Command1 + 2).IsFocused());
                      Quit(organiser);
                  }});
 }
@@ -180,7 +184,7 @@ TEST_F(OrganizeShortcutsTest, ItSaysThatItIsReadingWhileItReads) {
                  const testkit::RecordedCall fake = FAKE_CALL(
                      GetPrivateProfileSectionA,
                      [&](LPCSTR section, LPSTR buffer, DWORD size, LPCSTR file) -> DWORD {
-                         const Window label = organiser.Child(IDC_ORGANIZE_LABEL);
+                         const Window label = organiser.Child(dialogs::frmCuts::Label1);
                          if (label.IsVisible()) said = label.Text();
                          EXPECT_FALSE(GetUpdateRect(label.Handle(), nullptr, FALSE)) << "it is painted";
                          return ORIGINAL_CALL(GetPrivateProfileSectionA)(section, buffer, size, file);
@@ -202,7 +206,7 @@ TEST_F(OrganizeShortcutsTest, LinesWithoutATargetAreNoShortcutsAndQuotesNoPartOf
 TEST_F(OrganizeShortcutsTest, DeletesAShortcutThatIsOnNoButtonWithoutAQuestion) {
     Organize(kShortcuts, {[](Window organiser) {
                  Press(organiser, VK_DOWN);
-                 Click(organiser, IDC_ORGANIZE_DELETE);
+                 Click(organiser, dialogs::frmCuts::Command1 + 1);
                  EXPECT_EQ(organiser.Text(), "Organize shortcuts - 2 shortcuts found");
                  EXPECT_THAT(Names(organiser), ElementsAre("Notes", "Ђорђе 文件"));
                  Quit(organiser);
@@ -234,11 +238,11 @@ TEST_F(OrganizeShortcutsTest, FreesTheButtonBeforeItDeletesTheShortcut) {
     Window organiser;
     Organize(kShortcuts, {[&](Window shown) {
                               organiser = shown;
-                              shown.Child(IDC_ORGANIZE_DELETE).Post(BM_CLICK);
+                              shown.Child(dialogs::frmCuts::Command1 + 1).Post(BM_CLICK);
                           },
                           [&](Window box) {
                               EXPECT_THAT(log.Lines(), IsEmpty()) << "not before the answer";
-                              Click(box, IDC_ANSWER);
+                              Click(box, dialogs::frmMsg::b1);
                               Quit(organiser);
                           }});
     EXPECT_TRUE(InOrder(log, {"write Buttons 23 ", "section Cuts"}));
@@ -248,17 +252,17 @@ TEST_F(OrganizeShortcutsTest, AsksBeforeItDeletesWhatIsOnAButton) {
     Window organiser;
     Organize(kShortcuts, {[&](Window shown) {
                               organiser = shown;
-                              shown.Child(IDC_ORGANIZE_DELETE).Post(BM_CLICK);
+                              shown.Child(dialogs::frmCuts::Command1 + 1).Post(BM_CLICK);
                           },
                           [&](Window box) {
                               EXPECT_EQ(box.Owner(), organiser);
-                              EXPECT_EQ(box.Child(IDC_MESSAGE_TEXT).Text(),
+                              EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
                                         "You have this shortcut on the button too (Tab 2, button 3).\n"
                                         "Please confirm deletion.");
-                              EXPECT_EQ(box.Child(IDC_ANSWER).Text(), "Delete");
-                              EXPECT_EQ(box.Child(IDC_ANSWER + 1).Text(), "Cancel");
-                              EXPECT_FALSE(box.Child(IDC_ANSWER + 2).IsVisible());
-                              Click(box, IDC_ANSWER);
+                              EXPECT_EQ(box.Child(dialogs::frmMsg::b1).Text(), "Delete");
+                              EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 1).Text(), "Cancel");
+                              EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 2).IsVisible());
+                              Click(box, dialogs::frmMsg::b1);
                               Quit(organiser);
                           }});
     EXPECT_EQ(folder_.IniValue("Buttons", "23"), "");
@@ -277,7 +281,7 @@ TEST_F(OrganizeShortcutsTest, CancelAndAClosedQuestionKeepTheShortcut) {
                                   if (closed)
                                       box.Send(WM_SYSCOMMAND, SC_CLOSE);
                                   else
-                                      Click(box, IDC_ANSWER + 1);
+                                      Click(box, dialogs::frmMsg::b1 + 1);
                                   Quit(organiser);
                               }});
         EXPECT_EQ(folder_.IniValue("Buttons", "23"), "Notes|4");
@@ -294,19 +298,19 @@ TEST_F(OrganizeShortcutsTest, TellsWhichShortcutsHaveChanged) {
     Window organiser;
     Organize(kShortcuts, {[&](Window shown) {
                               organiser = shown;
-                              shown.Child(IDC_ORGANIZE_EDIT).Post(BM_CLICK);
+                              shown.Child(dialogs::frmCuts::Command1 + 0).Post(BM_CLICK);
                           },
                           [&](Window editor) {
-                              editor.Child(IDC_SHORTCUT_NAME).SetText("Other");
-                              Click(editor, IDC_SHORTCUT_APPLY);
+                              editor.Child(dialogs::frmEdit::t1 + 0).SetText("Other");
+                              Click(editor, dialogs::frmEdit::c1 + 2);
                               Press(organiser, VK_HOME);
-                              organiser.Child(IDC_ORGANIZE_EDIT).Post(BM_CLICK);
+                              organiser.Child(dialogs::frmCuts::Command1 + 0).Post(BM_CLICK);
                           },
                           [&](Window editor) {
-                              editor.Child(IDC_GROUP_NAME).SetText("Play");
-                              Click(editor, IDC_GROUP_APPLY);
+                              editor.Child(dialogs::frmEditB::t1 + 0).SetText("Play");
+                              Click(editor, dialogs::frmEditB::c1 + 2);
                               Press(organiser, VK_HOME);
-                              organiser.Child(IDC_ORGANIZE_DELETE).Post(BM_CLICK);
+                              organiser.Child(dialogs::frmCuts::Command1 + 1).Post(BM_CLICK);
                               Quit(organiser);
                           }});
     EXPECT_THAT(changed, ElementsAre("Notes", "Other", "Work", "Play", "Ђорђе 文件"));
@@ -318,11 +322,11 @@ TEST_F(OrganizeShortcutsTest, ReadsItsListAgainSoonWhenItCannotBeRead) {
     context_.Records.LoadButtonRecords();
     held.emplace(folder_.IniPath());
     const ModalAnswers user({[&](Window organiser) {
-        EXPECT_NE(organiser.Child(IDC_ORGANIZE_LABEL).Text(), "No shortcuts found");
-        EXPECT_FALSE(organiser.Child(IDC_ORGANIZE_DELETE).IsEnabled());
+        EXPECT_NE(organiser.Child(dialogs::frmCuts::Label1).Text(), "No shortcuts found");
+        EXPECT_FALSE(organiser.Child(dialogs::frmCuts::Command1 + 1).IsEnabled());
         held.reset();
         testkit::WaitFor("the list is read", [&] { return Names(organiser).size() == 3; });
-        EXPECT_TRUE(organiser.Child(IDC_ORGANIZE_DELETE).IsEnabled());
+        EXPECT_TRUE(organiser.Child(dialogs::frmCuts::Command1 + 1).IsEnabled());
         Quit(organiser);
     }});
     organiser_.Show(owner_.Handle());
@@ -332,7 +336,7 @@ TEST_F(OrganizeShortcutsTest, DeletesAndEditsNothingThatCannotBeRead) {
     Organize(kShortcuts, {[&](Window organiser) {
                  {
                      const testkit::HeldFile held(folder_.IniPath());
-                     Click(organiser, IDC_ORGANIZE_DELETE);
+                     Click(organiser, dialogs::frmCuts::Command1 + 1);
                  }
                  Quit(organiser);
              }});
@@ -344,8 +348,8 @@ TEST_F(OrganizeShortcutsTest, DeletesAndEditsNothingThatCannotBeRead) {
 TEST_F(OrganizeShortcutsTest, DeletingTheLastShortcutLeavesTheEmptyListsSaying) {
     Organize("[Cuts]\r\na=C:\\a\r\n", {[](Window organiser) {
                  Press(organiser, VK_DELETE);
-                 EXPECT_EQ(organiser.Child(IDC_ORGANIZE_LABEL).Text(), "No shortcuts found");
-                 EXPECT_TRUE(organiser.Child(IDC_ORGANIZE_QUIT).IsFocused());
+                 EXPECT_EQ(organiser.Child(dialogs::frmCuts::Label1).Text(), "No shortcuts found");
+                 EXPECT_TRUE(organiser.Child(dialogs::frmCuts::Command1 + 2).IsFocused());
                  Quit(organiser);
              }});
     EXPECT_THAT(Keys(), IsEmpty());
@@ -356,14 +360,14 @@ TEST_F(OrganizeShortcutsTest, AGroupIsEditedInTheGroupEditor) {
     Organize(kShortcuts, {[&](Window shown) {
                               organiser = shown;
                               Press(shown, VK_DOWN);
-                              shown.Child(IDC_ORGANIZE_EDIT).Post(BM_CLICK);
+                              shown.Child(dialogs::frmCuts::Command1 + 0).Post(BM_CLICK);
                           },
                           [&](Window editor) {
                               EXPECT_EQ(editor.Text(), "Edit group");
                               EXPECT_EQ(editor.Owner(), organiser);
-                              EXPECT_EQ(editor.Child(IDC_GROUP_NAME).Text(), "Work");
-                              editor.Child(IDC_GROUP_NAME).SetText("Play");
-                              Click(editor, IDC_GROUP_APPLY);
+                              EXPECT_EQ(editor.Child(dialogs::frmEditB::t1 + 0).Text(), "Work");
+                              editor.Child(dialogs::frmEditB::t1 + 0).SetText("Play");
+                              Click(editor, dialogs::frmEditB::c1 + 2);
                               Quit(organiser);
                           }});
     EXPECT_THAT(Keys(), ElementsAre("Notes", "Ђорђе 文件", "Play"));
@@ -379,10 +383,11 @@ TEST_F(OrganizeShortcutsTest, ASingleShortcutIsEditedInItsOwnEditorAndTheListRea
                           [&](Window editor) {
                               EXPECT_EQ(editor.Text(), "Edit shortcut");
                               EXPECT_EQ(editor.Owner(), organiser);
-                              EXPECT_EQ(editor.Child(IDC_SHORTCUT_NAME).Text(), "Ђорђе 文件");
-                              EXPECT_EQ(editor.Child(IDC_SHORTCUT_FILE).Text(), "http://a.example/?x=y");
-                              editor.Child(IDC_SHORTCUT_NAME).SetText("Page");
-                              Click(editor, IDC_SHORTCUT_APPLY);
+                              EXPECT_EQ(editor.Child(dialogs::frmEdit::t1 + 0).Text(), "Ђорђе 文件");
+                              EXPECT_EQ(editor.Child(dialogs::frmEdit::t1 + 1).Text(),
+                                        "http://a.example/?x=y");
+                              editor.Child(dialogs::frmEdit::t1 + 0).SetText("Page");
+                              Click(editor, dialogs::frmEdit::c1 + 2);
                               organiser.Post(WM_NULL);
                               Quit(organiser);
                           }});
@@ -392,17 +397,17 @@ TEST_F(OrganizeShortcutsTest, ASingleShortcutIsEditedInItsOwnEditorAndTheListRea
 TEST_F(OrganizeShortcutsTest, TheListIsReadAgainAfterAnEditor) {
     const auto name = [](const char* text) {
         return [text](Window editor) {
-            editor.Child(IDC_SHORTCUT_NAME).SetText(text);
-            Click(editor, IDC_SHORTCUT_APPLY);
+            editor.Child(dialogs::frmEdit::t1 + 0).SetText(text);
+            Click(editor, dialogs::frmEdit::c1 + 2);
         };
     };
     Organize(kShortcuts, {[](Window organiser) {
                               Press(organiser, VK_END);
-                              Click(organiser, IDC_ORGANIZE_EDIT);
+                              Click(organiser, dialogs::frmCuts::Command1 + 0);
                               EXPECT_THAT(Names(organiser), ElementsAre("Notes", "Work", "Page"));
                               EXPECT_EQ(List(organiser).Text(), "Page");
                               // The name of another: there is one shortcut less.
-                              Click(organiser, IDC_ORGANIZE_EDIT);
+                              Click(organiser, dialogs::frmCuts::Command1 + 0);
                               EXPECT_EQ(organiser.Text(), "Organize shortcuts - 2 shortcuts found");
                               EXPECT_THAT(Names(organiser), ElementsAre("Notes", "Work"));
                               Quit(organiser);
@@ -414,15 +419,15 @@ TEST_F(OrganizeShortcutsTest, TheEditorsBoxesHaveTheColourOfTheRow) {
     std::vector<COLORREF> colors;
     const Step look = [&](Window editor) {
         const win::MemoryDc dc(CreateCompatibleDC(nullptr));
-        const HWND box = editor.Child(IDC_SHORTCUT_FILE).Handle();
+        const HWND box = editor.Child(dialogs::frmEdit::t1 + 1).Handle();
         editor.Send(WM_CTLCOLOREDIT, reinterpret_cast<WPARAM>(dc.Get()), reinterpret_cast<LPARAM>(box));
         colors.push_back(GetBkColor(dc.Get()));
-        Click(editor, IDC_SHORTCUT_CANCEL);
+        Click(editor, dialogs::frmEdit::c1 + 3);
     };
     Organize("[Cuts]\r\na=C:\\a\r\nb=C:\\b\r\n", {[](Window organiser) {
-                                                      Click(organiser, IDC_ORGANIZE_EDIT);
+                                                      Click(organiser, dialogs::frmCuts::Command1 + 0);
                                                       Press(organiser, VK_DOWN);
-                                                      Click(organiser, IDC_ORGANIZE_EDIT);
+                                                      Click(organiser, dialogs::frmCuts::Command1 + 0);
                                                       Quit(organiser);
                                                   },
                                                   look, look});
@@ -436,12 +441,12 @@ TEST_F(OrganizeShortcutsTest, ATargetThatTheSectionsReadingCutsShortIsEditedWhol
     Organize(ini, {[](Window organiser) {
                        Press(organiser, VK_END);
                        EXPECT_EQ(List(organiser).Text(), "last");
-                       Click(organiser, IDC_ORGANIZE_EDIT);
+                       Click(organiser, dialogs::frmCuts::Command1 + 0);
                        Quit(organiser);
                    },
                    [&](Window editor) {
-                       EXPECT_EQ(editor.Child(IDC_SHORTCUT_FILE).Text(), longTarget);
-                       Click(editor, IDC_SHORTCUT_APPLY);
+                       EXPECT_EQ(editor.Child(dialogs::frmEdit::t1 + 1).Text(), longTarget);
+                       Click(editor, dialogs::frmEdit::c1 + 2);
                    }});
     EXPECT_EQ(folder_.IniValue("Cuts", "last"), longTarget);
 }
@@ -453,8 +458,8 @@ TEST_F(OrganizeShortcutsTest, ADoubleClickEditsARow) {
                               List(shown).Post(WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(50, 60));
                           },
                           [&](Window editor) {
-                              EXPECT_EQ(editor.Child(IDC_GROUP_NAME).Text(), "Work");
-                              Click(editor, IDC_GROUP_CANCEL);
+                              EXPECT_EQ(editor.Child(dialogs::frmEditB::t1 + 0).Text(), "Work");
+                              Click(editor, dialogs::frmEditB::c1 + 3);
                               Quit(organiser);
                           }});
 }
@@ -469,7 +474,7 @@ std::string Many(int count) {
 
 TEST_F(OrganizeShortcutsTest, TheWheelScrollsByItsNotchAndNeverPastTheEnds) {
     Organize(Many(10), {[this](Window organiser) {
-                 const HWND bar = organiser.Child(IDC_ORGANIZE_SCROLL).Handle();
+                 const HWND bar = organiser.Child(dialogs::frmCuts::Scr).Handle();
                  int low = 0;
                  int high = 0;
                  GetScrollRange(bar, SB_CTL, &low, &high);
@@ -491,7 +496,7 @@ TEST_F(OrganizeShortcutsTest, TheWheelScrollsByItsNotchAndNeverPastTheEnds) {
 
 TEST_F(OrganizeShortcutsTest, TheWheelIsHookedWhileItIsActive) {
     Organize(Many(20), {[](Window organiser) {
-                 const HWND bar = organiser.Child(IDC_ORGANIZE_SCROLL).Handle();
+                 const HWND bar = organiser.Child(dialogs::frmCuts::Scr).Handle();
                  organiser.Send(WM_ACTIVATE, WA_ACTIVE);
                  List(organiser).Send(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-120)));
                  EXPECT_EQ(GetScrollPos(bar, SB_CTL), 102);
@@ -507,7 +512,7 @@ TEST_F(OrganizeShortcutsTest, TheWheelIsHookedWhileItIsActive) {
 
 TEST_F(OrganizeShortcutsTest, SmallStepsOfTheWheelAddUpToItsNotch) {
     Organize(Many(20), {[](Window organiser) {
-                 const HWND bar = organiser.Child(IDC_ORGANIZE_SCROLL).Handle();
+                 const HWND bar = organiser.Child(dialogs::frmCuts::Scr).Handle();
                  organiser.Send(WM_ACTIVATE, WA_ACTIVE);
                  for (int step = 1; step <= 12; ++step) {
                      EXPECT_EQ(GetScrollPos(bar, SB_CTL), 0) << step;
@@ -520,7 +525,7 @@ TEST_F(OrganizeShortcutsTest, SmallStepsOfTheWheelAddUpToItsNotch) {
 
 TEST_F(OrganizeShortcutsTest, TheBarMovesByItsSteps) {
     Organize(Many(20), {[](Window organiser) {
-                 const HWND bar = organiser.Child(IDC_ORGANIZE_SCROLL).Handle();
+                 const HWND bar = organiser.Child(dialogs::frmCuts::Scr).Handle();
                  organiser.Send(WM_VSCROLL, SB_LINEDOWN, reinterpret_cast<LPARAM>(bar));
                  EXPECT_EQ(GetScrollPos(bar, SB_CTL), 51);
                  organiser.Send(WM_VSCROLL, SB_PAGEDOWN, reinterpret_cast<LPARAM>(bar));

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "dialogs/message_box.h"
 #include "res/resource.h"
 #include "tests/support/hidden_window.h"
 #include "tests/support/modal_answers.h"
@@ -98,7 +99,7 @@ TEST_F(DialogTest, RunsFromItsTemplateUntilItEnds) {
         handle = self.Handle();
         EXPECT_TRUE(IsWindow(handle));
         EXPECT_EQ(GetWindow(handle, GW_OWNER), owner_.Handle());
-        EXPECT_EQ(GetDlgCtrlID(self.Item(IDC_INPUT)), IDC_INPUT);
+        EXPECT_EQ(GetDlgCtrlID(self.Item(dialogs::frmMsg::Text1)), dialogs::frmMsg::Text1);
         EXPECT_EQ(self.Item(9999), nullptr);
         self.End(42);
     });
@@ -117,10 +118,13 @@ TEST_F(DialogTest, ThatCannotBeMadeAnswersMinusOne) {
 TEST_F(DialogTest, GetsItsCommandsWithTheirNotification) {
     ProbeDialog dialog;
     dialog.Run(owner_.Handle(), [](ProbeDialog& self) {
-        EXPECT_EQ(SendMessageW(self.Handle(), WM_COMMAND, MAKEWPARAM(IDC_INPUT, EN_CHANGE), 0), 0);
+        EXPECT_EQ(SendMessageW(self.Handle(), WM_COMMAND, MAKEWPARAM(dialogs::frmMsg::Text1, EN_CHANGE), 0),
+                  0);
         SendMessageW(self.Handle(), WM_COMMAND, IDCANCEL, 0);
     });
-    EXPECT_EQ(dialog.log.Count("command " + std::to_string(IDC_INPUT) + " " + std::to_string(EN_CHANGE)), 1U);
+    EXPECT_EQ(dialog.log.Count("command " + std::to_string(dialogs::frmMsg::Text1) + " " +
+                               std::to_string(EN_CHANGE)),
+              1U);
     EXPECT_EQ(dialog.log.Lines().back(), "command 2 0");
 }
 

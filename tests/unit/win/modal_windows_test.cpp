@@ -12,6 +12,7 @@
 #include "tests/support/recorded_call.h"
 #include "win/dialog.h"
 #include "win/input_pause.h"
+#include "dialogs/define_tab.h"
 
 namespace win {
 namespace {
@@ -62,13 +63,13 @@ TEST_F(ModalWindowsDesktopTest, AQuestionInFrontOfADialogGoesBeforeIt) {
     const testkit::HiddenWindow owner;
     class Asking : public ProbeDialog {
         bool OnCommand(int id, int notification) override {
-            if (id != IDC_TAB_APPLY) return ProbeDialog::OnCommand(id, notification);
+            if (id != dialogs::frmTabPrep::Command1 + 0) return ProbeDialog::OnCommand(id, notification);
             answer = MessageBoxW(Handle(), L"?", L"?", MB_YESNO);
             openAfterwards = IsOpenDialog(Handle());
             return true;
         }
         bool OnInit() override {
-            PostMessageW(Handle(), WM_COMMAND, IDC_TAB_APPLY, 0);
+            PostMessageW(Handle(), WM_COMMAND, dialogs::frmTabPrep::Command1 + 0, 0);
             return true;
         }
 
