@@ -51,7 +51,7 @@ void ButtonMenu::PopUp(POINT at) {
     Prepare();
     // The menu lets events run: a drop that is acted on meanwhile makes another button the current one.
     const int index = state_.Context.CurrentButtonIndex;
-    const int command = win::TrackMenu(mnuButton, at, owner_);
+    const int command = win::TrackMenu(*mnuButtonParent.submenu, at, owner_);
     state_.Context.Select(index);
     Run(command);
 }

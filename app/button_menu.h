@@ -34,6 +34,9 @@ class ButtonMenu {
     win::MenuArray mnuButAct;
     win::MenuArray mnuButB;
 
+    /// The entry that opens the menu of a button.
+    win::MenuItem mnuButtonParent = win::MenuParent("Button", mnuButton);
+
   private:
     void ListActivePrograms();
     void Run(int command);

@@ -43,7 +43,7 @@ bool WorksDocked(const MSG& message) {
 
 }  // namespace
 
-Glavni::Glavni() : mnuTray_(IDM_TRAY, {{"Show Quon", {}}, {"-", {}}, {"Close", {}}}) {}
+Glavni::Glavni() : mnuTray(IDM_TRAY, {{"Show Quon", {}}, {"-", {}}, {"Close", {}}}) {}
 
 void Glavni::CreateParts() {
     win::SetEnding(false);
@@ -224,9 +224,9 @@ void Glavni::OnTrayRightClick() {
     dock_.ShowQuon(true, true);
     // Without the foreground the menu would stay open when the user clicks elsewhere.
     BringForward();
-    const int command = win::TrackMenu(mnuTray_, place, win::ModalOwner());
-    if (mnuTray_.IndexOf(command) == kShowQuon) dock_.ShowQuon(true, false);
-    if (mnuTray_.IndexOf(command) == kClose) {
+    const int command = win::TrackMenu(*mnuTrayParent.submenu, place, win::ModalOwner());
+    if (mnuTray.IndexOf(command) == kShowQuon) dock_.ShowQuon(true, false);
+    if (mnuTray.IndexOf(command) == kClose) {
         closeButtonCloses_ = true;
         CloseRequest(UnloadMode::kCode);
     }

@@ -102,7 +102,9 @@ class Glavni : public win::Window, public dialogs::PanelHost {
     ShortcutBox shortcuts_{state_, dock_};
     PanelMenus menus_{dock_};
     HotKey hotKey_;
-    win::MenuArray mnuTray_;
+    win::MenuArray mnuTray;
+    /// The entry that opens the menu of the tray icon.
+    win::MenuItem mnuTrayParent = win::MenuParent("Tray", mnuTray);
 
     HICON icon_ = nullptr;
     HWND lastFocus_ = nullptr;

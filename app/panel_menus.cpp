@@ -163,10 +163,10 @@ void PanelMenus::PopUp(int button) {
     }
     RECT place{};
     GetWindowRect(imageButtons_.at(static_cast<size_t>(button)).Handle(), &place);
-    const std::array menus{&mnuShell, &mnuPreDef, &mnuSettings};
+    const std::array parents{&mnuShellParent, &mnuPreDefParent, &mnuSettingsParent};
+    const win::MenuArray& menu = *parents.at(static_cast<size_t>(button))->submenu;
     // Drives come and go: the list is made anew at each opening.
-    if (menus.at(static_cast<size_t>(button)) == &mnuShell) sys::clsShell::ListShellFolders(mnuShell);
-    const win::MenuArray& menu = *menus.at(static_cast<size_t>(button));
+    if (&menu == &mnuShell) sys::clsShell::ListShellFolders(mnuShell);
     for (sys::clsToolTip& tip : tips_)
         tip.Activate(false);
     const int command = win::TrackMenu(menu, {place.left, place.bottom}, owner_);

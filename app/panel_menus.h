@@ -39,6 +39,11 @@ class PanelMenus {
     win::MenuArray mnuPreDef;
     win::MenuArray mnuSettings;
 
+    // The entries that open them.
+    win::MenuItem mnuShellParent = win::MenuParent("Shell", mnuShell);
+    win::MenuItem mnuPreDefParent = win::MenuParent("Predefined", mnuPreDef);
+    win::MenuItem mnuSettingsParent = win::MenuParent("Settings", mnuSettings);
+
   private:
     void CreateImageButton(HWND parent, int index, RECT place);
     bool OnKey(int button, WPARAM key);

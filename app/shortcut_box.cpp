@@ -67,7 +67,7 @@ void ShortcutBox::Fire() {
 }
 
 std::string ShortcutBox::NameToOpen() const {
-    const std::string typed = cMain_.Text();
+    std::string typed = cMain_.Text();
     // Of a match inside a name the box shows a text that no shortcut needs to have.
     if (typed != completion_.shown || cMain_.Has(win::ToWide(typed))) return typed;
     return cMain_.Has(win::ToWide(completion_.item)) ? completion_.item : typed;

@@ -59,6 +59,11 @@ class MenuArray {
     std::vector<MenuItem> items_;
 };
 
+/// The entry that opens a menu, as it would stand in a menu bar; the array must outlive it.
+inline MenuItem MenuParent(const char* caption, const MenuArray& menu) {
+    return {.caption = caption, .tag = {}, .submenu = &menu};
+}
+
 /// Shows the menu at a point of the screen and waits for the choice (TrackPopupMenu). The right mouse button
 /// chooses too, unless the menu is opened while it is pressed.
 /// Returns the chosen command's identifier, 0 when the menu was left without one or the program is

@@ -10,9 +10,9 @@
 #include <string_view>
 #include <vector>
 
+#include "dialogs/options.h"
 #include "res/resource.h"
 #include "tests/program/quon_panel.h"
-#include "dialogs/options.h"
 
 namespace testkit {
 namespace {

@@ -7,6 +7,7 @@
 
 #include <vector>
 
+#include "dialogs/define_tab.h"
 #include "res/resource.h"
 #include "tests/support/hidden_window.h"
 #include "tests/support/recorded_call.h"
