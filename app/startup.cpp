@@ -57,7 +57,7 @@ void Glavni::Load() {
     RedrawWindow(Handle(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
     drops_.Attach(Handle());
     shortcuts_.Attach(Handle());
-    // Nothing reads the answer; the lookup is kept.
+    // Only asked for: whether there is a taskbar changes nothing here.
     FindWindowA("Shell_traywnd", nullptr);
     // The list was filled before it was known whether collected applications belong to it.
     if (config::Settings.ShowCollected) shortcuts_.Refill();

@@ -37,7 +37,7 @@ class CTextShortcut {
     /// `list` is the drop-down that FillCombo fills; it may be null for every other call.
     explicit CTextShortcut(win::ComboBox* list = nullptr) noexcept : list_(list) {}
 
-    /// A text that is kept and has no further meaning.
+    /// Any text, for whoever uses the object; nothing here reads it.
     std::string FileList;
 
     // The links of the system are none of this class's business.

@@ -16,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include "res/resource.h"
 #include "tests/faults/resource_ledger.h"
 #include "tests/support/data_object.h"
 #include "tests/support/program_folder.h"
@@ -43,7 +44,7 @@ class Stage {
     app::PanelHarness& Harness() { return panel_; }
     testkit::Window Panel() const { return panel_.Window(); }
     testkit::Window Child(int id) const { return Panel().FindChild(id); }
-    testkit::Window Button(int index) const { return Child(200 + index); }
+    testkit::Window Button(int index) const { return Child(IDC_BUTTON + index); }
     /// A file that is there.
     std::string File(const std::string& name) const { return data_.FullPath(name); }
     /// A shell link to a file, with arguments.

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "config/settings.h"
+#include "res/resource.h"
 #include "tests/support/text.h"
 #include "win/errors.h"
 #include "win/window.h"
@@ -121,7 +122,7 @@ void FuzzUser::LookAround() {
         for (int index = 1; index <= 9; ++index) {
             if (Button(index).Text() == "Empty" && std::exchange(freeOneSeen, true)) continue;
             HoverAt(Button(index));
-            HoverAt(panel_.Window().Child(210));
+            HoverAt(panel_.Window().Child(IDC_HOVER_PICTURE));
         }
     }
     win::ProcessPendingMessages();
@@ -268,7 +269,7 @@ void FuzzUser::DoubleClick() {
 void FuzzUser::SwitchTab() {
     Click(Header(AnyTab()));
     HoverAt(Button(AnyButton()));
-    HoverAt(panel_.Window().Child(210));
+    HoverAt(panel_.Window().Child(IDC_HOVER_PICTURE));
 }
 
 }  // namespace testkit

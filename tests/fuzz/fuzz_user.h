@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "res/resource.h"
 #include "tests/fuzz/dice.h"
 #include "tests/fuzz/fuzz_oracle.h"
 #include "tests/fuzz/ini_generator.h"
@@ -66,8 +67,8 @@ class FuzzUser {
     /// Presses a button of a dialog; when that leaves the dialog open, presses the other one.
     void Finish(Window dialog, int accept, int cancel);
 
-    Window Header(int tab) const { return panel_.Window().Child(100 + tab); }
-    Window Button(int index) const { return panel_.Window().Child(200 + index); }
+    Window Header(int tab) const { return panel_.Window().Child(IDC_TAB_HEADER + tab); }
+    Window Button(int index) const { return panel_.Window().Child(IDC_BUTTON + index); }
     int AnyButton() { return 1 + static_cast<int>(dice_.Below(9)); }
     int AnyTab() { return 1 + static_cast<int>(dice_.Below(6)); }
     /// A button that holds something, if one of the shown tab's does.

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "res/resource.h"
 #include "tests/leaks/leak_test.h"
 #include "tests/support/data_object.h"
 #include "tests/support/modal_answers.h"
@@ -29,7 +30,7 @@ class PanelLeakTest : public LeakTest {
 
     testkit::Window Panel() const { return panel_.Window(); }
     testkit::Window Child(int id) const { return Panel().Child(id); }
-    testkit::Window Button(int index) const { return Child(200 + index); }
+    testkit::Window Button(int index) const { return Child(IDC_BUTTON + index); }
 
     static void Click(testkit::Window picture, std::initializer_list<int> held = {});
     static void DoubleClick(testkit::Window picture, std::initializer_list<int> held = {});

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "res/resource.h"
 #include "tests/program/quon_panel.h"
 #include "tests/support/neighbour.h"
 #include "tests/support/text.h"
@@ -109,7 +110,7 @@ TEST_F(FaultsTest, OfTwentySimultaneousStartsOneIsLeft) {
             continue;
         }
         program.WaitUntilIdle();
-        EXPECT_EQ(panel.Child(201).Text(), "Program");
+        EXPECT_EQ(panel.Child(IDC_BUTTON + 1).Text(), "Program");
         EXPECT_EQ(program.CloseAndWait(), 0u);
     }
     EXPECT_EQ(folder_.IniValue("Cuts", "Page"), "http://example.test/?a=b");

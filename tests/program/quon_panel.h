@@ -16,6 +16,7 @@
 #include <utility>
 #include <vector>
 
+#include "res/resource.h"
 #include "tests/support/desktop.h"
 #include "tests/support/text.h"
 #include "win/handles.h"
@@ -73,14 +74,14 @@ class QuonPanel {
 
     Window Main() const { return main_; }
     /// 1 to 6.
-    Window Header(int index) const { return main_.Child(100 + index); }
+    Window Header(int index) const { return main_.Child(IDC_TAB_HEADER + index); }
     /// 1 to 9.
-    Window Button(int index) const { return main_.Child(200 + index); }
-    Window HoverPicture() const { return main_.Child(210); }
-    Window RenameBox() const { return main_.Child(220); }
-    Window Shortcuts() const { return main_.Child(230); }
+    Window Button(int index) const { return main_.Child(IDC_BUTTON + index); }
+    Window HoverPicture() const { return main_.Child(IDC_HOVER_PICTURE); }
+    Window RenameBox() const { return main_.Child(IDC_RENAME); }
+    Window Shortcuts() const { return main_.Child(IDC_SHORTCUTS); }
     /// 0 to 3.
-    Window ImageButton(int index) const { return main_.Child(240 + index); }
+    Window ImageButton(int index) const { return main_.Child(IDC_IMAGE_BUTTON + index); }
 
     /// Whether only the strip at this edge is on the screen.
     bool IsDockedAt(Edge edge) const;

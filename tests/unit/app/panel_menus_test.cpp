@@ -16,6 +16,7 @@
 #include "dialogs/message_box.h"
 #include "model/launching.h"
 #include "model/text_shortcut.h"
+#include "res/resource.h"
 #include "tests/support/hidden_window.h"
 #include "tests/support/modal_answers.h"
 #include "tests/support/program_folder.h"
@@ -77,7 +78,9 @@ class PanelMenusTest : public ::testing::Test {
     }
     ~PanelMenusTest() override { config::Settings = {}; }
 
-    testkit::Window ImageButton(int index) { return testkit::Window(host_.Handle()).Child(240 + index); }
+    testkit::Window ImageButton(int index) {
+        return testkit::Window(host_.Handle()).Child(IDC_IMAGE_BUTTON + index);
+    }
     /// Clicks an image button and chooses a command of its menu.
     void Choose(int button, int command) {
         chosen_ = command;

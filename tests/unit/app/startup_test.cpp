@@ -131,7 +131,7 @@ TEST(LoadTest, LoadsFromANetworkShareWhereItMayWriteNoProbe) {
         }));
     panel.Load();
     EXPECT_EQ(config::IniPath, share + "\\Quon.ini");
-    EXPECT_EQ(panel.Window().Child(201).Text(), "n21");
+    EXPECT_EQ(panel.Window().Child(IDC_BUTTON + 1).Text(), "n21");
     EXPECT_EQ(panel.Log().Count("tray add"), 1u);
     panel.Window().Send(WM_CLOSE);
     EXPECT_EQ(panel.Folder().IniValue("Settings", "popdelay"), "500");
@@ -145,7 +145,7 @@ TEST(LoadTest, PutsNothingBackThatAKilledRunHasLeft) {
     panel.Folder().MakeFile("Quon.ini.before-write", "[Settings]\r\nMa");
     panel.Folder().MakeFile("Quon.ini.unit-mine", "kept");
     panel.Load();
-    EXPECT_EQ(panel.Window().Child(209).Text(), "n49");
+    EXPECT_EQ(panel.Window().Child(IDC_BUTTON + 9).Text(), "n49");
     EXPECT_FALSE(panel.Folder().Exists("Quon.ini.unit-1"));
     EXPECT_FALSE(panel.Folder().Exists("Quon.ini.unit-2"));
     EXPECT_EQ(panel.Folder().ReadFile("Quon.ini.unit-mine"), "kept");
@@ -154,16 +154,16 @@ TEST(LoadTest, PutsNothingBackThatAKilledRunHasLeft) {
 TEST(LoadTest, LabelsTheHeadersFromTheTabRecords) {
     PanelHarness panel(MainWith("1"), "[Buttons]\r\n10=Посао|\r\n40=书籍|opis\r\n");
     panel.Load();
-    EXPECT_EQ(panel.Window().Child(101).Text(), "Посао");
-    EXPECT_EQ(panel.Window().Child(104).Text(), "书籍");
-    EXPECT_EQ(panel.Window().Child(102).Text(), "");
+    EXPECT_EQ(panel.Window().Child(IDC_TAB_HEADER + 1).Text(), "Посао");
+    EXPECT_EQ(panel.Window().Child(IDC_TAB_HEADER + 4).Text(), "书籍");
+    EXPECT_EQ(panel.Window().Child(IDC_TAB_HEADER + 2).Text(), "");
 }
 
 TEST(LoadTest, ShowsTheButtonsOfTheStoredTab) {
     PanelHarness panel(MainWith("6"), FullTab(6));
     panel.Load();
-    EXPECT_EQ(panel.Window().Child(201).Text(), "n61");
-    EXPECT_EQ(panel.Window().Child(209).Text(), "n69");
+    EXPECT_EQ(panel.Window().Child(IDC_BUTTON + 1).Text(), "n61");
+    EXPECT_EQ(panel.Window().Child(IDC_BUTTON + 9).Text(), "n69");
 }
 
 TEST(LoadTest, ChecksTheEntryOfTheExtensiveTooltipsFromTheSetting) {
@@ -176,7 +176,7 @@ TEST(LoadTest, ChecksTheEntryOfTheExtensiveTooltipsFromTheSetting) {
             state = GetMenuState(menu, 3, MF_BYPOSITION);
             return 0;
         });
-        const testkit::Window settings = panel.Window().Child(242);
+        const testkit::Window settings = panel.Window().Child(IDC_IMAGE_BUTTON + 2);
         settings.Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
         settings.Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
         EXPECT_EQ((state & MF_CHECKED) != 0, on);

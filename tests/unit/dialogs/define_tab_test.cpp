@@ -63,7 +63,7 @@ class DefineTabTest : public ::testing::Test {
     RecordedHost host_;
 };
 
-TEST_F(DefineTabTest, HasItsCaptionsWordForWord) {
+TEST_F(DefineTabTest, ShowsItsCaptions) {
     Open(1, [](Window dialog) {
         EXPECT_EQ(dialog.Text(), "Define tab");
         EXPECT_EQ(dialog.Child(dialogs::frmTabPrep::Label1 + 0).Text(),

@@ -148,7 +148,7 @@ TEST_F(EditShortcutTest, KeepsTheFormerShortcutWhenAnyOfItsWritesFails) {
     }
 }
 
-TEST_F(EditShortcutTest, HasItsCaptionsWordForWord) {
+TEST_F(EditShortcutTest, ShowsItsCaptions) {
     const std::vector<std::pair<int, std::string>> captions{
         {610, "Shortcut name:"}, {611, "File:"},         {612, "or type URL"}, {613, "Shortcut exists!"},
         {620, "Select file"},    {621, "Select folder"}, {622, "Apply"},       {623, "Cancel"}};

@@ -23,7 +23,7 @@ using testkit::Window;
 
 using OptionsLookTest = OptionsFixture;
 
-TEST_F(OptionsLookTest, HasItsCaptionsWordForWord) {
+TEST_F(OptionsLookTest, ShowsItsCaptions) {
     const std::vector<std::pair<int, std::string>> captions{
         {400, "Start on Windows startup"},
         {401, "Start glued to the edge of the screen (choose edge below)"},
