@@ -104,6 +104,8 @@ Section
     File "${SOURCE}/Manual.chm"
     File "${SOURCE}/License.txt"
     File "${SOURCE}/ReadMe.txt"
+    File "${SOURCE}/ThirdParty.txt"
+    File "${SOURCE}/Fresh.ini"
     ; What the user set up is kept.
     ${IfNot} ${FileExists} "$INSTDIR\Quon.ini"
         File "${SOURCE}/Quon.ini"
@@ -138,7 +140,11 @@ Section "Uninstall"
     ; The entry that starts Quon with Windows, if it starts this one.
     ReadRegStr $0 HKLM "${RUN_KEY}" "Quon"
     ${If} $0 == "$INSTDIR\Quon.exe"
+        ClearErrors
         DeleteRegValue HKLM "${RUN_KEY}" "Quon"
+        ${If} ${Errors}
+            MessageBox MB_OK|MB_ICONINFORMATION "Windows still has the entry that starts Quon, and only an administrator may remove it. It does no harm.$\r$\n$\r$\nTo remove it, run this as administrator in a command prompt:$\r$\n$\r$\nreg delete HKLM\${RUN_KEY} /v Quon /f" /SD IDOK
+        ${EndIf}
     ${EndIf}
 
     ${GetParameters} $0
@@ -167,6 +173,8 @@ Section "Uninstall"
     Delete "$INSTDIR\Manual.chm"
     Delete "$INSTDIR\License.txt"
     Delete "$INSTDIR\ReadMe.txt"
+    Delete "$INSTDIR\ThirdParty.txt"
+    Delete "$INSTDIR\Fresh.ini"
     Delete "$INSTDIR\Uninstall\Uninstall.exe"
     RMDir "$INSTDIR\Uninstall"
     RMDir "$INSTDIR"

@@ -44,12 +44,12 @@ expect "the packages are the same when they are made again" diff -r "$QUON_DESKT
 
 zip=$(echo "$packages"/Quon-*.zip)
 expect "the zip holds what is needed" [ "$(unzip -Z1 "$zip" | sort | paste -sd' ')" = \
-    "License.txt Manual.chm Quon.exe Quon.ini ReadMe.txt" ]
+    "Fresh.ini License.txt Manual.chm Quon.exe Quon.ini ReadMe.txt ThirdParty.txt" ]
 mkdir "$QUON_DESKTOP/unpacked"
 (cd "$QUON_DESKTOP/unpacked" && unzip -q "$zip")
 
 install
-for file in Quon.exe Quon.ini Manual.chm License.txt ReadMe.txt; do
+for file in Quon.exe Quon.ini Fresh.ini Manual.chm License.txt ReadMe.txt ThirdParty.txt; do
     expect "installs $file" cmp -s "$folder/$file" "$QUON_DESKTOP/unpacked/$file"
 done
 expect "makes an entry in the Start menu" [ -s "$link" ]
