@@ -13,7 +13,6 @@
 #include "tests/support/recorded_call.h"
 #include "win/dialog.h"
 #include "win/input_pause.h"
-#include "dialogs/define_tab.h"
 
 namespace win {
 namespace {
