@@ -48,13 +48,16 @@ class SuspendedProgram {
 
 class FaultsTest : public ::testing::Test {
   protected:
-    /// Renames the first button, and waits until the panel has done what it can.
+    /// Renames the first button in vain: what was typed stays in the box, until that is given up.
     static void Rename(QuonPanel& quon) {
         mouse::MoveTo(quon.Button(1).Centre());
         WaitFor("the hover picture", [&] { return quon.HoverPicture().IsVisible(); });
         keyboard::Press(VK_F2);
         WaitFor("the rename box", [&] { return quon.RenameBox().IsVisible(); });
         keyboard::Type("new\n");
+        quon.Settle();
+        EXPECT_TRUE(quon.RenameBox().IsVisible());
+        keyboard::Press(VK_ESCAPE);
         WaitFor("the rename box closes", [&] { return !quon.RenameBox().IsVisible(); });
         quon.Settle();
     }
@@ -67,6 +70,9 @@ class FaultsTest : public ::testing::Test {
             mouse::RightClick(quon.Header(2));
             const Window dialog = quon.Program().WaitForWindow({.title = "Define tab"});
             keyboard::Press(VK_RETURN);
+            quon.Settle();
+            EXPECT_TRUE(dialog.Exists());
+            keyboard::Press(VK_ESCAPE);
             WaitFor("the dialog closes", [&] { return !dialog.Exists(); });
             EXPECT_THAT(quon.Program().Windows(), SizeIs(1)) << "a message";
             EXPECT_EQ(quon.Program().CloseAndWait(), 0u);

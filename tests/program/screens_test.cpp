@@ -107,6 +107,8 @@ TEST_F(ScreensTest, APanelThatDocksInFrontHandsTheForegroundOn) {
     WaitFor("the panel comes out", [&] { return quon.IsOut(); });
     const OtherWindow typing({100, 100, 300, 200});
     typing.AsWindow().Activate();
+    WaitFor("the other window is in front", [&] { return typing.AsWindow().IsForeground(); });
+    quon.Program().WaitUntilIdle();
     Dock(quon, Edge::kBottom);
     EXPECT_TRUE(typing.AsWindow().IsForeground());
 }

@@ -141,6 +141,7 @@ TEST_F(ButtonFaceTest, IsPaintedStepByStep) {
 }
 
 TEST_F(ButtonFaceTest, TakesItsMeasuresFromTheBoxsWidth) {
+    Load("[Settings]\r\n");
     win::PictureBox wide;
     wide.CreateOn(parent_.Handle(), 202, {0, 0, 140, 100});
     button_.SetParentButton(&wide);
@@ -294,6 +295,7 @@ TEST_F(ButtonFaceTest, HasTheNameAsItsText) {
 }
 
 TEST_F(ButtonFaceTest, OfAFreeButtonSaysEmpty) {
+    Load("[Settings]\r\n");
     Paint("Name", "C:\\a.txt");
     log_.Clear();
     {
