@@ -220,16 +220,18 @@ class FaultsTest : public testing::Test {
     }
 
     /// What the panel does by design where it gets no answer: it frees the button of a target that is said
-    /// not to be there, writes down that a button it shows is free, stores a drop that cannot be read as a
-    /// line without a name, keeps in an editor what was chosen before, and offers a running program of which
-    /// it does not learn that it is its own.
+    /// not to be there, takes a renamed file of which it learns nothing for where the shell says it is,
+    /// writes down that a button it shows is free, stores a drop that cannot be read as a line without a
+    /// name, keeps in an editor what was chosen before, and offers a running program of which it does not
+    /// learn that it is its own.
     static bool IsByDesign(const Fault& fault, const std::string& section, const std::string& key,
                            const std::optional<std::string>& old, const std::optional<std::string>& now) {
         static const std::set<std::string> pickers{"GetOpenFileNameW", "SHBrowseForFolderW",
                                                    "SHGetPathFromIDListEx"};
         if (old.value_or("").empty() && fault.function == "GetWindowThreadProcessId") return true;
-        if (section == "Buttons") return now == "" && (!old || fault.function == "PathFileExistsA");
-        return (key.empty() && now == "") || (!old && pickers.contains(fault.function));
+        const bool unseen = fault.function == "GetFileAttributesExW";
+        if (section == "Buttons") return now == "" && (!old || unseen || fault.function == "PathFileExistsA");
+        return unseen || (key.empty() && now == "") || (!old && pickers.contains(fault.function));
     }
 
     /// A member that could not be chosen is missing from its group.

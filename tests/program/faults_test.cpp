@@ -70,7 +70,7 @@ class FaultsTest : public ::testing::Test {
             mouse::RightClick(quon.Header(2));
             const Window dialog = quon.Program().WaitForWindow({.title = "Define tab"});
             keyboard::Press(VK_RETURN);
-            quon.Settle();
+            quon.Program().WaitUntilIdle();
             EXPECT_TRUE(dialog.Exists());
             keyboard::Press(VK_ESCAPE);
             WaitFor("the dialog closes", [&] { return !dialog.Exists(); });
