@@ -114,6 +114,8 @@ TEST_P(HoldTest, AtATabSwitch) {
         ShowTab(quon, 2);
         ExpectAnswers(quon, hold);
     }
+    // The clicks were posted: until all have been acted on, a tab comes and goes.
+    quon.Program().WaitUntilIdle();
     ExpectWhole(quon);
     EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
     EXPECT_EQ(Records(), before);
