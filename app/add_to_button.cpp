@@ -1,9 +1,5 @@
 #include "app/add_to_button.h"
 
-#include <windows.h>
-
-#include <shlwapi.h>
-
 #include <optional>
 
 #include "config/ini.h"
@@ -12,6 +8,7 @@
 #include "model/button_record.h"
 #include "model/storable_name.h"
 #include "sys/shell_link.h"
+#include "sys/target_state.h"
 #include "sys/utility.h"
 #include "win/text.h"
 
@@ -94,7 +91,7 @@ bool StoreOnButton(PanelState& state, const model::ButtonPlace& place, const Add
 }  // namespace
 
 bool CanBeOpened(const std::string& target) {
-    return sys::IsUrl(target) || PathFileExistsA(target.c_str()) != 0;
+    return sys::IsUrl(target) || sys::LookAtTarget(target).kind != sys::TargetKind::kMissing;
 }
 
 bool AddToButton(PanelState& state, const model::ButtonPlace& place, std::string& target, std::string& name,

@@ -59,9 +59,12 @@ auto Ask(Question question) {
     return question();
 }
 
-int Operate(std::int16_t operation, const std::string& source, const std::string& destination) {
-    return Ask([&] { return sys::clsBmenu::FileOperation(operation, source, destination); });
+int Operate(std::int16_t operation, const std::string& source, const std::string& destination,
+            bool* aborted = nullptr) {
+    return Ask([&] { return sys::clsBmenu::FileOperation(operation, source, destination, aborted); });
 }
+
+bool IsMissing(const std::string& path) { return sys::LookAtTarget(path).kind == sys::TargetKind::kMissing; }
 
 void TellResult(int result) {
     dialogs::ShowNote(result == 0 ? "Operation completed." : "Couldn't perform the operation, sorry.");
@@ -211,8 +214,9 @@ void ButtonCommands::CopyFile(const File& file) {
 void ButtonCommands::MoveFile(const File& file) {
     const std::string folder = Ask(&sys::clsBmenu::GetFolder);
     if (folder.empty()) return;
-    const int result = Operate(sys::kMoveFile, file.path, folder);
-    PointTo(file, Inside(folder, sys::PathPart(file.path, sys::kFileName)), result);
+    bool aborted = false;
+    const int result = Operate(sys::kMoveFile, file.path, folder, &aborted);
+    PointTo(file, Inside(folder, sys::PathPart(file.path, sys::kFileName)), result == 0 && !aborted);
     TellResult(result);
 }
 
@@ -230,21 +234,27 @@ void ButtonCommands::RenameFile(const File& file) {
     }
     if (sys::PathPart(name, sys::kExtension).empty() && !extension.empty()) name += "." + extension;
     const std::string renamed = sys::PathPart(file.path, sys::kFolder) + "\\" + name;
-    const int result = Operate(sys::kRenameFile, file.path, renamed);
-    PointTo(file, renamed, result);
+    bool aborted = false;
+    const int result = Operate(sys::kRenameFile, file.path, renamed, &aborted);
+    PointTo(file, renamed, result == 0 && !aborted);
     TellResult(result);
 }
 
 /// The button follows its file, whatever the shell says; the shortcut does where the file has got there.
-void ButtonCommands::PointTo(const File& file, const std::string& path, int result) {
+void ButtonCommands::PointTo(const File& file, const std::string& path, bool done) {
     // Something else may have been put onto the button meanwhile.
     if (state_.Context.Records.At(file.place.Key()) != file.record) return;
-    // The shell also says that all is well when the user would not have a file overwritten.
-    const bool isThere = result == 0 && sys::LookAtTarget(path).kind != sys::TargetKind::kMissing;
-    if (!state_.Store().Follow({file.place, file.icon, file.name, path, isThere})) return;
+    // The shell also says that all is well when the user would not have a file overwritten: then both are
+    // there.
+    const bool hasLeft = IsMissing(file.path);
+    const bool isThere = done && !IsMissing(path) && (hasLeft || win::EqualIgnoringCase(file.path, path));
+    const bool stored =
+        state_.Follow({file.place, file.icon, file.name, path, isThere, file.path, file.record});
     state_.TipButton = 0;
-    if (auto* button = state_.ShownAt(file.place)) button->FilePath = path;
-    if (isThere) state_.ShowChanged({file.name, path}, file.place);
+    auto* button = state_.ShownAt(file.place);
+    if (button != nullptr && (stored || isThere)) button->FilePath = path;
+    // A button whose file stayed where it was must not be renamed or carried on with the path that is none.
+    if (stored && (isThere || !hasLeft)) state_.ShowChanged({file.name, path}, file.place);
 }
 
 void ButtonCommands::RemoveFile(const File& file, bool forGood) {

@@ -72,7 +72,7 @@ class ButtonCommands {
     void MoveFile(const File& file);
     void RenameFile(const File& file);
     void RemoveFile(const File& file, bool forGood);
-    void PointTo(const File& file, const std::string& path, int result);
+    void PointTo(const File& file, const std::string& path, bool done);
 
     PanelState& state_;
     EdgeDock& dock_;

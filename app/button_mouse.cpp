@@ -137,14 +137,21 @@ void ButtonMouse::EditSwitch() {
         return;
     }
     const std::string name = button.Naziv;
-    const std::string answer =
-        dialogs::ShowMessage("Please enter command switch for this file:", 3, "Cancel", "Delete", "OK", true,
-                             button.Switch, config::kLongestValue);
-    if (answer == "Delete")
-        state_.Store().RemoveSwitch(name);
-    else if (!answer.empty() && answer != "Cancel")
-        state_.Store().PutSwitch(name, answer);
+    std::string shown = button.Switch;
+    while (!AskSwitch(name, shown))
+        dialogs::ShowNote("Couldn't perform the operation, sorry.");
     state_.RefreshNamed({name}, place);
+}
+
+/// Asks for the switch of a shortcut, with the one that is shown. False where the answer could not be stored;
+/// what was typed is shown from then on.
+bool ButtonMouse::AskSwitch(const std::string& name, std::string& shown) {
+    const std::string answer = dialogs::ShowMessage("Please enter command switch for this file:", 3, "Cancel",
+                                                    "Delete", "OK", true, shown, config::kLongestValue);
+    if (answer.empty() || answer == "Cancel") return true;
+    if (answer == "Delete") return state_.Store().RemoveSwitch(name);
+    shown = answer;
+    return state_.Store().PutSwitch(name, answer);
 }
 
 void ButtonMouse::OpenByKey(int index) {

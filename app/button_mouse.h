@@ -50,6 +50,7 @@ class ButtonMouse {
     void RunAction();
     void Launch(int showCommand);
     void EditSwitch();
+    bool AskSwitch(const std::string& name, std::string& shown);
 
     PanelState& state_;
     ButtonPanel& buttons_;

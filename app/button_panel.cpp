@@ -24,6 +24,8 @@ constexpr UINT_PTR kPointerTimer = 1;
 constexpr UINT kPointerCheck = 200;  // milliseconds
 constexpr UINT_PTR kReadAgainTimer = 2;
 constexpr UINT kReadAgain = 200;  // milliseconds
+constexpr UINT_PTR kStoreAgainTimer = 3;
+constexpr UINT kStoreAgain = 500;  // milliseconds
 
 }  // namespace
 
@@ -50,11 +52,14 @@ void ButtonContainer::LeavePointer() { KillTimer(Handle(), kPointerTimer); }
 
 void ButtonContainer::ReadAgainSoon() { SetTimer(Handle(), kReadAgainTimer, kReadAgain, nullptr); }
 
+void ButtonContainer::StoreAgainSoon() { SetTimer(Handle(), kStoreAgainTimer, kStoreAgain, nullptr); }
+
 void ButtonContainer::OnTimer(UINT_PTR timer) {
     if (timer == kPointerTimer && onPointerCheck) onPointerCheck();
-    if (timer != kReadAgainTimer) return;
-    KillTimer(Handle(), kReadAgainTimer);
-    if (onReadAgain) onReadAgain();
+    if (timer == kPointerTimer) return;
+    KillTimer(Handle(), timer);
+    if (timer == kReadAgainTimer && onReadAgain) onReadAgain();
+    if (timer == kStoreAgainTimer && onStoreAgain) onStoreAgain();
 }
 
 std::optional<LRESULT> ButtonContainer::OnMessage(UINT message, WPARAM wParam, LPARAM /*lParam*/) {
@@ -81,6 +86,8 @@ void ButtonPanel::CreateOn(HWND parent) {
         RefreshShownTab();
         if (state_.RefillList) state_.RefillList();
     };
+    container_.onStoreAgain = [this] { state_.StoreMoved(); };
+    state_.StoreAgainSoon = [this] { container_.StoreAgainSoon(); };
     state_.Context.onUnread = [this] { container_.ReadAgainSoon(); };
     for (int index = 1; index <= model::kButtonCount; ++index)
         Picture(index).CreateOn(container_.Handle(), IDC_BUTTON + index, ButtonPlace(index));

@@ -33,6 +33,12 @@ class ButtonContainer : public win::Window {
     /// Tells onReadAgain once, in 200 ms (SetTimer).
     void ReadAgainSoon();
 
+    /// Time to store again what could not be stored.
+    std::function<void()> onStoreAgain;
+
+    /// Tells onStoreAgain once, in half a second (SetTimer).
+    void StoreAgainSoon();
+
   protected:
     std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 

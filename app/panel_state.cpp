@@ -1,6 +1,7 @@
 #include "app/panel_state.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "config/settings.h"
 #include "win/errors.h"
@@ -36,6 +37,24 @@ model::ButtonPlace PanelState::CurrentPlace() const {
 
 model::CButtonShortcut* PanelState::ShownAt(const model::ButtonPlace& place) {
     return place.tab == config::Settings.CurrentTab ? &Button(place.slot) : nullptr;
+}
+
+bool PanelState::Follow(model::MovedFile file) {
+    std::erase_if(Context.Moved, [&](const auto& moved) { return moved.place == file.place; });
+    if (Store().Follow(file)) return true;
+    Context.Moved.push_back(std::move(file));
+    if (StoreAgainSoon) StoreAgainSoon();
+    return false;
+}
+
+void PanelState::StoreMoved() {
+    std::vector<std::string> changed;
+    for (model::MovedFile& file : std::exchange(Context.Moved, {})) {
+        if (Context.Records.At(file.place.Key()) != file.record) continue;
+        const std::vector<std::string> names{file.name, file.path};
+        if (Follow(std::move(file))) changed.insert(changed.end(), names.begin(), names.end());
+    }
+    if (!changed.empty()) ShowChanged(changed);
 }
 
 void PanelState::RefreshNamed(const std::vector<std::string>& names,

@@ -20,6 +20,8 @@ struct PanelState {
     model::ButtonContext Context;
     /// Fills the text-shortcut drop-down anew.
     std::function<void()> RefillList;
+    /// Calls StoreMoved in a while.
+    std::function<void()> StoreAgainSoon;
     /// Set to 10 whenever the user works in the window.
     std::int16_t PopCount = 0;
     /// The button whose tip was built last; 0 makes the next hover build it anew.
@@ -43,6 +45,13 @@ struct PanelState {
 
     /// What changes what is stored; the table of records follows.
     model::ShortcutStore Store() noexcept { return model::ShortcutStore(Context.Records); }
+
+    /// Makes a button follow its file (ShortcutStore::Follow). False where that could not be stored: it is
+    /// tried again until it is, or until something else is on the button.
+    bool Follow(model::MovedFile file);
+
+    /// Tries to store what Follow could not.
+    void StoreMoved();
 
     /// Reloads and repaints the shown buttons that carry one of these shortcuts, in whatever case, and the
     /// one at `place` whatever it carries.

@@ -166,6 +166,7 @@ void Glavni::SaveAtEnd() {
     // Nobody works with the window any more: a file that is held is waited for, or the settings are lost.
     constexpr DWORD kEndPatience = 3000;  // milliseconds
     const config::LongPatience patience(kEndPatience);
+    state_.StoreMoved();
     config::SaveSettings();
 }
 

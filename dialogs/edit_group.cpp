@@ -100,7 +100,7 @@ INT_PTR frmEditB::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 void frmEditB::AddItem(const std::string& path) {
     std::vector<std::string> items = Items();
     items.push_back(path);
-    if (!model::IsStorableTarget(path) || win::Join(items, '|').size() > longestItems_)
+    if (!model::IsStorableTarget(path) || win::Join(items, '|').size() > config::kLongestValue)
         Refuse();
     else
         list_.Add({path, path, ""});

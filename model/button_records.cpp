@@ -1,5 +1,7 @@
 #include "model/button_records.h"
 
+#include <algorithm>
+
 #include "config/ini.h"
 #include "config/settings.h"
 #include "model/button_record.h"
@@ -58,6 +60,13 @@ const std::string& ButtonRecords::At(const std::string& key) const { return reco
 
 void ButtonRecords::Set(const std::string& key, const std::string& record) {
     records_.at(IndexOf(key)) = record;
+}
+
+const MovedFile* ButtonContext::MovedFileOf(const std::string& name) const {
+    const auto found = std::find_if(Moved.begin(), Moved.end(), [&](const MovedFile& file) {
+        return win::EqualIgnoringCase(file.name, name);
+    });
+    return found == Moved.end() ? nullptr : &*found;
 }
 
 void ButtonContext::Select(int index) {

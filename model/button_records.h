@@ -37,16 +37,33 @@ class ButtonRecords {
     std::array<std::string, kRecordCount> records_;
 };
 
+/// A file that was moved or renamed, with the button that led to it.
+struct MovedFile {
+    ButtonPlace place;
+    std::int32_t icon = 0;
+    std::string name;      ///< the shortcut's
+    std::string path;      ///< where the file was to go
+    bool isThere = false;  ///< it has got there
+    std::string from{};    ///< where the file was, and is when it has not got there
+    std::string record{};  ///< the button's then
+};
+
 /// The button that commands act on, and the record table they share.
 struct ButtonContext {
     std::int16_t CurrentButtonIndex = 1;  ///< 1 to 9
     std::string CurrentButtonKey = "11";  ///< that button's key
     ButtonRecords Records;                ///< of all tabs and buttons
+    /// Files of which it could not be stored yet that they were moved. What leads to them is not refreshed
+    /// before that: there is nothing where it leads.
+    std::vector<MovedFile> Moved;
     /// Something that is shown could not be read: it is to be refreshed soon. Nothing happens while it is
     /// empty.
     std::function<void()> onUnread;
     /// What is stored of these shortcuts was changed by a dialog. Nothing happens while it is empty.
     std::function<void(const std::vector<std::string>&)> onChanged;
+
+    /// The file of the shortcut of this name, in whatever case, among those above; null for none.
+    [[nodiscard]] const MovedFile* MovedFileOf(const std::string& name) const;
 
     /// Makes the button of the shown tab with this number the current one.
     void Select(int index);

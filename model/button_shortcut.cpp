@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "config/ini.h"
 #include "model/button_record.h"
 #include "model/shortcut_store.h"
 #include "model/target_icon.h"
@@ -33,7 +34,8 @@ struct CButtonShortcut::Reading {
         kDangling,  ///< its shortcut is not stored
         kGone,      ///< its target is gone
         kShown,     ///< it is as its record says
-        kUnread     ///< the file could not be read
+        kUnread,    ///< the file could not be read
+        kMoved      ///< its file was moved, which is not stored yet
     };
 
     ButtonPlace place;
@@ -64,6 +66,7 @@ void CButtonShortcut::RefreshButtons(const std::vector<Refresh>& refreshes) {
     std::vector<ShortcutStore::Freeing> freed;
     for (const auto& [button, key] : refreshes) {
         Reading reading = button->Read(key, silent);
+        if (reading.Frees() && button->TakeForeignRecord(reading)) reading = button->Read(key, silent);
         reading.refresh = ++button->refresh_;
         if (reading.Frees()) {
             // A target that is gone is noticed with its switch read already.
@@ -90,6 +93,11 @@ CButtonShortcut::Reading CButtonShortcut::Read(const std::string& key, sys::Sile
     reading.record = context_.Records.At(key);
     if (reading.record.empty()) return reading;
     reading.names = ButtonRecord::Parse(reading.place, reading.record);
+    if (const MovedFile* moved = context_.MovedFileOf(reading.names.name)) {
+        reading.fate = Fate::kMoved;
+        reading.target = moved->path;
+        return reading;
+    }
     const auto target = ShortcutStore::Target(reading.names.name);
     reading.fate = target ? Fate::kDangling : Fate::kUnread;
     if (!target || target->empty() || reading.names.name.empty()) return reading;
@@ -108,14 +116,29 @@ CButtonShortcut::Reading CButtonShortcut::Read(const std::string& key, sys::Sile
     return reading;
 }
 
+/// Before a button is freed: whether another program has changed its record since it was read. Then the table
+/// follows the file.
+bool CButtonShortcut::TakeForeignRecord(Reading& reading) const {
+    const std::string key = reading.place.Key();
+    const auto stored = config::TryReadIni(kButtonsSection, key);
+    if (!stored) {
+        if (!reading.record.empty()) reading.fate = Reading::Fate::kUnread;
+        return false;
+    }
+    if (*stored == reading.record) return false;
+    context_.Records.Set(key, *stored);
+    return true;
+}
+
 void CButtonShortcut::Take(const Reading& reading, bool stored) {
     using Fate = Reading::Fate;
     if (reading.fate == Fate::kFree || (reading.fate == Fate::kDangling && stored)) {
         BecomeFree(false);
         return;
     }
-    if (reading.fate == Fate::kUnread || reading.fate == Fate::kDangling) {
+    if (reading.fate == Fate::kUnread || reading.fate == Fate::kDangling || reading.fate == Fate::kMoved) {
         TakeUnread(reading);
+        if (reading.fate == Fate::kMoved) FilePath = reading.target;
         if (reading.fate == Fate::kUnread && context_.onUnread) context_.onUnread();
         return;
     }

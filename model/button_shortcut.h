@@ -51,7 +51,8 @@ class CButtonShortcut {
 
     /// Loads everything for the button with this key and paints it. A target that is gone frees the button;
     /// one of which nothing can be said, because its server or drive does not answer, does not. Where the
-    /// configuration file could not be read, the record stays, and ButtonContext::onUnread is told.
+    /// configuration file could not be read, the record stays, and ButtonContext::onUnread is told. A record
+    /// that another program has changed since it was read is taken from the file instead of being freed.
     /// Throws SubscriptError for a key outside "10" to "69".
     void RefreshButton(const std::string& key);
 
@@ -91,6 +92,7 @@ class CButtonShortcut {
     struct Reading;
 
     [[nodiscard]] Reading Read(const std::string& key, sys::SilentPlaces& silent) const;
+    bool TakeForeignRecord(Reading& reading) const;
     void Take(const Reading& reading, bool stored);
     void TakeUnread(const Reading& reading);
     void DrawCaption(const std::string& caption, const std::string& mark);

@@ -221,15 +221,16 @@ bool ShortcutStore::Free(const std::vector<Freeing>& buttons) {
 
 bool ShortcutStore::Follow(const MovedFile& file) {
     const auto commandSwitch = WholeSwitch(file.name);
-    if (!commandSwitch) return false;
+    const auto known = Target(file.path);
+    if (!commandSwitch || !known) return false;
     const bool canBeName = StorableName(file.path) == file.path;
+    // What the path stands for already is another shortcut's business, until the file is there.
+    const bool becomesShortcut = canBeName && (file.isThere || known->empty());
     Unit unit(records_);
     if (canBeName) unit.PutRecord(file.place.Key(), ButtonRecord{file.path, file.icon}.Text());
-    if (file.isThere) {
-        if (canBeName) Unit::PutTarget(file.path, file.path);
-        Unit::PutTarget(file.name, file.path);
-        if (canBeName && !commandSwitch->empty()) Unit::PutSwitch(file.path, *commandSwitch);
-    }
+    if (becomesShortcut) Unit::PutTarget(file.path, file.isThere ? file.path : file.from);
+    if (file.isThere) Unit::PutTarget(file.name, file.path);
+    if (becomesShortcut && !commandSwitch->empty()) Unit::PutSwitch(file.path, *commandSwitch);
     return unit.Finish();
 }
 

@@ -112,17 +112,10 @@ class ShortcutStore {
     /// Frees buttons, all of them or none.
     bool Free(const std::vector<Freeing>& buttons);
 
-    /// A file that was moved or renamed, with the button that led to it.
-    struct MovedFile {
-        ButtonPlace place;
-        std::int32_t icon = 0;
-        std::string name;  ///< the shortcut's
-        std::string path;  ///< where the file is now
-        bool isThere = false;
-    };
     /// Makes a button follow its file: its record gets the path for a name. Where the file has got there, the
-    /// path becomes a shortcut with the former one's switch, and the former shortcut leads there too. A path
-    /// that cannot be a name leaves the record as it is.
+    /// path becomes a shortcut with the former one's switch, and the former shortcut leads there too. Where
+    /// it has not, the path becomes one that leads to where the file is, unless there is one of that name. A
+    /// path that cannot be a name leaves the record as it is.
     bool Follow(const MovedFile& file);
 
   private:

@@ -91,8 +91,8 @@ std::string clsBmenu::GetFile() {
     return GetOpenFileNameW(&record) != FALSE ? Trimmed(win::ToBytes(path.data())) : std::string();
 }
 
-int clsBmenu::FileOperation(std::int16_t operation, const std::string& source,
-                            const std::string& destination) {
+int clsBmenu::FileOperation(std::int16_t operation, const std::string& source, const std::string& destination,
+                            bool* aborted) {
     struct Kind {
         UINT function;
         bool hasDestination;
@@ -114,7 +114,9 @@ int clsBmenu::FileOperation(std::int16_t operation, const std::string& source,
     record.pFrom = from.c_str();
     record.pTo = kind.hasDestination ? to.c_str() : nullptr;
     record.fFlags = kind.flags;
-    return SHFileOperationA(&record);
+    const int result = SHFileOperationA(&record);
+    if (aborted != nullptr) *aborted = record.fAnyOperationsAborted != FALSE;
+    return result;
 }
 
 }  // namespace sys

@@ -29,8 +29,10 @@ class clsBmenu {
 
     /// Copies, moves, renames, recycles or deletes one file or folder (SHFileOperation); `destination` counts
     /// for the first three only. Returns 0 for success, else the shell's error; an unknown code is an error.
+    /// Success does not say that all was done: `aborted` tells whether the user has kept the shell from a
+    /// part of it, such as overwriting a file.
     static int FileOperation(std::int16_t operation, const std::string& source,
-                             const std::string& destination);
+                             const std::string& destination, bool* aborted = nullptr);
 };
 
 }  // namespace sys

@@ -4,6 +4,7 @@
 
 #include <shlobj.h>
 
+#include "sys/utility.h"
 #include "win/com.h"
 #include "win/text.h"
 
@@ -70,6 +71,8 @@ std::string ReadLinkTarget(const std::string& path) {
         const Link whole = ReadWithShellLink(path);
         if (whole.target.size() >= link.target.size()) link = whole;
     }
+    // The first bar is where the target ends.
+    if (IsUrl(link.target)) link.target = EncodeBars(link.target);
     return link.target + "|" + link.arguments;
 }
 

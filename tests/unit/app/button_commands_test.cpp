@@ -19,6 +19,7 @@
 #include "tests/support/held_file.h"
 #include "tests/support/modal_answers.h"
 #include "tests/support/text.h"
+#include "tests/support/wait.h"
 #include "tests/unit/app/panel_parts.h"
 #include "win/errors.h"
 
@@ -397,16 +398,47 @@ TEST_F(ButtonCommandsDesktopTest, FollowAFileThatWasMovedWithEverythingThatLeads
 TEST_F(ButtonCommandsDesktopTest, ChangeNoShortcutWhenTheFileStayedWhereItWas) {
     const std::string path = folder_.MakeFile("a.txt");
     answer_ = folder_.MakeFolder("target");
+    const std::string other = answer_ + "\\a.txt";
     // The shell says that all is well also when the user would not have a file overwritten.
-    for (const int result : {2, 0}) {
-        LoadSingle(path);
-        result_ = result;
-        const ModalAnswers user({Note(result == 0 ? kDone : kFailed)});
-        commands_.RunFileCommand(kMoveTo);
-        EXPECT_EQ(folder_.IniValue("Buttons", "11"), answer_ + "\\a.txt|2");
-        EXPECT_EQ(folder_.IniValue("Cuts", "Име"), path);
-        EXPECT_EQ(folder_.Ini().Keys("Cuts").size(), 1u);
+    for (const bool taken : {false, true}) {
+        if (taken) CopyFileW(testkit::Wide(path).c_str(), testkit::Wide(other).c_str(), TRUE);
+        for (const int result : {2, 0}) {
+            LoadSingle(path);
+            result_ = result;
+            const ModalAnswers user({Note(result == 0 ? kDone : kFailed)});
+            commands_.RunFileCommand(kMoveTo);
+            EXPECT_EQ(folder_.IniValue("Buttons", "11"), other + "|2");
+            EXPECT_EQ(folder_.IniValue("Cuts", "Име"), path);
+            EXPECT_EQ(folder_.IniValue("Cuts", other), path);
+            buttons_.RefreshShownTab();
+            EXPECT_EQ(folder_.IniValue("Buttons", "11"), other + "|2") << "the button lives on";
+            EXPECT_EQ(state_.Button(1).FilePath, path);
+        }
     }
+}
+
+TEST_F(ButtonCommandsDesktopTest, FollowAMovedFileAsSoonAsThatCanBeStored) {
+    const std::string path = folder_.MakeFile("a.txt");
+    answer_ = folder_.MakeFolder("target");
+    const std::string moved = answer_ + "\\a.txt";
+    Load("[Buttons]\r\n11=Име|2\r\n13=Име|5\r\n[Cuts]\r\nИме=" + path + "\r\n");
+    win::SetTopmost(true, host_.Handle());
+    {
+        const testkit::HeldFile held(folder_.IniPath());
+        meanwhile_ = [&] { MoveFileW(testkit::Wide(path).c_str(), testkit::Wide(moved).c_str()); };
+        const ModalAnswers user({Note(kDone)});
+        commands_.RunFileCommand(kMoveTo);
+        meanwhile_ = nullptr;
+        EXPECT_EQ(state_.Button(1).FilePath, moved) << "it opens its file";
+    }
+    buttons_.RefreshShownTab();
+    EXPECT_EQ(state_.Button(1).FilePath, moved);
+    EXPECT_EQ(state_.Button(3).Naziv, "Име") << "nobody frees what leads to the old place";
+    testkit::WaitFor("the move is stored without the user's doing", [&] {
+        return folder_.IniValue("Buttons", "11") == moved + "|2" && state_.Button(3).FilePath == moved;
+    });
+    EXPECT_EQ(folder_.IniValue("Cuts", "Име"), moved);
+    EXPECT_EQ(folder_.IniValue("Buttons", "13"), "Име|5");
 }
 
 TEST_F(ButtonCommandsDesktopTest, LeaveAButtonAloneThatGotSomethingElseMeanwhile) {

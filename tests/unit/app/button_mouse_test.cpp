@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "config/ini.h"
 #include "dialogs/message_box.h"
 #include "res/resource.h"
+#include "tests/support/held_file.h"
 #include "tests/support/modal_answers.h"
 #include "tests/unit/app/panel_parts.h"
 
@@ -315,6 +317,27 @@ TEST_F(ButtonMouseTest, TakesNoLongerSwitchThanCanBeReadBack) {
         box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
     });
     EXPECT_EQ(state_.Button(1).Switch, std::string(554, 's'));
+}
+
+TEST_F(ButtonMouseTest, AsksAgainWithATypedSwitchThatCouldNotBeStored) {
+    StoreSwitch("/old");
+    auto held = std::make_unique<testkit::HeldFile>(folder_.IniPath());
+    const ModalAnswers user({[](Window box) {
+                                 box.Child(320).SetText("/typed");
+                                 box.Child(312).Send(BM_CLICK);
+                             },
+                             [](Window box) {
+                                 EXPECT_EQ(box.Child(300).Text(), "Couldn't perform the operation, sorry.");
+                                 box.Child(310).Send(BM_CLICK);
+                             },
+                             [&](Window box) {
+                                 EXPECT_EQ(box.Child(320).Text(), "/typed");
+                                 held.reset();
+                                 box.Child(312).Send(BM_CLICK);
+                             }});
+    DoubleClick(Button(1), {VK_CONTROL, VK_MENU});
+    EXPECT_EQ(StoredSwitch(), "/typed");
+    EXPECT_EQ(state_.Button(1).Switch, "/typed");
 }
 
 TEST_F(ButtonMouseTest, ShowsTheSwitchOnEveryButtonOfTheShortcut) {

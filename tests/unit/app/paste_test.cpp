@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 #include <shlobj.h>
+#include <shlwapi.h>
 
 #include <cstring>
 
@@ -81,6 +82,18 @@ TEST_F(PasteTest, TakesThePathInTheFirstLine) {
     Paste();
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "文 č.tar|0");
     EXPECT_EQ(folder_.IniValue("Cuts", "文 č.tar"), path);
+}
+
+TEST_F(PasteTest, TakesAPathThatTheShellsFunctionRefusesToLookAt) {
+    Load("");
+    const std::string path = folder_.MakeFile("a.txt");
+    HoldText(path);
+    const auto exists = FAKE_CALL(PathFileExistsA, [](LPCSTR) -> BOOL {
+        SetLastError(ERROR_SUCCESS);
+        return FALSE;
+    });
+    Paste();
+    EXPECT_EQ(folder_.IniValue("Cuts", "a"), path);
 }
 
 TEST_F(PasteTest, IgnoresAnyOtherTextWithoutAWord) {

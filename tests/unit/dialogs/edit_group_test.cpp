@@ -305,6 +305,23 @@ TEST_F(EditGroupTest, AddsNothingThatCouldNotBeReadBack) {
     EXPECT_EQ(config::ReadIni("Cuts", "Work").size(), 554u);
 }
 
+TEST_F(EditGroupTest, AddsNothingToAGroupThatIsTooLongAlready) {
+    const std::string item = "C:\\" + std::string(397, 'x');
+    Load("[Cuts]\r\nWork=" + item + "|" + item + "\r\n");
+    picked_ = "C:\\" + std::string(180, 'y');
+    Edit("Work", {[](Window dialog) {
+                      Click(dialog, IDC_GROUP_DELETE_ITEM);
+                      Click(dialog, IDC_GROUP_ADD_FILE);
+                  },
+                  [&](Window box) {
+                      EXPECT_EQ(box.Child(IDC_MESSAGE_TEXT).Text(), "Couldn't make this shortcut, sorry.");
+                      Click(box, IDC_ANSWER);
+                      EXPECT_EQ(editor_.ItemCount(), 1);
+                      box.Owner().Child(IDC_GROUP_CANCEL).Post(BM_CLICK);
+                  }});
+    EXPECT_EQ(Stored("Work"), item + "|" + item);
+}
+
 TEST_F(EditGroupTest, AUrlWithABarStaysOneItem) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
     Edit("Work", {[](Window dialog) { Click(dialog, dialogs::frmEditB::c1 + 4); },

@@ -210,6 +210,18 @@ TEST_F(ButtonShortcutTest, ADanglingRecordFreesTheButtonInTableAndFile) {
     }
 }
 
+TEST_F(ButtonShortcutTest, ARecordThatAnotherProgramHasChangedIsTakenInsteadOfFreed) {
+    for (const char* known : {"gone|0", ""}) {
+        LoadRecord("a|4", "[Cuts]\r\na=http://example.org/a\r\ngone|0=C:\\x\r\n");
+        context_.Records.Set("11", known);
+        button_.RefreshButton("11");
+        EXPECT_EQ(button_.Naziv, "a") << known;
+        EXPECT_EQ(context_.Records.At("11"), "a|4");
+        EXPECT_EQ(folder_.IniValue("Buttons", "11"), "a|4");
+        EXPECT_EQ(folder_.IniValue("Cuts", "gone|0"), "C:\\x");
+    }
+}
+
 TEST_F(ButtonShortcutTest, ADanglingRecordTakesTheShortcutNamedByItsWholeTextAlong) {
     LoadRecord("gone|0", "[Cuts]\r\ngone=\r\ngone|0=C:\\a\r\nother=C:\\b\r\n");
     button_.RefreshButton("11");

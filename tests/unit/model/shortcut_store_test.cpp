@@ -208,13 +208,21 @@ TEST_F(ShortcutStoreTest, FollowsAFileThatWasMoved) {
     EXPECT_EQ(folder_.IniValue("Switch", "Notes"), "/n") << "copied, not taken";
 }
 
-TEST_F(ShortcutStoreTest, PointsTheRecordAloneToAFileThatDidNotGetThere) {
-    const auto cuts = Section("Cuts");
-    const auto switches = Section("Switch");
-    EXPECT_TRUE(store_.Follow({{1, 1}, 3, "Notes", "D:\\b.txt", false}));
+TEST_F(ShortcutStoreTest, LeadsToWhereTheFileIsThatDidNotGetThere) {
+    EXPECT_TRUE(store_.Follow({{1, 1}, 3, "Notes", "D:\\b.txt", false, "C:\\a.txt"}));
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "D:\\b.txt|3");
-    EXPECT_EQ(Section("Cuts"), cuts);
-    EXPECT_EQ(Section("Switch"), switches);
+    EXPECT_EQ(folder_.IniValue("Cuts", "D:\\b.txt"), "C:\\a.txt");
+    EXPECT_EQ(folder_.IniValue("Cuts", "Notes"), "C:\\a=b.txt") << "the shortcut stays as it was";
+    EXPECT_EQ(folder_.IniValue("Switch", "D:\\b.txt"), "/n");
+}
+
+TEST_F(ShortcutStoreTest, AFileThatDidNotGetThereLeavesTheShortcutOfThatPathAlone) {
+    Load(
+        "[Buttons]\r\n11=Notes|3\r\n[Cuts]\r\nNotes=C:\\a.txt\r\nD:\\b.txt=D:\\b.txt\r\n[Switch]\r\nNotes=/"
+        "n\r\n");
+    EXPECT_TRUE(store_.Follow({{1, 1}, 3, "Notes", "D:\\b.txt", false, "C:\\a.txt"}));
+    EXPECT_EQ(folder_.IniValue("Cuts", "D:\\b.txt"), "D:\\b.txt");
+    EXPECT_EQ(folder_.IniValue("Switch", "D:\\b.txt"), std::nullopt);
 }
 
 TEST_F(ShortcutStoreTest, LeavesTheRecordWhereThePathCanBeNoName) {

@@ -128,6 +128,12 @@ TEST_F(ShellLinkTest, AsksTheScriptingObjectForTargetAndArguments) {
                             "TargetPath get", "Arguments get"));
 }
 
+TEST_F(ShellLinkTest, EncodesTheBarsOfAUrlButOfNothingElse) {
+    FakeScriptShell shell(log_, {.target = L"http://example.org/a|b", .arguments = L"c|d"});
+    ReplaceScriptShell(&shell);
+    EXPECT_EQ(sys::ReadLinkTarget("C:\\a.lnk"), "http://example.org/a%7Cb|c|d");
+}
+
 TEST_F(ShellLinkTest, KeepsTheTargetWhenTheArgumentsCannotBeRead) {
     FakeScriptShell shell(log_, {.target = L"C:\\a.exe", .arguments = L"/x", .read_arguments = E_FAIL});
     ReplaceScriptShell(&shell);
