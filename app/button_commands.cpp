@@ -64,7 +64,22 @@ int Operate(std::int16_t operation, const std::string& source, const std::string
     return Ask([&] { return sys::clsBmenu::FileOperation(operation, source, destination, aborted); });
 }
 
-bool IsMissing(const std::string& path) { return sys::LookAtTarget(path).kind == sys::TargetKind::kMissing; }
+bool IsFound(sys::TargetKind kind) {
+    return kind == sys::TargetKind::kFile || kind == sys::TargetKind::kFolder;
+}
+
+/// Whether a file has got from one path to another, as far as can be seen; `done` is what the shell says. It
+/// also says so when the user would not have a file overwritten: then both are there.
+bool HasMoved(const std::string& from, const std::string& to, bool done) {
+    using sys::TargetKind;
+    const TargetKind there = sys::LookAtTarget(to).kind;
+    if (there == TargetKind::kMissing) return false;
+    if (win::EqualIgnoringCase(from, to)) return done;
+    const TargetKind left = sys::LookAtTarget(from).kind;
+    if (IsFound(left)) return false;
+    // Of a place that does not answer the shell knows more; of a file that is gone from where it was, nobody.
+    return done || (IsFound(there) && left == TargetKind::kMissing);
+}
 
 void TellResult(int result) {
     dialogs::ShowNote(result == 0 ? "Operation completed." : "Couldn't perform the operation, sorry.");
@@ -244,17 +259,15 @@ void ButtonCommands::RenameFile(const File& file) {
 void ButtonCommands::PointTo(const File& file, const std::string& path, bool done) {
     // Something else may have been put onto the button meanwhile.
     if (state_.Context.Records.At(file.place.Key()) != file.record) return;
-    // The shell also says that all is well when the user would not have a file overwritten: then both are
-    // there.
-    const bool hasLeft = IsMissing(file.path);
-    const bool isThere = done && !IsMissing(path) && (hasLeft || win::EqualIgnoringCase(file.path, path));
+    const bool isThere = HasMoved(file.path, path, done);
     const bool stored =
         state_.Follow({file.place, file.icon, file.name, path, isThere, file.path, file.record});
     state_.TipButton = 0;
     auto* button = state_.ShownAt(file.place);
     if (button != nullptr && (stored || isThere)) button->FilePath = path;
     // A button whose file stayed where it was must not be renamed or carried on with the path that is none.
-    if (stored && (isThere || !hasLeft)) state_.ShowChanged({file.name, path}, file.place);
+    if (stored && (isThere || sys::LookAtTarget(file.path).kind != sys::TargetKind::kMissing))
+        state_.ShowChanged({file.name, path}, file.place);
 }
 
 void ButtonCommands::RemoveFile(const File& file, bool forGood) {

@@ -417,6 +417,31 @@ TEST_F(ButtonCommandsDesktopTest, ChangeNoShortcutWhenTheFileStayedWhereItWas) {
     }
 }
 
+TEST_F(ButtonCommandsDesktopTest, FollowAFileThatIsThereWhateverElseCannotBeSeen) {
+    const std::string path = folder_.MakeFile("a.txt");
+    answer_ = folder_.MakeFolder("target");
+    const std::string moved = answer_ + "\\a.txt";
+    // The shell has failed behind the move, or Windows has no answer to where the file was.
+    for (const bool failed : {false, true}) {
+        LoadSingle(path);
+        result_ = failed ? 2 : 0;
+        const auto look = FAKE_CALL(GetFileAttributesExW,
+                                    [&](LPCWSTR name, GET_FILEEX_INFO_LEVELS level, LPVOID data) -> BOOL {
+                                        if (failed)
+                                            return ORIGINAL_CALL(GetFileAttributesExW)(name, level, data);
+                                        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+                                        return FALSE;
+                                    });
+        meanwhile_ = [&] { MoveFileW(testkit::Wide(path).c_str(), testkit::Wide(moved).c_str()); };
+        const ModalAnswers user({Note(failed ? kFailed : kDone)});
+        commands_.RunFileCommand(kMoveTo);
+        EXPECT_EQ(folder_.IniValue("Buttons", "11"), moved + "|2") << failed;
+        EXPECT_EQ(folder_.IniValue("Cuts", moved), moved) << failed;
+        EXPECT_EQ(folder_.IniValue("Cuts", "Име"), moved) << failed;
+        MoveFileW(testkit::Wide(moved).c_str(), testkit::Wide(path).c_str());
+    }
+}
+
 TEST_F(ButtonCommandsDesktopTest, FollowAMovedFileAsSoonAsThatCanBeStored) {
     const std::string path = folder_.MakeFile("a.txt");
     answer_ = folder_.MakeFolder("target");

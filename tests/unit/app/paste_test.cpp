@@ -85,7 +85,7 @@ TEST_F(PasteTest, TakesThePathInTheFirstLine) {
 }
 
 TEST_F(PasteTest, TakesAPathThatTheShellsFunctionRefusesToLookAt) {
-    Load("");
+    Load("[Settings]\r\n");
     const std::string path = folder_.MakeFile("a.txt");
     HoldText(path);
     const auto exists = FAKE_CALL(PathFileExistsA, [](LPCSTR) -> BOOL {

@@ -310,14 +310,14 @@ TEST_F(EditGroupTest, AddsNothingToAGroupThatIsTooLongAlready) {
     Load("[Cuts]\r\nWork=" + item + "|" + item + "\r\n");
     picked_ = "C:\\" + std::string(180, 'y');
     Edit("Work", {[](Window dialog) {
-                      Click(dialog, IDC_GROUP_DELETE_ITEM);
-                      Click(dialog, IDC_GROUP_ADD_FILE);
+                      Click(dialog, dialogs::frmEditB::c1 + dialogs::frmEditB::kDeleteItem);
+                      Click(dialog, dialogs::frmEditB::c1 + dialogs::frmEditB::kAddFile);
                   },
                   [&](Window box) {
-                      EXPECT_EQ(box.Child(IDC_MESSAGE_TEXT).Text(), "Couldn't make this shortcut, sorry.");
-                      Click(box, IDC_ANSWER);
+                      EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
+                      Click(box, dialogs::frmMsg::b1);
                       EXPECT_EQ(editor_.ItemCount(), 1);
-                      box.Owner().Child(IDC_GROUP_CANCEL).Post(BM_CLICK);
+                      box.Owner().Child(dialogs::frmEditB::c1 + dialogs::frmEditB::kCancel).Post(BM_CLICK);
                   }});
     EXPECT_EQ(Stored("Work"), item + "|" + item);
 }
