@@ -9,6 +9,7 @@
 
 #include "dialogs/message_box.h"
 #include "tests/program/quon_panel.h"
+#include "version.h"
 
 namespace testkit {
 namespace {
@@ -239,7 +240,7 @@ TEST_F(PanelTest, TheSettingsMenuSwitchesTheTipsAndShowsAbout) {
         menu.Choose("About");
     }
     const Window about = quon.Program().WaitForWindow({.title = "About Quon"});
-    EXPECT_EQ(about.Child(dialogs::frmMsg::VersionLabel).Text(), "version 2.0.1");
+    EXPECT_EQ(about.Child(dialogs::frmMsg::VersionLabel).Text(), "version " QUON_VERSION);
     EXPECT_EQ(about.Child(dialogs::frmMsg::SupportLink).Text(), "Tech support, contact");
     EXPECT_EQ(about.Child(dialogs::frmMsg::WebLink).Text(), "Visit web site");
     EXPECT_EQ(about.Child(dialogs::frmMsg::b2).Text(), "Close");

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cstring>
 #include <memory>
@@ -15,6 +16,7 @@
 
 #include "tests/support/paths.h"
 #include "tests/support/text.h"
+#include "version.h"
 
 namespace {
 
@@ -112,15 +114,17 @@ TEST(ProgramImageTest, CarriesItsVersion) {
     ASSERT_NE(at, std::string::npos);
     VS_FIXEDFILEINFO fixed{};
     std::memcpy(&fixed, version.data() + at, sizeof fixed);
-    EXPECT_EQ(fixed.dwFileVersionMS, 0x00020000u);
-    EXPECT_EQ(fixed.dwFileVersionLS, 0x00010000u);
-    EXPECT_EQ(fixed.dwProductVersionMS, 0x00020000u);
-    EXPECT_EQ(fixed.dwProductVersionLS, 0x00010000u);
+    const std::array<DWORD, 4> parts{QUON_VERSION_NUMBERS};
+    EXPECT_EQ(fixed.dwFileVersionMS, parts[0] << 16 | parts[1]);
+    EXPECT_EQ(fixed.dwFileVersionLS, parts[2] << 16 | parts[3]);
+    EXPECT_EQ(fixed.dwProductVersionMS, fixed.dwFileVersionMS);
+    EXPECT_EQ(fixed.dwProductVersionLS, fixed.dwFileVersionLS);
     // A value follows its name after the name's end and what aligns it to four bytes.
     for (const std::wstring name : {L"FileVersion", L"ProductVersion"}) {
         const std::wstring text(reinterpret_cast<const wchar_t*>(version.data()), version.size() / 2);
         const size_t end = text.find(name + L'\0') + name.size();
-        EXPECT_EQ(text.substr(text.find_first_not_of(L'\0', end), 6), std::wstring(L"2.0.1\0", 6));
+        const std::wstring expected = testkit::Wide(QUON_VERSION) + L'\0';
+        EXPECT_EQ(text.substr(text.find_first_not_of(L'\0', end), expected.size()), expected);
     }
 }
 

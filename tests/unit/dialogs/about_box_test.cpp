@@ -13,6 +13,7 @@
 #include "tests/support/modal_answers.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/window.h"
+#include "version.h"
 
 namespace dialogs {
 namespace {
@@ -42,7 +43,7 @@ TEST(AboutBoxTest, ShowsItsPanelWithVersionLinksAndCloseButton) {
             EXPECT_TRUE(box.Child(id).IsVisible()) << id;
         for (const int id : {300, 310, 311, 312, 320})
             EXPECT_FALSE(box.Child(id).IsVisible()) << id;
-        EXPECT_EQ(box.Child(dialogs::frmMsg::VersionLabel).Text(), "version 2.0.1");
+        EXPECT_EQ(box.Child(dialogs::frmMsg::VersionLabel).Text(), "version " QUON_VERSION);
         EXPECT_EQ(box.Child(dialogs::frmMsg::SupportLink).Text(), "Tech support, contact");
         EXPECT_EQ(box.Child(dialogs::frmMsg::WebLink).Text(), "Visit web site");
         EXPECT_EQ(box.Child(dialogs::frmMsg::b2).Text(), "Close");
