@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "win/errors.h"
+#include "win/trace.h"
 
 namespace app {
 
@@ -13,7 +14,11 @@ DropTarget::~DropTarget() { Revoke(); }
 void DropTarget::Register(HWND window, std::function<void(const sys::DroppedData&)> onDrop) {
     Revoke();
     onDrop_ = std::move(onDrop);
-    if (RegisterDragDrop(window, this) == S_OK) window_ = window;
+    const HRESULT answer = RegisterDragDrop(window, this);
+    if (answer == S_OK)
+        window_ = window;
+    else
+        win::TraceFailure("RegisterDragDrop", static_cast<DWORD>(answer));
 }
 
 void DropTarget::Revoke() noexcept {

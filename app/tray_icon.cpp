@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "app/edge_dock.h"
+#include "win/trace.h"
 
 namespace app {
 inline namespace modTray {
@@ -37,7 +38,7 @@ bool TrayIcon::AddTrayIcon(HWND window, HICON icon) {
     record_.hIcon = icon;
     std::copy(kTip.begin(), kTip.end(), record_.szTip);
     asked_ = true;
-    return Shell_NotifyIconA(NIM_ADD, &record_) != FALSE;
+    return win::Traced(Shell_NotifyIconA(NIM_ADD, &record_), "Shell_NotifyIconA") != FALSE;
 }
 
 bool TrayIcon::AddAgain() {
@@ -73,7 +74,7 @@ bool NotificationAreaHasKeyboard() { return HoldsNotificationArea(GetForegroundW
 void TrayIcon::RemoveTrayIcon() noexcept {
     if (!asked_) return;
     asked_ = false;
-    Shell_NotifyIconA(NIM_DELETE, &record_);
+    win::Traced(Shell_NotifyIconA(NIM_DELETE, &record_), "Shell_NotifyIconA");
 }
 
 }  // namespace modTray

@@ -11,6 +11,7 @@
 #include "config/patience.h"
 #include "config/side_file.h"
 #include "win/message_ban.h"
+#include "win/trace.h"
 
 namespace config {
 namespace {
@@ -63,8 +64,10 @@ bool CallProfileFunction(const IniWrite& write) {
     }
     SetLastError(ERROR_SUCCESS);
     if (write.Key)
-        return WritePrivateProfileStringA(write.Section.c_str(), write.Key->c_str(), text, file) != 0;
-    return WritePrivateProfileSectionA(write.Section.c_str(), text, file) != 0;
+        return win::Traced(WritePrivateProfileStringA(write.Section.c_str(), write.Key->c_str(), text, file),
+                           "WritePrivateProfileStringA") != 0;
+    return win::Traced(WritePrivateProfileSectionA(write.Section.c_str(), text, file),
+                       "WritePrivateProfileSectionA") != 0;
 }
 
 /// Reads what is to be put back if the file itself takes the writes and one of them fails. False when there

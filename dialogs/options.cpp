@@ -14,6 +14,7 @@
 #include "win/errors.h"
 #include "win/process_start.h"
 #include "win/text.h"
+#include "win/trace.h"
 #include "win/window.h"
 
 namespace dialogs {
@@ -77,7 +78,11 @@ constexpr const char* kRunValue = "Quon";
 
 win::RegistryKey OpenRunKey(REGSAM access) {
     HKEY key = nullptr;
-    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, kRunKey, 0, access, &key) != ERROR_SUCCESS) return {};
+    const LSTATUS error = RegOpenKeyExA(HKEY_LOCAL_MACHINE, kRunKey, 0, access, &key);
+    if (error != ERROR_SUCCESS) {
+        win::TraceFailure("RegOpenKeyExA", static_cast<DWORD>(error));
+        return {};
+    }
     return win::RegistryKey(key);
 }
 
@@ -86,8 +91,10 @@ void WriteRunEntry() {
     const win::RegistryKey key = OpenRunKey(KEY_SET_VALUE);
     if (!key) return;
     const std::string program = win::ProgramFolder() + "\\Quon.exe";
-    RegSetValueExA(key.Get(), kRunValue, 0, REG_SZ, reinterpret_cast<const BYTE*>(program.c_str()),
-                   static_cast<DWORD>(program.size() + 1));
+    const LSTATUS error =
+        RegSetValueExA(key.Get(), kRunValue, 0, REG_SZ, reinterpret_cast<const BYTE*>(program.c_str()),
+                       static_cast<DWORD>(program.size() + 1));
+    if (error != ERROR_SUCCESS) win::TraceFailure("RegSetValueExA", static_cast<DWORD>(error));
 }
 
 /// Makes Windows start the program no more; false when the key cannot be opened for full access.

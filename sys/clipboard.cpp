@@ -7,6 +7,7 @@
 #include "sys/dropped_data.h"
 #include "sys/shell_link.h"
 #include "win/text.h"
+#include "win/trace.h"
 
 namespace sys {
 namespace {
@@ -18,7 +19,7 @@ constexpr UINT kAskForCount = 0xFFFFFFFF;
 /// The clipboard, open as long as this value lives.
 class OpenedClipboard {
   public:
-    OpenedClipboard() noexcept : open_(OpenClipboard(nullptr) != FALSE) {}
+    OpenedClipboard() noexcept : open_(win::Traced(OpenClipboard(nullptr), "OpenClipboard") != FALSE) {}
     OpenedClipboard(const OpenedClipboard&) = delete;
     OpenedClipboard& operator=(const OpenedClipboard&) = delete;
     OpenedClipboard(OpenedClipboard&&) = delete;

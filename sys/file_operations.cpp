@@ -13,6 +13,7 @@
 #include "win/handles.h"
 #include "win/process_start.h"
 #include "win/text.h"
+#include "win/trace.h"
 #include "win/window.h"
 
 namespace sys {
@@ -56,7 +57,7 @@ void clsBmenu::ShowProperties(const std::string& path) {
     record.lpParameters = "";
     record.lpDirectory = "";
     record.nShow = 0;
-    ShellExecuteExA(&record);
+    win::Traced(ShellExecuteExA(&record), "ShellExecuteExA");
     const win::KernelObject process(record.hProcess);
 }
 

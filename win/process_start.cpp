@@ -2,6 +2,7 @@
 
 #include "win/handles.h"
 #include "win/text.h"
+#include "win/trace.h"
 
 namespace win {
 
@@ -12,9 +13,9 @@ bool StartProcess(const std::string& commandLine, WORD showCommand) {
     startup.dwFlags = STARTF_USESHOWWINDOW;
     startup.wShowWindow = showCommand;
     PROCESS_INFORMATION process{};
-    if (CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                       &process) == 0)
-        return false;
+    const BOOL done = CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                                     &startup, &process);
+    if (!Traced(done, "CreateProcessA")) return false;
     const KernelObject thread(process.hThread);
     const KernelObject started(process.hProcess);
     return true;
