@@ -89,7 +89,10 @@ TEST(LoadTest, TakesConfigurationAndHelpFromTheProgramFolder) {
     EXPECT_EQ(config::IniPath, panel.Folder().FullPath("Quon.ini"));
     testkit::CallLog log;
     const auto shell = STUB_CALL(log, ShellExecuteA, reinterpret_cast<HINSTANCE>(33));
-    panel.Window().Send(WM_HELP);
+    // The window's procedure may be reached from another process, and Windows then copies the record.
+    HELPINFO info{};
+    info.cbSize = sizeof info;
+    panel.Window().Send(WM_HELP, 0, reinterpret_cast<LPARAM>(&info));
     EXPECT_THAT(log.Lines(),
                 ElementsAreArray({"ShellExecuteA " + testkit::LoggedText(GetDesktopWindow()) + " (null) " +
                                   panel.Folder().FullPath("Manual.chm") + " (null) (null) 1"}));

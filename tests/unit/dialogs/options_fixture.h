@@ -45,6 +45,8 @@ class OptionsFixture : public ::testing::Test {
     OptionsFixture() {
         config::Settings = {};
         config::Settings.Edge = 1;
+        // Where the dialog comes up no pointer may rest: its explanations follow it.
+        SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1);
         // One of them is on, so that no click asks for the note.
         config::Settings.ClickShows = true;
         Reports().clear();
