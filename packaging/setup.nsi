@@ -11,6 +11,7 @@ SetCompressor /SOLID lzma
 !include FileFunc.nsh
 !include LogicLib.nsh
 !include MUI2.nsh
+!include WinVer.nsh
 
 !define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\Quon"
 !define RUN_KEY "Software\Microsoft\Windows\CurrentVersion\Run"
@@ -96,6 +97,16 @@ FunctionEnd
 !macroend
 !insertmacro EndQuon ""
 !insertmacro EndQuon "un."
+
+; Older systems than Windows 10 version 1903 do not know the code page that Quon works in.
+Function .onInit
+    ${IfNot} ${AtLeastBuild} 18362
+        MessageBox MB_OK|MB_ICONSTOP "Quon needs Windows 10 version 1903 or later." /SD IDOK
+        ; 1150: ERROR_OLD_WIN_VERSION
+        SetErrorLevel 1150
+        Quit
+    ${EndIf}
+FunctionEnd
 
 Section
     Call EndQuon

@@ -14,6 +14,7 @@ link="$menu/Microsoft/Windows/Start Menu/Programs/Quon.lnk"
 uninstall='HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\Quon'
 run='HKLM\SOFTWARE\Microsoft\Windows\CurrentVersion\Run'
 
+version=$(sed -nE 's/^project\(Quon VERSION ([0-9.]+).*/\1/p' CMakeLists.txt)
 failed=0
 # expect TEXT COMMAND...: the command succeeds.
 expect() {
@@ -35,6 +36,9 @@ until_true() {
     done
 }
 install() { wine "$setup" /S; }
+# windows NAME: what Wine is from now on, by its own name for it.
+windows() { wine reg add 'HKCU\Software\Wine' /v Version /d "${1#default}" /f >/dev/null; }
+refuses() { ! install; }
 # The uninstaller goes on from a copy of itself; its own file goes last but for the folder.
 remove() { wine "$folder/Uninstall/Uninstall.exe" /S "$@" && until_true no_key "$uninstall"; }
 
@@ -47,6 +51,15 @@ expect "the zip holds what is needed" [ "$(unzip -Z1 "$zip" | sort | paste -sd' 
     "Fresh.ini License.txt Manual.chm Quon.exe Quon.ini ReadMe.txt ThirdParty.txt" ]
 mkdir "$QUON_DESKTOP/unpacked"
 (cd "$QUON_DESKTOP/unpacked" && unzip -q "$zip")
+expect "a fresh Quon.ini is the shipped one" cmp -s "$QUON_DESKTOP/unpacked/Fresh.ini" packaging/Quon.ini
+expect "the notices of the runtimes are in it" grep -q 'winpthreads' "$QUON_DESKTOP/unpacked/ThirdParty.txt"
+expect "its text names its version and systems" \
+    grep -q "^Quon $version, .*Windows 10 version 1903 and later" "$QUON_DESKTOP/unpacked/ReadMe.txt"
+
+windows win81
+expect "does not install on a Windows that is too old" refuses
+expect "and leaves nothing there" absent "$folder"
+windows win10
 
 install
 for file in Quon.exe Quon.ini Fresh.ini Manual.chm License.txt ReadMe.txt ThirdParty.txt; do
@@ -54,8 +67,7 @@ for file in Quon.exe Quon.ini Fresh.ini Manual.chm License.txt ReadMe.txt ThirdP
 done
 expect "makes an entry in the Start menu" [ -s "$link" ]
 expect "tells Windows where it is" has_value "$uninstall" InstallLocation "$installed"
-expect "tells Windows its version" has_value "$uninstall" DisplayVersion \
-    "$(sed -nE 's/^project\(Quon VERSION ([0-9.]+).*/\1/p' CMakeLists.txt)"
+expect "tells Windows its version" has_value "$uninstall" DisplayVersion "$version"
 expect "tells Windows how to remove it" has_value "$uninstall" UninstallString "\"$installed\\Uninstall\\Uninstall.exe\""
 expect "puts no other program beside Quon, for its menu to offer" [ "$(ls "$folder" | grep -i '\.exe$')" = Quon.exe ]
 
@@ -65,7 +77,7 @@ expect "starts" until_true panels 1
 (cd "$QUON_DESKTOP/unpacked" && exec setsid wine Quon.exe </dev/null >/dev/null 2>&1) &
 second=$!
 # No test after this one may find it on the screen.
-trap 'kill "$second" 2>/dev/null || true' EXIT
+trap 'kill "$second" 2>/dev/null || true; windows default' EXIT
 expect "starts from another folder as well" until_true panels 2
 
 printf '[Cuts]\r\nMine=C:\\windows\r\n' >>"$folder/Quon.ini"
