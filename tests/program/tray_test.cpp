@@ -128,6 +128,10 @@ TEST_F(TrayTest, OtherMouseMessagesOverTheIconDoNothing) {
 
 TEST_F(TrayTest, ARightClickThatCameFromElsewhereDoesNothing) {
     QuonPanel quon = Start();
+    // A taskbar in front of all would be one that the keyboard is in.
+    const OtherWindow other({0, 0, 100, 100});
+    SetForegroundWindow(other.AsWindow().Handle());
+    WaitFor("the other window in front", [&] { return other.AsWindow().IsForeground(); });
     PostCallback(quon, WM_RBUTTONUP);
     EXPECT_TRUE(StaysDocked(quon));
 }

@@ -160,6 +160,7 @@ class TrayEventTest : public ::testing::Test {
             order_.push_back(window == panel_.Panel().Handle() ? "foreground" : "another in front");
             return TRUE;
         }));
+        fakes_.push_back(FAKE_CALL(GetForegroundWindow, [this] { return front_; }));
         panel_.Load();
         panel_.Log().Clear();
     }
@@ -170,6 +171,7 @@ class TrayEventTest : public ::testing::Test {
     PanelHarness panel_{"Main=1,False,True,False,False,False,False,3,False,False,False\r\n"};
     std::string underMouse_;
     HWND below_ = nullptr;
+    HWND front_ = nullptr;
     int chosen_ = 0;
     int menus_ = 0;
     POINT menuPlace_{};
@@ -232,8 +234,6 @@ TEST_F(TrayEventTest, KnowsTheNotificationAreaByTheClassesOfItsWindowsToo) {
 TEST_F(TrayEventTest, ShowsItsMenuAtTheIconForTheKeyboardWhereverThePointerIs) {
     const HWND taskbar = FindWindowExW(nullptr, nullptr, L"Shell_TrayWnd", nullptr);
     ASSERT_NE(taskbar, nullptr);
-    HWND front = nullptr;
-    const auto foreground = FAKE_CALL(GetForegroundWindow, [&] { return front; });
     const auto rect = FAKE_CALL(Shell_NotifyIconGetRect, [](const NOTIFYICONIDENTIFIER*, RECT* place) {
         *place = {1000, 740, 1024, 768};
         return S_OK;
@@ -241,7 +241,7 @@ TEST_F(TrayEventTest, ShowsItsMenuAtTheIconForTheKeyboardWhereverThePointerIs) {
     underMouse_ = "Desktop";
     Send(WM_RBUTTONUP);
     EXPECT_EQ(menus_, 0);
-    front = taskbar;
+    front_ = taskbar;
     Send(WM_RBUTTONUP);
     EXPECT_EQ(menus_, 1);
     EXPECT_TRUE(Shown());
