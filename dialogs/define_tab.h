@@ -12,12 +12,13 @@ namespace dialogs {
 /// Asks for the label and the description of a tab, and for what the tips of all tabs show.
 class frmTabPrep : public win::Dialog {
   public:
-    /// Its controls. The group box `Frame1` around them needs no number.
+    /// Its controls.
     enum Control {
         Label1 = frmTabPrep_Label1,      ///< + index, 0 to 2: the labels
         Text1 = frmTabPrep_Text1,        ///< + kLabel or kDescription: the boxes
         Check1 = frmTabPrep_Check1,      ///< whether tips show the description
         Command1 = frmTabPrep_Command1,  ///< + kApply or kCancel
+        Frame1 = frmTabPrep_Frame1,      ///< around the boxes
     };
     static constexpr int kLabel = 0;
     static constexpr int kDescription = 1;

@@ -16,7 +16,8 @@ namespace dialogs {
 /// The editor of a group: a named list of files, folders and URLs.
 class frmEditB : public win::Dialog {
   public:
-    /// Its controls. The rows of the list are painted: see RowList.
+    /// Its controls. The rows of the list are painted: see RowList. What could be a Frame1 around the list is
+    /// the edge of pFrame itself.
     enum Control {
         t1 = frmEditB_t1,            ///< + kName: the name's box
         l1 = frmEditB_l1,            ///< its label; + kExists: the warning
@@ -24,6 +25,7 @@ class frmEditB : public win::Dialog {
         pFrame = frmEditB_pFrame,    ///< through which the list is seen
         pBasket = frmEditB_pBasket,  ///< the list, which moves inside the frame
         Scr = frmEditB_Scr,          ///< the list's scroll bar
+        Line1 = frmEditB_Line1,      ///< above the buttons that close
     };
     static constexpr int kName = 0;
     static constexpr int kExists = 3;

@@ -23,6 +23,7 @@ class frmCuts : public win::Dialog {
         Scr = frmCuts_Scr,            ///< the list's scroll bar
         Label1 = frmCuts_Label1,      ///< what is said in place of the list
         List1 = frmCuts_List1,        ///< a hidden box with the names, for automation
+        Line1 = frmCuts_Line1,        ///< above the buttons
     };
     static constexpr int kEdit = 0;
     static constexpr int kDelete = 1;

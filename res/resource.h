@@ -58,6 +58,7 @@
 #define frmCuts_Scr 512
 #define frmCuts_Label1 513
 #define frmCuts_List1 514
+#define frmCuts_Line1 515
 
 // Edit shortcut
 #define frmEdit_t1 600  // + index, 0 to 1
@@ -73,12 +74,14 @@
 #define frmEditB_pFrame 730
 #define frmEditB_pBasket 731
 #define frmEditB_Scr 732
+#define frmEditB_Line1 733
 
 // Define tab
 #define frmTabPrep_Label1 800  // + index, 0 to 2
 #define frmTabPrep_Text1 810   // + index, 0 to 1
 #define frmTabPrep_Check1 820
 #define frmTabPrep_Command1 830  // + index, 0 to 1
+#define frmTabPrep_Frame1 840
 
 // Icon chooser
 #define IcoChooser_p1 900

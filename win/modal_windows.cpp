@@ -37,17 +37,18 @@ struct Search {
     int count = 0;
 };
 
+BOOL CALLBACK CollectSystemWindow(HWND window, LPARAM search) noexcept {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    auto& into = *reinterpret_cast<Search*>(search);
+    if (process == GetCurrentProcessId() && IsSystemWindow(window)) into.found[into.count++] = window;
+    return into.count < static_cast<int>(std::size(into.found)) ? TRUE : FALSE;
+}
+
 /// The shell asks some of its questions in threads of its own.
 Search SystemWindows() noexcept {
     Search search{};
-    const auto collect = [](HWND window, LPARAM result) -> BOOL {
-        DWORD process = 0;
-        GetWindowThreadProcessId(window, &process);
-        auto& into = *reinterpret_cast<Search*>(result);
-        if (process == GetCurrentProcessId() && IsSystemWindow(window)) into.found[into.count++] = window;
-        return into.count < static_cast<int>(std::size(into.found)) ? TRUE : FALSE;
-    };
-    EnumWindows(collect, reinterpret_cast<LPARAM>(&search));
+    EnumWindows(&CollectSystemWindow, reinterpret_cast<LPARAM>(&search));
     return search;
 }
 
@@ -60,17 +61,18 @@ bool IsPressableButton(HWND window) {
     return HasClass(window, L"Button") && IsWindowVisible(window) != 0 && IsWindowEnabled(window) != 0;
 }
 
+BOOL CALLBACK MatchButton(HWND child, LPARAM search) noexcept {
+    auto& into = *reinterpret_cast<ButtonSearch*>(search);
+    if (GetDlgCtrlID(child) != into.id || !IsPressableButton(child)) return TRUE;
+    into.found = child;
+    return FALSE;
+}
+
 /// The button with this identifier that can be pressed, however deep it lies: the newer questions keep theirs
 /// in windows of their own.
 HWND PressableButton(HWND window, int id) noexcept {
     ButtonSearch search{id, nullptr};
-    const auto match = [](HWND child, LPARAM result) -> BOOL {
-        auto& into = *reinterpret_cast<ButtonSearch*>(result);
-        if (GetDlgCtrlID(child) != into.id || !IsPressableButton(child)) return TRUE;
-        into.found = child;
-        return FALSE;
-    };
-    EnumChildWindows(window, match, reinterpret_cast<LPARAM>(&search));
+    EnumChildWindows(window, &MatchButton, reinterpret_cast<LPARAM>(&search));
     return search.found;
 }
 

@@ -196,7 +196,7 @@ TEST_F(ButtonMenuProgramTest, EditsAGroupAndChangesAnIcon) {
     ExpectPanelBack(quon);
     Choose(quon, 2, "Change icon");
     const Window chooser = quon.Program().WaitForWindow({.title = "Icon Chooser"});
-    WaitFor("the chooser shows icons", [&] { return bool(chooser.FindChild(1001)); });
+    WaitFor("the chooser shows icons", [&] { return bool(chooser.FindChild(dialogs::IcoChooser::p2 + 1)); });
     mouse::Click(chooser.Child(dialogs::IcoChooser::p2 + 1));
     WaitForRecord("Buttons", "12", "Single|1");
     ExpectPanelBack(quon);

@@ -323,17 +323,18 @@ TEST_F(ButtonMouseTest, AsksAgainWithATypedSwitchThatCouldNotBeStored) {
     StoreSwitch("/old");
     auto held = std::make_unique<testkit::HeldFile>(folder_.IniPath());
     const ModalAnswers user({[](Window box) {
-                                 box.Child(320).SetText("/typed");
-                                 box.Child(312).Send(BM_CLICK);
+                                 box.Child(dialogs::frmMsg::Text1).SetText("/typed");
+                                 box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
                              },
                              [](Window box) {
-                                 EXPECT_EQ(box.Child(300).Text(), "Couldn't perform the operation, sorry.");
-                                 box.Child(310).Send(BM_CLICK);
+                                 EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
+                                           "Couldn't perform the operation, sorry.");
+                                 box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
                              },
                              [&](Window box) {
-                                 EXPECT_EQ(box.Child(320).Text(), "/typed");
+                                 EXPECT_EQ(box.Child(dialogs::frmMsg::Text1).Text(), "/typed");
                                  held.reset();
-                                 box.Child(312).Send(BM_CLICK);
+                                 box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
                              }});
     DoubleClick(Button(1), {VK_CONTROL, VK_MENU});
     EXPECT_EQ(StoredSwitch(), "/typed");

@@ -24,7 +24,7 @@ using testkit::CallLog;
 using testkit::ModalAnswers;
 using testkit::Window;
 
-void Close(Window box) { box.Child(dialogs::frmMsg::b2).Send(BM_CLICK); }
+void Close(Window box) { box.Child(frmMsg::b2).Send(BM_CLICK); }
 
 testkit::RecordedCall RecordTips(std::vector<std::string>& texts) {
     return FAKE_CALL(SendMessageA, [&](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -39,15 +39,16 @@ testkit::RecordedCall RecordTips(std::vector<std::string>& texts) {
 TEST(AboutBoxTest, ShowsItsPanelWithVersionLinksAndCloseButton) {
     ModalAnswers user({[](Window box) {
         EXPECT_EQ(box.Text(), "About Quon");
-        for (const int id : {330, 340, 341, 342, 343, 344})
+        for (const int id : {frmMsg::b2, frmMsg::Frame2, frmMsg::VersionLabel, frmMsg::SupportLink,
+                             frmMsg::WebLink, frmMsg::ProductPicture})
             EXPECT_TRUE(box.Child(id).IsVisible()) << id;
-        for (const int id : {300, 310, 311, 312, 320})
+        for (const int id : {frmMsg::l1 + 0, frmMsg::b1 + 0, frmMsg::b1 + 1, frmMsg::b1 + 2, frmMsg::Text1 + 0})
             EXPECT_FALSE(box.Child(id).IsVisible()) << id;
-        EXPECT_EQ(box.Child(dialogs::frmMsg::VersionLabel).Text(), "version " QUON_VERSION);
-        EXPECT_EQ(box.Child(dialogs::frmMsg::SupportLink).Text(), "Tech support, contact");
-        EXPECT_EQ(box.Child(dialogs::frmMsg::WebLink).Text(), "Visit web site");
-        EXPECT_EQ(box.Child(dialogs::frmMsg::b2).Text(), "Close");
-        EXPECT_NE(box.Child(dialogs::frmMsg::ProductPicture).Send(STM_GETICON), 0) << "the product's picture";
+        EXPECT_EQ(box.Child(frmMsg::VersionLabel).Text(), "version " QUON_VERSION);
+        EXPECT_EQ(box.Child(frmMsg::SupportLink).Text(), "Tech support, contact");
+        EXPECT_EQ(box.Child(frmMsg::WebLink).Text(), "Visit web site");
+        EXPECT_EQ(box.Child(frmMsg::b2).Text(), "Close");
+        EXPECT_NE(box.Child(frmMsg::ProductPicture).Send(STM_GETICON), 0) << "the product's picture";
         Close(box);
     }});
     frmMsg().AboutQuon();
@@ -58,10 +59,10 @@ TEST(AboutBoxTest, OpensBothPagesWithTheDefaultActionAndTheDesktopAsOwner) {
     CallLog log;
     const auto shell = STUB_CALL(log, ShellExecuteA, reinterpret_cast<HINSTANCE>(33));
     ModalAnswers user({[](Window box) {
-        box.Send(WM_COMMAND, MAKEWPARAM(342, STN_CLICKED),
-                 reinterpret_cast<LPARAM>(box.Child(dialogs::frmMsg::SupportLink).Handle()));
-        box.Send(WM_COMMAND, MAKEWPARAM(343, STN_CLICKED),
-                 reinterpret_cast<LPARAM>(box.Child(dialogs::frmMsg::WebLink).Handle()));
+        box.Send(WM_COMMAND, MAKEWPARAM(frmMsg::SupportLink, STN_CLICKED),
+                 reinterpret_cast<LPARAM>(box.Child(frmMsg::SupportLink).Handle()));
+        box.Send(WM_COMMAND, MAKEWPARAM(frmMsg::WebLink, STN_CLICKED),
+                 reinterpret_cast<LPARAM>(box.Child(frmMsg::WebLink).Handle()));
         Close(box);
     }});
     frmMsg().AboutQuon();
@@ -75,7 +76,7 @@ TEST(AboutBoxTest, OpensAPageOnceForADoubleClick) {
     CallLog log;
     const auto shell = STUB_CALL(log, ShellExecuteA, reinterpret_cast<HINSTANCE>(33));
     ModalAnswers user({[](Window box) {
-        for (const int id : {342, 343}) {
+        for (const int id : {frmMsg::SupportLink, frmMsg::WebLink}) {
             box.Child(id).Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(3, 3));
             box.Child(id).Send(WM_LBUTTONUP, 0, MAKELPARAM(3, 3));
             box.Child(id).Send(WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(3, 3));
@@ -95,9 +96,9 @@ TEST(AboutBoxTest, ThePointerIsAHandOverTheLinksAlone) {
         return GetCursor();
     };
     ModalAnswers user({[&](Window box) {
-        EXPECT_EQ(cursor_over(box, 342), LoadCursor(nullptr, IDC_HAND));
-        EXPECT_EQ(cursor_over(box, 343), LoadCursor(nullptr, IDC_HAND));
-        EXPECT_EQ(cursor_over(box, 341), LoadCursor(nullptr, IDC_ARROW));
+        EXPECT_EQ(cursor_over(box, frmMsg::SupportLink), LoadCursor(nullptr, IDC_HAND));
+        EXPECT_EQ(cursor_over(box, frmMsg::WebLink), LoadCursor(nullptr, IDC_HAND));
+        EXPECT_EQ(cursor_over(box, frmMsg::VersionLabel), LoadCursor(nullptr, IDC_ARROW));
         Close(box);
     }});
     frmMsg().AboutQuon();
@@ -118,7 +119,8 @@ TEST(AboutBoxTest, TellsWhatTheSupportLinkIsFor) {
     const auto record = RecordTips(tips);
     ModalAnswers user({Close});
     frmMsg().AboutQuon();
-    EXPECT_THAT(tips, ElementsAre("342 If you have questions, suggestions, or just want to say hi "));
+    EXPECT_THAT(tips, ElementsAre(std::to_string(frmMsg::SupportLink) +
+                                  " If you have questions, suggestions, or just want to say hi "));
 }
 
 TEST(AboutBoxTest, HasNoTipInTheMessageMode) {

@@ -172,7 +172,7 @@ TEST_F(IconChooserTest, BoxesStandFortyFiveApartInAStripThatHoldsThem) {
         const Window strip = Strip(chooser);
         for (int index = 1; index < 10; ++index)
             EXPECT_EQ(PlaceIn(chooser.Child(dialogs::IcoChooser::p2 + 0 + index)).left -
-                          PlaceIn(chooser.Child(999 + index)).left,
+                          PlaceIn(chooser.Child(IcoChooser::p2 + index - 1)).left,
                       45);
         EXPECT_GE(PlaceIn(strip).right, PlaceIn(chooser.Child(dialogs::IcoChooser::p2 + 9)).right);
         RECT visible{};
@@ -218,7 +218,7 @@ TEST_F(IconChooserTest, ScrollingMovesTheStripByTheBarsValue) {
         chooser.Child(dialogs::IcoChooser::p2 + 1)
             .Send(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-120)));
         EXPECT_EQ(GetScrollPos(bar, SB_CTL), 45);
-        Click(chooser.Child(1299));
+        Click(chooser.Child(IcoChooser::p2 + 299));
     });
     EXPECT_THAT(picked_, ElementsAre(299));
 }

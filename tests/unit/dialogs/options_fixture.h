@@ -18,10 +18,10 @@
 
 namespace dialogs {
 
-inline constexpr int kDelayBox = 420;
-inline constexpr int kCancelButton = 440;
-inline constexpr int kAcceptButton = 441;
-inline constexpr int kWarningFrame = 450;
+inline constexpr int kDelayBox = frmSettings::Text1;
+inline constexpr int kCancelButton = frmSettings::ltBut1 + frmSettings::kCancel;
+inline constexpr int kAcceptButton = frmSettings::ltBut1 + frmSettings::kAccept;
+inline constexpr int kWarningFrame = frmSettings::Picture2;
 
 inline std::vector<std::pair<HWND, std::string>>& Reports() {
     static std::vector<std::pair<HWND, std::string>> reports;

@@ -23,25 +23,29 @@ using testkit::Window;
 
 using OptionsLookTest = OptionsFixture;
 
+/// A line of the log: the control's number, and what is told of it.
+std::string Tip(int control, const std::string& told) { return std::to_string(control) + " " + told; }
+
 TEST_F(OptionsLookTest, ShowsItsCaptions) {
     const std::vector<std::pair<int, std::string>> captions{
-        {400, "Start on Windows startup"},
-        {401, "Start glued to the edge of the screen (choose edge below)"},
-        {402, "Hide to the edge of the screen when execute a shortcut"},
-        {403, "When making shortcut of active processes, choose only ones that appear in taskbar"},
-        {404, "Clicking the close button of the main window closes Quon"},
-        {405, "Show extensive tooltips for buttons"},
-        {406, "Open files with single click on buttons"},
-        {407, "Show collected shortcuts in shortcut list"},
-        {408, "Hover                 ms before showing Quon"},
-        {409, "Clicking the window shows Quon"},
-        {420, "500"},
-        {431, "Left"},
-        {432, "Top"},
-        {433, "Right"},
-        {434, "Bottom"},
-        {440, "Cancel"},
-        {441, "Accept"}};
+        {frmSettings::chSet + 0, "Start on Windows startup"},
+        {frmSettings::chSet + 1, "Start glued to the edge of the screen (choose edge below)"},
+        {frmSettings::chSet + 2, "Hide to the edge of the screen when execute a shortcut"},
+        {frmSettings::chSet + 3,
+         "When making shortcut of active processes, choose only ones that appear in taskbar"},
+        {frmSettings::chSet + 4, "Clicking the close button of the main window closes Quon"},
+        {frmSettings::chSet + 5, "Show extensive tooltips for buttons"},
+        {frmSettings::chSet + 6, "Open files with single click on buttons"},
+        {frmSettings::chSet + 7, "Show collected shortcuts in shortcut list"},
+        {frmSettings::chSet + 8, "Hover                 ms before showing Quon"},
+        {frmSettings::chSet + 9, "Clicking the window shows Quon"},
+        {frmSettings::Text1, "500"},
+        {frmSettings::o1 + 1, "Left"},
+        {frmSettings::o1 + 2, "Top"},
+        {frmSettings::o1 + 3, "Right"},
+        {frmSettings::o1 + 4, "Bottom"},
+        {kCancelButton, "Cancel"},
+        {kAcceptButton, "Accept"}};
     Open([&](Window dialog) {
         EXPECT_EQ(dialog.Text(), "Quon settings");
         for (const auto& [id, caption] : captions) {
@@ -63,10 +67,16 @@ TEST_F(OptionsLookTest, ShowsItsCaptions) {
 
 TEST_F(OptionsLookTest, GroupsItsBoxesInTheirFrames) {
     const std::vector<std::pair<std::string, std::vector<int>>> frames{
-        {"General", {400, 401, 403, 405, 406}},
-        {"Position", {431, 432, 433, 434, 402}},
-        {"Window related", {408, 420, 409, 404, dialogs::frmSettings::HotKey}},
-        {"Other", {407}}};
+        {"General",
+         {frmSettings::chSet + 0, frmSettings::chSet + 1, frmSettings::chSet + 3, frmSettings::chSet + 5,
+          frmSettings::chSet + 6}},
+        {"Position",
+         {frmSettings::o1 + 1, frmSettings::o1 + 2, frmSettings::o1 + 3, frmSettings::o1 + 4,
+          frmSettings::chSet + 2}},
+        {"Window related",
+         {frmSettings::chSet + 8, frmSettings::Text1, frmSettings::chSet + 9, frmSettings::chSet + 4,
+          frmSettings::HotKey}},
+        {"Other", {frmSettings::chSet + 7}}};
     Open([&](Window dialog) {
         const std::vector<Window> children = dialog.Descendants();
         for (const auto& [title, members] : frames) {
@@ -87,36 +97,47 @@ TEST_F(OptionsLookTest, GroupsItsBoxesInTheirFrames) {
 
 TEST_F(OptionsLookTest, ExplainsEachBoxByItsTip) {
     const std::vector<std::string> tips{
-        "400 Default: unchecked|If checked, Quon will start when you turn on your computer.",
-        "401 Default: unchecked|If checked, Quon will start on the edge of your screen.",
-        "402 Default: checked|If checked, Quon will move to the edge of your screen\n"
-        "after you open a file with it.",
-        "403 Default: checked|If checked, Quon will show only processes that appear in taskbar.\n"
-        "Otherwise, it will show all processes (even ones that have no window attached to it \n"
-        "- usefull if program is in tray.",
-        "404 Default: unchecked|Means that Quon will move to the edge of the screen, and not close down.",
-        "405 Default: checked|If checked, buttons in menu will show titles of menu buttons\n"
-        "with all the files associated to buttons in appropriate group.",
-        "406 Default: unchecked|If checked, you will need only one click to open the files\n"
-        "assigned to buttons.",
-        "407 Default: checked|If checked, Quon will include applications with file associations\n"
-        "in the list of shortcuts.",
-        "408 Default: checked|Show how much time Quon will wait before poping-up.\n"
-        "If unchecked, Quon won't pop-up while you hover mouse over its window.",
-        "409 Default: checked|If checked, Quon will pop-up even if 'Hover XXX ms before poping-up' is "
-        "disabled."};
+        Tip(frmSettings::chSet + 0,
+            "Default: unchecked|If checked, Quon will start when you turn on your computer."),
+        Tip(frmSettings::chSet + 1,
+            "Default: unchecked|If checked, Quon will start on the edge of your screen."),
+        Tip(frmSettings::chSet + 2,
+            "Default: checked|If checked, Quon will move to the edge of your screen\n"
+            "after you open a file with it."),
+        Tip(frmSettings::chSet + 3,
+            "Default: checked|If checked, Quon will show only processes that appear in taskbar.\n"
+            "Otherwise, it will show all processes (even ones that have no window attached to it \n"
+            "- usefull if program is in tray."),
+        Tip(frmSettings::chSet + 4,
+            "Default: unchecked|Means that Quon will move to the edge of the screen, and not close down."),
+        Tip(frmSettings::chSet + 5,
+            "Default: checked|If checked, buttons in menu will show titles of menu buttons\n"
+            "with all the files associated to buttons in appropriate group."),
+        Tip(frmSettings::chSet + 6,
+            "Default: unchecked|If checked, you will need only one click to open the files\n"
+            "assigned to buttons."),
+        Tip(frmSettings::chSet + 7,
+            "Default: checked|If checked, Quon will include applications with file associations\n"
+            "in the list of shortcuts."),
+        Tip(frmSettings::chSet + 8,
+            "Default: checked|Show how much time Quon will wait before poping-up.\n"
+            "If unchecked, Quon won't pop-up while you hover mouse over its window."),
+        Tip(frmSettings::chSet + 9,
+            "Default: checked|If checked, Quon will pop-up even if 'Hover XXX ms before poping-up' is "
+            "disabled.")};
     TipLog log;
     Open([&](Window dialog) {
-        EXPECT_THAT(log.Tips(), ElementsAre("420 |One second = 1000 ms"));
+        EXPECT_THAT(log.Tips(), ElementsAre(Tip(frmSettings::Text1, "|One second = 1000 ms")));
         log.Clear();
         for (int index = 0; index < 10; ++index)
-            PointAt(dialog, dialog.Child(dialogs::frmSettings::chSet + 0 + index));
+            PointAt(dialog, dialog.Child(frmSettings::chSet + index));
         EXPECT_EQ(log.Tips(), tips);
-        PointAt(dialog, dialog.Child(dialogs::frmSettings::HotKey));
+        PointAt(dialog, dialog.Child(frmSettings::HotKey));
         EXPECT_EQ(
             log.Tips().back(),
-            "460 Default: none|Press the keys that bring Quon out, ready for typing a name, wherever you "
-            "are.\nPressed again, they send it back to the edge. Backspace clears them.");
+            Tip(frmSettings::HotKey,
+                "Default: none|Press the keys that bring Quon out, ready for typing a name, wherever you "
+                "are.\nPressed again, they send it back to the edge. Backspace clears them."));
         EXPECT_EQ(TipLog::WindowCount(), 2) << "the box's own and one for all options";
         Click(dialog, kCancelButton);
     });
@@ -128,14 +149,14 @@ TEST_F(OptionsLookTest, MakesATipAnewOnlyForAnotherBoxOrAfterTheBackground) {
     Open([&](Window dialog) {
         log.Clear();
         for (int time = 0; time < 3; ++time)
-            PointAt(dialog, dialog.Child(dialogs::frmSettings::chSet + 3));
+            PointAt(dialog, dialog.Child(frmSettings::chSet + 3));
         EXPECT_EQ(log.Tips().size(), 1u);
         PointAt(dialog, dialog.Child(kAcceptButton));
-        PointAt(dialog, dialog.Child(dialogs::frmSettings::chSet + 3));
+        PointAt(dialog, dialog.Child(frmSettings::chSet + 3));
         EXPECT_EQ(log.Tips().size(), 1u);
         PointAt(dialog, dialog);
         EXPECT_EQ(TipLog::WindowCount(), 1) << "released";
-        PointAt(dialog, dialog.Child(dialogs::frmSettings::chSet + 3));
+        PointAt(dialog, dialog.Child(frmSettings::chSet + 3));
         EXPECT_EQ(log.Tips().size(), 2u);
         Click(dialog, kCancelButton);
     });
@@ -151,36 +172,36 @@ TEST_F(OptionsLookTest, WarnsWithTheRedFrameWhenBothTriggersAreCleared) {
     const auto clear = [&](Window window) {
         dialog = window.Handle();
         EXPECT_FALSE(frame().IsVisible());
-        window.Child(dialogs::frmSettings::chSet + 9).Send(BM_CLICK);
+        window.Child(frmSettings::chSet + 9).Send(BM_CLICK);
         EXPECT_FALSE(frame().IsVisible()) << "the note is closed";
-        EXPECT_FALSE(IsChecked(window, 408));
-        EXPECT_FALSE(IsChecked(window, 409)) << "the boxes stay cleared";
+        EXPECT_FALSE(IsChecked(window, frmSettings::chSet + 8));
+        EXPECT_FALSE(IsChecked(window, frmSettings::chSet + 9)) << "the boxes stay cleared";
         // Any box asks again.
-        window.Child(dialogs::frmSettings::chSet + 7).Send(BM_CLICK);
+        window.Child(frmSettings::chSet + 7).Send(BM_CLICK);
         Click(window, kCancelButton);
     };
     const auto note = [&](Window box) {
         EXPECT_EQ(box.Text(), "Message from Quon");
-        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), kNote);
-        EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 0).Text(), "Accept");
-        EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 1).IsVisible());
+        EXPECT_EQ(box.Child(frmMsg::l1).Text(), kNote);
+        EXPECT_EQ(box.Child(frmMsg::b1 + 0).Text(), "Accept");
+        EXPECT_FALSE(box.Child(frmMsg::b1 + 1).IsVisible());
         EXPECT_EQ(box.Owner().Handle(), dialog);
         EXPECT_TRUE(frame().IsVisible());
-        box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
+        box.Child(frmMsg::b1 + 0).Send(BM_CLICK);
     };
     ModalAnswers user({clear, note, note});
     Open();
 }
 
 TEST_F(OptionsLookTest, WarnsWhicheverTriggerIsClearedLast) {
-    for (const int last : {408, 409}) {
+    for (const int last : {frmSettings::chSet + 8, frmSettings::chSet + 9}) {
         Settings.PopOnHover = Settings.ClickShows = true;
         const auto clear = [&](Window dialog) {
-            Click(dialog, last == 408 ? 409 : 408);
+            Click(dialog, 2 * frmSettings::chSet + 17 - last);
             Click(dialog, last);
             Click(dialog, kCancelButton);
         };
-        const auto note = [](Window box) { box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK); };
+        const auto note = [](Window box) { box.Child(frmMsg::b1 + 0).Send(BM_CLICK); };
         ModalAnswers user({clear, note});
         Open();
         EXPECT_EQ(user.Used(), 2u) << last;
@@ -220,10 +241,9 @@ TEST_F(OptionsLookTest, DoesNotWarnWhileOneTriggerIsLeftOrTheBoxesAreFilled) {
 
 TEST_F(OptionsLookTest, GoesByTheKeyboard) {
     Open([](Window dialog) {
-        EXPECT_EQ(GetFocus(), dialog.Child(dialogs::frmSettings::chSet + 0).Handle());
-        EXPECT_THAT(TabOrder(dialog, 400),
-                    ElementsAre(400, 401, 403, 405, 406, 431, 402, dialogs::frmSettings::HotKey, 408, 420,
-                                409, 404, 407, 441, 440));
+        EXPECT_EQ(GetFocus(), dialog.Child(frmSettings::chSet + 0).Handle());
+        EXPECT_THAT(TabOrder(dialog, 400), ElementsAre(400, 401, 403, 405, 406, 431, 402, frmSettings::HotKey,
+                                                       408, 420, 409, 404, 407, 441, 440));
         PressInFocus(VK_RETURN);
     });
     EXPECT_EQ(host_.log.Count("close setting"), 1u) << "Enter accepts";
@@ -231,13 +251,12 @@ TEST_F(OptionsLookTest, GoesByTheKeyboard) {
 
 TEST_F(OptionsLookTest, PutsTheDelayIntoTheGapOfItsCaption) {
     Open([](Window dialog) {
-        const RECT option = dialog.Child(dialogs::frmSettings::chSet + 8).Rect();
+        const RECT option = dialog.Child(frmSettings::chSet + 8).Rect();
         const RECT box = dialog.Child(kDelayBox).Rect();
         EXPECT_GT(box.left, option.left + 13);
         EXPECT_GT(box.right - box.left, 30);
         const HRGN region = CreateRectRgn(0, 0, 0, 0);
-        EXPECT_EQ(GetWindowRgn(dialog.Child(dialogs::frmSettings::chSet + 8).Handle(), region),
-                  COMPLEXREGION);
+        EXPECT_EQ(GetWindowRgn(dialog.Child(frmSettings::chSet + 8).Handle(), region), COMPLEXREGION);
         const int middle = (box.top + box.bottom) / 2 - option.top;
         EXPECT_FALSE(PtInRegion(region, box.left - option.left, middle)) << "the box lies in a hole";
         EXPECT_FALSE(PtInRegion(region, box.right - 1 - option.left, middle));

@@ -99,7 +99,7 @@ TEST_F(OptionsTest, CopiesEachBoxToItsOwnSetting) {
     for (int on = 0; on < 10; ++on) {
         Settings = {};
         Open([&](Window dialog) {
-            CheckDlgButton(dialog.Handle(), 400 + on, BST_CHECKED);
+            CheckDlgButton(dialog.Handle(), frmSettings::chSet + on, BST_CHECKED);
             Click(dialog, kAcceptButton);
         });
         for (int index = 0; index < 10; ++index)
@@ -135,7 +135,8 @@ TEST_F(OptionsTest, KeepsAStoredEdgeThatIsNoneUntilOneIsChosen) {
             EXPECT_FALSE(IsChecked(dialog, dialogs::frmSettings::o1 + 0 + option));
         // The focus alone chooses nothing, though the option tells of it as of a click.
         const Window left = dialog.Child(dialogs::frmSettings::o1 + 1);
-        dialog.Send(WM_COMMAND, MAKEWPARAM(431, BN_CLICKED), reinterpret_cast<LPARAM>(left.Handle()));
+        dialog.Send(WM_COMMAND, MAKEWPARAM(frmSettings::o1 + 1, BN_CLICKED),
+                    reinterpret_cast<LPARAM>(left.Handle()));
         Click(dialog, kAcceptButton);
     });
     EXPECT_EQ(Settings.Edge, 9);
@@ -245,7 +246,7 @@ TEST_F(OptionsTest, SetsTheTooltipMarkBetweenTheDelayAndTheSingleClick) {
     };
     host_.onCloseSetting = [] { EXPECT_TRUE(Settings.CloseButtonCloses); };
     Open([](Window dialog) {
-        for (const int id : {404, 405, 406})
+        for (const int id : {frmSettings::chSet + 4, frmSettings::chSet + 5, frmSettings::chSet + 6})
             Click(dialog, id);
         dialog.Child(kDelayBox).SetText("77");
         Click(dialog, kAcceptButton);
