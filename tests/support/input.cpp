@@ -97,7 +97,7 @@ void SendMouse(DWORD flags, POINT place, DWORD data = 0) {
 
 bool HasGoal() { return goal.since != 0 && GetTickCount64() - goal.since < kEchoTimeMs; }
 
-void SendAtGoal(DWORD flags) { SendMouse(flags, HasGoal() ? goal.place : mouse::Place()); }
+POINT AimedAt() { return HasGoal() ? goal.place : mouse::Place(); }
 
 /// Has the window's thread go through its message loop.
 void WakeUp(Window window) {
@@ -109,27 +109,27 @@ void WakeUp(Window window) {
     }
 }
 
-struct ClickMemory {
+/// The press that another one makes a double click with, whatever the pointer does between the two.
+struct PressMemory {
     POINT place = {};
     ULONGLONG time = 0;
     mouse::Button button = mouse::Button::kLeft;
 };
-ClickMemory last_click;
+PressMemory last_press;
 
 void WaitUntilNoDoubleClick(POINT place, mouse::Button button) {
-    if (button != last_click.button ||
-        std::labs(place.x - last_click.place.x) > GetSystemMetrics(SM_CXDOUBLECLK) ||
-        std::labs(place.y - last_click.place.y) > GetSystemMetrics(SM_CYDOUBLECLK)) {
+    if (button != last_press.button ||
+        std::labs(place.x - last_press.place.x) > GetSystemMetrics(SM_CXDOUBLECLK) ||
+        std::labs(place.y - last_press.place.y) > GetSystemMetrics(SM_CYDOUBLECLK)) {
         return;
     }
-    const ULONGLONG end = last_click.time + GetDoubleClickTime() + 50;
+    const ULONGLONG end = last_press.time + GetDoubleClickTime() + 50;
     WaitFor("the double click time to pass", [&] { return GetTickCount64() > end; });
 }
 
 void Click(mouse::Button button) {
     mouse::Press(button);
     mouse::Release(button);
-    last_click = {mouse::Place(), GetTickCount64(), button};
 }
 
 POINT UncoveredCentre(Window window) {
@@ -183,12 +183,14 @@ void MoveTo(POINT place) {
 
 void Press(Button button) {
     constexpr DWORD kFlags[] = {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_RIGHTDOWN, MOUSEEVENTF_MIDDLEDOWN};
-    SendAtGoal(kFlags[static_cast<int>(button)]);
+    const POINT place = AimedAt();
+    SendMouse(kFlags[static_cast<int>(button)], place);
+    last_press = {place, GetTickCount64(), button};
 }
 
 void Release(Button button) {
     constexpr DWORD kFlags[] = {MOUSEEVENTF_LEFTUP, MOUSEEVENTF_RIGHTUP, MOUSEEVENTF_MIDDLEUP};
-    SendAtGoal(kFlags[static_cast<int>(button)]);
+    SendMouse(kFlags[static_cast<int>(button)], AimedAt());
 }
 
 void Click(POINT place, const Keys& held, Button button) {

@@ -44,7 +44,7 @@ void MoveTo(POINT place);
 void Press(Button button = Button::kLeft);
 void Release(Button button = Button::kLeft);
 
-/// One click. When it would make a double click together with the click before, it waits until it cannot.
+/// One click. When it would make a double click together with the press before, it waits until it cannot.
 void Click(POINT place, const Keys& held = {}, Button button = Button::kLeft);
 void RightClick(POINT place, const Keys& held = {});
 void DoubleClick(POINT place, const Keys& held = {});
@@ -55,7 +55,7 @@ void DoubleClick(Window window, const Keys& held = {});
 
 /// Moves in small steps, as a hand does; programs that follow a drag need the places between.
 void Glide(POINT to);
-/// Press, glide, release with the left button.
+/// Press, glide, release with the left button; waits as Click does.
 void Drag(POINT from, POINT to, const Keys& held = {});
 /// Puts the pointer back where MoveTo has put it a moment ago, should Wine have taken it away. Every wait of
 /// the kit does so.
