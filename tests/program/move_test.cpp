@@ -188,9 +188,12 @@ TEST_F(MoveTest, TheHoverMarkCarriesAButtonToAnotherTab) {
     WaitFor("the hover mark", [&] { return quon_->HoverPicture().IsVisible(); });
     mouse::MoveTo(quon_->HoverPicture().Centre());
     mouse::Press();
-    mouse::Glide(quon_->Header(2).Centre());
+    // Straight up and down: a late echo that takes the pointer back along the way shows no other tab then.
+    const POINT header = quon_->Header(2).Centre();
+    mouse::Glide({header.x, quon_->Button(1).Centre().y});
+    mouse::Glide(header);
     quon_->ExpectName(1, "Empty");
-    mouse::Glide(quon_->Button(4).Centre());
+    mouse::Glide({header.x, quon_->Button(4).Centre().y});
     mouse::Release();
     quon_->ExpectName(4, "Первый");
     EXPECT_EQ(Record("24"), "Первый|0");
