@@ -1,5 +1,5 @@
-// The headers that most of the product takes: compiled once for all of it. Every source includes what it needs
-// none the less.
+// The headers that most of the product takes: compiled once for all of it. Every source includes what it
+// needs none the less.
 #pragma once
 
 #include <windows.h>

@@ -42,7 +42,8 @@ TEST(AboutBoxTest, ShowsItsPanelWithVersionLinksAndCloseButton) {
         for (const int id : {frmMsg::b2, frmMsg::Frame2, frmMsg::VersionLabel, frmMsg::SupportLink,
                              frmMsg::WebLink, frmMsg::ProductPicture})
             EXPECT_TRUE(box.Child(id).IsVisible()) << id;
-        for (const int id : {frmMsg::l1 + 0, frmMsg::b1 + 0, frmMsg::b1 + 1, frmMsg::b1 + 2, frmMsg::Text1 + 0})
+        for (const int id :
+             {frmMsg::l1 + 0, frmMsg::b1 + 0, frmMsg::b1 + 1, frmMsg::b1 + 2, frmMsg::Text1 + 0})
             EXPECT_FALSE(box.Child(id).IsVisible()) << id;
         EXPECT_EQ(box.Child(frmMsg::VersionLabel).Text(), "version " QUON_VERSION);
         EXPECT_EQ(box.Child(frmMsg::SupportLink).Text(), "Tech support, contact");
