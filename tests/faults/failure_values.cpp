@@ -59,7 +59,7 @@ const std::map<std::string, Failure>& Failures() {
 /// What does not fail.
 const std::set<std::string>& Exempt() {
     static const std::set<std::string> exempt{
-        // These compute with memory of ours and have nothing to fail for.
+        // These only compute in memory of ours and cannot fail.
         "CharUpperBuffW",
         "CompareStringOrdinal",
         "InflateRect",
@@ -90,8 +90,8 @@ const std::set<std::string>& Exempt() {
         "IsWindowEnabled",
         "IsWindowVisible",
         "ShowWindow",
-        // These give back what is there; they fail for what is not, and what they then kept would be a leak
-        // of the test's own making.
+        // These give back what exists. They fail only for what does not, and anything they then kept would be
+        // a leak that the test itself has made.
         "CloseClipboard",
         "CloseHandle",
         "CoTaskMemFree",

@@ -1,4 +1,4 @@
-// Lets one chosen call of Windows fail that the product makes, whichever function it is.
+// Makes one chosen Windows call of the product fail, whichever function it is.
 //
 //     FaultPoints::Count();                                     // nothing fails, every call is counted
 //     LoadAndClosePanel();

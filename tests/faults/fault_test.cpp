@@ -6,8 +6,8 @@
 //
 // QUON_FAULTS=40 tries every 40th, QUON_FAULTS_SEED=3 begins with another one, and QUON_FAULTS_ONLY=text
 // tries those whose name ("scenario: function call") contains the text.
-// What must hold each time: the program survives, says nothing but what it says of its own, loses no record
-// of Quon.ini, gives back what it took, and works as before when the same is done once more.
+// What must hold each time: the program survives, shows no message but its own, loses no record of Quon.ini,
+// gives back what it took, and works as before when the same is done once more.
 #include <windows.h>
 
 #include <gmock/gmock.h>
@@ -55,7 +55,7 @@ Records ReadRecords(Stage& stage) {
     return records;
 }
 
-/// What was to be seen of a scenario.
+/// What could be seen of a scenario.
 struct Outcome {
     Records before;
     Records after;
@@ -193,7 +193,7 @@ class FaultsTest : public testing::Test {
         EXPECT_EQ(CountWindows(), windows_) << name << " leaves a window";
     }
 
-    /// Each record is as it was or as it would have become; and no target is lost under both names.
+    /// Each record is as it was or as it was meant to become, and no target is lost under both names.
     static void ExpectKept(const std::string& name, const Fault& fault, const Outcome& usual,
                            const Outcome& outcome) {
         std::set<std::pair<std::string, std::string>> keys;
@@ -219,11 +219,10 @@ class FaultsTest : public testing::Test {
         }
     }
 
-    /// What the panel does by design where it gets no answer: it frees the button of a target that is said
-    /// not to be there, takes a renamed file of which it learns nothing for where the shell says it is,
-    /// writes down that a button it shows is free, stores a drop that cannot be read as a line without a
-    /// name, keeps in an editor what was chosen before, and offers a running program of which it does not
-    /// learn that it is its own.
+    /// What the panel does by design when it gets no answer: it frees the button of a target that Windows
+    /// calls missing, believes the shell about where a renamed file is, writes down that a button it shows is
+    /// free, stores a drop that cannot be read as a line without a name, keeps in an editor what was chosen
+    /// before, and offers its own program among the running ones when it cannot tell that it is its own.
     static bool IsByDesign(const Fault& fault, const std::string& section, const std::string& key,
                            const std::optional<std::string>& old, const std::optional<std::string>& now) {
         static const std::set<std::string> pickers{"GetOpenFileNameW", "SHBrowseForFolderW",
@@ -244,7 +243,7 @@ class FaultsTest : public testing::Test {
                });
     }
 
-    /// Another free button than usual has got a button's record: the pointer's place was not known.
+    /// A free button other than usual has got the record, because the pointer's place was not known.
     static bool HasMoved(const Outcome& outcome, const std::string& section,
                          const std::optional<std::string>& old, const std::optional<std::string>& now) {
         return section == "Buttons" && old == "" && now && Values(outcome.before, section).contains(*now);

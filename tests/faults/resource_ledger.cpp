@@ -13,7 +13,7 @@ Handle ResourceLedger::Take(Kind kind, const char* function, Handle handle) {
     // 1 stands for a file that can hold no icons.
     if (value <= 1 || handle == INVALID_HANDLE_VALUE) return handle;
     std::vector<std::string>& entry = open_[{kind, value}];
-    // An icon that Windows shares is handed out again and again, and has to go once at most.
+    // Windows hands out a shared icon again and again; it has to be given back once at most.
     if (kind != Kind::kIcon || entry.empty()) entry.emplace_back(function);
     return handle;
 }
@@ -115,7 +115,7 @@ void ResourceLedger::RecordIcons() {
             return answer;
         }));
     fakes_.push_back(FAKE_CALL(DestroyIcon, [this](HICON icon) {
-        // Without a look at the answer: an icon that Windows shares is kept, and that is no fault.
+        // Whatever the answer is: Windows keeps an icon that it shares, and that is no fault.
         GiveBack(Kind::kIcon, icon);
         return ORIGINAL_CALL(DestroyIcon)(icon);
     }));

@@ -1,4 +1,4 @@
-// What a user does with the panel, one thing at a time, for a call of Windows to fail in the midst of it.
+// What a user does with the panel, one thing at a time; some call of Windows fails in the middle of it.
 #pragma once
 
 #include <functional>
@@ -12,7 +12,7 @@ namespace faults {
 struct Scenario {
     std::string name;
     std::function<void(Stage&)> act;
-    /// The act is the start itself: the panel is not loaded before.
+    /// The act is the start itself, so the panel is not loaded before it.
     bool starts = false;
 };
 

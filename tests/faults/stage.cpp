@@ -220,7 +220,7 @@ void Stage::PlayDesktop() {
         FAKE_CALL(TrackPopupMenu, [this](HMENU, UINT, int, int, int, HWND, const RECT*) -> WINBOOL {
             return std::exchange(chosen_, 0);
         }));
-    // The uptime is said in minutes, and one may pass between two runs.
+    // The uptime is shown in minutes, and a minute may pass between two runs.
     fakes_.push_back(FAKE_CALL(GetTickCount, [] { return DWORD{7'384'000}; }));
     fakes_.push_back(FAKE_CALL(SetForegroundWindow, [](HWND) -> WINBOOL { return TRUE; }));
     fakes_.push_back(FAKE_CALL(RegisterDragDrop, [this](HWND window, LPDROPTARGET target) {
@@ -239,7 +239,7 @@ void CALLBACK Stage::Tick(HWND, UINT, UINT_PTR, DWORD) {
     if (dialog && g_stage != nullptr) g_stage->Answer(dialog);
 }
 
-/// Uses a dialog once. One that stays open is then cancelled, and ended if it will not have that.
+/// Uses a dialog once. If it stays open it is cancelled, and ended if that does not help.
 void Stage::Answer(Window dialog) {
     const auto ticks = static_cast<INT_PTR>(reinterpret_cast<UINT_PTR>(GetPropA(dialog.Handle(), kTouched)));
     SetPropA(dialog.Handle(), kTouched, reinterpret_cast<HANDLE>(ticks + 1));

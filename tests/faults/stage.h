@@ -35,7 +35,7 @@ class Stage {
     Stage(const Stage&) = delete;
     Stage& operator=(const Stage&) = delete;
 
-    /// Starts the panel as the program does: an error that ends the start is said, and gives false.
+    /// Starts the panel as the program does. An error that ends the start is shown, and the answer is false.
     bool Load();
     /// Ends the panel as the Task Manager would, and deletes its object.
     void End();
@@ -71,7 +71,7 @@ class Stage {
 
     /// The messages and error reports that came up.
     const std::vector<std::string>& Said() const { return said_; }
-    /// Errors that reached the edge to Windows and are none of the product's own.
+    /// Errors that reached the edge to Windows and are not of the product's own types.
     static std::vector<std::string>& ForeignErrors();
     std::string IniBytes() { return panel_.Folder().IniBytes(); }
     /// What was taken from Windows and not given back; to be asked after the end.

@@ -32,7 +32,7 @@ LONG CALLBACK OnException(EXCEPTION_POINTERS* exception) {
         case EXCEPTION_ILLEGAL_INSTRUCTION: break;
         default: return EXCEPTION_CONTINUE_SEARCH;
     }
-    // One that a library of Windows catches for itself is none of the program's.
+    // An exception that a library of Windows catches itself is not the program's.
     HMODULE module = nullptr;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
                        static_cast<LPCWSTR>(exception->ExceptionRecord->ExceptionAddress), &module);

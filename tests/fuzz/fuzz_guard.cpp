@@ -9,7 +9,7 @@ namespace {
 
 constexpr UINT kExitCode = 3;
 constexpr DWORD kLookInterval = 1000;
-// A command takes a part of a second. On a machine that has everything else to do as well, some more.
+// A command takes a fraction of a second, on a busy machine a little more.
 constexpr ULONGLONG kLongestCommand = 300000;
 
 std::atomic<unsigned> g_seed = 0;

@@ -30,8 +30,8 @@ std::vector<std::string> Lines(const char* section) {
 /// What Wine takes for blanks around a key or a value: the old end-of-file mark too.
 constexpr const char* kBlanks = "\t\n\v\f\r\x1A ";
 
-/// Without blanks at the end: where a NUL follows them in the file, Windows reads them, and no more once it
-/// has written the file anew.
+/// Without blanks at the end: Windows reads them when a NUL follows them in the file, but no longer once it
+/// has rewritten the file.
 std::string Trimmed(const std::string& text) { return text.substr(0, text.find_last_not_of(kBlanks) + 1); }
 
 Records ReadRecords(const char* section) {
@@ -124,7 +124,7 @@ void ExpectKept(const Content& before, const Content& after, const Named& named)
     cuts.insert(named.shortcuts.begin(), named.shortcuts.end());
     ExpectRecordsKept("Cuts", before.cuts, after.cuts, cuts);
     std::set<std::string> switches = named.shortcuts;
-    // Freeing a button takes out the switch of the name that a free button has.
+    // Freeing a button removes the switch stored under the name of a free button.
     switches.insert("EMPTY");
     ExpectRecordsKept("Switch", before.switches, after.switches, switches);
     ExpectRecordsKept("Collected", before.collected, after.collected, named.collected);

@@ -4,10 +4,11 @@
 //     ... the user frees button 12, which holds "Notes" ...
 //     ExpectKept(before, ReadContent(), {.buttons = {"12"}, .shortcuts = {Folded("Notes")}});
 //
-// All but the records that the command named have to be there still. Allowed besides: a button whose record
-// leads nowhere is freed when its tab is shown, and takes along a shortcut of the record's very text.
-// No record in this sense is a line without a name, nor what stands in the second of two sections of one
-// name: Windows does not read it.
+// All records that the command did not name have to be there still. One more thing is allowed: a button whose
+// record leads nowhere is freed when its tab is shown, together with a shortcut named by the record's whole
+// text.
+// A line without a name is no record in this sense, nor is anything in the second of two sections of one
+// name, which Windows does not read.
 #pragma once
 
 #include <map>
@@ -48,8 +49,8 @@ Content ReadContent();
 /// Fails the test for each record that is gone or changed without having been named.
 void ExpectKept(const Content& before, const Content& after, const Named& named);
 
-/// Whether "Buttons" has a line that is no record, or a key that is no button's: both end the work on a
-/// shortcut that such a line is met for with an error.
+/// Whether "Buttons" has a line that is no record, or a key that is no button's. Work on a shortcut that
+/// meets such a line ends with an error.
 bool HasImpossibleButton();
 
 }  // namespace testkit

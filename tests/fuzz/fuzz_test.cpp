@@ -3,9 +3,9 @@
 //
 //     QUON_FUZZ_FILES=10000 QUON_FUZZ_SEED=7 scripts/test -R fuzz
 //
-// What must hold for each file: nothing crashes or hangs; a start that fails leaves the file as it was; of
-// all records only those change that a command named, or that lead nowhere (fuzz_oracle.h); and what one
-// session has stored starts the next.
+// What must hold for each file: nothing crashes or hangs; a start that fails leaves the file as it was; only
+// records change that a command named or that lead nowhere (fuzz_oracle.h); and the next session starts with
+// what this one stored.
 #include <windows.h>
 
 #include <gtest/gtest.h>

@@ -18,13 +18,13 @@
 namespace testkit {
 namespace {
 
-constexpr int kRenameBox = 220;
-constexpr int kList = 230;
-constexpr int kSettingsButton = 242;
-constexpr int kOrganizeCommand = 2400;
-constexpr int kOptionsCommand = 2401;
-constexpr int kGroupCommand = 2502;
-constexpr int kFreeCommand = 2504;
+constexpr int kRenameBox = IDC_RENAME;
+constexpr int kList = IDC_SHORTCUTS;
+constexpr int kSettingsButton = IDC_IMAGE_BUTTON + 2;
+constexpr int kOrganizeCommand = IDM_SETTINGS + 0;
+constexpr int kOptionsCommand = IDM_SETTINGS + 1;
+constexpr int kGroupCommand = IDM_BUTTON + 2;
+constexpr int kFreeCommand = IDM_BUTTON + 4;
 
 constexpr const char* kRunKey = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
 const auto kFakeKey = reinterpret_cast<HKEY>(static_cast<UINT_PTR>(0x5155));
@@ -95,7 +95,7 @@ void FuzzUser::KeepRegistryAway() {
     fakes_.push_back(FAKE_CALL(RegCloseKey, [](HKEY key) -> LSTATUS {
         return key == kFakeKey ? ERROR_SUCCESS : ORIGINAL_CALL(RegCloseKey)(key);
     }));
-    // Of the registered extensions a few are enough, among them one that ends no file's name.
+    // A few of the registered extensions are enough, among them one that no file's name can end with.
     fakes_.push_back(
         FAKE_CALL(RegEnumKeyExA,
                   [](HKEY, DWORD index, LPSTR name, LPDWORD, LPDWORD, LPSTR, LPDWORD, PFILETIME) -> LSTATUS {
@@ -259,7 +259,7 @@ void FuzzUser::DoubleClick() {
         {{0, 0}, {VK_SHIFT, 0}, {VK_MENU, 0}, {VK_CONTROL, 0}, {VK_CONTROL, VK_MENU}}};
     const auto& held = dice_.OneOf(kHeld);
     const int index = AnyUsedButton();
-    // Freed with CTRL, given a switch with ALT too; else only opened, which names nothing.
+    // CTRL frees the button, ALT+CTRL gives it a switch; otherwise it is only opened, which names nothing.
     if (held[0] == VK_CONTROL) NameButton(index);
     const app::HeldModifierKeys keys({held[0], held[1]});
     Click(Button(index));

@@ -1,11 +1,11 @@
-// A user who does anything with the panel, at random, and knows which records that names.
+// A user who does random things with the panel, and knows which records they name.
 //
 //     FuzzUser user(panel, dice, generator);
 //     const std::string what = user.Act();          // "organize", "rename", ...
 //     ExpectKept(before, ReadContent(), user.Names());
 //
-// Dialogs that come up are used and closed again. What would start a program, write to the registry or wait
-// is kept away while the user lives. Errors that the program shows are counted in Errors().
+// Dialogs that come up are used and closed again. While the user lives, nothing starts a program, writes to
+// the registry or waits. Errors that the program shows are counted in Errors().
 #pragma once
 
 #include <windows.h>
@@ -30,7 +30,7 @@ class FuzzUser {
     FuzzUser(const FuzzUser&) = delete;
     FuzzUser& operator=(const FuzzUser&) = delete;
 
-    /// Shows every tab, or for three files of four some, and points at all that is there; changes nothing.
+    /// Shows every tab (for three files of four only some) and points at everything there; changes nothing.
     void LookAround();
     /// One command; returns its name.
     std::string Act();
@@ -71,12 +71,12 @@ class FuzzUser {
     Window Button(int index) const { return panel_.Window().Child(IDC_BUTTON + index); }
     int AnyButton() { return 1 + static_cast<int>(dice_.Below(9)); }
     int AnyTab() { return 1 + static_cast<int>(dice_.Below(6)); }
-    /// A button that holds something, if one of the shown tab's does.
+    /// A button of the shown tab that holds something, if there is one.
     int AnyUsedButton();
     void NameButton(int index);
     /// Puts a random text into an edit field; returns what the field made of it.
     std::string Type(Window box);
-    /// Types a shortcut's name, which is named by that.
+    /// Types a shortcut's name, which the command thereby names.
     void TypeName(Window box);
     void Choose(int button, int command);
     void HoverAt(Window picture);

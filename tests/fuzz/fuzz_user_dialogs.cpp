@@ -4,40 +4,41 @@
 #include <gtest/gtest.h>
 
 #include "model/storable_name.h"
+#include "res/resource.h"
 #include "tests/fuzz/fuzz_user.h"
 #include "win/text.h"
 
 namespace testkit {
 namespace {
 
-constexpr int kFirstAnswer = 310;
-constexpr int kInput = 320;
-constexpr int kFirstOption = 400;
-constexpr int kDelay = 420;
-constexpr int kFirstEdge = 431;
-constexpr int kOptionsCancel = 440;
-constexpr int kOptionsAccept = 441;
-constexpr int kOrganizerEdit = 500;
-constexpr int kOrganizerDelete = 501;
-constexpr int kOrganizerQuit = 502;
-constexpr int kOrganizerRows = 511;
-constexpr int kOrganizerScroll = 512;
-constexpr int kOrganizerNames = 514;
-constexpr int kShortcutName = 600;
-constexpr int kShortcutFile = 601;
-constexpr int kShortcutApply = 622;
-constexpr int kShortcutCancel = 623;
-constexpr int kGroupName = 700;
-constexpr int kGroupApply = 722;
-constexpr int kGroupCancel = 723;
-constexpr int kGroupAddUrl = 724;
-constexpr int kGroupDeleteItem = 725;
-constexpr int kGroupRows = 731;
-constexpr int kTabLabel = 810;
-constexpr int kTabDescription = 811;
-constexpr int kTabCheck = 820;
-constexpr int kTabApply = 830;
-constexpr int kTabCancel = 831;
+constexpr int kFirstAnswer = frmMsg_b1 + 0;
+constexpr int kInput = frmMsg_Text1;
+constexpr int kFirstOption = frmSettings_chSet + 0;
+constexpr int kDelay = frmSettings_Text1;
+constexpr int kFirstEdge = frmSettings_o1 + 1;
+constexpr int kOptionsCancel = frmSettings_ltBut1 + 0;
+constexpr int kOptionsAccept = frmSettings_ltBut1 + 1;
+constexpr int kOrganizerEdit = frmCuts_Command1 + 0;
+constexpr int kOrganizerDelete = frmCuts_Command1 + 1;
+constexpr int kOrganizerQuit = frmCuts_Command1 + 2;
+constexpr int kOrganizerRows = frmCuts_pBasket;
+constexpr int kOrganizerScroll = frmCuts_Scr;
+constexpr int kOrganizerNames = frmCuts_List1;
+constexpr int kShortcutName = frmEdit_t1 + 0;
+constexpr int kShortcutFile = frmEdit_t1 + 1;
+constexpr int kShortcutApply = frmEdit_c1 + 2;
+constexpr int kShortcutCancel = frmEdit_c1 + 3;
+constexpr int kGroupName = frmEditB_t1;
+constexpr int kGroupApply = frmEditB_c1 + 2;
+constexpr int kGroupCancel = frmEditB_c1 + 3;
+constexpr int kGroupAddUrl = frmEditB_c1 + 4;
+constexpr int kGroupDeleteItem = frmEditB_c1 + 5;
+constexpr int kGroupRows = frmEditB_pBasket;
+constexpr int kTabLabel = frmTabPrep_Text1 + 0;
+constexpr int kTabDescription = frmTabPrep_Text1 + 1;
+constexpr int kTabCheck = frmTabPrep_Check1;
+constexpr int kTabApply = frmTabPrep_Command1 + 0;
+constexpr int kTabCancel = frmTabPrep_Command1 + 1;
 
 void Click(Window dialog, int id) { dialog.Child(id).Send(BM_CLICK); }
 

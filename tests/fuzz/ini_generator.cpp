@@ -101,7 +101,7 @@ std::string IniGenerator::Value() {
     for (std::size_t members = dice_.Once(3) ? dice_.Below(6) : 0; members > 0; --members)
         value += "|" + Target();
     if (dice_.Once(40)) value += Repeated(dice_.OneOf(kFills), dice_.OneOf(kSizes));
-    // The whole value, not only what is added to it, at a limit.
+    // The whole value is near a limit, not only what is added to it.
     if (dice_.Once(40)) value = Repeated(value + "|", dice_.OneOf(kSizes));
     if (dice_.Once(20)) value = "\"" + value + "\"";
     if (dice_.Once(60)) value = "'" + value + "'";

@@ -8,8 +8,8 @@ namespace leaks {
 
 class Account;
 
-/// Stands before an automation object, and before each object that one answers with: held in an account from
-/// its first reference to its last.
+/// Stands in front of an automation object, and of each object that it answers with, and keeps account of it
+/// from its first reference to its last.
 class CountedDispatch : public IDispatch {
   public:
     /// Takes over one reference to `object`.

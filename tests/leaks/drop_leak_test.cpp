@@ -105,7 +105,7 @@ TEST_F(DropLeakTest, ADragThatOnlyPassesOver) {
     });
 }
 
-/// With a clipboard that only the test knows: the other one is everybody's.
+/// With a clipboard that only the test knows, because the real one belongs to everybody.
 class PasteLeakTest : public DropLeakTest {
   protected:
     PasteLeakTest() {

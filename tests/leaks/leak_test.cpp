@@ -23,7 +23,7 @@ constexpr int kLongForm = 1000;     // rounds from which on the process's memory
 constexpr int kShortestWarmUp = 2;  // rounds
 /// Wine's own side keeps some twenty bytes for each window that there has been.
 constexpr long kBytesPerRound = 400;
-/// Windows makes a cache larger now and then, and no more for a long time. What leaks grows in every stretch.
+/// Windows enlarges a cache now and then, and then not again for a long time. A leak grows in every stretch.
 constexpr int kStretches = 3;
 /// Other threads of Windows let go of their handles in their own time.
 constexpr std::chrono::seconds kSettleTime{1};
@@ -76,7 +76,7 @@ std::size_t ProcessMemory() {
     return memory.WorkingSetSize;
 }
 
-/// The blocks on the heaps that Windows' libraries take theirs from, ours among them.
+/// The blocks on the heaps that Windows' libraries allocate from, ours among them.
 long CountHeapBlocks() {
     std::vector<HANDLE> heaps(GetProcessHeaps(0, nullptr));
     heaps.resize(GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data()));
@@ -139,7 +139,7 @@ LeakTest::Growth LeakTest::GrowthOf(const std::function<void()>& round, int roun
 
 std::string LeakTest::Stretch(const std::function<void()>& round, int rounds) {
     Ledger::Counts before = Count();
-    // With what has been written down before, and without what will be afterwards.
+    // What the test has written down so far counts, what it will write down below does not.
     const HeapCount heapBefore = CountHeap();
     const Growth growth = GrowthOf(round, rounds);
     const HeapCount heapAfter = CountHeap();

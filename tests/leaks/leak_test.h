@@ -26,11 +26,12 @@ namespace leaks {
 
 class LeakTest : public testing::Test {
   protected:
-    /// Begins to record calls. When all other fakes have been made: the ledger has to lie on top of them.
+    /// Begins to record calls. Call it after all other fakes have been made: the ledger has to lie on top of
+    /// them.
     void StartLedger() { ledger_ = std::make_unique<Ledger>(); }
     Ledger& Calls() { return *ledger_; }
 
-    /// Runs `round` as often as wanted, and compares; `times`: so many times as often in the long form.
+    /// Runs `round` as often as wanted and compares; in the long form `times` times as often.
     void Repeat(const std::function<void()>& round, int times = 1);
 
     /// Windows' own part of a round, without the product: the memory that it costs is not the product's.

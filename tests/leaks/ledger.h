@@ -8,9 +8,9 @@
 //
 // A fake that a test puts on top of the ledger hands out things of its own: it makes them by calls that the
 // ledger sees, or says so with Take and Give.
-// Not only what is missing at the end is counted, but also what Windows would forgive or keep silently: a
-// thing given back that is nobody's any more, and a drawing object deleted while a device context holds it,
-// which Windows does not delete at all.
+// Besides what is missing at the end, it counts what Windows would forgive or keep silently: a thing that is
+// given back twice, and a drawing object deleted while a device context holds it, which Windows does not
+// delete at all.
 #pragma once
 
 #include <windows.h>
@@ -34,13 +34,14 @@ class Account {
   public:
     using Thing = std::uintptr_t;
 
-    /// `exists` tells what is gone without having been given back, as a window's timers are with it.
+    /// `exists` tells what has gone without having been given back, as a window's timers do with the window.
     explicit Account(const char* name, bool (*exists)(Thing) = nullptr) : name_(name), exists_(exists) {}
 
     void Take(const char* kind, Thing thing);
     /// The same for what can be there only once, like a timer that is set anew.
     void TakeOnce(const char* kind, Thing thing);
-    /// The same where Wine may answer with a thing of its own, again and again, whose end does nothing.
+    /// The same where Wine may answer with one thing of its own again and again, which is never really given
+    /// back.
     void TakeUnlessShared(const char* kind, Thing thing);
     void Give(Thing thing);
     bool Has(Thing thing) const { return held_.contains(thing); }
@@ -65,11 +66,11 @@ class Ledger {
     Ledger(const Ledger&) = delete;
     Ledger& operator=(const Ledger&) = delete;
 
-    /// How many of each kind are held; a kind of which nothing is held is not there.
+    /// How many of each kind are held; a kind of which nothing is held is left out.
     Counts Held();
 
-    /// At the end of whatever should have given everything back. Lets go of the COM objects that have been
-    /// created since the last time; one of which there are other references stays counted for good.
+    /// Call it when everything should have been given back. Lets go of the COM objects that have been created
+    /// since the last call; one that has other references stays counted for good.
     void Settle();
 
     /// For a test's own fakes: something of this kind has been handed out, or given back.

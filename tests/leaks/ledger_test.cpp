@@ -32,7 +32,7 @@ using ::testing::Pair;
 
 class LedgerTest : public testing::Test {
   protected:
-    /// Something of the kind is held after it was made, and no more after it was given back.
+    /// Something of the kind is held after it was made, and no longer after it was given back.
     template <class Make, class End>
     void Expect(const char* kind, Make make, End end) {
         const auto thing = make();

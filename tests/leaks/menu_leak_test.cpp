@@ -1,4 +1,4 @@
-// Each menu of the program, opened for real and closed by keys; what a command of one does.
+// Each menu of the program, opened for real and closed by keys, and what some of their commands do.
 #include <windows.h>
 
 #include <gtest/gtest.h>
@@ -23,7 +23,8 @@ using testkit::Window;
 
 class MenuLeakTest : public PanelLeakTest {
   protected:
-    /// The only window there is, as another program's: what else is open on the desktop must not count.
+    /// The only window there is, taken for another program's: what else is open on the desktop must not
+    /// count.
     MenuLeakTest() {
         SetWindowTextW(other_.Handle(), L"a program");
         fakes_.push_back(FAKE_CALL(GetTopWindow, [this](HWND parent) {

@@ -128,7 +128,7 @@ void PanelLeakTest::Drop(size_t target, const std::function<void(testkit::DataOb
     DWORD effect = DROPEFFECT_COPY;
     DropTarget(target).DragEnter(&object, 0, {}, &effect);
     DropTarget(target).Drop(&object, 0, {}, &effect);
-    // One that was kept would be more than the first, which is nobody's.
+    // The object is made with one reference; a reference that was kept would make it three.
     EXPECT_EQ(object.AddRef(), 2u);
     win::ProcessPendingMessages();
 }

@@ -17,8 +17,8 @@
 
 namespace leaks {
 
-/// The whole main window, loaded and on the screen. Targets are files of the test's own; what would open one
-/// only says that it has.
+/// The whole main window, loaded and on the screen. Targets are files of the test's own, and whatever would
+/// open one only says that it has.
 class PanelLeakTest : public LeakTest {
   protected:
     using Step = testkit::ModalAnswers::Step;

@@ -53,7 +53,7 @@ void Save(const std::string& name, RECT rect) {
 
 void Save(const std::string& name, Window window) { Save(name, window.Rect()); }
 
-/// A dialog of the program by its caption's beginning.
+/// A dialog of the program, found by the beginning of its caption.
 Window WaitForDialog(DWORD process, const std::string& caption) {
     return testkit::WaitFor("a window " + caption, [&] {
         const auto windows = testkit::FindTopWindows({.process_id = process});

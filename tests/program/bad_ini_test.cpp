@@ -19,7 +19,7 @@ using ::testing::HasSubstr;
 
 struct BadStart {
     const char* name;
-    /// The settings section's "Main" line and whatever else; nothing: no file at all.
+    /// What the file begins with, "Main" and whatever else; null for no file at all.
     const char* ini;
     /// What the message has to name.
     std::vector<std::string> named;
@@ -110,7 +110,7 @@ TEST_F(BadIniTest, AHugeFileIsSurvived) {
     QuonPanel quon(folder_);
     quon.ExpectName(1, "Last");
     quon.ExpectName(2, "Long");
-    // A record of which only the beginning can be read names nothing.
+    // A record names nothing when only its beginning can be read.
     quon.ExpectName(3, "Empty");
     EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
     EXPECT_EQ(folder_.IniValue("Cuts", "Name 2999"), target + std::string(300, 'x'));
@@ -121,7 +121,7 @@ TEST_F(BadIniTest, AFileThatCannotBeWrittenIsSurvivedAndKept) {
     ini.AddShortcut("11", "Editor", folder_.Path());
     folder_.WriteIniText(ini.Text());
     folder_.SetReadOnly("Quon.ini");
-    // The mark alone does not keep a system administrator's program from writing under Wine.
+    // Under Wine the read-only mark alone does not stop an administrator's program from writing.
     const OwnedHandle held(CreateFileW(Wide(folder_.IniPath()).c_str(), GENERIC_READ, FILE_SHARE_READ,
                                        nullptr, OPEN_EXISTING, 0, nullptr));
     ASSERT_NE(held.get(), INVALID_HANDLE_VALUE);
@@ -186,7 +186,7 @@ TEST_F(BadIniTest, ButtonsWhoseTargetIsGoneFreeThemselves) {
     EXPECT_EQ(record("21"), "Gone|0") << "buttons of a tab that was not shown are left alone";
     EXPECT_EQ(folder_.IniValue("Cuts", "Gone"), folder_.FullPath("gone.exe"));
     EXPECT_EQ(folder_.IniValue("Switch", "Gone"), "/x");
-    // What is gone frees itself whenever the tab is shown.
+    // A button whose target is gone frees itself whenever its tab is shown.
     folder_.RemoveFile("здесь.txt");
     mouse::Click(quon.Header(1));
     WaitFor("the button frees itself", [&] { return record("11") == ""; });

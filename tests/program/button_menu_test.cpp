@@ -81,7 +81,7 @@ TEST_F(ButtonMenuProgramTest, RenamesAFileAndLetsGoOfOneThatHasVanished) {
         mouse::Click(quon.Header(header));
     quon.ExpectName(1, renamed);
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), renamed + "|0") << "the button lives on";
-    // A vanished file: the shell says no, and the button goes with it.
+    // For a vanished file the shell reports failure, and the button is freed all the same.
     folder_.RemoveFile("Извор\\ново 文.txt");
     Choose(quon, 1, {"File operations", "Delete file"});
     const Window question = WaitForPicker(quon);

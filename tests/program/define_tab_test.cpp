@@ -13,9 +13,9 @@
 namespace testkit {
 namespace {
 
-constexpr int kLabel = 810;
-constexpr int kDescription = 811;
-constexpr int kShowDescription = 820;
+constexpr int kLabel = frmTabPrep_Text1 + 0;
+constexpr int kDescription = frmTabPrep_Text1 + 1;
+constexpr int kShowDescription = frmTabPrep_Check1;
 
 class DefineTabDialogTest : public ::testing::Test {
   protected:
@@ -70,7 +70,7 @@ TEST_F(DefineTabDialogTest, AppliesLabelDescriptionAndOption) {
     }
     WaitFor("the header follows", [&] { return quon.Header(3).Text() == "Раб 文"; });
     EXPECT_EQ(folder_.IniValue("Buttons", "30"), "Раб 文|Office files: Ћирилица и 漢字");
-    // Though the pointer was on this header when it was clicked.
+    // The tip is made anew, though the pointer has been on this header before.
     Hover(quon, 3);
     const ToolTipText tip = tips.Wait();
     EXPECT_EQ(tip.title, "Раб 文");

@@ -132,7 +132,7 @@ TEST_F(DropTest, TheQuestionOffersTheButtonsNameAndCancellingItChangesNothing) {
     quon_->ExpectName(1, "Old Ⅸ");
 }
 
-TEST_F(DropTest, TheCaptionsTypedAsANameReplaceLikeTheButton) {
+TEST_F(DropTest, TypingAButtonsCaptionAsTheNameReplacesTheShortcut) {
     ini_.AddShortcut("21", "Old", file_);
     Start();
     DropAndBeAsked({.files = {other_}}, 1).ClickButton(kReplace);

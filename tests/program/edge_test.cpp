@@ -61,8 +61,8 @@ class EdgeTest : public ::testing::Test {
         WaitFor("the panel comes out", [&] { return quon.IsOut(); });
         return std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - start);
     }
-    /// Puts the pointer onto the strip and waits until the panel waits the hover out: then it answers only
-    /// between two sleeps of 100 ms.
+    /// Puts the pointer onto the strip and waits until the panel is waiting out the hover delay, when it
+    /// answers only between two sleeps of 100 ms.
     static void BeginHoverWait(const QuonPanel& quon) {
         constexpr milliseconds kLongerThanAnyAnswer{50};
         constexpr int kInARow = 3;
@@ -83,7 +83,7 @@ class EdgeTest : public ::testing::Test {
     QuonIni ini_;
 };
 
-TEST_F(EdgeTest, TheStripIsThePanelItselfInAllItsLengthAtEveryEdge) {
+TEST_F(EdgeTest, TheWholeStripBelongsToThePanelItselfAtEveryEdge) {
     for (const Edge edge : kEdges) {
         DockAt(edge);
         QuonPanel quon = Start();
@@ -112,7 +112,7 @@ TEST_F(EdgeTest, RestingOnTheStripBringsThePanelOutAfterTheDelayAtEveryEdge) {
         WaitFor("the panel comes out", [&] { return quon.IsOut(); });
         EXPECT_GE(std::chrono::steady_clock::now() - start, milliseconds(600)) << ini_.edge;
         ExpectInTheMiddle(quon);
-        // The pointer may leave it: nothing docks it by itself.
+        // The pointer may leave the panel: nothing docks it by itself.
         mouse::MoveTo({5, 5});
         EXPECT_TRUE(HoldsThroughout(milliseconds(300), [&] { return quon.IsOut(); })) << ini_.edge;
         mouse::MoveTo(kAway);
@@ -242,7 +242,7 @@ TEST_F(EdgeTest, AltF4EndsTheProgramWhileTheHoverIsWaitedOutWhateverTheSettingSa
     EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini_.Main());
 }
 
-TEST_F(EdgeTest, ALongWaitTakesFurtherMovesAndClicksIn) {
+TEST_F(EdgeTest, ALongWaitSurvivesFurtherMovesAndClicks) {
     ini_.pop_on_hover = true;
     ini_.click_shows = true;
     ini_.pop_delay = 60000;

@@ -15,17 +15,17 @@ namespace {
 
 using ::testing::ElementsAre;
 
-constexpr int kEdit = 500;
-constexpr int kDelete = 501;
-constexpr int kQuit = 502;
-constexpr int kFrame = 510;
-constexpr int kList = 511;
-constexpr int kBar = 512;
-constexpr int kName = 600;
-constexpr int kFile = 601;
-constexpr int kExists = 613;
-constexpr int kApply = 622;
-constexpr int kCancel = 623;
+constexpr int kEdit = frmCuts_Command1 + 0;
+constexpr int kDelete = frmCuts_Command1 + 1;
+constexpr int kQuit = frmCuts_Command1 + 2;
+constexpr int kFrame = frmCuts_pFrame;
+constexpr int kList = frmCuts_pBasket;
+constexpr int kBar = frmCuts_Scr;
+constexpr int kName = frmEdit_t1 + 0;
+constexpr int kFile = frmEdit_t1 + 1;
+constexpr int kExists = frmEdit_l1 + 3;
+constexpr int kApply = frmEdit_c1 + 2;
+constexpr int kCancel = frmEdit_c1 + 3;
 constexpr int kRowStep = 51;  // pixels from one row of the list to the next
 
 class EditShortcutDialogTest : public ::testing::Test {

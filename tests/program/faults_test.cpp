@@ -48,7 +48,7 @@ class SuspendedProgram {
 
 class FaultsTest : public ::testing::Test {
   protected:
-    /// Renames the first button in vain: what was typed stays in the box, until that is given up.
+    /// Renames the first button in vain: what was typed stays in the box until the user gives up.
     static void Rename(QuonPanel& quon) {
         mouse::MoveTo(quon.Button(1).Centre());
         WaitFor("the hover picture", [&] { return quon.HoverPicture().IsVisible(); });
@@ -90,7 +90,7 @@ class FaultsTest : public ::testing::Test {
     ProgramFolder folder_;
 };
 
-TEST_F(FaultsTest, OfTwentySimultaneousStartsOneIsLeft) {
+TEST_F(FaultsTest, OneOfTwentySimultaneousStartsIsLeft) {
     constexpr int kStarts = 20;
     folder_.WriteIniText(FilledIni());
     const std::string path = folder_.CopyIn(QuonExe());

@@ -16,14 +16,14 @@ namespace {
 
 using ::testing::ElementsAre;
 
-constexpr int kGroupName = 700;
-constexpr int kApply = 722;
-constexpr int kAddUrl = 724;
-constexpr int kDeleteItem = 725;
-constexpr int kGroupList = 731;
-constexpr int kFirstIcon = 1000;
-constexpr int kLastIcon = 1005;
-constexpr int kCross = 920;
+constexpr int kGroupName = frmEditB_t1;
+constexpr int kApply = frmEditB_c1 + 2;
+constexpr int kAddUrl = frmEditB_c1 + 4;
+constexpr int kDeleteItem = frmEditB_c1 + 5;
+constexpr int kGroupList = frmEditB_pBasket;
+constexpr int kFirstIcon = IcoChooser_p2 + 0;
+constexpr int kLastIcon = IcoChooser_p2 + 5;
+constexpr int kCross = IcoChooser_Image1;
 
 class GroupAndIconTest : public ::testing::Test {
   protected:

@@ -61,7 +61,7 @@ class HoldTest : public ::testing::TestWithParam<int> {
     static std::string Name(const std::string& key) { return "Пречица " + key; }
     Milliseconds Time() const { return Milliseconds(GetParam()); }
 
-    /// What stands in Quon.ini, but for the records of free buttons, which may come at any time.
+    /// All that stands in Quon.ini except the records of free buttons, which may be added at any time.
     std::string Records() const {
         std::string text;
         for (const char* section : {"Buttons", "Cuts", "Switch"})
@@ -183,7 +183,7 @@ TEST_P(HoldTest, AtTheEnd) {
 
 INSTANTIATE_TEST_SUITE_P(Milliseconds, HoldTest, ::testing::Values(20, 60, 120, 500, 2000));
 
-TEST(HoldAtStartTest, OneThatLastsIsNamed) {
+TEST(HoldAtStartTest, ALastingHoldIsNamedInTheMessage) {
     ProgramFolder folder;
     QuonIni ini;
     ini.AddShortcut("11", "a", "http://example.test/");

@@ -31,8 +31,8 @@ using Section = std::map<std::string, std::string>;
 constexpr const char* kSections[] = {"Settings", "Buttons", "Cuts", "Switch"};
 constexpr int kTabs = 3;
 constexpr int kButtons = 9;
-constexpr UINT kTabLabel = 810;
-constexpr UINT kTabApply = 830;
+constexpr UINT kTabLabel = frmTabPrep_Text1 + 0;
+constexpr UINT kTabApply = frmTabPrep_Command1 + 0;
 
 /// What stands in Quon.ini, by section and key.
 using Records = std::map<std::string, Section>;
@@ -46,7 +46,7 @@ Records RecordsOf(const IniText& ini) {
     return records;
 }
 
-/// A record that a command changes; nothing stands for "is not there".
+/// A record that a command changes; no value stands for a record that is not there.
 struct Change {
     std::string section;
     std::string key;
@@ -56,7 +56,7 @@ struct Change {
 struct Command {
     std::string name;
     std::vector<Change> changes;
-    /// Whether all of them come together.
+    /// Whether all of them are stored together.
     bool at_once = false;
     std::function<void()> run;
 };
@@ -107,7 +107,7 @@ class BusySession {
         quon_.Main().Activate();
     }
 
-    /// A command that is possible now. Nothing has been done of it yet.
+    /// A command that is possible now; nothing of it has been done yet.
     Command Next() {
         const unsigned kind = random_() % 20;
         const int button = 1 + static_cast<int>(random_() % kButtons);
@@ -164,7 +164,7 @@ class BusySession {
     }
 
     Command DefineTab(int tab) {
-        // No longer than a tab takes, however long the session.
+        // A label holds seven characters, however long the session.
         const std::string label = "T" + std::to_string(tab) + "." + std::to_string(++count_);
         const auto run = [this, tab, label] {
             PostClick(quon_.Header(tab), WM_RBUTTONDOWN, WM_RBUTTONUP);
@@ -230,7 +230,7 @@ class BusySession {
     int freed_ = 0;
 };
 
-/// Ends a process after a time, unless it is told before that it shall not.
+/// Ends a process after a time, unless it is called off before.
 class Killer {
   public:
     Killer(HANDLE process, Microseconds delay)
@@ -275,7 +275,7 @@ std::string Damage(const Records& before, const Command& command, Records found)
         const std::string old_state = Differences(before, found);
         return old_state.empty() || Differences(after, found).empty() ? "" : old_state;
     }
-    // Each change by itself: what may be either is not compared.
+    // Each change by itself: a record that may be either old or new is not compared.
     Records expected = before;
     for (const auto& [section, key, value] : command.changes) {
         if (Find(found, section, key) == value) Apply(expected, {{section, key, value}});
@@ -338,9 +338,9 @@ std::string KillTest::RunToKill(const ProgramFolder& folder, unsigned seed, int 
                               command.name + ":\n" + what;
 }
 
-TEST_F(KillTest, LeavesEveryRecordWholeThatWasCompleteAndTheNextStartWorks) {
+TEST_F(KillTest, LeavesEveryCompleteRecordWholeAndTheNextStartWorks) {
     constexpr int kShortSession = 12;
-    constexpr int kLongSession = 200;
+    constexpr int kLongSession = IDC_BUTTON + 0;
     constexpr int kShortRun = 3;
     const int kills = Number("QUON_KILLS", kShortRun);
     const auto seed = static_cast<unsigned>(Number("QUON_SEED", 1));

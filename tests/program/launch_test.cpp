@@ -82,7 +82,7 @@ TEST_F(LaunchTest, ASwitchFollowsTheTargetAndNeverAccumulates) {
     QuonPanel quon = Start(ini);
     const std::string expected = target + " -a \"two words\" /b";
     for (int round = 0; round < 2; ++round) {
-        // The switch form knows no other state than the normal one.
+        // With a switch, the target always starts in the normal state.
         const TargetLaunch launch = Open(quon, 1, target, {VK_SHIFT});
         EXPECT_EQ(launch.command_line, expected);
         EXPECT_EQ(launch.show_state, SW_SHOWNORMAL);
@@ -214,7 +214,7 @@ TEST_F(SwitchQuestionTest, AltCtrlAsksForTheSwitchAndKeepsIt) {
     WaitFor("the switch is stored", [&] { return Switch() == "/открой 文"; });
     mouse::MoveTo({5, 5});
     WaitFor("the face shows the switch", [&] { return corner() != unmarked; });
-    // A switch lives with the name at once: this launch has it.
+    // A switch counts as soon as it is stored: this launch has it.
     const TargetLaunch launch = Open(quon, 1, target);
     EXPECT_EQ(launch.command_line, target + " /открой 文");
     CloseTarget(launch);

@@ -95,7 +95,7 @@ TEST_F(MoveTest, AHeaderShowsItsTabOnceEachTimeThePointerComes) {
         quon_->Program().WaitUntilIdle();
         return !shown_again(button);
     };
-    // Now and then a late echo takes the pointer away and back, which is another coming.
+    // Now and then a late echo takes the pointer away and back, which counts as coming once more.
     int button = 1;
     while (button < kSixthTab && !stays_as_it_is(button))
         ++button;

@@ -21,14 +21,14 @@ namespace {
 
 using ::testing::HasSubstr;
 
-constexpr int kDelay = 420;
-constexpr int kCancel = 440;
-constexpr int kAccept = 441;
-constexpr int kFrame = 450;
+constexpr int kDelay = frmSettings_Text1;
+constexpr int kCancel = frmSettings_ltBut1 + 0;
+constexpr int kAccept = frmSettings_ltBut1 + 1;
+constexpr int kFrame = frmSettings_Picture2;
 constexpr COLORREF kRed = RGB(0xE0, 0x10, 0x10);
 constexpr char kRunKey[] = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
 
-/// What Windows starts as "Quon" with itself.
+/// What Windows starts under the name "Quon" when it starts itself.
 std::optional<std::string> StartEntry() {
     char data[4 * MAX_PATH] = {};
     DWORD size = sizeof data;
@@ -41,7 +41,7 @@ std::optional<std::string> StartEntry() {
 
 void RemoveStartEntry() { RegDeleteKeyValueA(HKEY_LOCAL_MACHINE, kRunKey, "Quon"); }
 
-/// Takes the whole key of what Windows starts away, and puts it back at the end.
+/// Takes away the whole key of what Windows starts, and puts it back at the end.
 class RunKeyGone {
   public:
     RunKeyGone() {
@@ -100,7 +100,7 @@ class OptionsDialogTest : public ::testing::Test {
         return dialog;
     }
     static bool IsChecked(Window dialog, int id) { return dialog.Child(id).Send(BM_GETCHECK) == BST_CHECKED; }
-    /// By its place: seen from outside, the transparent frame around a control is in front of it.
+    /// Clicked by its place: seen from outside, the transparent frame around a control lies in front of it.
     static void Click(Window dialog, int id) { mouse::Click(dialog.Child(id).Centre()); }
     static void Toggle(Window dialog, int id) {
         const bool before = IsChecked(dialog, id);
@@ -159,7 +159,7 @@ TEST_F(OptionsDialogTest, AChangeIsLostWithAProgramThatIsKilled) {
     QuonPanel quon = Start(ini);
     {
         const Window dialog = OpenOptions(quon);
-        Toggle(dialog, 401);
+        Toggle(dialog, frmSettings_chSet + 1);
         Leave(dialog, kAccept);
     }
     quon.Settle();
@@ -204,7 +204,7 @@ TEST_F(OptionsDialogTest, RemovesTheStartEntryAgain) {
     Leave(OpenOptions(quon), kAccept);
     EXPECT_EQ(StartEntry(), folder_.FullPath("Quon.exe"));
     const Window dialog = OpenOptions(quon);
-    Toggle(dialog, 400);
+    Toggle(dialog, frmSettings_chSet + 0);
     Leave(dialog, kAccept);
     EXPECT_FALSE(StartEntry());
     // There is nothing left to remove: no error.
@@ -212,14 +212,14 @@ TEST_F(OptionsDialogTest, RemovesTheStartEntryAgain) {
     EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
 }
 
-TEST_F(OptionsDialogTest, TellsThatTheStartEntrysKeyCannotBeOpenedAndStays) {
+TEST_F(OptionsDialogTest, ReportsThatTheStartEntrysKeyCannotBeOpenedAndStaysOpen) {
     QuonIni ini;
     ini.click_shows = true;
     QuonPanel quon = Start(ini);
     {
         const RunKeyGone gone;
         const Window dialog = OpenOptions(quon);
-        Toggle(dialog, 406);
+        Toggle(dialog, frmSettings_chSet + 6);
         Click(dialog, kAccept);
         const Window box = WaitForSystemMessageBox(quon.Id(), "Quon: Error report");
         EXPECT_EQ(box.Child(65535).Text(), "Couldn't make startup entry.");
@@ -228,8 +228,8 @@ TEST_F(OptionsDialogTest, TellsThatTheStartEntrysKeyCannotBeOpenedAndStays) {
         keyboard::Press(VK_RETURN);
         WaitFor("the message closes", [&] { return !box.Exists(); });
         EXPECT_TRUE(quon.IsDockedAt(Edge::kBottom)) << "the dialog is still open";
-        // To be started with Windows fails as well, but silently.
-        Toggle(dialog, 400);
+        // Adding the entry fails as well, but silently.
+        Toggle(dialog, frmSettings_chSet + 0);
         Leave(dialog, kAccept);
         EXPECT_FALSE(StartEntry());
     }
@@ -238,7 +238,7 @@ TEST_F(OptionsDialogTest, TellsThatTheStartEntrysKeyCannotBeOpenedAndStays) {
     EXPECT_EQ(folder_.IniValue("Settings", "Main"), expected.Main());
 }
 
-TEST_F(OptionsDialogTest, TheEndPassesTheMessageAboutTheStartEntrysKey) {
+TEST_F(OptionsDialogTest, TheProgramEndsInSpiteOfTheMessageAboutTheStartEntrysKey) {
     QuonIni ini;
     ini.click_shows = true;
     QuonPanel quon = Start(ini);
@@ -250,13 +250,13 @@ TEST_F(OptionsDialogTest, TheEndPassesTheMessageAboutTheStartEntrysKey) {
     EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini.Main());
 }
 
-TEST_F(OptionsDialogTest, ADelayThatIsNoNumberIsToldAndTheDialogStays) {
+TEST_F(OptionsDialogTest, ReportsADelayThatIsNoNumberAndStaysOpen) {
     QuonIni ini;
     ini.click_shows = true;
     QuonPanel quon = Start(ini);
     const Window dialog = OpenOptions(quon);
-    Toggle(dialog, 401);
-    Toggle(dialog, 406);
+    Toggle(dialog, frmSettings_chSet + 1);
+    Toggle(dialog, frmSettings_chSet + 6);
     for (const std::string typed : {"abc", "", "99999999999"}) {
         dialog.Child(kDelay).SetText(typed);
         Click(dialog, kAccept);
@@ -283,13 +283,13 @@ TEST_F(OptionsDialogTest, FramesBothTriggersInRedWhileItWarns) {
     QuonPanel quon = Start(ini);
     const Window dialog = OpenOptions(quon);
     const RECT place = dialog.Child(kFrame).Rect();
-    Toggle(dialog, 408);
+    Toggle(dialog, frmSettings_chSet + 8);
     EXPECT_EQ(CaptureScreen(place).PixelCount(kRed), 0u);
     Click(dialog, dialogs::frmSettings::chSet + 9);
     const MessageBoxWindow box = MessageBoxWindow::Wait(quon.Id());
     WaitFor("the red frame", [&] { return CaptureScreen(place).PixelCount(kRed) > 100; });
     CaptureScreen().SaveAs("options-warning.bmp");
-    // A frame, not a cover: what it frames is still to be seen.
+    // It is a frame, not a cover: what it frames can still be seen.
     EXPECT_GT(CaptureScreen(dialog.Child(dialogs::frmSettings::chSet + 9).Rect()).ColourCount(), 2u);
     EXPECT_EQ(CaptureScreen(dialog.Child(dialogs::frmSettings::chSet + 9).Rect()).PixelCount(kRed), 0u);
     box.ClickButton(0);
@@ -311,13 +311,13 @@ TEST_F(OptionsDialogTest, ExplainsTheBoxUnderThePointer) {
         dialog.Send(WM_NULL);
         mouse::MoveTo({centre.x + 2, centre.y + 1});
     };
-    hover(402);
+    hover(frmSettings_chSet + 2);
     const ToolTipText tip = tips.Wait();
     EXPECT_EQ(tip.title, "Default: checked");
     EXPECT_EQ(tip.text,
               "If checked, Quon will move to the edge of your screen\nafter you open a file with it.");
     CaptureScreen().SaveAs("options-tip.bmp");
-    hover(409);
+    hover(frmSettings_chSet + 9);
     WaitFor("the next box's tip",
             [&] { return tips.Wait().text.find("'Hover XXX ms") != std::string::npos; });
     // Between the frames there is only the dialog.
@@ -388,7 +388,7 @@ TEST_F(OptionsDialogTest, ClosesWithTheProgram) {
     QuonIni ini;
     ini.click_shows = true;
     QuonPanel quon = Start(ini);
-    Toggle(OpenOptions(quon), 401);
+    Toggle(OpenOptions(quon), frmSettings_chSet + 1);
     quon.Main().Post(WM_CLOSE);
     EXPECT_EQ(quon.Program().WaitForExit(), 0u);
     EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini.Main());

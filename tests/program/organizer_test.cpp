@@ -19,11 +19,11 @@ using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::Not;
 
-constexpr int kEdit = 500;
-constexpr int kDelete = 501;
-constexpr int kQuit = 502;
-constexpr int kList = 511;
-constexpr int kBar = 512;
+constexpr int kEdit = frmCuts_Command1 + 0;
+constexpr int kDelete = frmCuts_Command1 + 1;
+constexpr int kQuit = frmCuts_Command1 + 2;
+constexpr int kList = frmCuts_pBasket;
+constexpr int kBar = frmCuts_Scr;
 
 class OrganizerTest : public ::testing::Test {
   protected:

@@ -19,6 +19,12 @@ namespace {
 using ::testing::ElementsAreArray;
 using ::testing::SizeIs;
 
+// The controls of the panel, each the base of its index.
+constexpr int b1 = IDC_TAB_HEADER;
+constexpr int pb1 = IDC_BUTTON;
+constexpr int iBut = IDC_IMAGE_BUTTON;
+constexpr int cMain = IDC_SHORTCUTS;
+
 class PanelKeyboardTest : public ::testing::Test {
   protected:
     QuonPanel Start(const QuonIni& ini) const {
@@ -51,30 +57,31 @@ class PanelKeyboardTest : public ::testing::Test {
 TEST_F(PanelKeyboardTest, TabGoesThroughEverythingAndArrowsThroughItsKind) {
     QuonPanel quon = Start({});
     for (const int id :
-         {202, 203, 204, 205, 206, 207, 208, 209, 240, 241, 242, 243, 230, 101, 102, 103, 104, 105, 106, 201})
+         {pb1 + 2,  pb1 + 3,  pb1 + 4, pb1 + 5, pb1 + 6, pb1 + 7, pb1 + 8, pb1 + 9, iBut + 0, iBut + 1,
+          iBut + 2, iBut + 3, cMain,   b1 + 1,  b1 + 2,  b1 + 3,  b1 + 4,  b1 + 5,  b1 + 6,   pb1 + 1})
         PressAndExpectFocus(quon, {VK_TAB}, id);
     // The image buttons and the headers each make a circle, the buttons a field with borders.
-    PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, 106);
-    PressAndExpectFocus(quon, {VK_RIGHT}, 101);
-    PressAndExpectFocus(quon, {VK_LEFT}, 106);
-    PressAndExpectFocus(quon, {VK_TAB}, 201);
-    PressAndExpectFocus(quon, {VK_LEFT}, 201);
-    PressAndExpectFocus(quon, {VK_UP}, 201);
-    PressAndExpectFocus(quon, {VK_RIGHT}, 202);
-    PressAndExpectFocus(quon, {VK_DOWN}, 205);
-    PressAndExpectFocus(quon, {VK_DOWN}, 208);
-    PressAndExpectFocus(quon, {VK_DOWN}, 208);
-    PressAndExpectFocus(quon, {VK_RIGHT}, 209);
-    PressAndExpectFocus(quon, {VK_RIGHT}, 209);
-    PressAndExpectFocus(quon, {VK_TAB}, 240);
-    for (const int id : {241, 242, 243, 240})
+    PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, b1 + 6);
+    PressAndExpectFocus(quon, {VK_RIGHT}, b1 + 1);
+    PressAndExpectFocus(quon, {VK_LEFT}, b1 + 6);
+    PressAndExpectFocus(quon, {VK_TAB}, pb1 + 1);
+    PressAndExpectFocus(quon, {VK_LEFT}, pb1 + 1);
+    PressAndExpectFocus(quon, {VK_UP}, pb1 + 1);
+    PressAndExpectFocus(quon, {VK_RIGHT}, pb1 + 2);
+    PressAndExpectFocus(quon, {VK_DOWN}, pb1 + 5);
+    PressAndExpectFocus(quon, {VK_DOWN}, pb1 + 8);
+    PressAndExpectFocus(quon, {VK_DOWN}, pb1 + 8);
+    PressAndExpectFocus(quon, {VK_RIGHT}, pb1 + 9);
+    PressAndExpectFocus(quon, {VK_RIGHT}, pb1 + 9);
+    PressAndExpectFocus(quon, {VK_TAB}, iBut + 0);
+    for (const int id : {iBut + 1, iBut + 2, iBut + 3, iBut + 0})
         PressAndExpectFocus(quon, {VK_RIGHT}, id);
-    for (const int id : {243, 242})
+    for (const int id : {iBut + 3, iBut + 2})
         PressAndExpectFocus(quon, {VK_LEFT}, id);
-    for (const int id : {241, 240, 209})
+    for (const int id : {iBut + 1, iBut + 0, pb1 + 9})
         PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, id);
-    PressAndExpectFocus(quon, {VK_UP}, 206);
-    PressAndExpectFocus(quon, {VK_LEFT}, 205);
+    PressAndExpectFocus(quon, {VK_UP}, pb1 + 6);
+    PressAndExpectFocus(quon, {VK_LEFT}, pb1 + 5);
 }
 
 TEST_F(PanelKeyboardTest, EnterAndSpaceOpenButtonsAndShowTabs) {
@@ -83,7 +90,7 @@ TEST_F(PanelKeyboardTest, EnterAndSpaceOpenButtonsAndShowTabs) {
     ini.AddShortcut("12", "Editor", target);
     ini.AddShortcut("61", "Sixth", folder_.Path());
     QuonPanel quon = Start(ini);
-    PressAndExpectFocus(quon, {VK_RIGHT}, 202);
+    PressAndExpectFocus(quon, {VK_RIGHT}, pb1 + 2);
     keyboard::Press(VK_RETURN);
     RunningProgram::Attach(WaitForTargetLaunches(target, 1).back().process_id).CloseAndWait();
     quon.Main().Activate();
@@ -97,11 +104,11 @@ TEST_F(PanelKeyboardTest, EnterAndSpaceOpenButtonsAndShowTabs) {
     EXPECT_EQ(minimized.show_state, SW_MINIMIZE);
     RunningProgram::Attach(minimized.process_id).CloseAndWait();
     quon.Main().Activate();
-    PressAndExpectFocus(quon, {VK_LEFT}, 201);
-    PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, 106);
+    PressAndExpectFocus(quon, {VK_LEFT}, pb1 + 1);
+    PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, b1 + 6);
     keyboard::Press(VK_SPACE);
     quon.ExpectName(1, "Sixth");
-    PressAndExpectFocus(quon, {VK_RIGHT}, 101);
+    PressAndExpectFocus(quon, {VK_RIGHT}, b1 + 1);
     keyboard::Press(VK_RETURN);
     quon.ExpectName(1, "Empty");
     EXPECT_THAT(TargetLaunches(target), SizeIs(3));
@@ -137,7 +144,7 @@ TEST_F(PanelKeyboardTest, AHeldKeyOpensOneProgramAndStoresOnce) {
     keyboard::Type("editor");
     keyboard::Hold(VK_RETURN, kTwoSeconds);
     expect_one_more("the drop-down");
-    PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, IDC_IMAGE_BUTTON + 3);
+    PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, iBut + 3);
     keyboard::Hold(VK_RETURN, kTwoSeconds);
     expect_one_more("the Go button");
 }
@@ -147,8 +154,8 @@ TEST_F(PanelKeyboardTest, AHeldEnterDoesNotAnswerTheMenuThatItHasOpened) {
     const Window edit = quon.Shortcuts().Descendants().front();
     mouse::Click(edit.ClientPoint(5, 5));
     WaitFor("the drop-down has the focus", [&] { return edit.IsFocused(); });
-    PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, IDC_IMAGE_BUTTON + 3);
-    PressAndExpectFocus(quon, {VK_LEFT}, IDC_IMAGE_BUTTON + 2);
+    PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, iBut + 3);
+    PressAndExpectFocus(quon, {VK_LEFT}, iBut + 2);
     keyboard::Hold(VK_RETURN, 20);
     const PopupMenu menu = PopupMenu::Wait(quon.Id());
     quon.Main().Send(WM_NULL);
@@ -169,7 +176,7 @@ TEST_F(PanelKeyboardTest, TheFocusIsMarkedOnceAKeyIsUsed) {
     const auto face = [&](int button) { return CaptureWindow(quon.Button(button)); };
     const Picture plain = face(9);
     EXPECT_EQ(face(1), plain) << "marked before a key was used";
-    PressAndExpectFocus(quon, {VK_RIGHT}, 202);
+    PressAndExpectFocus(quon, {VK_RIGHT}, pb1 + 2);
     WaitFor("the mark", [&] { return face(2) != plain; });
     const Picture marked = face(2);
     // A line of two pixels, three pixels inside the face, and nothing else.
@@ -182,11 +189,11 @@ TEST_F(PanelKeyboardTest, TheFocusIsMarkedOnceAKeyIsUsed) {
         EXPECT_EQ(part.PixelCount(GetSysColor(COLOR_HIGHLIGHT)), length);
     }
     EXPECT_EQ(face(1), plain);
-    PressAndExpectFocus(quon, {VK_RIGHT}, 203);
+    PressAndExpectFocus(quon, {VK_RIGHT}, pb1 + 3);
     WaitFor("the mark goes on", [&] { return face(2) == plain && face(3) == marked; });
 }
 
-/// Has the test's target open files of one type, as long as it lives.
+/// While it lives, the test's target opens the files of one type.
 class OpenedByTarget {
   public:
     OpenedByTarget(const std::string& extension, const std::string& target) : extension_(Wide(extension)) {
@@ -233,10 +240,10 @@ TEST_F(PanelKeyboardTest, F1OpensTheManualWhereverTheFocusIs) {
         RunningProgram::Attach(launch.process_id).CloseAndWait();
     };
     press();
-    for (const int id : {106, 105, 104, 103, 102, 101, 230, 243}) {
+    for (const int id : {b1 + 6, b1 + 5, b1 + 4, b1 + 3, b1 + 2, b1 + 1, cMain, iBut + 3}) {
         quon.Main().Activate();
         PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, id);
-        if (id == 106 || id == 230 || id == 243) press();
+        if (id == b1 + 6 || id == cMain || id == iBut + 3) press();
     }
     // In a dialog too.
     quon.OpenButton(1, {VK_MENU, VK_CONTROL});
@@ -272,7 +279,7 @@ TEST_F(PanelKeyboardTest, TheMenuKeysOpenTheButtonMenu) {
         CaptureScreen().SaveAs("button-menu.bmp");
         menu.Dismiss();
     }
-    PressAndExpectFocus(quon, {VK_RIGHT}, 202);
+    PressAndExpectFocus(quon, {VK_RIGHT}, pb1 + 2);
     keyboard::Press(VK_APPS);
     captions[2] = "Edit group";
     const PopupMenu menu = PopupMenu::Wait(quon.Id());
@@ -302,7 +309,7 @@ TEST_F(PanelKeyboardTest, F2RenamesInPlace) {
     EXPECT_EQ(quon.RenameBox().Text(), "Editor");
     EXPECT_GE(static_cast<short>(LOWORD(quon.RenameBox().Send(EM_POSFROMCHAR, 0))), 0)
         << "the name's start is out of sight";
-    // Over its button, and its button stays the same wherever the pointer goes.
+    // The box lies over its button, and belongs to it wherever the pointer goes.
     EXPECT_GT(quon.RenameBox().Rect().top, quon.Button(1).Rect().top);
     EXPECT_LT(quon.RenameBox().Rect().bottom, quon.Button(1).Rect().bottom);
     quon.Settle();
@@ -356,8 +363,8 @@ TEST_F(PanelKeyboardTest, LeavingForAnotherProgramAbandonsARename) {
     ini.AddShortcut("15", "Editor", folder_.Path());
     QuonPanel quon = Start(ini);
     const std::string before = folder_.IniBytes();
-    PressAndExpectFocus(quon, {VK_RIGHT}, 202);
-    PressAndExpectFocus(quon, {VK_DOWN}, 205);
+    PressAndExpectFocus(quon, {VK_RIGHT}, pb1 + 2);
+    PressAndExpectFocus(quon, {VK_DOWN}, pb1 + 5);
     keyboard::Press(VK_F2);
     WaitFor("the rename box has the focus", [&] { return quon.RenameBox().IsFocused(); });
     keyboard::Type("abc");

@@ -69,7 +69,7 @@ TEST_F(ImageButtonMenuTest, TheSecondStartsTheOtherProgramsOfTheFolderAndDocks) 
     RunningProgram::Attach(launch.process_id).CloseAndWait();
 }
 
-TEST_F(ImageButtonMenuTest, TheUptimeIsToldByThePanelThatStaysOut) {
+TEST_F(ImageButtonMenuTest, TheUptimeIsShownAndThePanelStaysOut) {
     QuonIni ini;
     ini.hide_after_launch = true;
     QuonPanel quon = Start(ini);

@@ -59,7 +59,7 @@ TEST_F(PanelTest, AClickOnAHeaderShowsItsTab) {
     WaitFor("the mark moves", [&] { return IsMarkedAsShown(quon.Header(6)); });
     WaitFor("the old mark goes", [&] { return !IsMarkedAsShown(quon.Header(1)); });
     CaptureScreen().SaveAs("sixth-tab.bmp");
-    // The tab that is shown is repainted by a click on it too.
+    // A click on the header of the shown tab repaints it too.
     mouse::Click(quon.Header(6));
     mouse::MoveTo(quon.Button(1).Centre());
     WaitFor("the hover picture", [&] { return quon.HoverPicture().IsVisible(); });
@@ -247,7 +247,7 @@ TEST_F(PanelTest, TheSettingsMenuSwitchesTheTipsAndShowsAbout) {
     EXPECT_EQ(about.Owner(), quon.Main());
     EXPECT_TRUE(about.IsTopmost());
     CaptureScreen().SaveAs("about.bmp");
-    // By its place: seen from outside, the transparent frame around it is in front.
+    // Clicked by its place: seen from outside, the transparent frame around it lies in front.
     mouse::Click(about.Child(dialogs::frmMsg::b2).Centre());
     WaitFor("About closes", [&] { return !about.IsVisible(); });
     EXPECT_EQ(folder_.IniValue("Settings", "Main"), QuonIni().Main()) << "saved before the program ends";
@@ -278,7 +278,7 @@ TEST_F(PanelTest, SwitchingTabsCostsNothingInTheLongRun) {
     constexpr std::size_t kLostByEach = 16 * 1024;
     rounds(kRounds);
     quon.Settle();
-    // What is being painted at the moment of counting goes again; what is lost at each switch does not.
+    // What painting uses at the moment of counting is given back; what is lost at each switch adds up.
     EXPECT_TRUE(HappensWithin(kPatience, [&] { return quon.Program().GdiObjectCount() <= drawing; }))
         << quon.Program().GdiObjectCount() << " instead of " << drawing;
     EXPECT_EQ(quon.Program().UserObjectCount(), windows);

@@ -139,7 +139,7 @@ void QuonPanel::LeaveAlone() const {
 }
 
 void QuonPanel::WaitUntilPainted() const {
-    // What is not painted yet has one colour, and a header without a label two.
+    // What is not painted yet has one colour; a painted header without a label has two.
     for (const Window part : {Header(1), Header(6), Button(1), Button(9)})
         WaitFor("the panel is painted", [&] { return CaptureWindow(part).ColourCount() > 1; });
 }

@@ -55,7 +55,7 @@ struct QuonIni {
     std::string Text() const;
 };
 
-/// Whether the file of a unit of writes lies in the folder, whichever process has made it.
+/// Whether a side file of a unit of writes lies in the folder, whichever process has made it.
 inline bool HasSideFile(const ProgramFolder& folder) {
     WIN32_FIND_DATAW found{};
     return static_cast<bool>(

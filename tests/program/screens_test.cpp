@@ -102,7 +102,7 @@ TEST_F(ScreensTest, APanelThatDocksInFrontHandsTheForegroundOn) {
     quon.Main().Activate();
     Dock(quon, Edge::kBottom);
     WaitFor("the neighbour is in front", [&] { return neighbour.MainWindow().IsForeground(); });
-    // One that was not in front takes it from nobody.
+    // A panel that was not in front takes the foreground from nobody.
     ClickTrayIcon(quon);
     WaitFor("the panel comes out", [&] { return quon.IsOut(); });
     const OtherWindow typing({100, 100, 300, 200});
@@ -134,7 +134,7 @@ TEST_F(ScreensTest, ADockedPanelTakesNoKeysButAltF4) {
     EXPECT_EQ(quon.Program().WaitForExit(), 0u);
 }
 
-TEST_F(ScreensTest, TheFirstShowIsThePanelsOwnWhateverItsStarterAsksFor) {
+TEST_F(ScreensTest, TheFirstShowIgnoresTheStateThatTheStarterAsksFor) {
     for (const int state : {SW_SHOWMINIMIZED, SW_SHOWMAXIMIZED, SW_HIDE, SW_SHOWMINNOACTIVE}) {
         QuonPanel quon = Start({}, state);
         EXPECT_TRUE(quon.IsOut()) << state;

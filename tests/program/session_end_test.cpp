@@ -1,5 +1,5 @@
-// The end of the session while a window of the program waits for an answer: it is neither held up nor does it
-// cost a setting.
+// The session ends while a window of the program waits for an answer: nothing holds it up, and no setting is
+// lost.
 #include <windows.h>
 
 #include <gmock/gmock.h>
@@ -17,10 +17,10 @@
 namespace testkit {
 namespace {
 
-constexpr int kEdit = 500;
-constexpr int kDelete = 501;
-constexpr int kList = 511;
-constexpr int kAddUrl = 724;
+constexpr int kEdit = frmCuts_Command1 + 0;
+constexpr int kDelete = frmCuts_Command1 + 1;
+constexpr int kList = frmCuts_pBasket;
+constexpr int kAddUrl = frmEditB_c1 + 4;
 
 class SessionEndTest : public ::testing::Test {
   protected:

@@ -184,7 +184,7 @@ TEST_F(TypingTest, TakesEveryScript) {
     keyboard::Type("Заметки 日本");
     ExpectShown("Заметки 日本|");
     Clear();
-    // The text comes from anywhere; a digit key asks for the rest.
+    // These characters have no key that completes; the digit's key does.
     keyboard::Type("notes ");
     keyboard::Press('2');
     ExpectShown("Notes 2|");

@@ -65,11 +65,11 @@ TEST_F(StartAndEndTest, TheFirstStartShowsThePanelInTheMiddleOfTheScreen) {
     CaptureScreen().SaveAs("first-start.bmp");
 }
 
-TEST_F(StartAndEndTest, NoDriveWithoutADiskIsComplainedOfAndNoProgramInheritsThat) {
+TEST_F(StartAndEndTest, ADriveWithoutADiskBringsNoComplaintAndNoProgramInheritsThat) {
     QuonPanel quon = Start({});
     const UINT modes = agent::ErrorModes(quon.Main());
     EXPECT_EQ(LOWORD(modes), SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
-    // As it came from its starter: Windows hands that down, Wine does not.
+    // Nothing of its own: Windows hands down the starter's mode, Wine does not.
     EXPECT_THAT(HIWORD(modes), AnyOf(0u, GetErrorMode()));
 }
 
@@ -104,7 +104,7 @@ TEST_F(StartAndEndTest, TheInstanceIsNamedInItsSessionAlone) {
     EXPECT_EQ(OwnedHandle(OpenMutexW(SYNCHRONIZE, FALSE, (L"Global\\" + InstanceName()).c_str())), nullptr);
 }
 
-TEST_F(StartAndEndTest, AStartEndsSilentlyWhenTheInstancesNameIsHeldByWhatItCannotOpen) {
+TEST_F(StartAndEndTest, AStartEndsSilentlyWhenItCannotOpenTheInstanceThatRuns) {
     folder_.WriteIniText(QuonIni().Text());
     folder_.CopyIn(QuonExe());
     const OwnedHandle held(CreateEventW(nullptr, FALSE, FALSE, (L"Local\\" + InstanceName()).c_str()));
@@ -209,7 +209,7 @@ TEST_F(StartAndEndTest, StartGluedShowsOnlyTheStrip) {
     }
 }
 
-TEST_F(StartAndEndTest, AnEdgeThatIsNoneLeavesThePanelWhereItIs) {
+TEST_F(StartAndEndTest, ANumberThatIsNoEdgeLeavesThePanelWhereItIs) {
     QuonIni ini;
     ini.start_glued = true;
     ini.edge = 7;

@@ -104,7 +104,8 @@ TEST_F(TrayTest, ARightClickBringsThePanelOutAndOpensTheMenu) {
 
 TEST_F(TrayTest, TheMenuClosesWhenTheUserClicksElsewhere) {
     QuonPanel quon = Start();
-    // Somebody else is at work: the panel gets the clicks beside its menu only once it is in front.
+    // Another program is in front: the panel learns of clicks beside its menu only once it is in front
+    // itself.
     const OtherWindow elsewhere({kAway.x - 30, kAway.y - 30, kAway.x + 30, kAway.y + 30});
     elsewhere.AsWindow().Activate();
     OpenMenu(quon);
@@ -128,7 +129,7 @@ TEST_F(TrayTest, OtherMouseMessagesOverTheIconDoNothing) {
 
 TEST_F(TrayTest, ARightClickThatCameFromElsewhereDoesNothing) {
     QuonPanel quon = Start();
-    // A taskbar in front of all would be one that the keyboard is in.
+    // A taskbar in the foreground would be taken for one that the user works in by the keyboard.
     const OtherWindow other({0, 0, 100, 100});
     SetForegroundWindow(other.AsWindow().Handle());
     WaitFor("the other window in front", [&] { return other.AsWindow().IsForeground(); });

@@ -2,7 +2,9 @@
 //
 //     CallLog log;
 //     auto write = LOG_CALL(log, WritePrivateProfileStringA);              // see recorded_call.h
-//     auto fake = FAKE_CALL(MessageBeep, [&](UINT kind) -> BOOL { log.Add("MessageBeep", kind); return TRUE;
+//     auto fake = FAKE_CALL(MessageBeep, [&](UINT kind) -> BOOL {
+//         log.Add("MessageBeep", kind);
+//         return TRUE;
 //     });
 //     ...
 //     EXPECT_THAT(log.Lines(), ElementsAre("WritePrivateProfileStringA Settings Main 1 C:\\...\\Quon.ini",

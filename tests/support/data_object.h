@@ -5,7 +5,7 @@
 //     target.Drop(&data, 0, {}, &effect);
 //     EXPECT_THAT(data.Calls(), ElementsAre("query 13", "query 15", "get 15"));
 //
-// It lives on the stack: its references are counted, but it is not deleted by them.
+// It lives on the stack: its references are counted, but the last one does not delete it.
 #pragma once
 
 #include <windows.h>
@@ -32,12 +32,12 @@ class DataObject : public IDataObject {
     void OfferFiles(const std::vector<std::string>& paths);
     /// Any format with exactly these bytes.
     void Offer(CLIPFORMAT format, std::string bytes) { formats_[format] = std::move(bytes); }
-    /// A format that is said to be there, but GetData of it fails.
+    /// A format that is offered, but whose GetData fails.
     void Promise(CLIPFORMAT format) { promised_ = format; }
 
     /// Which formats were asked for, in order: "query 13", "get 13".
     const std::vector<std::string>& Calls() const { return calls_; }
-    /// How many media were handed out; each is freed by who got it.
+    /// How many media were handed out; whoever got one frees it.
     int MediaGiven() const { return media_given_; }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override;

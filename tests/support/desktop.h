@@ -6,12 +6,12 @@
 //         folder.WriteIniText("[Settings]\r\n...");
 //         RunningProgram quon = StartQuon(folder);                              // running_program.h
 //         const Window panel = quon.WaitForWindow({.class_name = "QuonMain"});  // window.h
-//         mouse::RightClick(panel.Child(201));                                  // input.h
+//         mouse::RightClick(panel.Child(IDC_BUTTON + 1));                       // input.h
 //         PopupMenu::Wait(quon.Id()).Choose("Free button");                     // popup_menu.h
 //         MessageBoxWindow::Wait(quon.Id()).ClickButton(0);                     // message_box_window.h
-//         WaitFor("the button is free", [&] { return panel.Child(201).Text().empty(); });   // wait.h
+//         WaitFor("it is free", [&] { return panel.Child(IDC_BUTTON + 1).Text() == "Empty"; });  // wait.h
 //         EXPECT_EQ(quon.CloseAndWait(), 0u);
-//         EXPECT_EQ(folder.IniValue("Tab1", "pb1"), "Empty");                   // program_folder.h
+//         EXPECT_EQ(folder.IniValue("Buttons", "11"), "");                      // program_folder.h
 //     }
 //
 // Each header begins with what it is good for. Nothing here waits for a fixed time; neither should a test.

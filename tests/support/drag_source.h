@@ -32,8 +32,8 @@ class DragSource {
     /// Starts the program; its window stands at the screen's lower left.
     explicit DragSource(const ProgramFolder& folder);
 
-    /// Drags and drops; returns the effect that the target has answered, once the source goes on. That is
-    /// before a question is answered that the target may ask.
+    /// Drags and drops; returns the effect that the target has answered as soon as the source goes on. A
+    /// question that the target may ask is then still open.
     DWORD Drop(const DragOffer& offer, POINT target);
 
     Window SourceWindow() const { return window_; }

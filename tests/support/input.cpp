@@ -57,9 +57,9 @@ LONG OnMouseScale(LONG pixel, int screen_size) {
 
 bool SamePlace(POINT one, POINT other) { return one.x == other.x && one.y == other.y; }
 
-// Wine moves the pointer of its X display too. The display's echo of that lies about in the program below the
+// Wine moves the pointer of its X display too. The display's echo of that waits in the program below the
 // pointer until the program wakes up, and then sets the pointer back to where it was when the echo was made.
-// So a test's pointer has a goal, and is put there again when an echo has taken it away.
+// So a test's pointer has a goal, and is put there again when an echo has moved it.
 struct PointerGoal {
     POINT place = {};
     ULONGLONG since = 0;
@@ -74,10 +74,10 @@ Keys& KeysHeldNow() {
     return keys;
 }
 
-/// Sends input together with the keys that are held. Wine takes Ctrl, Shift and Alt for released whenever its
-/// X display says so, and to that they never were pressed; the program below the pointer passes that on when
-/// it wakes up. So they are pressed again before all other input, in one piece with it, and after it: as long
-/// as input waits behind it, a program sees the keys as they were sent.
+/// Sends input together with the keys that are held. Wine believes Ctrl, Shift and Alt released whenever its
+/// X display says so, and the display has never seen them pressed; the program below the pointer passes that
+/// on when it wakes up. So they are pressed again before all other input, in one piece with it, and after it:
+/// as long as input waits behind it, a program sees the keys as they were sent.
 void SendWithHeldKeys(const std::vector<INPUT>& inputs) {
     std::vector<INPUT> keys;
     for (const WORD key : KeysHeldNow())
@@ -170,7 +170,7 @@ void MoveTo(POINT place) {
     const Window left_behind = Window::At(Place());
     goal = {place, GetTickCount64()};
     WaitFor("the pointer to arrive at " + std::to_string(place.x) + ", " + std::to_string(place.y), [&] {
-        // Let the echoes come out, and move again, which echoes no more.
+        // Let the echoes come out, then move again, which makes no further echo.
         SendMouse(MOUSEEVENTF_MOVE, place);
         RestAMoment();
         for (const Window window : {left_behind, Window(GetDesktopWindow()), Window::At(place)})

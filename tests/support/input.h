@@ -1,7 +1,7 @@
 // The user's hands: real mouse and keyboard input, which arrives wherever the screen and the focus say,
 // exactly as from the devices.
 //
-//     mouse::Click(panel.Child(201));                          // at the control's centre
+//     mouse::Click(panel.Child(IDC_BUTTON + 1));               // at the control's centre
 //     mouse::Click(panel.ClientPoint(10, 20), {VK_CONTROL});   // with Ctrl held
 //     mouse::Drag(from, to, {VK_CONTROL, VK_SHIFT});
 //     keyboard::Chord({VK_MENU, VK_F4});
@@ -44,7 +44,7 @@ void MoveTo(POINT place);
 void Press(Button button = Button::kLeft);
 void Release(Button button = Button::kLeft);
 
-/// One click. When it would make a double click together with the press before, it waits until it cannot.
+/// One click. Waits first where it would make a double click together with the press before.
 void Click(POINT place, const Keys& held = {}, Button button = Button::kLeft);
 void RightClick(POINT place, const Keys& held = {});
 void DoubleClick(POINT place, const Keys& held = {});
@@ -57,8 +57,8 @@ void DoubleClick(Window window, const Keys& held = {});
 void Glide(POINT to);
 /// Press, glide, release with the left button; waits as Click does.
 void Drag(POINT from, POINT to, const Keys& held = {});
-/// Puts the pointer back where MoveTo has put it a moment ago, should Wine have taken it away. Every wait of
-/// the kit does so.
+/// Puts the pointer back where MoveTo put it a moment ago, in case Wine has moved it. Every wait of the kit
+/// does so.
 void KeepAtGoal();
 /// Turns the wheel; positive is away from the user.
 void Wheel(int notches);
@@ -71,7 +71,7 @@ namespace keyboard {
 
 /// One key, pressed and let go: VK_RETURN, 'A'.
 void Press(WORD key, int times = 1);
-/// One key held down, told once and then again `repeats` times, as the keyboard does by itself; then let go.
+/// One key held down: it comes once and then `repeats` times more, as the keyboard repeats it; then let go.
 void Hold(WORD key, int repeats);
 /// Keys pressed in this order and let go in the opposite one: {VK_MENU, VK_F4}.
 void Chord(const Keys& keys);

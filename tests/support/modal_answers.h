@@ -3,13 +3,13 @@
 //     ModalAnswers user({[](Window box) { box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK); }});
 //     EXPECT_EQ(dialogs::ShowMessage("Go on?", 1, "OK"), "OK");
 //
-// Each step gets one dialog, in the order in which they open; a dialog opened by a step's own doing counts
-// too. A step runs in the dialog's message loop, when nothing else is left to do there: everything is
-// painted by then. It may leave the dialog open after posting a message that will close it.
+// Each step gets one dialog, in the order in which they open; a dialog that a step itself opens counts too. A
+// step runs in the dialog's message loop, when nothing else is left to do there: everything is painted by
+// then. It may leave the dialog open after posting a message that will close it.
 // Where nobody can know which dialogs come up, one step answers them all:
 //
-//     const ModalAnswers user = ModalAnswers::ForAll([](Window box) { box.Child(dialogs::frmMsg::b1 +
-//     0).Send(BM_CLICK); });
+//     const ModalAnswers user = ModalAnswers::ForAll(
+//         [](Window box) { box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK); });
 //
 // A dialog without a step, a step without a dialog, an exception in a step and a dialog that stays open
 // fail the test; the dialog is closed then.

@@ -88,7 +88,7 @@ void PopupMenu::Click(std::string_view caption) const {
     POINT place = MiddleOf(item.rect);
     mouse::MoveTo(place);
     WaitFor("the menu item \"" + std::string(caption) + "\" lights up", [&] {
-        // A menu takes no notice of a pointer that is there already when it opens.
+        // A menu ignores a pointer that is there already when it opens.
         return HappensWithin(std::chrono::milliseconds(500), [&] { return Item(caption).highlighted; }) ||
                (mouse::MoveTo({place.x ^= 1, place.y}), false);
     });

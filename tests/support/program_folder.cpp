@@ -29,7 +29,7 @@ struct ReleaseObject {
 template <class Interface>
 using Com = std::unique_ptr<Interface, ReleaseObject>;
 
-/// COM for the time of one call, whatever the thread has made of itself before.
+/// COM for the time of one call, however the thread was set up before.
 struct ComSession {
     ComSession() : started(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}
     ~ComSession() {

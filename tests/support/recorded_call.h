@@ -14,11 +14,11 @@
 // Inside a fake (and anywhere else) ORIGINAL_CALL calls the true function; calling it by its bare name would
 // run the fake again:
 //
-//     RecordedCall read = FAKE_CALL(GetPrivateProfileIntA, [&](LPCSTR section, LPCSTR key, INT value, LPCSTR
-//     file) {
-//         ++reads;
-//         return ORIGINAL_CALL(GetPrivateProfileIntA)(section, key, value, file);
-//     });
+//     RecordedCall read = FAKE_CALL(
+//         GetPrivateProfileIntA, [&](LPCSTR section, LPCSTR key, INT value, LPCSTR file) {
+//             ++reads;
+//             return ORIGINAL_CALL(GetPrivateProfileIntA)(section, key, value, file);
+//         });
 //
 // The two commonest fakes have short forms that write to a CallLog (call_log.h), arguments included:
 //

@@ -124,7 +124,7 @@ DWORD RunningProgram::CloseAndWait() {
 
 std::vector<Window> RunningProgram::WindowsToClose() const {
     // A dialog keeps the window behind it disabled and comes first. A program may also have hidden its
-    // window; of its hidden ones only those with a caption can be that, the others are the system's own.
+    // window; of its hidden windows only one with a caption can be that, the others are the system's own.
     std::vector<Window> windows = Windows();
     if (windows.empty()) {
         windows = Windows({.visible_only = false});
@@ -193,7 +193,8 @@ Window RunningProgram::MainWindow() const {
 }
 
 void RunningProgram::WaitUntilIdle() const {
-    // A message that it is at work on waits no more: the next answer tells that it has come back from it.
+    // A message that it is handling does not count as waiting; the next answer shows that it has come back
+    // from it.
     constexpr int kQuietRounds = 3;
     int quiet = 0;
     WaitFor("process " + std::to_string(id_) + " to be idle", [&] {

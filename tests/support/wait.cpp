@@ -9,7 +9,7 @@
 namespace testkit {
 
 void ThrowTimeout(std::string_view what, std::chrono::milliseconds patience) {
-    // Now, because the programs of the test end on the way of the exception.
+    // Taken now, because the exception ends the programs of the test on its way.
     CaptureScreenOfFailure();
     throw TimeoutError("waited " + std::to_string(patience.count()) +
                        " ms in vain for: " + std::string(what) + DescribeOpenWindows());

@@ -1,9 +1,9 @@
 // Windows of other programs, seen from outside.
 //
 //     const Window panel = program.WaitForWindow({.class_name = "QuonMain"});
-//     EXPECT_EQ(panel.Child(201).Text(), "First button");     // by control id, however deeply nested
-//     mouse::Click(panel.Child(201));
-//     EXPECT_TRUE(panel.Child(230).IsFocused());
+//     EXPECT_EQ(panel.Child(IDC_BUTTON + 1).Text(), "First button");     // by control id, also when nested
+//     mouse::Click(panel.Child(IDC_BUTTON + 1));
+//     EXPECT_TRUE(panel.Child(IDC_SHORTCUTS).IsFocused());
 //
 // A Window is just a window's handle with manners: copy it freely. Asking about a window that is gone throws,
 // except Exists(), the bool test and the Is... questions, which answer false. Messages are sent with a time

@@ -1,5 +1,5 @@
 // An error that gets out of an event handler fails the test in which it happens: without a reporter it would
-// be swallowed, and the test could pass without what it thinks it has seen. A test that wants such an error
+// be swallowed, and the test could pass without having seen what it is about. A test that wants such an error
 // sets a reporter of its own.
 #include <windows.h>
 

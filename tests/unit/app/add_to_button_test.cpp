@@ -142,7 +142,7 @@ TEST_F(AddToButtonTest, RefusesAGroupThatCouldNotBeReadBackWhole) {
     EXPECT_TRUE(Add(page + std::string(room - page.size(), 'x'), "Page"));
 }
 
-TEST_F(AddToButtonTest, KeepsTheOldNameOfAGroupThatGetsAnother) {
+TEST_F(AddToButtonTest, KeepsTheFormerGroupWhenItIsExtendedUnderANewName) {
     StartGroup();
     Record({"All three"});
     EXPECT_TRUE(Add(folder_.Path(), "Folder"));
@@ -322,7 +322,7 @@ TEST_F(ShortcutFromDropTest, AUrlWithABarStaysOneTarget) {
               "https://example.org/a%7Cb?c%7Cd");
 }
 
-TEST_F(ShortcutFromDropTest, MakesNothingOfNothing) {
+TEST_F(ShortcutFromDropTest, MakesNothingOfEmptyData) {
     EXPECT_EQ(ShortcutFromDrop({true, "\r\nC:\\a.txt"}).target, "");
     EXPECT_EQ(ShortcutFromDrop({false, ""}).target, "");
     EXPECT_EQ(ShortcutFromDrop({false, folder_.MakeFile("noise.lnk", "noise")}).target, "");
@@ -367,7 +367,7 @@ TEST_F(DropOnButtonTest, SaysWhatItCannotMakeAndChangesNothing) {
         {false, ""},
         {false, folder_.FullPath("gone.txt")},
         {false, folder_.MakeFile("noise.lnk", "noise")},
-        // It is there, but leaves nothing for a name.
+        // The file is there, but nothing of its name can be stored.
         {false, folder_.MakeFile(";")},
         {false, folder_.MakeLink("gone.lnk", {.target = folder_.FullPath("gone.txt")})},
     };

@@ -399,7 +399,7 @@ TEST_F(ButtonCommandsDesktopTest, ChangeNoShortcutWhenTheFileStayedWhereItWas) {
     const std::string path = folder_.MakeFile("a.txt");
     answer_ = folder_.MakeFolder("target");
     const std::string other = answer_ + "\\a.txt";
-    // The shell says that all is well also when the user would not have a file overwritten.
+    // The shell reports success even when the user did not let a file be overwritten.
     for (const bool taken : {false, true}) {
         if (taken) CopyFileW(testkit::Wide(path).c_str(), testkit::Wide(other).c_str(), TRUE);
         for (const int result : {2, 0}) {
@@ -421,7 +421,7 @@ TEST_F(ButtonCommandsDesktopTest, FollowAFileThatIsThereWhateverElseCannotBeSeen
     const std::string path = folder_.MakeFile("a.txt");
     answer_ = folder_.MakeFolder("target");
     const std::string moved = answer_ + "\\a.txt";
-    // The shell has failed behind the move, or Windows has no answer to where the file was.
+    // The shell has failed after the move, or Windows cannot tell whether the file is still at its old place.
     for (const bool failed : {false, true}) {
         LoadSingle(path);
         result_ = failed ? 2 : 0;

@@ -61,7 +61,7 @@ TEST_F(ButtonDragTest, BeginsBeyondTheSystemsDragDistance) {
         pointer_ = {start.x + beyond.x, start.y + beyond.y};
         SendMessageW(Button(1), WM_MOUSEMOVE, MK_LBUTTON, 0);
         EXPECT_TRUE(drag_.Active());
-        // Back where it began it is a move all the same.
+        // It is a move even when it ends where it began.
         pointer_ = start;
         SendMessageW(Button(1), WM_MOUSEMOVE, MK_LBUTTON, 0);
         EXPECT_TRUE(drag_.Active());
@@ -190,7 +190,7 @@ TEST_F(ButtonDragTest, DoesNotMakeAnotherButtonTheCurrentOneOnItsWay) {
     EXPECT_EQ(state_.Context.CurrentButtonIndex, 1);
 }
 
-TEST_F(ButtonDragTest, IsNoClick) {
+TEST_F(ButtonDragTest, AMoveIsNoClick) {
     config::Settings.SingleClickOpen = true;
     int opened = 0;
     const auto shell = FAKE_CALL(ShellExecuteA, [&](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {

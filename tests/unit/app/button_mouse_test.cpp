@@ -124,7 +124,7 @@ TEST_F(ButtonMouseTest, DocksAfterALaunchWhenTheSettingSaysSo) {
     EXPECT_THAT(log_.Lines(), ElementsAre("open Ђ文.txt 1", "Sleep 500", "timer 500"));
 }
 
-TEST_F(ButtonMouseTest, OpensNothingThatIsCalledAFreeButton) {
+TEST_F(ButtonMouseTest, OpensNothingOnAButtonNamedEmpty) {
     config::Settings.HideAfterLaunch = true;
     state_.Button(1).Naziv = "Empty";
     DoubleClick(Button(1));
@@ -213,7 +213,7 @@ TEST_F(ButtonMouseTest, OpensOnceForADoubleClickWhileASingleOneIsEnough) {
     EXPECT_EQ(log_.Count("open"), 1u);
 }
 
-TEST_F(ButtonMouseTest, TakesNoRightButtonForAClick) {
+TEST_F(ButtonMouseTest, TheRightButtonIsNoClick) {
     config::Settings.SingleClickOpen = true;
     const auto track =
         FAKE_CALL(TrackPopupMenu, [](HMENU, UINT, int, int, int, HWND, const RECT*) { return 0; });
@@ -266,7 +266,7 @@ TEST_F(ButtonMouseTest, CarriesTheChosenCommandOutOnTheButtonTheMenuWasOpenedFor
     EXPECT_FALSE(state_.Button(2).IsFree());
 }
 
-TEST_F(ButtonMouseTest, TakesAReleaseOutsideTheButtonForNoClick) {
+TEST_F(ButtonMouseTest, AReleaseOutsideTheButtonIsNoClick) {
     config::Settings.SingleClickOpen = true;
     Press(Button(1));
     SendMessageW(Button(1), WM_LBUTTONUP, 0, MAKELPARAM(400, 40));

@@ -78,7 +78,7 @@ TEST_F(ButtonPanelTest, StoresWhatIsFreedBeforeItPaintsAnything) {
     EXPECT_GE(log_.Count("icon"), 1u);
 }
 
-TEST_F(ButtonPanelTest, ARefreshDuringAnotherOneKnowsBetter) {
+TEST_F(ButtonPanelTest, ARefreshDuringAnotherOneWins) {
     Load(
         "[Buttons]\r\n11=A|0\r\n12=B|0\r\n21=C|0\r\n[Cuts]\r\nA=http://a/\r\nB=http://b/\r\nC=http://c/\r\n");
     bool once = false;
@@ -153,7 +153,7 @@ TEST_F(ButtonPanelTest, KeepsTheButtonsOfAServerThatDoesNotAnswerAndWaitsForItOn
     EXPECT_EQ(waited, 2) << "the next refresh asks again";
 }
 
-TEST_F(ButtonPanelTest, AButtonGoesOnAsItWasWhileItCannotBeReadAgain) {
+TEST_F(ButtonPanelTest, AButtonStaysAsItIsWhileItCannotBeReadAgain) {
     Load("[Buttons]\r\n11=A|3\r\n[Cuts]\r\nA=http://a/\r\n[Switch]\r\nA=/x\r\n");
     const testkit::HeldFile held(folder_.IniPath());
     buttons_.RefreshShownTab();

@@ -58,7 +58,8 @@ TEST_F(ButtonRenameTest, KeepsTheFormerNameWhenAnyOfItsWritesFails) {
     const std::vector<std::string> records{"Cuts new", "Buttons 11", "Switch new"};
     for (const std::string& record : records) {
         {
-            // The disk stays full, also for what the button writes when it finds nothing under its new name.
+            // The disk stays full, so the button cannot free itself either when it finds nothing under its
+            // new name.
             bool full = false;
             const auto write = FAKE_CALL(
                 WritePrivateProfileStringA, [&](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR file) {
@@ -88,7 +89,7 @@ TEST_F(ButtonRenameTest, FreesNoButtonWhenItCannotBeStored) {
     EXPECT_THAT(log_.Lines(), IsEmpty());
 }
 
-TEST_F(ButtonRenameTest, TakesAllButtonsOfThatNameAlong) {
+TEST_F(ButtonRenameTest, RenamesAllButtonsOfThatName) {
     Load("[Buttons]\r\n11=A|4\r\n13=a|5\r\n47=A|6\r\n[Cuts]\r\nA=http://a/\r\n");
     EXPECT_TRUE(RenameButton(state_, state_.CurrentPlace(), "B"));
     EXPECT_EQ(state_.Button(3).Naziv, "B");
@@ -97,7 +98,7 @@ TEST_F(ButtonRenameTest, TakesAllButtonsOfThatNameAlong) {
     EXPECT_EQ(state_.Context.Records.At("47"), "B|6");
 }
 
-TEST_F(ButtonRenameTest, OntoANameOfAnotherButtonShowsThatItHasThisTargetNow) {
+TEST_F(ButtonRenameTest, OntoTheNameOfAnotherButtonShowsTheNewTargetThereToo) {
     EXPECT_TRUE(RenameButton(state_, state_.CurrentPlace(), "B"));
     EXPECT_EQ(state_.Button(2).FilePath, "http://a/?q=1");
     EXPECT_EQ(folder_.IniValue("Switch", "B"), "/x=1");

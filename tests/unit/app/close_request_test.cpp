@@ -58,7 +58,7 @@ TEST(CloseRequestTest, HidesThePanelForTheCloseButton) {
     EXPECT_FALSE(TakeQuitMessage());
 }
 
-TEST(CloseRequestTest, TakesTheLowBitsOfTheSystemCommandForNothing) {
+TEST(CloseRequestTest, IgnoresTheLowBitsOfTheSystemCommand) {
     ClosingPanel panel(kHides);
     panel.Window().Send(WM_SYSCOMMAND, SC_CLOSE | 3);
     ASSERT_FALSE(panel.Ended());
@@ -217,7 +217,7 @@ TEST(CloseRequestTest, EndsTheProgramForAltF4WithoutChangingTheSetting) {
               "1,False,False,False,False,False,False,3,False,False,False");
 }
 
-TEST(CloseRequestTest, TakesF4WithOtherModifiersForNoRequestToEnd) {
+TEST(CloseRequestTest, F4WithOtherModifiersDoesNotEndTheProgram) {
     for (const int other : {VK_SHIFT, VK_CONTROL}) {
         ClosingPanel panel(kHides);
         panel.PressKey(WM_SYSKEYDOWN, VK_F4, {VK_MENU, other});

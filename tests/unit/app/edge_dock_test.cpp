@@ -169,7 +169,7 @@ class DockingTest : public ::testing::Test {
         dock_.ShowQuon(false, true);
         log_.Clear();
     }
-    /// Docked, with the settings and the mouse as a hover wants them.
+    /// A docked panel, with the settings and the mouse that a hover needs.
     void DockUnderTheMouse(std::int32_t delay) {
         Dock(kLeftEdge);
         config::Settings.PopOnHover = true;
@@ -244,7 +244,7 @@ TEST_F(DockingTest, ComesOutAtASavedPlaceLeftOfTheScreen) {
     EXPECT_THAT(log_.Lines(), ElementsAre("place -120 30", kTopmost));
 }
 
-TEST_F(DockingTest, TakesASavedLeftOfZeroForNone) {
+TEST_F(DockingTest, TreatsASavedLeftOfZeroAsNoSavedPlace) {
     SetWindowPos(window_, nullptr, 0, 50, 0, 0, SWP_NOSIZE);
     dock_.SavePosition();
     Dock(kLeftEdge);
@@ -318,14 +318,14 @@ TEST_F(DockingTest, LooksOnlyAtTheFirstFourCharacters) {
     }
 }
 
-TEST_F(DockingTest, TakesNoNoticeOfAHoverThatIsSwitchedOff) {
+TEST_F(DockingTest, IgnoresAHoverThatIsSwitchedOff) {
     DockUnderTheMouse(100);
     config::Settings.PopOnHover = false;
     dock_.OnHover();
     EXPECT_THAT(log_.Lines(), IsEmpty());
 }
 
-TEST_F(DockingTest, TakesNoNoticeOfAHoverWhileItIsOut) {
+TEST_F(DockingTest, IgnoresAHoverWhileItIsOut) {
     DockUnderTheMouse(100);
     dock_.ShowQuon(true, true);
     log_.Clear();

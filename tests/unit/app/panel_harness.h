@@ -1,5 +1,5 @@
-// A main window for a test: in a program folder of its own, never on the screen, with everything recorded
-// and kept away that would reach outside the test.
+// A main window for a test: in a program folder of its own, never on the screen. Everything that would reach
+// outside the test is recorded and kept away.
 //
 //     PanelHarness panel("[Settings]\r\nMain=...\r\n");
 //     panel.Load();
@@ -41,8 +41,8 @@ class PanelHarness {
     /// Another main window in the same folder, as the next start of the program makes it; load it.
     void Renew();
 
-    /// Gives the panel a key message of its own or of a child window's while these modifiers are held; true
-    /// when it was used.
+    /// Gives the panel a key message, its own or a child window's, while these modifiers are held; true when
+    /// it was used.
     bool PressKey(UINT message, WORD key, std::initializer_list<int> held = {}, HWND child = nullptr);
 
     app::Glavni& Panel() { return *panel_; }

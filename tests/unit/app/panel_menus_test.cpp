@@ -232,7 +232,7 @@ TEST_F(PanelMenusTest, AppendNothingThatIsFoundByItsShortNameOnly) {
     EXPECT_THAT(added, UnorderedElementsAre("a", "B"));
 }
 
-TEST_F(PanelMenusTest, TakeAnotherSpellingOfTheProgramsNameForAnotherProgram) {
+TEST_F(PanelMenusTest, TreatAnotherSpellingOfTheProgramsNameAsAnotherProgram) {
     folder_.MakeFile("QUON.EXE", "x");
     menus_.AddCompanionPrograms();
     EXPECT_EQ(menus_.mnuPreDef.Count(), 7);
@@ -267,9 +267,9 @@ TEST_F(PanelMenusTest, RunEachOfAThousandOtherProgramsAndTheOtherMenusBesideThem
     while (FindNextFileA(listing, &found) != 0);
     FindClose(listing);
     ASSERT_EQ(listed.size(), 1000u);
-    // Nothing else opens by the way, such as About.
+    // Nothing else opens along the way, such as About.
     const testkit::ModalAnswers none({});
-    // Among them those that are the numbers of the other menus' elements.
+    // Among them are the numbers of the other menus' elements.
     for (const int index : {6, 199, 200, 201, 400, 401, 403, 405, 500, 600, 700, 1005}) {
         Choose(1, 2000 + index);
         const std::string& path = listed.at(static_cast<size_t>(index) - 6);

@@ -84,11 +84,11 @@ class MonitorTest : public ::testing::Test {
     testkit::RecordedCalls fakes_;
 };
 
-TEST_F(MonitorTest, AskedForIsTheOneThatShowsMostOfTheCaption) {
+TEST_F(MonitorTest, TheOneThatShowsMostOfTheCaptionIsAskedFor) {
     EXPECT_TRUE(IsInReach(WindowAt(100, 100)));
     const LONG caption = GetSystemMetrics(SM_CYSMCAPTION) + GetSystemMetrics(SM_CYFIXEDFRAME);
     EXPECT_TRUE(Same(asked_, {100, 100, 400, 100 + caption}));
-    // The rest of the window alone is nothing to drag it by.
+    // What is left of the window shows no caption to drag it by.
     EXPECT_FALSE(IsInReach(WindowAt(100, -150)));
     EXPECT_FALSE(IsInReach(WindowAt(2000, 100)));
 }
@@ -104,7 +104,7 @@ TEST_F(MonitorTest, ThePlaceInReachLiesBesideTheTaskbar) {
     EXPECT_EQ(PlaceInReach(WindowAt(3000, 100)).x, 724);
 }
 
-TEST_F(MonitorTest, ThatTellsNothingChangesNothing) {
+TEST_F(MonitorTest, OneThatTellsNothingChangesNothing) {
     answers_ = FALSE;
     EXPECT_FALSE(IsInReach(WindowAt(100, 100)));
     EXPECT_EQ(PlaceInReach(WindowAt(3000, 100)).x, 3000);

@@ -172,7 +172,7 @@ TEST_F(ShortcutCompletionTest, EnterOpensTheCompletedNameBeforeTheLastKeyIsLetGo
     Up('N');
     Up('O');
     EXPECT_EQ(Shown(), "Notepad|");
-    // What was corrected meanwhile is opened as it stands.
+    // A text that was corrected meanwhile is opened as it stands.
     Select(2, -1);
     Down('T', 't');
     Down(VK_BACK, 8);
@@ -274,7 +274,7 @@ TEST_F(ShortcutCompletionTest, AKeyThatChangedNothingCompletesNothing) {
     Down('T');
     Up('T');
     EXPECT_EQ(Shown(), "no|");
-    // Gone up without having come down here.
+    // A key goes up that did not go down here.
     Up('N');
     EXPECT_EQ(Shown(), "no|");
     // Somewhere else.

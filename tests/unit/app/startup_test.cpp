@@ -57,7 +57,7 @@ TEST(LoadTest, RunsItsStepsInOrder) {
                     {"section Cuts", "drives", "associated temphtm.HTM there", "read Settings Main"});
     const std::vector<std::string> popUp{"read Settings poptf", "read Settings popdelay",
                                          "read Settings clickshow"};
-    // Checked before buttons are freed in the file, kept after.
+    // Checked before buttons are freed in the file, and loaded after that.
     expected.insert(expected.end(), popUp.begin(), popUp.end());
     for (int button = 1; button <= 9; ++button) {
         const std::string name = "n3" + std::to_string(button);
@@ -417,7 +417,7 @@ TEST(PanelTimerTest, TriesTheTrayIconAgainUntilItIsThereAndNotAfterThat) {
     EXPECT_EQ(asked, 3);
 }
 
-TEST(PanelTimerTest, NeedsNoFurtherTryForATrayIconThatIsThere) {
+TEST(PanelTimerTest, DoesNotTryAgainOnceTheTrayIconIsThere) {
     PanelHarness panel;
     panel.Load();
     EXPECT_EQ(panel.Log().Count("timer on 3000"), 0u);

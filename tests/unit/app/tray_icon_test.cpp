@@ -121,7 +121,7 @@ TEST_F(TrayIconTest, DeletesNothingThatWasNotAdded) {
     EXPECT_THAT(calls_, IsEmpty());
 }
 
-TEST_F(TrayIconTest, TakesAMoveWithTheIconsNumberAndNoHeightForTheIcons) {
+TEST_F(TrayIconTest, AMoveWithTheIconsNumberAndNoHeightComesFromTheIcon) {
     EXPECT_EQ(TrayIcon::CallbackEvent(1, 514), 514u);
     EXPECT_EQ(TrayIcon::CallbackEvent(1, 517), 517u);
     EXPECT_EQ(TrayIcon::CallbackEvent(0, 514), 0u);

@@ -86,7 +86,7 @@ TEST_F(HeldFileTest, IsReadAndWrittenOnceItIsLetGo) {
     EXPECT_EQ(pauses_, 2 * 6);
 }
 
-TEST_F(HeldFileTest, IsWaitedForAFifthOfASecondInAllByOneAction) {
+TEST_F(HeldFileTest, OneActionWaitsForItAFifthOfASecondInAll) {
     AnotherAction();
     held_ = 1000;
     const ULONGLONG begin = now_;
@@ -148,7 +148,7 @@ TEST_F(HeldFileTest, OnlyAFileThatCannotBeReadGivesNoAnswer) {
 }
 
 TEST_F(HeldFileTest, AFileThatIsMissingOrEmptyGivesNoAnswer) {
-    // As while another program saves it; what it will hold again is not to be freed.
+    // As while another program saves it: what will be in it again must not be freed.
     const auto expectNoAnswer = [] {
         EXPECT_EQ(config::TryReadIni("Cuts", "a"), std::nullopt);
         EXPECT_EQ(config::TryReadIniSection("Cuts"), std::nullopt);
@@ -164,7 +164,7 @@ TEST_F(HeldFileTest, AFileThatIsMissingOrEmptyGivesNoAnswer) {
     EXPECT_EQ(config::TryReadIni("Settings", "Main"), "") << "a start says itself what is missing";
 }
 
-TEST_F(HeldFileTest, IsWaitedForAnewAfterItWasRead) {
+TEST_F(HeldFileTest, ANewWaitBeginsAfterItWasRead) {
     AnotherAction();
     for (int hold = 0; hold < 3; ++hold) {
         held_ = 7;
@@ -178,7 +178,7 @@ TEST_F(HeldFileTest, IsWaitedForAnewAfterItWasRead) {
     EXPECT_EQ(pauses_, 5 * 7);
 }
 
-TEST_F(HeldFileTest, IsWaitedForLongerByAStartWhichThenSaysWhy) {
+TEST_F(HeldFileTest, AStartWaitsForItLongerAndThenSaysWhy) {
     AnotherAction();
     {
         const config::IniStart start;

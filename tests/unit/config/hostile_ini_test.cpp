@@ -174,7 +174,7 @@ TEST_F(HostileIniTest, EndsALongValueWithoutNulsWhereverItIsCut) {
 }
 
 TEST_F(HostileIniTest, ListsTheKeysOfASectionTooLongToReadWholeUpToTheCut) {
-    // However the cut falls, into a key too, the keys that were read are listed.
+    // Wherever the cut falls, even inside a key, the keys that were read are listed.
     for (size_t shift = 1; shift <= 12; ++shift) {
         SCOPED_TRACE(shift);
         std::string text = "[Cuts]\r\n" + std::string(shift, 'x') + "=1\r\n";

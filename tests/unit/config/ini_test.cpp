@@ -68,7 +68,7 @@ TEST_F(IniTest, ReadsALongSectionCutShortWithoutAnError) {
     EXPECT_EQ(config::ListIniKeys("Cuts"), "a");
 }
 
-TEST_F(IniTest, TakesASectionThatBeginsWithANulForEmpty) {
+TEST_F(IniTest, ReadsASectionThatBeginsWithANulAsEmpty) {
     for (const std::string& answer : {"\0"s, "\0a=1\0\0"s}) {
         const RecordedCall read =
             FAKE_CALL(GetPrivateProfileSectionA, [&](LPCSTR, LPSTR buffer, DWORD, LPCSTR) {
@@ -235,8 +235,8 @@ void DeleteStepByStep(const std::string& section, const std::string& key, const 
     }
 }
 
-/// Without the blanks at the ends of lines: each write reads the file anew and trims what the ones before it
-/// have written, so that they depend on how many there were.
+/// Without the blanks at the ends of lines: each write reads the file anew and trims what earlier writes have
+/// left, so the blanks depend on the number of writes.
 std::string Trimmed(std::string text) {
     for (size_t blank = 0; (blank = std::min(text.find(" \r"), text.find("\t\r"))) != std::string::npos;)
         text.erase(blank, 1);

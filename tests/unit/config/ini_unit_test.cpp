@@ -89,7 +89,7 @@ class IniUnitTest : public ConfigFile {
     int writes_ = 0;
 };
 
-TEST_F(IniUnitTest, TheFileIsTheOldWholeUntilItIsTheNewWhole) {
+TEST_F(IniUnitTest, TheFileIsTheOldOneUntilItIsTheNewOne) {
     std::vector<std::string> seen;
     {
         const RecordedCalls calls = AfterEachStep([&] { seen.push_back(folder_.IniBytes()); });
@@ -410,7 +410,7 @@ TEST_F(IniUnitTest, AnAttributeIsKept) {
 }
 
 TEST_F(IniUnitTest, TheTimeOfItsCreationAndTheAccessRightsAreKept) {
-    // Not every file system stores them: what is asked of it counts.
+    // Not every file system stores them, so what it is asked to store is compared.
     FILETIME stored{};
     std::vector<SECURITY_INFORMATION> rights;
     bool same = true;
@@ -574,14 +574,14 @@ TEST_F(IniUnitTest, WhatAnotherProgramSavesDuringAUnitIsKept) {
     EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
     EXPECT_THAT(Lines("Cuts"), ElementsAre("a=2", "b=2", "other=5"));
     EXPECT_TRUE(NothingIsLeft());
-    // Nor is a file replaced that was not there when the unit began.
+    // The same for a file that was not there when the unit began.
     folder_.RemoveFile("Quon.ini");
     saves = 1;
     EXPECT_TRUE(config::WriteIni("Cuts", "a", "3"));
     EXPECT_THAT(Lines("Cuts"), ElementsAre("a=3", "b=2", "other=5"));
 }
 
-TEST_F(IniUnitTest, OnAFileThatIsSavedWithoutEndAUnitGivesUp) {
+TEST_F(IniUnitTest, AUnitGivesUpOnAFileThatIsSavedWithoutEnd) {
     int saves = 0;
     const RecordedCall flush = FAKE_CALL(FlushFileBuffers, [&](HANDLE file) {
         folder_.WriteIniText("[Cuts]\r\na=" + std::string(static_cast<size_t>(++saves), 'x') + "\r\n");

@@ -138,7 +138,7 @@ TEST_F(RemoveRecordTest, LosesNoRecordAroundTheLongestSectionThatCanBeRead) {
     }
 }
 
-TEST_F(RemoveRecordTest, LeavesALineWithoutANameAsItIsUntilThatIsWhatToRemove) {
+TEST_F(RemoveRecordTest, LeavesALineWithoutANameAloneUnlessThatIsToBeRemoved) {
     folder_.WriteIniText("[Cuts]\r\na=1\r\n=x=y\r\nb=2\r\n");
     config::RemoveRecord("Cuts", "b");
     EXPECT_EQ(folder_.IniBytes(), "[Cuts]\r\na=1\r\n=x=y\r\n");
@@ -190,7 +190,7 @@ TEST_F(RemoveRecordTest, LosesNoRecordWhereASectionCannotBeReadInTheMidst) {
     }
 }
 
-TEST_F(RemoveRecordTest, TakesNothingElseOutWhereAnotherProgramHasRemovedItMeanwhile) {
+TEST_F(RemoveRecordTest, RemovesNothingElseWhereAnotherProgramHasRemovedItMeanwhile) {
     for (const int moment : {1, 2}) {
         folder_.WriteIniText("[Cuts]\r\na=1\r\nb=2\r\nc=3\r\n");
         int reads = 0;

@@ -122,7 +122,7 @@ TEST_F(SettingsTest, NamesTheFirstFieldThatIsMissing) {
     }
 }
 
-TEST_F(SettingsTest, MissesTheFirstFieldWithoutAnyRecord) {
+TEST_F(SettingsTest, NamesTheFirstFieldWhereThereIsNoRecord) {
     EXPECT_THAT(ErrorOf<win::SubscriptError>(config::LoadMainSettings), NamesField(0));
     WriteKey("popdelay=500");
     EXPECT_THAT(ErrorOf<win::SubscriptError>(config::LoadMainSettings), NamesField(0));
@@ -165,7 +165,7 @@ TEST_F(SettingsTest, TakesNumbersUpToTheirWidth) {
     EXPECT_EQ(config::Settings.Edge, std::numeric_limits<std::int32_t>::min());
 }
 
-TEST_F(SettingsTest, TakesAFieldThatIsNoNumberForZero) {
+TEST_F(SettingsTest, ReadsAFieldThatIsNoNumberAsZero) {
     WriteMain(MainWith(0, "first"));
     config::LoadMainSettings();
     EXPECT_EQ(config::Settings.CurrentTab, 0);
@@ -245,7 +245,7 @@ TEST_F(SettingsTest, LoadsThePopUpSettings) {
     EXPECT_TRUE(config::Settings.ClickShows);
 }
 
-TEST_F(SettingsTest, TakesAbsentOrEmptyPopUpMarksForFalse) {
+TEST_F(SettingsTest, ReadsAbsentOrEmptyPopUpMarksAsFalse) {
     for (const std::string lines : {"other=1", "poptf=\r\nclickshow=", "poptf=False\r\nclickshow=0"}) {
         WriteKey(lines);
         config::Settings.PopOnHover = config::Settings.ClickShows = true;
@@ -255,7 +255,7 @@ TEST_F(SettingsTest, TakesAbsentOrEmptyPopUpMarksForFalse) {
     }
 }
 
-TEST_F(SettingsTest, TakesADelayOfNothingFor500) {
+TEST_F(SettingsTest, ReadsAMissingOrZeroDelayAs500) {
     for (const std::string line : {"other=1", "popdelay=", "popdelay=0", "popdelay=soon", "popdelay=0.4"}) {
         WriteKey(line);
         config::Settings.PopDelay = 1;

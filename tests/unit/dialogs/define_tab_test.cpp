@@ -118,7 +118,7 @@ TEST_F(DefineTabTest, CutsALabelThatABoxOfThatLimitCouldNotHold) {
 }
 
 TEST_F(DefineTabTest, WritesBlanksForControlCharacters) {
-    // The boxes of another program's making may hold what none can type into these.
+    // Another program may put into the boxes what nobody can type into them.
     Define(3, "a\nb", "one\ntwo\tthree");
     EXPECT_EQ(folder_.IniValue("Buttons", "30"), "a b|one two three");
     EXPECT_EQ(host_.tab.Label, "a b");

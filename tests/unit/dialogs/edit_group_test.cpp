@@ -164,7 +164,7 @@ TEST_F(EditGroupTest, EveryControlHasItsCaptionAndNumber) {
          }});
 }
 
-TEST_F(EditGroupTest, TheOwnOldNameCountsAsTaken) {
+TEST_F(EditGroupTest, ItsOwnOldNameCountsAsTaken) {
     Load("[Cuts]\r\nWork=C:\\a|C:\\b\r\n");
     Edit("Work", {[](Window dialog) {
              EXPECT_TRUE(dialog.Child(dialogs::frmEditB::l1 + 3).IsVisible());
@@ -216,7 +216,7 @@ TEST_F(EditGroupTest, ApplyStoresTheMembersInTheOrderOfTheirRows) {
     EXPECT_EQ(editor_.StoredName(), "Work");
 }
 
-TEST_F(EditGroupTest, TheRecordGoesBeforeItIsWritten) {
+TEST_F(EditGroupTest, TheOldRecordIsDeletedBeforeTheNewOneIsWritten) {
     Load("[Buttons]\r\n23=Work|7\r\n[Cuts]\r\nWork=C:\\a|C:\\b\r\n");
     testkit::CallLog log;
     const testkit::RecordedCall writing = FAKE_CALL(
@@ -245,7 +245,7 @@ TEST_F(EditGroupTest, RenamingAGroupRewritesTheRecordOfItsButton) {
     EXPECT_EQ(editor_.StoredName(), "Посао 文");
 }
 
-TEST_F(EditGroupTest, RenamingTakesTheSwitchAlongAndTheOldOneOfTheNewNameAway) {
+TEST_F(EditGroupTest, RenamingMovesTheSwitchAndDropsTheOneThatTheNewNameHad) {
     Load("[Cuts]\r\nWork=C:\\a|C:\\b\r\nA=C:\\a\r\nB=C:\\b\r\n[Switch]\r\nWork=/w\r\nB=/b\r\n");
     EditAndApply("Work", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText("Play"); });
     EXPECT_EQ(folder_.IniValue("Switch", "Play"), "/w");
@@ -498,7 +498,7 @@ TEST_F(EditGroupTest, WhatIsNoUrlIsRefused) {
     }
 }
 
-TEST_F(EditGroupTest, DeleteItemTakesTheSelectedRowAndWithoutAChoiceTheFirst) {
+TEST_F(EditGroupTest, DeleteItemRemovesTheSelectedRowOrTheFirstWhenNoneWasChosen) {
     Load("[Cuts]\r\nWork=C:\\a|C:\\b|C:\\c|C:\\d\r\n");
     EditAndApply("Work", [](Window dialog) {
         SelectRow(dialog, 2);
@@ -555,7 +555,7 @@ TEST_F(EditGroupTest, AGroupOfTwoHundredLongPathsIsKeptWhole) {
     EXPECT_EQ(Stored("Work"), value);
 }
 
-TEST_F(EditGroupTest, TheRowsHaveTheirGeometry) {
+TEST_F(EditGroupTest, TheBarScrollsFiftyRowsByItsSteps) {
     Load("[Cuts]\r\nWork=" + win::Join(std::vector<std::string>(50, "C:\\a"), '|') + "\r\n");
     Edit("Work", {[](Window dialog) {
              RECT frame{};

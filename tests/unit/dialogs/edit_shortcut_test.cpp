@@ -335,7 +335,7 @@ TEST_F(EditShortcutTest, TakesItsStepsInOrder) {
                               "write Switch Ново"}));
 }
 
-TEST_F(EditShortcutTest, PassesOverAButtonThatCannotBe) {
+TEST_F(EditShortcutTest, PassesOverAKeyThatIsNoButtons) {
     WritePrivateProfileStringA("Buttons", "99", "Први|2", folder_.IniPath().c_str());
     Open("Први", "x\n", [&](Window dialog) {
         dialog.Child(kName).SetText("Ново");
@@ -381,7 +381,7 @@ TEST_F(EditShortcutTest, MakesNamesStorable) {
         EXPECT_EQ(folder_.IniValue("Buttons", "23"), stored + "|07|x") << typed;
         old = stored;
     }
-    // Of these nothing can be stored: the shortcut keeps its name.
+    // Nothing of these can be stored: the shortcut keeps its name.
     for (const std::string typed : {" ", "[;", "\t"}) {
         Edit(old, typed, "C:\\g");
         EXPECT_EQ(folder_.IniValue("Cuts", old), "C:\\g") << typed;
@@ -448,7 +448,7 @@ TEST_F(EditShortcutTest, RefusesAControlCharacterInTheFile) {
     EXPECT_EQ(folder_.IniBytes(), before);
 }
 
-TEST_F(EditShortcutTest, RenamingOntoANameTakesItsOldSwitchAway) {
+TEST_F(EditShortcutTest, RenamingOntoATakenNameDropsItsOldSwitch) {
     Edit("Други", "Први", "C:\\d.txt");
     EXPECT_EQ(folder_.IniValue("Cuts", "Први"), "C:\\d.txt");
     EXPECT_FALSE(folder_.IniValue("Switch", "Први"));

@@ -117,7 +117,7 @@ TEST_F(IconChooserTest, TheHourglassIsShownWhileReading) {
     EXPECT_EQ(cursors.front(), LoadCursor(nullptr, IDC_WAIT));
 }
 
-TEST_F(IconChooserTest, ThePickIsToldBeforeTheChooserCloses) {
+TEST_F(IconChooserTest, ThePickIsReportedBeforeTheChooserCloses) {
     bool open = false;
     chooser_.IconSelected = [&](std::int16_t index) {
         picked_.push_back(index);
@@ -259,7 +259,7 @@ TEST_F(IconChooserTest, OnlyOneBoxIsAStopOfTheTabKey) {
     });
 }
 
-TEST_F(IconChooserTest, EveryWayToDismissItTellsNoPick) {
+TEST_F(IconChooserTest, DismissingItInAnyWayReportsNoPick) {
     const std::vector<ModalAnswers::Step> ways{
         [](Window chooser) { Click(chooser.Child(dialogs::IcoChooser::Image1)); },
         [](Window chooser) { chooser.Child(dialogs::IcoChooser::Image1).Send(WM_KEYDOWN, VK_RETURN); },

@@ -33,7 +33,7 @@ ModalAnswers::Step PressKey(WORD key) {
 
 void CloseByTitleBar(Window box) { box.Send(WM_SYSCOMMAND, SC_CLOSE); }
 
-/// What a look into the box said before it was closed.
+/// What the box looked like before it was closed.
 struct Seen {
     std::string caption;
     std::string text;

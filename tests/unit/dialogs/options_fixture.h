@@ -45,9 +45,9 @@ class OptionsFixture : public ::testing::Test {
     OptionsFixture() {
         config::Settings = {};
         config::Settings.Edge = 1;
-        // Where the dialog comes up no pointer may rest: its explanations follow it.
+        // No pointer may rest where the dialog comes up: its explanations follow the pointer.
         SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1);
-        // One of them is on, so that no click asks for the note.
+        // One of them is on, so that no click brings up the note.
         config::Settings.ClickShows = true;
         Reports().clear();
         win::SetErrorReporter(

@@ -242,8 +242,12 @@ TEST_F(OptionsLookTest, DoesNotWarnWhileOneTriggerIsLeftOrTheBoxesAreFilled) {
 TEST_F(OptionsLookTest, GoesByTheKeyboard) {
     Open([](Window dialog) {
         EXPECT_EQ(GetFocus(), dialog.Child(frmSettings::chSet + 0).Handle());
-        EXPECT_THAT(TabOrder(dialog, 400), ElementsAre(400, 401, 403, 405, 406, 431, 402, frmSettings::HotKey,
-                                                       408, 420, 409, 404, 407, 441, 440));
+        EXPECT_THAT(TabOrder(dialog, frmSettings::chSet + 0),
+                    ElementsAre(frmSettings::chSet + 0, frmSettings::chSet + 1, frmSettings::chSet + 3,
+                                frmSettings::chSet + 5, frmSettings::chSet + 6, frmSettings::o1 + 1,
+                                frmSettings::chSet + 2, frmSettings::HotKey, frmSettings::chSet + 8,
+                                frmSettings::Text1, frmSettings::chSet + 9, frmSettings::chSet + 4,
+                                frmSettings::chSet + 7, frmSettings::ltBut1 + 1, frmSettings::ltBut1 + 0));
         PressInFocus(VK_RETURN);
     });
     EXPECT_EQ(host_.log.Count("close setting"), 1u) << "Enter accepts";

@@ -128,7 +128,7 @@ TEST_F(OptionsTest, CopiesTheEdgeThatWasClicked) {
     }
 }
 
-TEST_F(OptionsTest, KeepsAStoredEdgeThatIsNoneUntilOneIsChosen) {
+TEST_F(OptionsTest, KeepsAStoredNumberThatIsNoEdgeUntilAnEdgeIsChosen) {
     Settings.Edge = 9;
     Open([](Window dialog) {
         for (int option = 1; option <= 4; ++option)
@@ -147,8 +147,9 @@ TEST_F(OptionsTest, KeepsAStoredEdgeThatIsNoneUntilOneIsChosen) {
     EXPECT_EQ(Settings.Edge, 2);
 }
 
-TEST_F(OptionsTest, AStoredEdgeThatIsNoneMarksNoOtherControl) {
-    // With the first edge's number they would name each of the check boxes, the delay and the buttons.
+TEST_F(OptionsTest, AStoredNumberThatIsNoEdgeMarksNoOtherControl) {
+    // Added to the first identifier of the edges, these numbers would name the check boxes, the delay and the
+    // buttons.
     for (const int edge : {-30, -25, -21, -10, 0, 5, 10, 11, 20, std::numeric_limits<int>::max(),
                            std::numeric_limits<int>::min()}) {
         Settings = {};
@@ -354,7 +355,7 @@ TEST_F(OptionsTest, GivesAKeyAloneItsModifiers) {
     EXPECT_THAT(rules, ElementsAre("3 6"));
 }
 
-TEST_F(OptionsTest, ATakenHotKeyIsToldAndTheDialogStaysWithTheFormerOne) {
+TEST_F(OptionsTest, ReportsATakenHotKeyAndStaysOpenWithTheFormerOne) {
     Settings.HotKey = kCtrlAltQ;
     host_.hotKeyAnswer = false;
     HWND owner = nullptr;

@@ -276,7 +276,7 @@ TEST_F(RowListTest, AnAddedRowIsScrolledToAndTheSelectionStays) {
     list_.Select(3);
     list_.Add({"new", "C:\\new", ""});
     EXPECT_EQ(list_.Rows().size(), 11U);
-    // The content and the way to go have grown with it.
+    // The content and the range of the bar have grown with it.
     EXPECT_EQ(list_.ClientRect().bottom, 4 + 11 * 20 + 10 * 6 + 5);
     EXPECT_EQ(list_.ScrollMaximum(), 4 + 11 * 20 + 10 * 6 + 5 - kFrameHeight);
     EXPECT_EQ(BarMaximum(), list_.ScrollMaximum());
@@ -298,7 +298,7 @@ TEST_F(RowListTest, ADoubleClickOpensTheRowUnderIt) {
     EXPECT_EQ(opened, 1);
 }
 
-TEST_F(RowListTest, TheDeleteKeyAsksForTheSelectedRowsEnd) {
+TEST_F(RowListTest, TheDeleteKeyAsksToDeleteTheSelectedRow) {
     int asked = 0;
     list_.Assign(Numbered(1));
     Press(list_, VK_DELETE);
@@ -347,7 +347,7 @@ TEST_F(RowListTest, WithoutABrowserAUrlHasTheIconOfAPage) {
     EXPECT_EQ(asked_.back(), "kind of .htm");
 }
 
-TEST_F(RowListTest, WhatIsGoneHasTheIconOfItsKind) {
+TEST_F(RowListTest, AMissingFileHasTheIconOfItsKind) {
     iconsExist_ = false;
     list_.Assign({{"", "C:\\gone.txt", ""}});
     Paint(list_, {0, 0, kFrameWidth, kFrameHeight});

@@ -52,7 +52,7 @@ class ShortcutNameTest : public ::testing::Test {
         box_.ColorText(Item(id), dc.Get());
         return GetTextColor(dc.Get());
     }
-    /// What a user's typing comes to.
+    /// What the box holds after a user has typed this.
     void Type(const std::string& name) {
         testkit::Window(Item(kBox)).SetText(name);
         EXPECT_TRUE(box_.OnCommand(kBox, EN_CHANGE));

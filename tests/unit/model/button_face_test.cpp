@@ -206,7 +206,7 @@ TEST_F(ButtonFaceTest, FallsBackToTheAssociatedIcon) {
         EXPECT_EQ(log_.Count("ExtractAssociatedIcon C:\\ж č.txt 5"), 1U);
         EXPECT_EQ(log_.Count("SHGetFileInfo"), 0U);
         EXPECT_EQ(At(35, 8), kRed);
-        // The function writes over its arguments; neither is ours.
+        // The function writes over its arguments, so they must be copies.
         EXPECT_EQ(button_.FilePath, "C:\\ж č.txt");
         EXPECT_EQ(button_.FileIcon, 5);
     }
@@ -231,7 +231,7 @@ TEST_F(ButtonFaceTest, AsksForNoAssociatedIconOfAPathThatTheFunctionHasNoRoomFor
     EXPECT_EQ(log_.Count("SHGetFileInfo"), 1U);
 }
 
-TEST_F(ButtonFaceTest, NeverTakesACountOfIconsForAnIcon) {
+TEST_F(ButtonFaceTest, NeverMistakesACountOfIconsForAnIcon) {
     // Asked for index -1, ExtractIcon answers how many icons there are.
     // NOLINTNEXTLINE(performance-no-int-to-ptr)
     const auto count = reinterpret_cast<HICON>(INT_PTR{12});

@@ -127,7 +127,7 @@ TEST_F(ButtonRecordsTest, AGroupUnderItsOwnKeyIsFoundByThatKey) {
     EXPECT_EQ(FindButtonKey("Group"), "");
 }
 
-TEST_F(ButtonRecordsTest, ALineThatIsNoRecordIsToldWhenAButtonIsLookedFor) {
+TEST_F(ButtonRecordsTest, LookingForAButtonReportsALineThatIsNoRecord) {
     folder_.WriteIniText("[Buttons]\r\n11=Alpha|0\r\njunk\r\n");
     EXPECT_THROW(FindButtonKey("Alpha"), win::InvalidArgumentError);
 }

@@ -40,7 +40,7 @@ class ButtonShortcutTest : public ButtonFixture {
         return calls;
     }
 
-    /// Fills every value with something that is not there by itself.
+    /// Fills every value with something that it does not hold by itself.
     void SoilValues() {
         button_.Switch = "old switch";
         button_.Group = true;
@@ -179,7 +179,7 @@ TEST_F(ButtonShortcutTest, NamesOfAnyCharactersThatTheFileHoldsAreTaken) {
     }
 }
 
-TEST_F(ButtonShortcutTest, TheTableCountsNotTheFile) {
+TEST_F(ButtonShortcutTest, TheTableDecidesAndNotTheFile) {
     LoadRecord("a|0", "[Cuts]\r\na=http://example.org/a\r\nb=http://example.org/b\r\n");
     context_.Records.Set("11", "b|5");
     button_.RefreshButton("11");
@@ -222,7 +222,7 @@ TEST_F(ButtonShortcutTest, ARecordThatAnotherProgramHasChangedIsTakenInsteadOfFr
     }
 }
 
-TEST_F(ButtonShortcutTest, ADanglingRecordTakesTheShortcutNamedByItsWholeTextAlong) {
+TEST_F(ButtonShortcutTest, ADanglingRecordDeletesTheShortcutNamedByItsWholeText) {
     LoadRecord("gone|0", "[Cuts]\r\ngone=\r\ngone|0=C:\\a\r\nother=C:\\b\r\n");
     button_.RefreshButton("11");
     EXPECT_THAT(folder_.Ini().Keys("Cuts"), ElementsAre("gone", "other"));

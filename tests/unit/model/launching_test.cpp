@@ -73,7 +73,7 @@ TEST_F(LaunchTargetTest, OpensADocumentInItsFolderAndWaitsHalfASecond) {
                 ElementsAre(OpenedItem("Open", "C:\\Łódź\\файл 文件.txt", "C:\\Łódź"), "Sleep 500"));
 }
 
-TEST_F(LaunchTargetTest, TakesAStateOfZeroForNormalInTheCallersVariableToo) {
+TEST_F(LaunchTargetTest, TurnsAStateOfZeroIntoNormalInTheCallersVariableToo) {
     std::string target = "C:\\a.txt";
     int show = 0;
     model::LaunchTarget(target, false, show, "");
@@ -189,7 +189,7 @@ TEST_F(LaunchTargetTest, StartsAGroupWithASwitchAsOneCommandLine) {
                                           "Sleep 500"));
 }
 
-/// Answers for the shell's table of file types.
+/// Answers in place of the shell's table of file types.
 class FindAssociatedExeTest : public testing::Test {
   protected:
     FindAssociatedExeTest() { model::DefaultBrowserPath = "C:\\browser.exe"; }
@@ -216,7 +216,7 @@ TEST_F(FindAssociatedExeTest, GivesTheProgramUpToItsNul) {
     EXPECT_THAT(log_.Lines(), ElementsAre("C:\\D\\файл.txt (null)"));
 }
 
-TEST_F(FindAssociatedExeTest, HasRoomForALongPathOfSeveralBytesACharacter) {
+TEST_F(FindAssociatedExeTest, HasRoomForALongPathWithSeveralBytesPerCharacter) {
     std::string program = "C:\\";
     for (int index = 0; index < 255; ++index)
         program += "文";
@@ -224,7 +224,7 @@ TEST_F(FindAssociatedExeTest, HasRoomForALongPathOfSeveralBytesACharacter) {
     EXPECT_EQ(model::FindAssociatedExe("C:\\a.txt"), program);
 }
 
-TEST_F(FindAssociatedExeTest, TakesTheAnswerForASignedNumberOf16Bits) {
+TEST_F(FindAssociatedExeTest, ReadsTheAnswerAsASignedNumberOf16Bits) {
     const std::pair<INT_PTR, bool> answers[] = {
         {0, false},      {2, false},      {31, false},      {32, false},      {33, true},     {0x7FFF, true},
         {0x8000, false}, {0xFFFF, false}, {0x10000, false}, {0x10020, false}, {0x10021, true}};

@@ -131,7 +131,7 @@ TEST_F(MailClientTest, RunsAnEmptyCommandWithoutAClient) {
     EXPECT_THAT(started_.Lines(), ElementsAre("2 <>", "2 <>", "2 <>"));
 }
 
-TEST_F(MailClientTest, TakesAValueThatDoesNotFitForNone) {
+TEST_F(MailClientTest, TreatsAValueThatDoesNotFitAsMissing) {
     InstallClient("Client", std::string(259, 'x'));
     model::CTextShortcut::LauchMail();
     InstallClient("Client", std::string(260, 'x'));

@@ -100,7 +100,7 @@ TEST_F(ShortcutStoreTest, RenamesTargetSwitchAndAllButtons) {
     EXPECT_EQ(records_.At("23"), "Other|1");
 }
 
-TEST_F(ShortcutStoreTest, RenamingOntoANameTakesItsOldSwitchAway) {
+TEST_F(ShortcutStoreTest, RenamingOntoATakenNameDropsItsOldSwitch) {
     EXPECT_TRUE(store_.Rename({"Notes", "Other", "C:\\n"}));
     EXPECT_EQ(folder_.IniValue("Switch", "Other"), "/n");
     Load("[Cuts]\r\nA=C:\\a\r\nB=C:\\b\r\n[Switch]\r\nB=/b\r\nC=/c\r\n");
@@ -208,7 +208,7 @@ TEST_F(ShortcutStoreTest, FollowsAFileThatWasMoved) {
     EXPECT_EQ(folder_.IniValue("Switch", "Notes"), "/n") << "copied, not taken";
 }
 
-TEST_F(ShortcutStoreTest, LeadsToWhereTheFileIsThatDidNotGetThere) {
+TEST_F(ShortcutStoreTest, LeadsToTheOldPlaceOfAFileThatDidNotGetThere) {
     EXPECT_TRUE(store_.Follow({{1, 1}, 3, "Notes", "D:\\b.txt", false, "C:\\a.txt"}));
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "D:\\b.txt|3");
     EXPECT_EQ(folder_.IniValue("Cuts", "D:\\b.txt"), "C:\\a.txt");

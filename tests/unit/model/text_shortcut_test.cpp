@@ -215,7 +215,7 @@ TEST_F(TextShortcutTest, PrefersACollectedApplication) {
     EXPECT_THAT(log_.Lines(), ElementsAre("open C:\\w.exe  1"));
 }
 
-TEST_F(TextShortcutTest, NeverTakesACollectedApplicationForAGroup) {
+TEST_F(TextShortcutTest, NeverOpensACollectedApplicationAsAGroup) {
     folder_.WriteIniText("[Collected]\r\nodd=C:\\w|C:\\v\r\n");
     CTextShortcut::FireShortcut("odd");
     EXPECT_THAT(log_.Lines(), ElementsAre("open C:\\w|C:\\v  1"));

@@ -55,7 +55,7 @@ class MouseWheelTest : public ::testing::Test {
     std::vector<WheelTurn> turns_;
 };
 
-TEST_F(MouseWheelTest, ANotchIsOneHundredAndTwentyAwayFromTheUserAndLessThanNothingTowardHim) {
+TEST_F(MouseWheelTest, ANotchIsPlus120AwayFromTheUserAndMinus120TowardTheUser) {
     EXPECT_EQ(WheelTurnOf(0x00780000, 0).Rotation, 120);
     EXPECT_EQ(WheelTurnOf(0xFF880000, 0).Rotation, -120);
     EXPECT_EQ(WheelTurnOf(0, 0).Rotation, 0);
@@ -81,14 +81,14 @@ TEST_F(MouseWheelTest, KeysAndPlaceAreTheOtherParts) {
     EXPECT_EQ(WheelTurnOf(0, static_cast<LPARAM>(0xFFF60011)), (WheelTurn{0, 0, 17, -10}));
 }
 
-TEST_F(MouseWheelTest, ATurnIsToldAndThenReachesTheWindowItself) {
+TEST_F(MouseWheelTest, TheFormHearsOfATurnBeforeTheWindowGetsIt) {
     Hook(window_);
     EXPECT_EQ(Turn(window_), 42);
     EXPECT_THAT(turns_, ElementsAre(WheelTurn{MK_CONTROL, 120, 11, 22}));
     EXPECT_THAT(Received(), ElementsAre(UINT{WM_MOUSEWHEEL}));
 }
 
-TEST_F(MouseWheelTest, OtherMessagesArePassedOnUntold) {
+TEST_F(MouseWheelTest, OtherMessagesAreOnlyPassedOn) {
     Hook(window_);
     EXPECT_EQ(SendMessageW(window_.Handle(), WM_APP, 0, 0), 42);
     EXPECT_TRUE(turns_.empty());
@@ -136,7 +136,7 @@ TEST_F(MouseWheelTest, AWindowThatIsGoneIsNotHooked) {
     SUCCEED();
 }
 
-TEST_F(MouseWheelTest, TheFormMayUnhookWhileItIsTold) {
+TEST_F(MouseWheelTest, TheFormMayUnhookWhileItHearsOfATurn) {
     HookWheel(window_.Handle(), [](const WheelTurn&) { UnhookWheel(); });
     EXPECT_EQ(Turn(window_), 42);
 }
@@ -144,12 +144,12 @@ TEST_F(MouseWheelTest, TheFormMayUnhookWhileItIsTold) {
 TEST_F(MouseWheelTest, ATurnThatComesAfterTheHookHasEndedIsOnlyPassedOn) {
     Hook(window_);
     UnhookWheel();
-    // As another hook does that was put on top of this one and still calls it.
+    // As another hook does that lies on top of this one and still calls it.
     EXPECT_EQ(WheelWndProc(window_.Handle(), WM_MOUSEWHEEL, MAKEWPARAM(0, 120), 0), 42);
     EXPECT_TRUE(turns_.empty());
 }
 
-TEST_F(MouseWheelTest, AnErrorOfTheFormDoesNotKeepTheMessage) {
+TEST_F(MouseWheelTest, AnErrorOfTheFormDoesNotStopTheMessage) {
     static int reports;
     reports = 0;
     win::SetErrorReporter([](HWND, const char* message) noexcept {
@@ -172,7 +172,7 @@ TEST(WheelNotchesTest, SmallStepsAddUpToANotch) {
     EXPECT_EQ(wheel.Add(-105, 100), -1) << "fifteen were left over";
 }
 
-TEST(WheelNotchesTest, AFullTurnIsOneAtOnceAndALargeOneSeveral) {
+TEST(WheelNotchesTest, AFullStepIsOneNotchAtOnceAndALargeOneSeveral) {
     WheelNotches wheel;
     EXPECT_EQ(wheel.Add(120, 0), 1);
     EXPECT_EQ(wheel.Add(-120, 0), -1);
@@ -181,7 +181,7 @@ TEST(WheelNotchesTest, AFullTurnIsOneAtOnceAndALargeOneSeveral) {
     EXPECT_EQ(wheel.Add(-32768, 0), -273);
 }
 
-TEST(WheelNotchesTest, WhatIsLeftGoesWhenTheDirectionChangesAndAfterAPause) {
+TEST(WheelNotchesTest, ARestIsDroppedWhenTheDirectionChangesAndAfterAPause) {
     WheelNotches wheel;
     EXPECT_EQ(wheel.Add(110, 0), 0);
     EXPECT_EQ(wheel.Add(-20, 10), 0);

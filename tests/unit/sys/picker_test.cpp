@@ -79,7 +79,7 @@ TEST(FilePickerDesktopTest, GivesALongFileOfAnyScriptWhole) {
     EXPECT_EQ(sys::clsBmenu::GetFile(), wanted);
 }
 
-TEST(FilePickerDesktopTest, StandsOpenPressedAgainAndAgainInAFolder) {
+TEST(FilePickerDesktopTest, SurvivesOpenPressedAgainAndAgainInAFolder) {
     const win::OleThread ole;
     const ProgramFolder folder;
     const std::string inside = DeepFolder(folder, 159);

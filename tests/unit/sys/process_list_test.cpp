@@ -68,7 +68,7 @@ class ProcessListTest : public testing::Test {
     CallLog log_;
 };
 
-TEST_F(ProcessListTest, TakesForTaskbarWindowsWhatATaskbarShows) {
+TEST_F(ProcessListTest, KnowsTheWindowsThatATaskbarShows) {
     const TestWindow plain("plain");
     const TestWindow tool("tool", WS_OVERLAPPEDWINDOW, WS_EX_TOOLWINDOW);
     const TestWindow child("child", WS_CHILD, 0, plain);

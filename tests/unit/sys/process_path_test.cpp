@@ -189,7 +189,7 @@ TEST_F(ProcessModulesTest, AreNotAskedForWhenTheProcessDoesNotOpen) {
     EXPECT_THAT(log_.Lines(), ElementsAre("open 1040 0 42", "open 1040 0 42"));
 }
 
-TEST_F(ProcessModulesTest, AreAskedOfNoProcessBehindThoseThatWindowsHasListed) {
+TEST_F(ProcessModulesTest, AreAskedOnlyOfProcessesThatWindowsHasListed) {
     enumerate_ = FAKE_CALL(EnumProcesses, [](DWORD* ids, DWORD size, DWORD* needed) -> BOOL {
         std::fill_n(ids, size / 4, DWORD{42});
         ids[0] = 7;

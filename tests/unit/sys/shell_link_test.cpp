@@ -140,7 +140,7 @@ TEST_F(ShellLinkTest, KeepsTheTargetWhenTheArgumentsCannotBeRead) {
     EXPECT_EQ(sys::ReadLinkTarget("C:\\a.lnk"), "C:\\a.exe|");
 }
 
-TEST_F(ShellLinkTest, TakesAnyPathThatEndsInLnkForALink) {
+TEST_F(ShellLinkTest, TreatsAnyPathThatEndsInLnkAsALink) {
     FakeScriptShell shell(log_, {.target = L"C:\\a.exe"});
     ReplaceScriptShell(&shell);
     EXPECT_EQ(sys::ReadLinkTarget("lnk"), "C:\\a.exe|");

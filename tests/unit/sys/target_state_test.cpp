@@ -86,7 +86,7 @@ class TargetOnTheNetworkTest : public testing::Test {
   protected:
     TargetKind KindOf(const std::string& path) { return LookAtTarget(path, silent_).kind; }
 
-    /// What Windows says of each path; 0: it is there, without anything said otherwise.
+    /// What Windows says of each path; 0, or no entry, when it is there.
     std::map<std::string, DWORD> errors_;
     /// The shares behind the drive letters of the network.
     std::map<std::wstring, std::wstring> shares_;
@@ -149,7 +149,7 @@ TEST_F(TargetOnTheNetworkTest, BelievesThatATargetIsMissingWhereItsPlaceIsThere)
     }
 }
 
-TEST_F(TargetOnTheNetworkTest, KnowsNothingWhereTheErrorSpeaksOfTheWay) {
+TEST_F(TargetOnTheNetworkTest, KnowsNothingWhereTheErrorIsAboutTheWayThere) {
     // Denied, not ready, sharing, network path, busy, gone, name and access, logon, no medium, unplugged,
     // time-out, a locked drive, the network that is not there.
     for (const DWORD error : {5, 21, 32, 53, 54, 55, 64, 65, 67, 1326, 1112, 1167, 121, 1231, 66}) {
@@ -200,7 +200,7 @@ TEST_F(TargetOnTheNetworkTest, AServerThatDeniesAFileIsAskedForTheNext) {
     EXPECT_EQ(KindOf("\\\\server\\a\\2.txt"), TargetKind::kFile);
 }
 
-TEST_F(TargetOnTheNetworkTest, LooksItselfWhereTheShellRefusesWithoutAWord) {
+TEST_F(TargetOnTheNetworkTest, LooksForItselfWhereTheShellRefusesToLook) {
     const RecordedCall refuses = FAKE_CALL(PathFileExistsA, [](LPCSTR) { return FALSE; });
     EXPECT_EQ(KindOf("\\\\server\\share"), TargetKind::kFile);
     errors_ = {{"\\\\server\\share", 53}};

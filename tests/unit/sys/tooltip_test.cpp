@@ -238,7 +238,7 @@ TEST_F(TooltipTest, ChangesTheTextOfALiveTip) {
     EXPECT_EQ(tip.TipText(), "");
 }
 
-TEST_F(TooltipTest, SaysInWideMessagesWhatEveryCodePageWritesInItsOwnWay) {
+TEST_F(TooltipTest, SendsTextBeyondAsciiInWideMessages) {
     const RecordedCall messages = LogMessages();
     clsToolTip tip;
     tip.SetParentControl(control_);

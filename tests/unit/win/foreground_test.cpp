@@ -25,7 +25,7 @@ constexpr WindowTraits kOrdinary{.visible = true, .enabled = true};
 
 TEST(ForegroundTest, AnOrdinaryWindowOfAnotherProgramCanTakeIt) { EXPECT_TRUE(CanTakeForeground(kOrdinary)); }
 
-TEST(ForegroundTest, WhatTheUserDoesNotTakeForAWindowCannotTakeIt) {
+TEST(ForegroundTest, WhatTheUserDoesNotSeeAsAWindowCannotTakeIt) {
     for (bool WindowTraits::*trait : {&WindowTraits::visible, &WindowTraits::enabled}) {
         WindowTraits window = kOrdinary;
         window.*trait = false;
@@ -42,7 +42,7 @@ TEST(ForegroundTest, WhatTheUserDoesNotTakeForAWindowCannotTakeIt) {
 HWND Number(INT_PTR number) { return reinterpret_cast<HWND>(number); }
 INT_PTR Number(HWND window) { return reinterpret_cast<INT_PTR>(window); }
 
-/// Windows 1, 2, 3 ... behind one another, of another program's as long as nothing else is said.
+/// Windows 1, 2, 3 ... behind one another, of another program unless a test says otherwise.
 class WindowOrderTest : public ::testing::Test {
   protected:
     struct Fake {
@@ -153,7 +153,7 @@ TEST_F(WindowOrderTest, AWindowStaysBeforeOneThatDoesNotCoverItOrIsNoProgram) {
     EXPECT_THAT(log_.Lines(), IsEmpty());
 }
 
-TEST(FullScreenTest, IsToldByWhatTheShellSaysOfTheUser) {
+TEST(FullScreenTest, IsKnownByWhatTheShellSaysOfTheUser) {
     const auto told = [](QUERY_USER_NOTIFICATION_STATE state, HRESULT result = S_OK) {
         const auto query =
             FAKE_CALL(SHQueryUserNotificationState, [&](QUERY_USER_NOTIFICATION_STATE* answer) {
@@ -169,7 +169,7 @@ TEST(FullScreenTest, IsToldByWhatTheShellSaysOfTheUser) {
     EXPECT_FALSE(told(QUNS_BUSY, E_FAIL));
 }
 
-TEST_F(WindowOrderTest, PresentationSettingsAloneMakeNoProgramThatFillsTheScreen) {
+TEST_F(WindowOrderTest, PresentationSettingsAloneAreNoFullScreenProgram) {
     const auto query = FAKE_CALL(SHQueryUserNotificationState, [](QUERY_USER_NOTIFICATION_STATE* answer) {
         *answer = QUNS_PRESENTATION_MODE;
         return S_OK;

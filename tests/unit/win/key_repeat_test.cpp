@@ -21,10 +21,10 @@ bool IsDropped(int code, UINT message, WPARAM key, LPARAM lParam) {
     return CallMsgFilterW(&waiting, code) != FALSE;
 }
 
-TEST(KeyRepeatTest, IsToldByThirtiethBit) {
+TEST(KeyRepeatTest, IsKnownByTheThirtiethBit) {
     EXPECT_FALSE(IsKeyRepeat(kPressed));
     EXPECT_TRUE(IsKeyRepeat(kRepeated));
-    // Let go: the key was down before, which is no repeat of a press, but nobody asks.
+    // A key that is let go has the bit too; nobody asks about those messages.
     EXPECT_TRUE(IsKeyRepeat(static_cast<LPARAM>(0xC01C0001)));
     EXPECT_FALSE(IsKeyRepeat(static_cast<LPARAM>(0x801C0001)));
 }

@@ -66,7 +66,7 @@ TEST_F(MessageBanTest, IsBrokenByWhateverLetsMessagesRun) {
     EXPECT_EQ(g_breaches.size(), 4u);
 }
 
-TEST_F(MessageBanTest, IsBrokenUnnoticedWhereNobodyWantsToKnow) {
+TEST_F(MessageBanTest, NobodyIsToldOfABreachWithoutAHandler) {
     SetBanBreachHandler(nullptr);
     const MessageBan ban;
     LetMessagesRun();

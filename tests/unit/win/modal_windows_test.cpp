@@ -55,7 +55,7 @@ TEST_F(ModalWindowsDesktopTest, AQuestionOfTheSystemsIsAnsweredAsItsUserWouldCan
     EXPECT_EQ(MessageBoxW(nullptr, L"?", L"?", MB_YESNOCANCEL), IDCANCEL);
     EXPECT_EQ(MessageBoxW(nullptr, L"?", L"?", MB_OKCANCEL), IDCANCEL);
     EXPECT_EQ(MessageBoxW(nullptr, L"?", L"?", MB_ABORTRETRYIGNORE), IDABORT);
-    // With nothing to cancel by, the title bar's button is what is left.
+    // Where nothing can be cancelled by a button, only the title bar's is left.
     MessageBoxW(nullptr, L"?", L"?", MB_OK);
 }
 

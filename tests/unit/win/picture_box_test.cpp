@@ -303,7 +303,7 @@ TEST_F(PictureBoxTest, APressWithoutATabStopLeavesTheFocus) {
     SendMessageW(passive.Handle(), WM_LBUTTONUP, 0, 0);
 }
 
-TEST_F(PictureBoxTest, TheContextKeyIsToldFromTheRightButton) {
+TEST_F(PictureBoxTest, TheContextKeyIsDistinguishedFromTheRightButton) {
     SendMessageW(box_.Handle(), WM_CONTEXTMENU, 0, -1);
     EXPECT_THAT(Events(), ElementsAre("context key"));
     SendMessageW(box_.Handle(), WM_CONTEXTMENU, 0, MAKELPARAM(100, 100));
