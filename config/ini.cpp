@@ -40,8 +40,8 @@ bool g_starting = false;
                                       IniPath);
 }
 
-/// Whether the file that reads are to read is not there, or empty, as it is for a moment while some programs
-/// write it. A unit's own file may well be empty.
+/// Whether the file that reads go to is missing or empty, as it is for a moment while some programs write it.
+/// A unit's own file may well be empty.
 bool HasNothingToRead() {
     WIN32_FILE_ATTRIBUTE_DATA data{};
     if (GetFileAttributesExA(FileToRead().c_str(), GetFileExInfoStandard, &data) != 0)
@@ -49,12 +49,12 @@ bool HasNothingToRead() {
     return GetLastError() == ERROR_FILE_NOT_FOUND || GetLastError() == ERROR_PATH_NOT_FOUND;
 }
 
-/// What a profile function that answered nothing has said by it.
+/// What it means when a profile function answers nothing.
 enum class Nothing {
     kNoRecord,
     kNoFile,      ///< there is no file, or nothing in it
     kUnreadable,  ///< the file is kept from us
-    kUnclear      ///< it was kept from us, or there is no such record
+    kUnclear      ///< the file is kept from us, or there is no such record
 };
 
 Nothing MeaningOf(DWORD error) {
@@ -68,8 +68,8 @@ Nothing MeaningOf(DWORD error) {
     return file ? Nothing::kUnclear : Nothing::kUnreadable;
 }
 
-/// What a profile function counts, called again while another program keeps the file from us; nothing when
-/// the file could not be read.
+/// The count that a profile function answers; it is called again while another program keeps the file from
+/// us. Nothing when the file could not be read.
 template <class Call>
 std::optional<DWORD> TryRead(Call call) {
     bool waited = false;
@@ -84,10 +84,10 @@ std::optional<DWORD> TryRead(Call call) {
         }
         const Nothing meaning = MeaningOf(error);
         if (meaning == Nothing::kNoRecord) return count;
-        // A start says itself what it misses in the file.
+        // A start reports by itself what is missing in the file.
         if (g_starting && meaning == Nothing::kNoFile) return count;
         if (meaning == Nothing::kUnclear) {
-            // The file can be read now: what is said of it now counts.
+            // The file can be read now, so this answer counts.
             if (std::exchange(askedTwice, true)) return count;
             continue;
         }
@@ -128,8 +128,9 @@ bool HasComments(const std::string& section) {
     return !bytes || SectionHasComments(*bytes, section);
 }
 
-/// What writing the entries one by one leaves in an empty section: of each value what stands before its first
-/// "=", of equal keys the first spelling and the last value. The entry at index `doomed` is left out.
+/// What an empty section holds after the entries have been written into it one by one: of each value the text
+/// before its first "=", of equal keys the first spelling and the last value. The entry at index `doomed` is
+/// left out.
 std::vector<std::string> WithoutEntry(const std::vector<std::string>& entries, size_t doomed) {
     std::vector<std::string> left;
     std::unordered_map<std::wstring, size_t> places;
@@ -151,7 +152,7 @@ bool HasCutValue(const std::vector<std::string>& entries) {
     });
 }
 
-/// Empties the section but for what is left of the entries.
+/// Empties the section except for what is left of the entries.
 bool DeleteEntry(const std::string& section, const std::vector<std::string>& entries, size_t doomed) {
     return WriteIniSection(section, win::Join(WithoutEntry(entries, doomed), '\0'));
 }
@@ -170,7 +171,7 @@ struct Removal {
 
 Removal FindRemoval(const std::string& sectionText, const std::string& key) {
     const std::vector<std::string> entries = SectionEntries(sectionText);
-    // Nor can a section be rewritten that was not read to its end, or that holds more than entries.
+    // A section that was not read to its end, or that holds more than entries, cannot be rewritten either.
     if (WasCut(sectionText) || !CanBeRewritten(entries, key))
         return {key.empty() ? Removal::kNothing : Removal::kByKey};
     const auto match = std::find_if(entries.begin(), entries.end(), [&](const std::string& entry) {
@@ -180,7 +181,7 @@ Removal FindRemoval(const std::string& sectionText, const std::string& key) {
     return {Removal::kByRewrite, entries, static_cast<size_t>(match - entries.begin())};
 }
 
-/// What a change answers that could not read what it is to change.
+/// The answer of a change that could not read what it is to change.
 bool NothingDone() noexcept {
     IniUnit::Fail();
     return false;

@@ -33,7 +33,7 @@ std::string ReadIni(const std::string& section, const std::string& key);
 std::optional<std::string> TryReadIni(const std::string& section, const std::string& key);
 
 /// Writes one value in the open unit of writes, else in one of its own (WritePrivateProfileStringA). False
-/// when it failed; nobody has to look.
+/// when it failed, which a caller may ignore.
 bool WriteIni(const std::string& section, const std::string& key, const std::string& value);
 
 /// Replaces the whole section by NUL-separated entries; "" empties it (WritePrivateProfileSectionA). Comment
@@ -44,8 +44,8 @@ bool WriteIniSection(const std::string& section, const std::string& data);
 /// Throws InvalidArgumentError for an entry without "=".
 std::string ListIniKeys(const std::string& section);
 
-/// Removes a key by rewriting the section: an absent key takes the first entry with it, and every value
-/// left is cut at its first "=". Use RemoveRecord, which guards against both.
+/// Removes a key by rewriting the section. If the key is absent the first entry goes instead, and every value
+/// that stays is cut at its first "=". Use RemoveRecord, which guards against both.
 /// Throws SubscriptError for an entry without "=", before anything is changed. False when it failed.
 bool DeleteIniKey(const std::string& section, const std::string& key);
 
@@ -53,7 +53,7 @@ bool DeleteIniKey(const std::string& section, const std::string& key);
 /// lines whole. Does nothing when there is none. False when it failed; a unit that is open has failed then.
 bool RemoveRecord(const std::string& section, const std::string& key);
 
-/// While it lives, the program starts: a configuration file that another program holds is waited for some
+/// Lives while the program starts: a configuration file that another program holds is waited for some
 /// seconds, and a read that still fails throws RuntimeError, which says what keeps us from the file.
 class IniStart {
   public:

@@ -5,7 +5,7 @@
 
 namespace config {
 
-/// Whether comment lines stand in a section of a configuration file that is given byte by byte. A file in
+/// Whether a section of a configuration file, given as the file's bytes, holds comment lines. A file in
 /// UTF-16 counts as one with comments everywhere.
 bool SectionHasComments(std::string_view bytes, const std::string& section);
 

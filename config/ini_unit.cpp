@@ -22,14 +22,14 @@ enum class Way {
     kItself     ///< there can be none: the file itself takes them
 };
 
-/// How often a unit is made anew on what other programs have done to its files.
+/// How often a unit is started again after other programs have changed its files.
 constexpr int kRemakes = 4;
 
-/// What has been written to the file itself is taken back in spite of a hold: a longer wait is better than a
-/// file with half a change in it. In milliseconds.
+/// How long to wait for a held file when a change to the file itself has to be taken back: a long wait is
+/// better than a file with half a change in it. In milliseconds.
 constexpr DWORD kTakeBackPatience = 1000;
 
-/// The unit that is open, with all that is needed to carry it out once more.
+/// The open unit, with all that it takes to carry it out once more.
 struct OpenUnit {
     int depth = 0;
     bool failed = false;
@@ -43,7 +43,7 @@ struct OpenUnit {
 
 OpenUnit g_unit;
 
-/// The one file that holds everything, when Windows has stopped halfway in putting it into its place.
+/// The one file that holds everything, when Windows stopped halfway while putting it into its place.
 std::string g_stranded;
 
 bool IsStranded() noexcept {
@@ -58,7 +58,7 @@ bool CallProfileFunction(const IniWrite& write) {
     const char* file = FileToWrite().c_str();
     const char* text = write.Text ? write.Text->c_str() : nullptr;
     if (g_unit.way == Way::kSideFile && g_unit.side.IsGone()) {
-        // It would be made anew with nothing but this in it.
+        // The profile function would make a new file with nothing but this in it.
         SetLastError(ERROR_FILE_NOT_FOUND);
         return false;
     }
@@ -164,7 +164,7 @@ IniUnit::IniUnit() noexcept : writesBefore_(g_unit.writes.size()) {
 
 IniUnit::~IniUnit() {
     if (ended_) return;
-    // Of an inner unit nothing can be taken back alone.
+    // An inner unit cannot be taken back alone.
     if (g_unit.writes.size() > writesBefore_) g_unit.failed = true;
     if (--g_unit.depth > 0) return;
     TakeBack();
@@ -181,7 +181,7 @@ bool IniUnit::Finish() {
     }
     const bool done = !g_unit.failed && (g_unit.writes.empty() || PutInPlace());
     if (!done) TakeBack();
-    // Not sooner: what works on the side file says nothing of the file whose place it is to take.
+    // Not sooner: success with the side file says nothing about the file whose place it is to take.
     if (done && !g_unit.writes.empty()) ForgetWaiting();
     Reset();
     ended_ = true;
@@ -195,7 +195,7 @@ void IniUnit::Fail() noexcept { g_unit.failed = AnyOpen(); }
 bool IniUnit::BeginWriting() {
     if (!AnyOpen() || g_unit.failed) return false;
     if (g_unit.way != Way::kNotYet) return true;
-    // Until it has worked, whatever comes out of it.
+    // Counts as failed until it has worked, also when it throws.
     g_unit.failed = true;
     g_unit.failed = !ChooseWay();
     return !g_unit.failed;
@@ -214,7 +214,7 @@ bool CarryOut(IniWrite write) {
     }
     if (g_unit.failed) return false;
     if (!IniUnit::BeginWriting()) return false;
-    // Until it has worked, whatever comes out of it.
+    // Counts as failed until it has worked, also when it throws.
     g_unit.failed = true;
     g_unit.writes.push_back(std::move(write));
     g_unit.failed = !CarryOutLast();
@@ -222,7 +222,7 @@ bool CarryOut(IniWrite write) {
 }
 
 const std::string& FileToRead() noexcept {
-    // What a failed unit has written is worth nothing.
+    // Nothing that a failed unit has written counts.
     if (g_unit.way == Way::kSideFile && !g_unit.failed) return g_unit.side.Path();
     return IsStranded() ? g_stranded : IniPath;
 }

@@ -14,10 +14,10 @@ struct IniWrite {
 };
 
 /// One unit of writes: Quon.ini is at every moment what it was before the unit or what it is after it. The
-/// writes go to a new file beside it, made from it at the first write, which takes its place at the end;
-/// reads inside the unit see the unit. When another program has written Quon.ini meanwhile, all writes are
-/// made once more on what it wrote. Units nest, the outermost one counts. While one is open nothing may be
-/// called that lets messages run.
+/// writes go to a new file beside it, which is made from it at the first write and takes its place at the
+/// end; reads inside the unit see the unit. When another program has written Quon.ini meanwhile, all writes
+/// are made once more on what it wrote. Units nest, the outermost one counts. While one is open, nothing that
+/// lets messages run may be called.
 class IniUnit {
   public:
     IniUnit() noexcept;
@@ -51,14 +51,14 @@ class IniUnit {
     bool ended_ = false;
 };
 
-/// Deletes what a killed program has left beside Quon.ini of a unit, whatever it holds, but for the file that
-/// another session's unit works with at this moment.
+/// Deletes the files that a killed program's unit has left beside Quon.ini, whatever they hold, except the
+/// one that another session's unit is working with at this moment.
 void RemoveInterruptedUnits();
 
 /// Carries out one write in the unit that is open, else in a unit of its own. False when it failed.
 bool CarryOut(IniWrite write);
 
-/// The file that reads are to read now.
+/// The file that reads go to now.
 const std::string& FileToRead() noexcept;
 
 /// After a read that failed with this Windows error: waits a moment for a file that is held, or makes the

@@ -9,7 +9,7 @@ namespace config {
 namespace {
 
 constexpr DWORD kPause = 20;      // milliseconds, as are the others
-constexpr DWORD kPatience = 200;  // with the work itself, below what is felt as a freeze
+constexpr DWORD kPatience = 200;  // with the work itself still too short to be felt as a freeze
 constexpr ULONGLONG kForgetting = 500;
 
 DWORD g_patience = kPatience;
@@ -29,7 +29,7 @@ bool WaitForHeldFile() noexcept {
     if (g_waited >= g_patience) return false;
     Sleep(kPause);
     g_lastAsked = GetTickCount64();
-    // A pause can take longer than asked for, by the clock's step.
+    // A pause can take longer than asked for, by up to a step of the clock.
     g_waited += std::max<ULONGLONG>(kPause, g_lastAsked - begin);
     return true;
 }

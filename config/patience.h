@@ -8,13 +8,14 @@ namespace config {
 /// again.
 bool WaitForHeldFile() noexcept;
 
-/// Says that what was waited for has worked: the next hold is another one, which is waited for anew.
+/// To be called when what was waited for has worked: the next hold is another one, and waiting for it begins
+/// anew.
 void ForgetWaiting() noexcept;
 
 /// Whether a Windows error says that another program keeps the file from us for the moment.
 bool IsHeldError(unsigned long error) noexcept;
 
-/// While it lives, a held file is waited for longer: where no window stands still meanwhile.
+/// While it lives, a held file is waited for longer. For times when no window freezes meanwhile.
 class LongPatience {
   public:
     /// `milliseconds` in all.

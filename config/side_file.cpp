@@ -16,11 +16,11 @@ namespace config {
 namespace {
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-// No names that a user would give to a copy of his own; several, because a file can be kept from us.
+// Names that no user would give to a copy of his own; several, because one of the files can be kept from us.
 constexpr const char* kSuffix = ".unit-";
 constexpr int kNames = 4;
 
-/// Of this process alone: the folder may be another session's too.
+/// The name is this process's alone: another session may use the folder too.
 std::string SideName(const std::string& target, int number) {
     return target + kSuffix + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(number);
 }
@@ -46,8 +46,8 @@ win::File Open(const std::string& path, DWORD access, DWORD flags = FILE_ATTRIBU
     return win::File(CreateFileA(path.c_str(), access, share, nullptr, OPEN_EXISTING, flags, nullptr));
 }
 
-/// Whether the disk has room for the file to grow: not every system's profile functions tell that they have
-/// found none.
+/// Whether the disk has room for the file to grow: on some systems the profile functions do not say that they
+/// have found none.
 bool HasRoomToGrow(const std::string& path) {
     constexpr ULONGLONG kLargestCluster = 64 * 1024;
     ULARGE_INTEGER room{};
@@ -104,7 +104,7 @@ std::vector<std::byte> AccessRights(const std::string& path) {
 }
 
 /// Gives `to` what a copy does not take over from `from`: who may do what with it, and when it was created.
-/// What Windows does not let through stays as the folder has it.
+/// Whatever Windows does not let us set stays as the folder gives it.
 void CopyIdentity(const std::string& from, const std::string& to) {
     WIN32_FILE_ATTRIBUTE_DATA data{};
     if (GetFileAttributesExA(from.c_str(), GetFileExInfoStandard, &data) != 0) {
@@ -140,7 +140,7 @@ SideFileResult SideFile::Make(const std::string& path) {
     if (attributes == INVALID_FILE_ATTRIBUTES) {
         targetIsNew_ = GetLastError() == ERROR_FILE_NOT_FOUND;
     } else {
-        // Opening does not tell: not every system minds.
+        // Opening it would not tell: on some systems it works all the same.
         if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) return SideFileResult::kRefused;
         const win::File file = OpenToWrite(path);
         if (!file) return SideFileResult::kRefused;
@@ -186,7 +186,7 @@ bool SideFile::Keep(const std::string& path) {
 }
 
 bool SideFile::IsHeld() const noexcept {
-    // While we keep it, we do not let ourselves delete it either.
+    // While this handle is open, we cannot delete the file either.
     const DWORD access = GENERIC_READ | GENERIC_WRITE | (kept_ ? 0 : DELETE);
     return !Open(path_, access) && IsHeldError(GetLastError());
 }
@@ -233,13 +233,13 @@ bool SideFile::Replace() {
             SetLastError(ERROR_FILE_INVALID);
             return false;
         }
-        // What has come into the place of a missing target meanwhile is not ours to replace.
+        // A file that has meanwhile come into the place of a missing target is not ours to replace.
         if (Rename(path_, target_, targetIsNew_ || TargetIsLost() ? 0 : MOVEFILE_REPLACE_EXISTING)) break;
         // A file that others have open can be moved out of the way where it cannot be replaced.
         if (!targetIsNew_ && ReplaceFileA(target_.c_str(), path_.c_str(), nullptr, 0, nullptr, nullptr) != 0)
             break;
         const DWORD error = GetLastError();
-        // It has only gone half the way.
+        // The replacement stopped halfway.
         if (TargetIsLost() && Rename(path_, target_, 0)) break;
         if (MayPass(error) && !IsHeld() && WaitForHeldFile()) continue;
         SetLastError(error);
@@ -270,7 +270,7 @@ void RemoveSideFiles(const std::string& path) {
     const std::string target = ResolvedPath(path, file.Get()).value_or(path);
     const std::string start = target + kSuffix;
     WIN32_FIND_DATAA found{};
-    // Without the short names, which could match too.
+    // Does not look at the short names, which could match too.
     const win::FindFiles listing(
         FindFirstFileExA((start + "*").c_str(), FindExInfoBasic, &found, FindExSearchNameMatch, nullptr, 0));
     if (!listing) return;

@@ -15,7 +15,7 @@ enum class SideFileResult {
 };
 
 /// A new file beside the configuration file that is to take its place. Until then nobody else can delete or
-/// rename it. Deleted with this value unless it has taken the place.
+/// rename it. Deleted together with this value unless it has taken the place.
 class SideFile {
   public:
     SideFile() = default;
@@ -26,8 +26,8 @@ class SideFile {
     ~SideFile() { Drop(); }
 
     /// Makes a copy of the file at `path` under the first name of this process that is free (CopyFileA), or
-    /// an empty file where there is none. For a symbolic link the file that it leads to counts. What was made
-    /// before is dropped.
+    /// an empty file where there is none. For a symbolic link the file that it leads to counts. An earlier
+    /// side file is dropped.
     SideFileResult Make(const std::string& path);
 
     /// The full path of the file whose place is to be taken.
@@ -54,12 +54,12 @@ class SideFile {
     [[nodiscard]] bool Flush() const;
 
     /// Takes the target's place with its attributes, access rights and creation time: in one step
-    /// (MoveFileExA), and only where that cannot be done, by ReplaceFileA, which takes two. False leaves both
-    /// files as they were, and the last error says why; unless TargetIsLost(). Nor does it replace a target
-    /// that has changed.
+    /// (MoveFileExA), or where that cannot be done by ReplaceFileA, which takes two. A target that has
+    /// changed is not replaced. False when it failed: the last error says why, and both files are as they
+    /// were, unless TargetIsLost().
     [[nodiscard]] bool Replace();
 
-    /// Whether Windows has stopped halfway: there is no target any more, and this file holds all.
+    /// Whether Windows has stopped halfway: there is no target any more, and this file holds everything.
     [[nodiscard]] bool TargetIsLost() const noexcept;
 
     /// Leaves the file where it is; returns its path.
@@ -87,8 +87,8 @@ class SideFile {
     bool targetIsNew_ = false;
 };
 
-/// Deletes what a killed program has left beside the file at `path`, whatever it holds; what a program that
-/// runs still works with stays. Where there is no such file, nothing is deleted.
+/// Deletes the side files that a killed program has left beside the file at `path`, whatever they hold, but
+/// not those that a running program is working with. Nothing is deleted when there is no file at `path`.
 void RemoveSideFiles(const std::string& path);
 
 }  // namespace config

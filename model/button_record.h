@@ -21,7 +21,7 @@ struct ButtonRecord {
     [[nodiscard]] std::string Text() const { return name + "|" + std::to_string(icon); }
 };
 
-/// The name in the record of a key, as above, also where the key is none of a button.
+/// The name in the record of a key, as above, also where the key is not that of a button.
 std::string RecordName(const std::string& key, const std::string& recordText);
 
 /// A record's text with another name; what stands behind the name is kept byte for byte.

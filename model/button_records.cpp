@@ -13,13 +13,13 @@ namespace {
 
 using KeyAndRecord = std::pair<std::string, std::string>;
 
-/// Goes through the used buttons in the file's order; the tabs' own records are none. `visit` answers whether
-/// to go on. False when the file could not be read.
+/// Goes through the used buttons in the file's order, leaving out the tabs' own records. `visit` answers
+/// whether to go on. False when the file could not be read.
 template <class Visit>
 bool ForEachButton(Visit visit) {
     const auto section = config::TryReadIniSection(kButtonsSection);
     const std::string keys = section ? config::ListIniKeys(kButtonsSection) : std::string();
-    // The file may have been taken in between.
+    // Another program may have taken the file in between.
     if (!section || (keys.empty() && !section->empty())) return false;
     if (keys.empty()) return true;
     for (const std::string& key : win::Split(keys, '|')) {

@@ -43,9 +43,9 @@ struct MovedFile {
     std::int32_t icon = 0;
     std::string name;      ///< the shortcut's
     std::string path;      ///< where the file was to go
-    bool isThere = false;  ///< it has got there
-    std::string from{};    ///< where the file was, and is when it has not got there
-    std::string record{};  ///< the button's then
+    bool isThere = false;  ///< it has arrived there
+    std::string from{};    ///< where the file was, and still is when it has not arrived
+    std::string record{};  ///< the button's record at that time
 };
 
 /// The button that commands act on, and the record table they share.
@@ -53,16 +53,15 @@ struct ButtonContext {
     std::int16_t CurrentButtonIndex = 1;  ///< 1 to 9
     std::string CurrentButtonKey = "11";  ///< that button's key
     ButtonRecords Records;                ///< of all tabs and buttons
-    /// Files of which it could not be stored yet that they were moved. What leads to them is not refreshed
-    /// before that: there is nothing where it leads.
+    /// Files that were moved, as long as this could not be stored. Buttons that lead to them are not
+    /// refreshed before that: there is nothing where they lead.
     std::vector<MovedFile> Moved;
-    /// Something that is shown could not be read: it is to be refreshed soon. Nothing happens while it is
-    /// empty.
+    /// Called when something that is shown could not be read and should be refreshed soon. May be empty.
     std::function<void()> onUnread;
-    /// What is stored of these shortcuts was changed by a dialog. Nothing happens while it is empty.
+    /// Called when a dialog has changed what is stored of these shortcuts. May be empty.
     std::function<void(const std::vector<std::string>&)> onChanged;
 
-    /// The file of the shortcut of this name, in whatever case, among those above; null for none.
+    /// The file among those above whose shortcut has this name, ignoring case; null for none.
     [[nodiscard]] const MovedFile* MovedFileOf(const std::string& name) const;
 
     /// Makes the button of the shown tab with this number the current one.
@@ -74,7 +73,7 @@ struct ButtonContext {
 /// section has an entry without "=".
 std::optional<std::string> FindButtonKey(const std::string& name);
 
-/// Keys and records of all buttons in the file that lead to the shortcut of this name, in whatever case.
+/// Keys and records of all buttons in the file that lead to the shortcut of this name, ignoring case.
 /// A line that is no button's record is passed over. Nothing when the file could not be read.
 std::optional<std::vector<std::pair<std::string, std::string>>> ButtonsNamed(const std::string& name);
 

@@ -49,8 +49,9 @@ struct CButtonShortcut::Reading {
     int refresh = 0;
 
     [[nodiscard]] bool Frees() const { return fate <= Fate::kGone; }
-    /// What a dangling record takes along: the shortcut named by its whole text. A group under the button's
-    /// own key names no shortcut "Group": the user's one of that name stays.
+    /// The shortcut that goes together with a dangling record: the one named by the record's whole text. The
+    /// record "Group" stands for a group under the button's own key, so the user's shortcut of that name
+    /// stays.
     [[nodiscard]] std::string DanglingShortcut() const {
         return fate == Fate::kDangling && names.name != place.Key() ? record : std::string();
     }
@@ -69,7 +70,7 @@ void CButtonShortcut::RefreshButtons(const std::vector<Refresh>& refreshes) {
         if (reading.Frees() && button->TakeForeignRecord(reading)) reading = button->Read(key, silent);
         reading.refresh = ++button->refresh_;
         if (reading.Frees()) {
-            // A target that is gone is noticed with its switch read already.
+            // By the time a target is found to be gone, its switch has been read.
             const bool hasSwitch =
                 !(reading.fate == Reading::Fate::kGone ? reading.commandSwitch : button->Switch).empty();
             freed.push_back(
@@ -79,7 +80,7 @@ void CButtonShortcut::RefreshButtons(const std::vector<Refresh>& refreshes) {
     }
     const bool stored =
         freed.empty() || ShortcutStore(refreshes.front().button->context_.Records).Free(freed);
-    // From here on messages may run, and with them another refresh, which then knows better.
+    // From here on messages may run, and with them another refresh; the later one counts.
     for (size_t index = 0; index < readings.size(); ++index) {
         CButtonShortcut& button = *refreshes[index].button;
         if (button.refresh_ == readings[index].refresh) button.Take(readings[index], stored);
@@ -104,7 +105,7 @@ CButtonShortcut::Reading CButtonShortcut::Read(const std::string& key, sys::Sile
     reading.target = *target;
     reading.group = target->find('|') != std::string::npos;
     reading.fate = Fate::kShown;
-    // A group is none the less for a member that is gone, but its icon is the first one's.
+    // A member that is gone does not end a group, but the group's icon is that of its first member.
     reading.state = sys::LookAtTarget(win::Before(*target, '|'), silent);
     if (reading.group) return reading;
     const auto commandSwitch = ShortcutStore::Switch(reading.names.name);
@@ -142,7 +143,7 @@ void CButtonShortcut::Take(const Reading& reading, bool stored) {
         if (reading.fate == Fate::kUnread && context_.onUnread) context_.onUnread();
         return;
     }
-    // After it is freed, the face shows what is gone once more, the record does not.
+    // After the button is freed, its face shows the shortcut that is gone once more; its record does not.
     if (reading.fate == Fate::kGone) BecomeFree(false);
     Group = reading.group;
     Switch = reading.commandSwitch;
@@ -152,7 +153,7 @@ void CButtonShortcut::Take(const Reading& reading, bool stored) {
         FILETIME = Group ? std::string() : reading.state.timeText;
     }
     answers_ = reading.state.kind != sys::TargetKind::kUnknown;
-    // What does not answer keeps the icon that it was seen with.
+    // A target that does not answer keeps the icon that it was last seen with.
     if (answers_ || FilePath != reading.target || FileIcon != reading.names.icon) icon_.Reset();
     FileIcon = reading.names.icon;
     FilePath = reading.target;

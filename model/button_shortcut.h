@@ -33,8 +33,8 @@ class CButtonShortcut {
     std::string Switch;  ///< the command switch; "" for a group
     bool Group = false;  ///< the target is a list of members
     std::string
-        FILETIME;  ///< when a file was last modified; "" for URLs and groups, a folder keeps the former
-    std::string FileSize;  ///< the size of a file as text; "" for URLs and groups, a folder keeps the former
+        FILETIME;  ///< when the file was last modified; "" for URLs and groups; unchanged for a folder
+    std::string FileSize;  ///< the size of the file as text; "" for URLs and groups; unchanged for a folder
     std::int32_t FileIcon = 0;      ///< the icon's index inside the icon source
     std::string FilePath;           ///< the target, or the members of a group joined by "|"
     std::string Naziv = kFreeName;  ///< the shortcut's name
@@ -45,15 +45,15 @@ class CButtonShortcut {
     /// True when the button holds a shortcut of which only the name is known: its target could not be read.
     [[nodiscard]] bool IsUnread() const { return !IsFree() && FilePath.empty(); }
 
-    /// False when the server or drive of the target did not answer at the last refresh: whoever asks it again
-    /// waits again.
+    /// False when the server or drive of the target did not answer at the last refresh: asking it again means
+    /// waiting again.
     [[nodiscard]] bool Answers() const noexcept { return answers_; }
 
-    /// Loads everything for the button with this key and paints it. A target that is gone frees the button;
-    /// one of which nothing can be said, because its server or drive does not answer, does not. Where the
-    /// configuration file could not be read, the record stays, and ButtonContext::onUnread is told. A record
-    /// that another program has changed since it was read is taken from the file instead of being freed.
-    /// Throws SubscriptError for a key outside "10" to "69".
+    /// Loads everything for the button with this key and paints it. A button whose target is gone is freed,
+    /// but not one whose target cannot be checked because its server or drive does not answer. Where the
+    /// configuration file could not be read, the record stays, and ButtonContext::onUnread is called. A
+    /// record that another program has changed since it was read is taken from the file instead of being
+    /// freed. Throws SubscriptError for a key outside "10" to "69".
     void RefreshButton(const std::string& key);
 
     /// A button and the key of the record that it is to show.
@@ -73,10 +73,11 @@ class CButtonShortcut {
     void SaveGroup(const std::string& members);
 
     /// Frees the button; its shortcut stays in the list. `silent` leaves the face as it is. Nothing happens
-    /// when that cannot be stored. Throws SubscriptError for a key outside "10" to "69".
+    /// when it cannot be stored that the button is free. Throws SubscriptError for a key outside "10" to
+    /// "69".
     void DeleteShortcut(const std::string& key, bool silent);
 
-    /// Makes the button a free one, as it is stored already; `silent` leaves the face as it is.
+    /// Makes the button a free one after that has been stored; `silent` leaves the face as it is.
     void BecomeFree(bool silent);
 
     /// Paints icon, caption and mark from the present values.
@@ -101,7 +102,7 @@ class CButtonShortcut {
     std::function<void()> refillList_;
     win::PictureBox* box_ = nullptr;
     win::Icon icon_;
-    // The place that the target is at answers, so that its icon can be looked for there.
+    // The target's server or drive answers, so that its icon can be looked for there.
     bool answers_ = true;
     // Which refresh is the last one: painting lets messages run, and with them further refreshes.
     int refresh_ = 0;

@@ -21,8 +21,8 @@ namespace {
 
 constexpr size_t kLongestKeyName = 255;  // characters, which may take four bytes each
 
-/// Whether the extension can end a file's name. With a separator or a ":" in it the probe would be another
-/// file than it seems, perhaps one of the user's.
+/// Whether the extension can end a file's name. With a separator or a ":" in it the probe would be a
+/// different file than it seems, perhaps one of the user's.
 bool CanEndFileName(const std::string& extension) {
     return extension.find_first_of("\\/:*?\"<>|") == std::string::npos &&
            std::none_of(extension.begin(), extension.end(),
@@ -53,7 +53,7 @@ void clsCollectedApps::CreateAppList() {
 }
 
 void clsCollectedApps::Store() const {
-    // Only now: what is asked above may let messages run.
+    // Only now, because the questions above may let messages run.
     config::IniUnit unit;
     for (const std::string& program : programs_)
         config::WriteIni(kCollectedSection, NameForTarget(program), program);
@@ -70,8 +70,8 @@ void clsCollectedApps::CollectFor(const std::string& extension) {
 
 bool clsCollectedApps::IsNewProgram(const std::string& answer, const std::string& probe) {
     if (!EndsWithExe(answer) || answer.find('\\') == std::string::npos) return false;
-    // A program opens itself; the answer may spell the folder differently. What cannot be read back whole
-    // would open something else.
+    // The answer for a program is the program itself, perhaps with its folder spelt differently. A path that
+    // cannot be read back whole would open something else.
     const bool isProbe =
         win::EqualIgnoringCase(sys::PathPart(answer, sys::kFileName), sys::PathPart(probe, sys::kFileName));
     return !isProbe && answer.size() <= config::kLongestValue &&

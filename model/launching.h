@@ -17,8 +17,8 @@ void FindDefaultBrowser();
 std::string FindAssociatedExe(const std::string& path);
 
 /// Opens a target, or each member of a group in order, and waits 500 ms. `showCommand` is an SW_ value; 0
-/// becomes 1 in the caller's variable too. With a switch the target becomes the command line that is
-/// started. Returns "OK" when the last call to the shell succeeded, else "".
+/// becomes 1, in the caller's variable too. With a switch, `target` becomes the command line that is started.
+/// Returns "OK" when the last call to the shell succeeded, else "".
 std::string LaunchTarget(std::string& target, bool isGroup, int& showCommand, const std::string& switchText);
 
 }  // namespace m_Funkcije

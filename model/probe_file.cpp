@@ -20,7 +20,7 @@ ProbeFile::ProbeFile(std::string_view name, std::string_view text) : path_(win::
 }
 
 ProbeFile::~ProbeFile() {
-    // What could not be made is somebody else's.
+    // A file that could not be made is somebody else's.
     if (made_) DeleteFileA(path_.c_str());
 }
 

@@ -31,9 +31,9 @@ class Unit {
     static void RemoveSwitch(const std::string& name) { config::RemoveRecord(kSwitches, name); }
     void PutRecord(const std::string& key, const std::string& record) { PutRecord(key, record, record); }
     void PutRecord(const std::string& key, const std::string& record, std::string inTable) {
-        // Before anything is written: a place that cannot be stops the unit.
+        // Done before anything is written: an impossible place stops the unit.
         static_cast<void>(ButtonPlace::Parse(key));
-        // The record of a tab begins and ends with what the user has typed.
+        // A tab's record may begin and end with quotes that the user has typed.
         config::WriteIni(kButtonsSection, key, WithKeptQuotes(record));
         changed_.emplace_back(key, std::move(inTable));
     }
@@ -58,7 +58,7 @@ std::string Unquoted(const std::string& value) {
     return quoted ? value.substr(1, value.size() - 2) : value;
 }
 
-/// The value of a key in full, of which `read` is what a single read gives: one that is too long for that is
+/// The value of a key in full. `read` is what a single read gives; a value that is too long for that is
 /// looked for among its section's entries.
 std::optional<std::string> WholeValue(const char* section, const std::string& key, const std::string& read) {
     // A character of several bytes that did not fit makes what was read a little shorter.
@@ -68,7 +68,7 @@ std::optional<std::string> WholeValue(const char* section, const std::string& ke
     if (!text) return std::nullopt;
     std::vector<std::string> entries = config::SectionEntries(*text);
     const bool cut = config::WasCut(*text);
-    // Nobody knows how the last one goes on.
+    // How the last one goes on cannot be known.
     if (cut) entries.pop_back();
     for (const std::string& entry : entries) {
         if (!win::EqualIgnoringCase(win::Before(entry, '='), key)) continue;
@@ -224,7 +224,7 @@ bool ShortcutStore::Follow(const MovedFile& file) {
     const auto known = Target(file.path);
     if (!commandSwitch || !known) return false;
     const bool canBeName = StorableName(file.path) == file.path;
-    // What the path stands for already is another shortcut's business, until the file is there.
+    // A shortcut that already has the path for its name is left alone until the file is there.
     const bool becomesShortcut = canBeName && (file.isThere || known->empty());
     Unit unit(records_);
     if (canBeName) unit.PutRecord(file.place.Key(), ButtonRecord{file.path, file.icon}.Text());

@@ -17,22 +17,23 @@ struct StoredShortcut {
 };
 
 /// The owner of what is stored of shortcuts: the targets in section "Cuts", their command switches in section
-/// "Switch", and, where they change together with these, the records of buttons. Each change is one unit: it
-/// is stored whole and then stands in the table of records too, or nothing has changed and the answer is
-/// false. Names and targets are taken as they are given; see model/storable_name.h for what can be stored.
+/// "Switch", and, where they change together with these, the records of buttons. Each change is one unit:
+/// either it is stored whole and then stands in the table of records too, or nothing has changed and the
+/// answer is false. Names and targets are taken as they are given; see model/storable_name.h for what can be
+/// stored.
 class ShortcutStore {
   public:
     /// The table follows what is stored of buttons; it must outlive this object.
     explicit ShortcutStore(ButtonRecords& records) noexcept : records_(records) {}
 
-    // Looking up. Nothing comes back when the file could not be read, which says nothing of what is in it.
+    // Looking up. No value comes back when the file could not be read, which says nothing about its content.
 
     /// The target of this name, at most its first 554 bytes; "" when there is none.
     static std::optional<std::string> Target(const std::string& name);
 
-    /// The target of this name in full, `read` being what a button or Target has of it: the stored one where
-    /// it is too long to be read at once and begins so, else `read` itself. Nothing either where the whole is
-    /// out of reach, behind what can be read of a section. For whoever writes it back.
+    /// The target of this name in full, for whoever writes it back. `read` is what a button or Target has of
+    /// it; when the stored one begins like that and is too long to be read at once, the stored one is the
+    /// answer, else `read` itself. No value either when the whole lies beyond what can be read of a section.
     static std::optional<std::string> WholeTarget(const std::string& name, const std::string& read);
 
     /// The command switch of this name; "" when there is none.
@@ -76,14 +77,14 @@ class ShortcutStore {
     /// Stores a group under the key of its button.
     bool PutGroup(const ButtonPlace& place, const std::string& members);
 
-    /// What becomes of a shortcut under another name.
+    /// A shortcut that gets another name.
     struct Renaming {
         /// How the buttons' records are written.
         enum class Records : std::uint8_t {
             kLeft,          ///< not at all
             kAfterTarget,   ///< behind the target
             kBeforeTarget,  ///< before the former name goes
-            kAsGroup        ///< before the former name goes, emptied first, and with their icons begun anew
+            kAsGroup        ///< before the former name goes; emptied first, and their icons begin anew
         };
         std::string former;
         std::string name;
@@ -99,23 +100,23 @@ class ShortcutStore {
     /// Removes a target, and frees a button before that. The switch stays.
     bool Remove(const std::string& name, const std::optional<ButtonPlace>& button);
 
-    /// Frees a button together with its shortcut, and with the shortcut's switch where it has one.
+    /// Frees a button and removes its shortcut, with the shortcut's switch where it has one.
     bool RemoveWithButton(const ButtonPlace& place, const std::string& name, bool hasSwitch);
 
     /// A button that is freed while its shortcut stays.
     struct Freeing {
         ButtonPlace place;
-        bool isFree = false;           ///< it is already: only a file that does not say so is written
-        bool hadSwitch = false;        ///< then a switch of the name of free buttons goes
+        bool isFree = false;           ///< it is free already; the file is written only if it does not say so
+        bool hadSwitch = false;        ///< a switch stored under the name of free buttons goes too
         std::string danglingShortcut;  ///< the name of a shortcut that goes as well; "" for none
     };
     /// Frees buttons, all of them or none.
     bool Free(const std::vector<Freeing>& buttons);
 
-    /// Makes a button follow its file: its record gets the path for a name. Where the file has got there, the
+    /// Makes a button follow its file: its record gets the path for a name. Where the file has arrived, the
     /// path becomes a shortcut with the former one's switch, and the former shortcut leads there too. Where
-    /// it has not, the path becomes one that leads to where the file is, unless there is one of that name. A
-    /// path that cannot be a name leaves the record as it is.
+    /// it has not, the path becomes a shortcut that leads to where the file is, unless there is one of that
+    /// name. When the path cannot be a name, the record stays as it is.
     bool Follow(const MovedFile& file);
 
   private:

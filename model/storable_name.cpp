@@ -17,10 +17,10 @@ constexpr char kDelete = 0x7F;
 
 bool IsControl(char character) { return static_cast<unsigned char>(character) < 0x20; }
 
-/// The text's first characters, as many whole ones as fit.
+/// As many whole characters of the text as fit.
 std::string Cut(const std::string& text) {
     if (text.size() <= kLongestName) return text;
-    // Between the bytes of a character a wide text cannot be cut; every unit of it takes at least one byte.
+    // A wide text cannot be cut between the bytes of a character; every unit of it takes at least one byte.
     std::wstring wide = win::ToWide(text.substr(0, kLongestName + 1));
     std::string cut;
     do {

@@ -9,10 +9,10 @@ namespace model {
 /// an icon's index.
 constexpr size_t kLongestName = 540;
 
-/// The name as the configuration file can hold it as a key and a record as a field: without "=", "|" and
-/// control characters, without a leading "[" or ";", without outer blanks, and other than the word that
-/// means a free button, and not longer than a record can be read back. A name that can be stored comes back
-/// unchanged; nothing left gives "".
+/// The name in a form that can be a key of the configuration file and a field of a record: without "=", "|"
+/// and control characters, a leading "[" or ";", and outer blanks, different from the word that means a free
+/// button, and short enough to be read back in a record. A name that can be stored comes back unchanged; ""
+/// when nothing is left.
 std::string StorableName(const std::string& name);
 
 /// The storable name for a target: its file name without extension, else the file name, else the last element
@@ -23,8 +23,8 @@ std::string NameForTarget(const std::string& target);
 /// which a line break would begin a new line there.
 bool IsStorableTarget(const std::string& target);
 
-/// The target as it is stored: a "|" inside a URL would make a group of it, so it is written as URLs write
-/// what has a meaning of its own. Anything else, also a group, comes back unchanged.
+/// The target as it is stored: a "|" inside a URL would make a group of it, so it becomes "%7C". Anything
+/// else, also a group, comes back unchanged.
 std::string StorableTarget(const std::string& target);
 
 /// The text with blanks for its control characters, of which a line break would begin a new line of the file.
@@ -34,8 +34,8 @@ std::string WithoutControls(std::string text);
 /// around a value, so a text that begins and ends with the same quote gets another pair.
 std::string WithKeptQuotes(const std::string& value);
 
-/// The switch as the configuration file must hold it: with its quotes, and with blanks for control
-/// characters.
+/// The switch as the configuration file must hold it: with its quotes doubled where they would be lost, and
+/// with blanks for control characters.
 std::string StorableSwitch(const std::string& commandSwitch);
 
 }  // namespace model

@@ -45,7 +45,7 @@ std::string clsTab::Content() const {
         const std::string record = config::ReadIni(kButtonsSection, place.Key());
         if (record.empty()) continue;
         const std::string name = ButtonRecord::Parse(place, record).name;
-        // Of a shortcut that cannot be read now, at least its name is known.
+        // Of a shortcut that cannot be read now, at least the name can be shown.
         const std::string value = ShortcutStore::Target(name).value_or(name);
         const bool group = value.find('|') != std::string::npos;
         content += std::to_string(slot) + (group ? ". Group: " + name : ". " + value) + "\n";

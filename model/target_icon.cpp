@@ -30,14 +30,14 @@ win::Icon ProgramIcon(const std::string& path, std::int32_t index) {
 }
 
 win::Icon AssociatedIcon(const std::string& path, std::int32_t index) {
-    // The function has room for so many characters, and does not look whether they are enough.
+    // The function has room for this many characters, and does not check whether they are enough.
     if (win::ToWide(path).size() >= MAX_PATH) return {};
-    // The function writes the icon's file into the path it is given.
+    // The function writes the icon's file into the path that it is given, so it gets a copy.
     std::string copy = path;
     copy.resize(4 * MAX_PATH);
     WORD position = static_cast<WORD>(index);
     win::Icon icon = Extracted(ExtractAssociatedIconA(win::ModuleInstance(), copy.data(), &position));
-    // For a target without a picture of its own the answer may be one of this program's.
+    // For a target without an icon of its own the answer may be one of this program's.
     if (win::EqualIgnoringCase(copy.c_str(), win::ProgramPath())) icon.Reset();
     return icon;
 }

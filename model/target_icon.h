@@ -12,8 +12,8 @@ namespace model {
 /// the icon comes from.
 win::Icon TargetIcon(const std::string& target, std::int32_t index);
 
-/// The shell's icon for a file of this kind, by the target's name alone, else the program's own: for a target
-/// that cannot be reached and must not be waited for (SHGetFileInfoA).
+/// The shell's icon for a file of this kind, found by the target's name alone, else the program's own. For a
+/// target that cannot be reached and must not be waited for (SHGetFileInfoA).
 win::Icon IconOfKind(const std::string& target);
 
 }  // namespace model

@@ -37,10 +37,10 @@ class CTextShortcut {
     /// `list` is the drop-down that FillCombo fills; it may be null for every other call.
     explicit CTextShortcut(win::ComboBox* list = nullptr) noexcept : list_(list) {}
 
-    /// Any text, for whoever uses the object; nothing here reads it.
+    /// Any text that the object's user wants to keep with it.
     std::string FileList;
 
-    // The links of the system are none of this class's business.
+    // Shell links are read by sys::ReadLinkTarget; here there is nothing to do.
 
     /// Does nothing.
     void DeleteShortcut() {}
