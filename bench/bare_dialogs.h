@@ -7,8 +7,8 @@
 
 namespace bench {
 
-/// The floors of opening a dialog: the same template and the Windows calls that its content cannot do
-/// without, one after the other. Names are made wide before.
+/// The floors of opening a dialog: the same template and, one after the other, the Windows calls that its
+/// content cannot do without. The names have been made wide before.
 struct BareRow {
     std::wstring name;
     std::wstring target;  ///< empty for a list of single lines

@@ -11,7 +11,7 @@
 namespace bench {
 
 /// The floor of switching tabs: the Windows calls that a switch cannot do without, one after the other, with
-/// nothing between them. Everything that may be prepared is: wide names, brushes, windows.
+/// nothing between them. Everything that can be prepared has been: wide names, brushes, windows.
 class BarePanel {
   public:
     /// Creates the windows on `parent`: two headers and the nine buttons, where the panel has its own.

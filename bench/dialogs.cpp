@@ -137,7 +137,7 @@ void MeasureOrganiser(const Effort& effort, Table& table) {
         table);
 }
 
-/// A copy of the program whose icon comes again and again, until there are so many.
+/// A copy of the program that holds its icon again and again, until it holds so many.
 std::string MakeIconFile(const Scene& scene, const testkit::ProgramFolder& folder) {
     const std::string file = folder.CopyIn(scene.Quon(), "icons.exe");
     HRSRC group =

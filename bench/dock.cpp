@@ -44,7 +44,7 @@ class DockedQuon {
 
     /// From the close button's command until only the strip is left.
     double Dock() {
-        // Away from where the strip will be: the docking itself would begin a hover there.
+        // The pointer goes away from where the strip will be, because docking would begin a hover there.
         testkit::mouse::MoveTo({5, 5});
         const double begin = WallTime();
         panel_.Post(WM_SYSCOMMAND, SC_CLOSE);
@@ -74,7 +74,7 @@ double BareWait() {
     return WallTime() - begin;
 }
 
-/// A window that does at each tick of a timer of its own what it is told.
+/// A window that does what it is told at each tick of a timer of its own.
 class Ticking : public win::Window {
   public:
     Ticking() {
@@ -95,7 +95,7 @@ class Ticking : public win::Window {
     }
 };
 
-/// Processor time in milliseconds that this process uses while it only handles messages.
+/// The processor time in milliseconds that this process uses while it only handles messages.
 double IdleTime(int seconds) {
     const double begin = ProcessorTime();
     const double end = WallTime() + seconds * 1000.0;

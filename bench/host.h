@@ -5,7 +5,7 @@
 
 namespace bench {
 
-/// A window of the panel's size, shown at the screen's top, to put the product's rooms on.
+/// A window of the panel's size, shown at the screen's top, to put parts of the product on.
 class Host : public win::Window {
   public:
     /// `left` in pixels.

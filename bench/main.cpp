@@ -1,4 +1,4 @@
-// Measures Quon beside the floors below which no program of its kind can get, and prints one table.
+// Measures Quon beside floors that no program of its kind can get below, and prints one table.
 //
 //     quon_bench            everything, as the figures in docs/performance.md are made
 //     quon_bench --quick    a short run, to see that all of it works

@@ -30,11 +30,11 @@ double Time(Action&& action) {
     return WallTime() - begin;
 }
 
-/// Processor time that this process has used so far, in milliseconds. Wine counts it in steps of 10 ms, so
-/// only the sum over many runs tells something; for another process it answers with this one's.
+/// The processor time that this process has used so far, in milliseconds. Wine counts it in steps of 10 ms,
+/// so only the sum over many runs means something; asked about another process, it answers with this one's.
 double ProcessorTime();
 
-/// The middle one of the values, of which there must be some.
+/// The middle one of the values; there must be at least one.
 double Median(std::vector<double> values);
 
 /// The smallest of the values: what is left when nothing else kept the machine busy.
@@ -43,7 +43,7 @@ double Fastest(const std::vector<double>& values);
 /// The figures, each beside the floor that was measured in the same run.
 class Table {
   public:
-    /// `aim` says what the figure is to stay below; "" when there is no aim.
+    /// `aim` is what the figure should stay below; "" when there is no aim.
     void Add(std::string what, std::string unit, double figure, double floor, std::string aim);
     /// A figure that has no floor.
     void Add(std::string what, std::string unit, double figure, std::string aim);

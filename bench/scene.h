@@ -22,8 +22,8 @@ struct SceneButton {
 using SceneTab = std::array<SceneButton, model::kButtonCount>;
 
 /// A program folder in which tabs 1 and 2 hold nine buttons each: seven programs, all with icons, and two
-/// files that a program is associated with. Tab 2 holds those of tab 1 backwards under other names, so that
-/// every face changes with the tab.
+/// files that a program is associated with. Tab 2 holds those of tab 1 in reverse order under other names, so
+/// that every face changes with the tab.
 class Scene {
   public:
     Scene();

@@ -41,7 +41,7 @@ void FillBare(HWND list, const std::vector<std::wstring>& names) {
     SendMessageW(list, WM_SETREDRAW, TRUE, 0);
 }
 
-/// Types a character into the box, until what comes of it is on the screen; the time in milliseconds.
+/// The milliseconds from typing a character into the box until its effect is on the screen.
 double TimeKey(app::ShortcutBox& box, char key) {
     const HWND edit = box.List().Edit();
     return Time([&] {
@@ -58,7 +58,7 @@ double TimeKey(app::ShortcutBox& box, char key) {
     });
 }
 
-/// Types a text from an empty box on.
+/// Types a text into the empty box.
 void Type(app::ShortcutBox& box, const std::string& text, std::vector<double>& times) {
     box.List().SetText("");
     for (const char key : text)
@@ -100,7 +100,7 @@ void MeasureShortcutList(const Effort& effort, Table& table) {
     table.Add("filling the drop-down with " + size + ", fastest", "ms", Fastest(quonTimes),
               Fastest(bareTimes), "");
 
-    // The last name is found behind all others, and the other text in none of them.
+    // The last name is found after all others have been searched, the other text in none of them.
     const std::string& last = items.at(items.size() - 2);
     std::vector<double> keys;
     for (int round = 0; round < effort.typedNames; ++round) {

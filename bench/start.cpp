@@ -16,7 +16,7 @@ namespace {
 constexpr double kPatience = 60000;
 constexpr double kStill = 2000;
 
-/// A program together with what the screen shows when it stands there painted.
+/// A program together with what the screen shows once it is painted.
 struct Subject {
     explicit Subject(std::string program) : path(std::move(program)) {}
 
@@ -62,14 +62,14 @@ void StartOnce(Subject& subject) {
 }  // namespace
 
 void MeasureStart(const Scene& scene, const Effort& effort, Table& table) {
-    // The pointer over the panel would bring the hover picture.
+    // The pointer over the panel would bring up the hover picture.
     SetCursorPos(0, 0);
     Subject quon(scene.Quon());
     Subject floor(scene.Floor());
     TakePicture(quon);
     TakePicture(floor);
     for (int start = 0; start < effort.starts; ++start) {
-        // The end of the run before has written its settings.
+        // The run before has written its settings when it ended.
         scene.AgeIni();
         StartOnce(quon);
         StartOnce(floor);

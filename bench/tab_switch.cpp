@@ -14,7 +14,7 @@
 namespace bench {
 namespace {
 
-/// The product's rooms that take part in a switch, joined as the main window joins them.
+/// The parts of the product that take part in a switch, joined as the main window joins them.
 class QuonPanel {
   public:
     explicit QuonPanel(HWND parent) {

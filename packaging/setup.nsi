@@ -170,7 +170,8 @@ Section "Uninstall"
         Delete "$INSTDIR\Quon.ini.before-write"
         keep:
     ${EndIf}
-    ; What nothing ever reads. A whole copy by version 2.0.1 is what the user stored, if that was killed.
+    ; Files that nothing ever reads. The copy that version 2.0.1 made (Quon.ini.before-write) is none of them:
+    ; where that version was killed, it is what the user stored.
     Delete "$INSTDIR\Quon.ini.copying"
     Delete "$INSTDIR\Quon.ini.unit-1"
     Delete "$INSTDIR\Quon.ini.unit-2"

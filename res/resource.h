@@ -21,13 +21,13 @@
 #define IDD_ICON_CHOOSER 900
 
 // Main window
-#define IDC_TAB_HEADER 100  // + tab number, 1 to 6
+#define IDC_TAB_HEADER 100  // b1, + tab number, 1 to 6
 #define IDC_BUTTON_CONTAINER 200
-#define IDC_BUTTON 200  // + button number, 1 to 9
+#define IDC_BUTTON 200  // pb1, + button number, 1 to 9
 #define IDC_HOVER_PICTURE 210
-#define IDC_RENAME 220
-#define IDC_SHORTCUTS 230
-#define IDC_IMAGE_BUTTON 240  // + index, 0 to 3
+#define IDC_RENAME 220        // t1
+#define IDC_SHORTCUTS 230     // cMain
+#define IDC_IMAGE_BUTTON 240  // iBut, + index, 0 to 3
 
 // The controls of the dialogs: the form, then the control. Of an array of controls this is its first one; the
 // forms' headers tell what each is.
