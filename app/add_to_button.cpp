@@ -15,13 +15,13 @@
 namespace app {
 namespace {
 
-/// What a button holds, wherever it is.
+/// What a button holds, whichever tab it is on.
 struct Held {
     std::string name;
     std::string target;  ///< "" where it could not be read
 };
 
-/// Nothing for a free button.
+/// No value for a free button.
 std::optional<Held> HeldAt(PanelState& state, const model::ButtonPlace& place) {
     if (const auto* button = state.ShownAt(place)) {
         if (button->IsFree()) return std::nullopt;
@@ -33,15 +33,15 @@ std::optional<Held> HeldAt(PanelState& state, const model::ButtonPlace& place) {
     return Held{name, model::ShortcutStore::Target(name).value_or("")};
 }
 
-/// A shortcut on its way to a button; becomes a group by the user's answer.
+/// A shortcut on its way to a button; the user's answer may make it a group.
 struct Addition {
     std::string& target;
     std::string& name;
     bool group = false;
 };
 
-/// Adds the target to what the button holds by now. False when that cannot be read, or grows longer than can
-/// be read back.
+/// Adds the target to what the button holds by now. False when that cannot be read, or becomes too long to be
+/// read back.
 bool JoinGroup(PanelState& state, const model::ButtonPlace& place, const std::string& typedName,
                Addition& addition) {
     const Held held = HeldAt(state, place).value_or(Held{});
@@ -70,7 +70,7 @@ bool AskReplaceOrGroup(PanelState& state, const model::ButtonPlace& place, Addit
     return false;
 }
 
-/// Stores a shortcut on a button, and frees the one that it comes from.
+/// Stores a shortcut on a button, and frees the button that it comes from.
 bool StoreOnButton(PanelState& state, const model::ButtonPlace& place, const Addition& addition,
                    const std::string& commandSwitch, const std::optional<model::ButtonPlace>& source) {
     if (!state.Store().Assign(
@@ -144,7 +144,7 @@ void MoveToButton(PanelState& state, int index, const DragSource& source) {
     std::string name = source.Naziv;
     Addition addition{target, name};
     if (place != from && !AskReplaceOrGroup(state, place, addition)) return;
-    // While the question was open, something else may have come onto the source.
+    // While the question was open, something else may have been put onto the source.
     if (state.Context.Records.At(source.Key) == record)
         StoreOnButton(state, place, addition, source.Switch, from);
 }

@@ -8,35 +8,35 @@
 
 namespace app {
 
-/// True for a URL and for an existing path, also where it cannot be stored.
+/// True for a URL and for an existing path, even if it cannot be stored.
 bool CanBeOpened(const std::string& target);
 
-/// Puts a target under a name on a button; on a used one it asks whether to replace the shortcut or to create
-/// a group, which may change target and name. Returns false when the question was cancelled, and when it
-/// could not be stored, which the user is told.
+/// Puts a target under a name on a button. On a used one it asks whether to replace the shortcut or to create
+/// a group, which may change target and name. Returns false when the question was cancelled, or when it could
+/// not be stored, which the user is told.
 bool AddToButton(PanelState& state, const model::ButtonPlace& place, std::string& target, std::string& name,
                  std::string& commandSwitch);
 
-/// What a drop stands for.
+/// The shortcut that a drop stands for.
 struct DroppedShortcut {
     std::string target;
     std::string name;
     std::string commandSwitch;
-    bool switchTooLong = false;  ///< there was one that could not be read back whole; it is left out
+    bool switchTooLong = false;  ///< there was a switch too long to be read back; it is left out
 };
 
 /// The shortcut that dropped data makes: text is a target itself, a file may be a link to one. Target or name
-/// is "" when nothing can be made of it.
+/// is "" when the data make no shortcut.
 DroppedShortcut ShortcutFromDrop(const sys::DroppedData& data);
 
-/// Says that a switch was left out because it is too long, where it was.
+/// Tells the user if a switch was left out because it is too long.
 void TellOfSwitch(const DroppedShortcut& shortcut);
 
 /// A drop on button `index` of the shown tab: adds it, or says that it could not be made.
 void DropOnButton(PanelState& state, int index, const sys::DroppedData& data);
 
 /// A button was carried to button `index` of the shown tab: frees the source and fills the target, both or
-/// none.
+/// neither.
 void MoveToButton(PanelState& state, int index, const DragSource& source);
 
 }  // namespace app

@@ -23,7 +23,7 @@
 namespace app {
 namespace {
 
-/// A shortcut's name from a piece of its target; another piece where that one makes no name.
+/// A shortcut's name from a piece of its target, or from another piece if that one makes no name.
 std::string NameFrom(const std::string& target, sys::PathPartCode part) {
     std::string name = model::StorableName(sys::PathPart(target, part));
     return name.empty() ? model::NameForTarget(target) : name;
@@ -33,12 +33,12 @@ std::string Inside(const std::string& folder, const std::string& name) {
     return folder.ends_with('\\') ? folder + name : folder + "\\" + name;
 }
 
-/// The extension of a file's own name: that of its folder's name does not count.
+/// The extension of a file's own name; a "." in its folder's name does not count.
 std::string FileExtension(const std::string& path) {
     return sys::PathPart(sys::PathPart(path, sys::kFileName), sys::kExtension);
 }
 
-/// What a file can be called by a typed text: Windows drops the dots and blanks that end a name.
+/// The name that a file can get from a typed text: Windows drops the dots and blanks at a name's end.
 std::string FileNameFrom(const std::string& typed) {
     const size_t last = typed.find_last_not_of(". ");
     return last == std::string::npos ? std::string() : typed.substr(0, last + 1);
@@ -52,7 +52,7 @@ bool CanBeFileName(const std::string& name) {
     });
 }
 
-/// Asks by a window of the system, out of whose way the panel goes.
+/// Asks by a window of the system; the panel keeps out of its way.
 template <class Question>
 auto Ask(Question question) {
     const win::InputPause pause;
@@ -68,8 +68,8 @@ bool IsFound(sys::TargetKind kind) {
     return kind == sys::TargetKind::kFile || kind == sys::TargetKind::kFolder;
 }
 
-/// Whether a file has got from one path to another, as far as can be seen; `done` is what the shell says. It
-/// also says so when the user would not have a file overwritten: then both are there.
+/// Whether a file has got from one path to another, as far as can be seen. `done` is what the shell says; it
+/// reports success also when the user did not let a file be overwritten, and then both files are there.
 bool HasMoved(const std::string& from, const std::string& to, bool done) {
     using sys::TargetKind;
     const TargetKind there = sys::LookAtTarget(to).kind;
@@ -77,7 +77,8 @@ bool HasMoved(const std::string& from, const std::string& to, bool done) {
     if (win::EqualIgnoringCase(from, to)) return done;
     const TargetKind left = sys::LookAtTarget(from).kind;
     if (IsFound(left)) return false;
-    // Of a place that does not answer the shell knows more; of a file that is gone from where it was, nobody.
+    // About a place that does not answer, the shell knows more. If the file is gone from its old place,
+    // nothing more can be known.
     return done || (IsFound(there) && left == TargetKind::kMissing);
 }
 
@@ -146,7 +147,7 @@ void ButtonCommands::Free() {
     model::CButtonShortcut& button = state_.Current();
     if (button.IsFree()) return;
     const std::string name = button.Naziv;
-    // Of a button that could not be read nobody knows whether there is a switch.
+    // Whether a button that could not be read has a switch is not known.
     const bool hasSwitch = !button.Switch.empty() || button.IsUnread();
     if (!state_.Store().RemoveWithButton(place, name, hasSwitch)) return;
     button.BecomeFree(false);
@@ -255,7 +256,7 @@ void ButtonCommands::RenameFile(const File& file) {
     TellResult(result);
 }
 
-/// The button follows its file, whatever the shell says; the shortcut does where the file has got there.
+/// The button follows its file whatever the shell says; the shortcut follows if the file has arrived.
 void ButtonCommands::PointTo(const File& file, const std::string& path, bool done) {
     // Something else may have been put onto the button meanwhile.
     if (state_.Context.Records.At(file.place.Key()) != file.record) return;
@@ -265,7 +266,7 @@ void ButtonCommands::PointTo(const File& file, const std::string& path, bool don
     state_.TipButton = 0;
     auto* button = state_.ShownAt(file.place);
     if (button != nullptr && (stored || isThere)) button->FilePath = path;
-    // A button whose file stayed where it was must not be renamed or carried on with the path that is none.
+    // A button whose file stayed where it was must not be renamed or carried on with a path where nothing is.
     if (stored && (isThere || sys::LookAtTarget(file.path).kind != sys::TargetKind::kMissing))
         state_.ShowChanged({file.name, path}, file.place);
 }

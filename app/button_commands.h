@@ -36,10 +36,10 @@ class ButtonCommands {
     /// Takes the main window.
     void Attach(HWND owner) noexcept { owner_ = owner; }
 
-    /// A command of `mnuButton`; separators and the entries of submenus do nothing.
+    /// Carries out a command of `mnuButton`; separators and the entries of submenus do nothing.
     void Run(int command);
 
-    /// A command of `mnuButB`, with a note on how it went; nothing happens to a button without a target.
+    /// Carries out a command of `mnuButB` and says how it went; nothing happens to a button without a target.
     void RunFileCommand(int command);
 
     /// Adds a running program to the button by its path; "" does nothing.

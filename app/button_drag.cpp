@@ -8,7 +8,7 @@
 namespace app {
 namespace {
 
-/// Where the pointer was at the message that is handled; on a busy machine it has gone on since.
+/// Where the pointer was at the time of the handled message; on a busy machine it has moved on since.
 POINT MessagePlace() noexcept {
     const DWORD place = GetMessagePos();
     return {GET_X_LPARAM(place), GET_Y_LPARAM(place)};

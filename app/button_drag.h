@@ -30,16 +30,16 @@ class ButtonDrag {
     ButtonDrag(PanelState& state, ButtonPanel& buttons, TabStrip& tabs) noexcept
         : state_(state), buttons_(buttons), tabs_(tabs) {}
 
-    /// Gets ready to move the current button; nothing happens on a free one.
+    /// Gets ready to move the current button; does nothing on a free one.
     void Begin();
 
-    /// True from a press that may become a move to its end.
+    /// True from a press that may become a move until that ends.
     [[nodiscard]] bool Ready() const noexcept { return stage_ != Stage::kNone; }
 
     /// True while a button is carried.
     [[nodiscard]] bool Active() const noexcept { return stage_ == Stage::kCarrying; }
 
-    /// The pointer moves while the button is carried: a header that it enters shows its tab.
+    /// The pointer moves while the button is carried: entering a header shows its tab.
     void OnMove();
 
     /// The mouse button is released: the move ends on the button under the pointer, or nowhere. False when
@@ -49,7 +49,7 @@ class ButtonDrag {
     /// Ends the move without a change.
     void Cancel() noexcept;
 
-    /// Gets the target button (1 to 9) and what was carried there.
+    /// Called with the target button (1 to 9) and what was carried there.
     std::function<void(int, const DragSource&)> onDrop;
 
   private:

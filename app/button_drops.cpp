@@ -26,7 +26,7 @@ void ButtonDrops::Detach() noexcept {
 }
 
 void ButtonDrops::Act() {
-    // Taken out first: the questions let further drops come in.
+    // Taken out first, because the questions let further drops come in.
     for (const auto& [index, data] : std::exchange(waiting_, {}))
         DropOnButton(state_, index, data);
 }

@@ -49,7 +49,7 @@ void ButtonMouse::AttachTo(win::PictureBox& picture, int index) {
 }
 
 void ButtonMouse::AttachHoverPicture() {
-    // The mark covers a corner of its button: what is done to it is meant for the button.
+    // The mark covers a corner of its button, so what is done to it is meant for the button.
     win::PictureBox& hover = buttons_.HoverPicture();
     hover.onMouseMove = [this, &hover](const win::PictureBox::Mouse&) {
         drag_.OnMove();
@@ -91,7 +91,7 @@ void ButtonMouse::MouseUp(const win::PictureBox::Mouse& mouse) {
 
 void ButtonMouse::OpenMenu(POINT at) {
     menu_.PopUp(at);
-    // Nobody tells when the pointer leaves while a menu is open.
+    // No message tells that the pointer leaves while a menu is open.
     buttons_.HideHoverOutside();
 }
 
@@ -143,7 +143,7 @@ void ButtonMouse::EditSwitch() {
     state_.RefreshNamed({name}, place);
 }
 
-/// Asks for the switch of a shortcut, with the one that is shown. False where the answer could not be stored;
+/// Asks for the switch of a shortcut, starting with the shown one. False when the answer could not be stored;
 /// what was typed is shown from then on.
 bool ButtonMouse::AskSwitch(const std::string& name, std::string& shown) {
     const std::string answer = dialogs::ShowMessage("Please enter command switch for this file:", 3, "Cancel",

@@ -15,7 +15,7 @@ struct TipText {
     std::string text;
 };
 
-/// What the tip of a button says while these modifier keys are held.
+/// The tip of a button while these modifier keys are held.
 TipText ButtonTipText(const model::CButtonShortcut& button, win::ShiftState shift);
 
 /// The tip of the hovered button; its parent control is the hover picture.

@@ -10,8 +10,8 @@
 
 namespace app {
 
-/// Makes one window a target of drag and drop. The drop is only read here; `onDrop` must not keep the
-/// program that it came from waiting.
+/// Makes one window a target of drag and drop. The drop is only read here; `onDrop` must not keep waiting the
+/// program that the drop comes from.
 class DropTarget : public IDropTarget {
   public:
     DropTarget() = default;

@@ -15,8 +15,8 @@ struct KeyCombination {
     bool operator==(const KeyCombination&) const = default;
 };
 
-/// The combination of a hot-key control's word (HKM_GETHOTKEY). None without a key, and none without CTRL or
-/// ALT: such a key would be lost for typing everywhere.
+/// The combination of a hot-key control's word (HKM_GETHOTKEY). No value without a key, and none without CTRL
+/// or ALT, because such a key would be lost for typing everywhere.
 std::optional<KeyCombination> CombinationOf(std::uint16_t word);
 
 /// The key combination that reaches the main window from wherever the user is (RegisterHotKey).
@@ -25,8 +25,8 @@ class HotKey {
     /// Takes the window that gets WM_HOTKEY.
     void Attach(HWND window) noexcept { window_ = window; }
 
-    /// Makes a hot-key control's word the combination in the place of the former one; one that is no
-    /// combination leaves none. False when another program has it: then the former one stays.
+    /// Replaces the combination by that of a hot-key control's word; a word that is no combination leaves
+    /// none. False when another program has it: then the former one stays.
     bool Set(std::uint16_t word);
 
     /// True when a WM_HOTKEY with this identifier (its wParam) is meant.

@@ -44,7 +44,7 @@ int RunMessageLoop(app::Glavni& glavni) {
 int RunQuon() {
     win::KeepDriveErrorsQuiet();
     const win::KernelObject instance(CreateMutexW(nullptr, FALSE, InstanceName().c_str()));
-    // Without a mutex it is another user's or an elevated instance that holds the name.
+    // Without a mutex, an instance of another user or an elevated one holds the name.
     if (GetLastError() == ERROR_ALREADY_EXISTS || !instance) return 0;
     const win::OleThread ole;
     win::SetErrorReporter(&ReportError);

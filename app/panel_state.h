@@ -43,7 +43,7 @@ struct PanelState {
     /// The button at a place, while its tab is shown; null while it is not.
     model::CButtonShortcut* ShownAt(const model::ButtonPlace& place);
 
-    /// What changes what is stored; the table of records follows.
+    /// The store through which everything is changed; the table of records follows it.
     model::ShortcutStore Store() noexcept { return model::ShortcutStore(Context.Records); }
 
     /// Makes a button follow its file (ShortcutStore::Follow). False where that could not be stored: it is
@@ -53,12 +53,12 @@ struct PanelState {
     /// Tries to store what Follow could not.
     void StoreMoved();
 
-    /// Reloads and repaints the shown buttons that carry one of these shortcuts, in whatever case, and the
-    /// one at `place` whatever it carries.
+    /// Reloads and repaints the shown buttons that carry one of these shortcuts, ignoring case, and the one
+    /// at `place` whatever it carries.
     void RefreshNamed(const std::vector<std::string>& names,
                       const std::optional<model::ButtonPlace>& place = std::nullopt);
 
-    /// The same when a shortcut was made, replaced, renamed or freed: the drop-down is filled anew, too.
+    /// The same when a shortcut was made, replaced, renamed or freed; fills the drop-down anew, too.
     void ShowChanged(const std::vector<std::string>& names,
                      const std::optional<model::ButtonPlace>& place = std::nullopt);
 

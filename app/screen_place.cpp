@@ -5,8 +5,7 @@
 namespace app {
 namespace {
 
-/// How much of a caption it takes to put the pointer onto it, in pixels; the close button is no place to
-/// drag.
+/// How much of a caption must show for the pointer to drag it, in pixels; the close button does not count.
 constexpr int kGripWidth = 64;
 
 /// A tool window's caption with the frame above it, in pixels.

@@ -12,15 +12,15 @@ namespace app {
 /// The screen edges by their stored numbers; any other number is no edge.
 enum Edge : std::int32_t { kLeftEdge = 1, kTopEdge = 2, kRightEdge = 3, kBottomEdge = 4 };
 
-/// How much of a docked window is to be seen, in pixels.
+/// How much of a docked window can be seen, in pixels.
 constexpr int kStripPixels = 4;
 
-/// Where the docked window stands, in twips: all but a strip of 4 pixels is off the screen.
-/// No value for a number that is no edge. Sizes in twips.
+/// The place of a docked window in twips: all but a strip of 4 pixels is off the screen. No value for a
+/// number that is no edge. Sizes in twips.
 std::optional<win::Twips> DockedPosition(std::int32_t edge, win::Twips window, win::Twips screen,
                                          win::TwipsPerPixel twips);
 
-/// Where the window stands in the middle of the screen, in twips.
+/// The place of a window in the middle of the screen, in twips.
 win::Twips CentredPosition(win::Twips window, win::Twips screen);
 
 /// The strip of a docked window, in pixels from the window's own top left; all of it for a number that is no
@@ -31,17 +31,17 @@ RECT StripOf(std::int32_t edge, int width, int height);
 /// of the screen; the caption is the window's uppermost `captionHeight` pixels.
 bool CaptionInReach(const RECT& window, int captionHeight, const RECT& area);
 
-/// The place nearest to a window's own where an area shows all of it; where it is larger than the area, its
-/// top left is shown. In pixels.
+/// The place nearest to a window's own at which an area shows all of it, or its top left if it is larger than
+/// the area. In pixels.
 POINT PulledInto(const RECT& window, const RECT& area);
 
 /// Whether any monitor shows enough of the caption of a window of ours at this place (MonitorFromRect).
 bool IsInReach(const RECT& window);
 
-/// The same, what the taskbar covers being left out.
+/// The same, not counting what the taskbar covers.
 bool IsInReachBesideTaskbar(const RECT& window);
 
-/// Where all of a window of ours can be seen on the monitor nearest to it.
+/// The place at which all of a window of ours can be seen on the monitor nearest to it.
 POINT PlaceInReach(const RECT& window);
 
 }  // namespace app

@@ -44,7 +44,7 @@ void Glavni::Load() {
     sys::clsShell::ListShellFolders(menus_.mnuShell);
     model::FindDefaultBrowser();
     config::LoadMainSettings();
-    // Showing the tab frees buttons in the file: whatever would stop the load has to stop it before.
+    // Showing the tab frees buttons in the file, so whatever would stop the load has to stop it before.
     config::CheckPopUpSettings();
     ShowStoredTab();
     config::LoadPopUpSettings();
@@ -53,15 +53,15 @@ void Glavni::Load() {
     if (!tray_.AddTrayIcon(Handle(), icon_)) SetTimer(Handle(), kTrayTimer, kTrayInterval, nullptr);
     menus_.AddCompanionPrograms();
     ShowFirst();
-    // The panel stands there painted before the rest, which nobody sees and OLE takes its time for.
+    // The panel is painted before the rest is done, which nobody sees and for which OLE takes its time.
     RedrawWindow(Handle(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
     drops_.Attach(Handle());
     shortcuts_.Attach(Handle());
-    // Only asked for: whether there is a taskbar changes nothing here.
+    // The taskbar is only looked up; whether there is one makes no difference.
     FindWindowA("Shell_traywnd", nullptr);
-    // The list was filled before it was known whether collected applications belong to it.
+    // The list was filled when it was not yet known whether collected applications belong to it.
     if (config::Settings.ShowCollected) shortcuts_.Refill();
-    // That another program has the keys is told where they are chosen.
+    // If another program has the keys, the user is told where they are chosen.
     config::LoadHotKey();
     hotKey_.Set(config::Settings.HotKey);
 }
@@ -93,8 +93,8 @@ void Glavni::ShowFirst() {
         dock_.ShowQuon(false, true);
     else
         dock_.ShowQuon(true, false);
-    // ShowWindow would make of its first call what the program's starter asks for: minimised, maximised or
-    // not shown at all. Docked the window must not take the focus from what the user is doing.
+    // The first call of ShowWindow would do what the program's starter asks for: show the window minimised,
+    // maximised or not at all. A docked window must not take the focus from what the user is doing.
     const UINT quietly = dock_.Hidden() ? SWP_NOACTIVATE | SWP_NOZORDER : 0;
     SetWindowPos(Handle(), HWND_TOP, 0, 0, 0, 0, SWP_SHOWWINDOW | SWP_NOMOVE | SWP_NOSIZE | quietly);
 }
@@ -116,7 +116,7 @@ void Glavni::OnTimer(WPARAM timer) {
 
 void Glavni::OnScreenChange() {
     dock_.FollowScreen();
-    // Windows moves windows by itself after it has told them, and the taskbar takes its time.
+    // Windows moves windows by itself after this message, and the taskbar takes its time.
     SetTimer(Handle(), kScreenTimer, kScreenInterval, nullptr);
 }
 
@@ -129,13 +129,14 @@ void Glavni::CloseRequest(UnloadMode mode) {
     }
     const bool begins = !win::IsEnding();
     Unload();
-    // What does not let itself be cancelled may leave no other way than to end the process.
+    // If something cannot be cancelled, ending the process may be the only way left, so the settings are
+    // saved now.
     if (begins && win::IsEnding() && mode != UnloadMode::kSession) config::SaveSettings();
 }
 
 void Glavni::EndSession() {
     CloseRequest(UnloadMode::kSession);
-    // Nothing after this is sure to run, so nothing that is open is waited for.
+    // Nothing after this is certain to run, so nothing that is open is waited for.
     SaveAtEnd();
 }
 
@@ -144,9 +145,9 @@ void Glavni::Unload() {
         UnloadNow();
         return;
     }
-    // A menu, a dialog or a question is open, and what called it still works on the window; the end of the
-    // message loop, moreover, would answer the shell's questions with "Yes". So it is cancelled, and the
-    // window goes once that has come back.
+    // A menu, a dialog or a question is open, and its caller still works on the window; besides, ending the
+    // message loop would answer the shell's questions with "Yes". So it is cancelled, and the window goes
+    // once its caller has returned.
     win::SetEnding(true);
     dock_.AbandonHover();
     win::CancelModalWindows();
@@ -163,7 +164,7 @@ void Glavni::SaveAtEnd() {
     if (unloaded_) return;
     unloaded_ = true;
     tray_.RemoveTrayIcon();
-    // Nobody works with the window any more: a file that is held is waited for, or the settings are lost.
+    // Nobody uses the window any more, so a held file is waited for longer: else the settings would be lost.
     constexpr DWORD kEndPatience = 3000;  // milliseconds
     const config::LongPatience patience(kEndPatience);
     state_.StoreMoved();

@@ -30,7 +30,7 @@ void PlaceInCaptionGap(HWND label, HWND box, int mark) {
         const win::WindowDc dc(label);
         // NOLINTNEXTLINE(performance-no-int-to-ptr): a message's answer is the font's handle.
         const win::Selection font(dc.Get(), reinterpret_cast<HFONT>(SendMessageW(label, WM_GETFONT, 0, 0)));
-        // Windows sets a mark and its caption apart by half a digit.
+        // Windows leaves half the width of a digit between a mark and its caption.
         const int start = labelPlace.left + mark + (mark == 0 ? 0 : win::TextWidth(dc.Get(), "0") / 2);
         const int blank = win::TextWidth(dc.Get(), " ");
         place.left = start + win::TextWidth(dc.Get(), caption.substr(0, gapStart)) + blank;

@@ -17,11 +17,11 @@ namespace {
 
 constexpr size_t kLongestLabel = 7;  // characters
 
-/// The label as the box would have let it be typed: another program is not held to the box's limit, and a
-/// label longer than what is read back would leave a record that ends the next start.
+/// The label as far as the box would have let it be typed. Another program is not bound by the box's limit,
+/// and a label too long to be read back would leave a record that ends the next start.
 std::string LimitedLabel(const std::string& typed) {
     std::wstring label = win::ToWide(typed).substr(0, kLongestLabel);
-    // Half of a character that takes two units is none.
+    // Half of a character that takes two units is no character.
     if (!label.empty() && IS_HIGH_SURROGATE(label.back())) label.pop_back();
     return win::ToBytes(label);
 }
@@ -31,7 +31,7 @@ std::string LimitedLabel(const std::string& typed) {
 void frmTabPrep::Open() { ShowModal(win::ModalOwner(), IDD_DEFINE_TAB); }
 
 bool frmTabPrep::OnInit() {
-    // Before a tip exists: a window that has topmost windows of its own may not become one itself.
+    // Done before a tip exists: a window that owns topmost windows may not become topmost itself.
     win::SetTopmost(true, Handle());
     PlaceInCaptionGap(Item(Label1 + 1), Item(Text1 + kLabel), 0);
     SendMessageW(Item(Text1 + kLabel), EM_LIMITTEXT, kLongestLabel, 0);
@@ -54,7 +54,7 @@ bool frmTabPrep::OnCommand(int id, int notification) {
 }
 
 INT_PTR frmTabPrep::OnMessage(UINT message, WPARAM wParam, LPARAM /*lParam*/) {
-    // Comes to the dialog for each of its controls, before the move itself does.
+    // The dialog gets this for each of its controls, before the mouse move itself.
     if (message == WM_SETCURSOR) {
         // NOLINTNEXTLINE(performance-no-int-to-ptr): Windows passes a window there.
         const HWND window = reinterpret_cast<HWND>(wParam);
@@ -77,7 +77,7 @@ void frmTabPrep::Apply() {
     const std::string record = model::WithoutControls(LimitedLabel(win::WindowText(Item(Text1 + kLabel))) +
                                                       "|" + win::WindowText(Item(Text1 + kDescription)));
     if (!model::ShortcutStore(host_.Context().Records).PutRecord({tab_, 0}, record)) {
-        // What was typed stays, to be applied again.
+        // What was typed stays and can be applied again.
         MessageBeep(MB_ICONWARNING);
         return;
     }

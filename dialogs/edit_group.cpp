@@ -51,7 +51,7 @@ bool frmEditB::PrepareWindow(const std::string& groupName) {
 void frmEditB::Show(HWND owner) { ShowModal(owner, IDD_EDIT_GROUP); }
 
 bool frmEditB::OnInit() {
-    // Before the tip exists: a window that has topmost windows of its own may not become one itself.
+    // Done before the tip exists: a window that owns topmost windows may not become topmost itself.
     win::SetTopmost(true, Handle());
     list_.CreateOn(Item(pFrame), Item(Scr), pBasket);
     list_.onDelete = [this] { DeleteItem(); };

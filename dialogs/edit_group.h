@@ -16,8 +16,8 @@ namespace dialogs {
 /// The editor of a group: a named list of files, folders and URLs.
 class frmEditB : public win::Dialog {
   public:
-    /// Its controls. The rows of the list are painted: see RowList. What could be a Frame1 around the list is
-    /// the edge of pFrame itself.
+    /// Its controls. The rows of the list are painted: see RowList. The edge of pFrame serves as the frame
+    /// around the list, so there is no Frame1.
     enum Control {
         t1 = frmEditB_t1,            ///< + kName: the name's box
         l1 = frmEditB_l1,            ///< its label; + kExists: the warning
@@ -36,11 +36,11 @@ class frmEditB : public win::Dialog {
     static constexpr int kAddUrl = 4;
     static constexpr int kDeleteItem = 5;
 
-    /// The table of `context` follows when a button's record does.
+    /// The table of `context` follows each change of a button's record.
     explicit frmEditB(model::ButtonContext& context);
 
-    /// Takes a group, or a single shortcut to make one of, by its name. False, and nothing to be shown, when
-    /// it could not be read.
+    /// Takes a group, or a single shortcut to make a group of, by its name. False when it could not be read;
+    /// the editor must not be shown then.
     bool PrepareWindow(const std::string& groupName);
 
     /// Shows the editor above all windows until it is applied or cancelled.
@@ -72,10 +72,10 @@ class frmEditB : public win::Dialog {
 
     model::ButtonContext& context_;
     std::string OldName;  // the group's when the editor was opened
-    // The longest list that can be stored: what can be read back, or what was there already.
+    // The greatest length of the list in bytes: what can be read back, or what was there already.
     size_t longestItems_ = 0;
     std::string storedName_;
-    /// What the list is filled with when the window is made.
+    /// The members that fill the list when the window is made.
     std::vector<Row> firstItems_;
     ShortcutNameBox name_;
     RowList list_;

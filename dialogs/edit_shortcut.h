@@ -34,11 +34,11 @@ class frmEdit : public win::Dialog {
     static constexpr int kApply = 2;
     static constexpr int kCancel = 3;
 
-    /// The table of `context` follows when a button's record does.
+    /// The table of `context` follows each change of a button's record.
     explicit frmEdit(model::ButtonContext& context) noexcept : context_(context) {}
 
-    /// Takes a shortcut by its name. Of `fileText` the part before the first line feed is its target; both
-    /// boxes get `color` for their background.
+    /// Takes a shortcut by its name. Its target is the part of `fileText` before the first line feed; both
+    /// boxes get `color` as their background.
     void PrepareWindow(const std::string& name, const std::string& fileText, COLORREF color);
 
     /// Shows the editor above all windows until it is applied or cancelled.

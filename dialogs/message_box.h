@@ -13,10 +13,10 @@
 
 namespace dialogs {
 
-/// What the user answered to the last message; cleared by ShowMessage once it is read.
+/// The user's answer to the last message; ShowMessage clears it once it is read.
 extern std::string MessageAnswer;
 
-/// What the user is told when a target cannot become a shortcut.
+/// The message when a target cannot become a shortcut.
 constexpr const char* kCouldNotMake = "Couldn't make this shortcut, sorry.";
 
 /// How many message boxes and options dialogs are open.
@@ -25,7 +25,7 @@ extern std::int16_t OpenDialogCount;
 /// Asks the user with up to three buttons and, when `InBox` is set, one line of input with `sInBox` in it.
 /// Returns the caption of the button pressed, the typed text for "OK" beside an input line and for
 /// "Create group", or "" when the window was closed otherwise. The input line takes at most `inputLimit`
-/// bytes, any number for 0.
+/// bytes; 0 for no limit.
 std::string ShowMessage(const std::string& sMessage, int iButtons, const std::string& sCap1,
                         const std::string& sCap2 = {}, const std::string& sCap3 = {}, bool InBox = false,
                         const std::string& sInBox = {}, size_t inputLimit = 0);
@@ -54,7 +54,7 @@ class frmMsg : public win::Dialog {
                     const std::string& sCap2, const std::string& sCap3, bool InBox,
                     const std::string& sInBox);
 
-    /// The input line takes at most so many bytes, any number for 0; to be called before RetMessage.
+    /// Limits the input line to so many bytes, 0 for no limit; to be called before RetMessage.
     void LimitInput(size_t bytes) noexcept { inputLimit_ = bytes; }
 
     /// Shows the window as the About box.

@@ -12,7 +12,7 @@ struct TwipsRect {
     int height = 0;
 };
 
-/// Where everything of a message stands, in twips from the client area's top left.
+/// The places of all parts of a message, in twips from the client area's top left.
 struct MessageLayout {
     TwipsRect text;
     TwipsRect input;                 ///< empty without an input line

@@ -38,8 +38,8 @@ class frmSettings : public win::Dialog {
 
   private:
     static constexpr int kNoOption = 10;
-    /// The hot key among the controls with a tip: like those of the check boxes, its identifier beyond the
-    /// first.
+    /// The hot key's number among the controls with a tip: as for the check boxes, its identifier less that
+    /// of the first.
     static constexpr int kHotKey = 60;
 
     void ShowSettings();

@@ -21,7 +21,7 @@ class frmCuts : public win::Dialog {
         pFrame = frmCuts_pFrame,      ///< through which the list is seen
         pBasket = frmCuts_pBasket,    ///< the list, which moves inside the frame
         Scr = frmCuts_Scr,            ///< the list's scroll bar
-        Label1 = frmCuts_Label1,      ///< what is said in place of the list
+        Label1 = frmCuts_Label1,      ///< the message in place of the list
         List1 = frmCuts_List1,        ///< a hidden box with the names, for automation
         Line1 = frmCuts_Line1,        ///< above the buttons
     };
@@ -29,16 +29,17 @@ class frmCuts : public win::Dialog {
     static constexpr int kDelete = 1;
     static constexpr int kQuit = 2;
 
-    /// The table of `context` follows when a button's record does.
+    /// The table of `context` follows each change of a button's record.
     explicit frmCuts(model::ButtonContext& context);
 
     /// Shows the organiser above all windows until it is closed.
     void Show(HWND owner);
 
-    /// Builds the list anew from the configuration file, or a little later where that could not be read.
+    /// Builds the list anew from the configuration file; when that cannot be read, tries again a little
+    /// later.
     void ReadShortcuts();
 
-    /// Scrolls by one notch: forward for a rotation toward the user, which is negative, else back.
+    /// Scrolls by one notch: forward for a rotation toward the user (negative), otherwise back.
     void MouseWheel(std::int32_t Keys, std::int32_t Rotation, std::int32_t X, std::int32_t Y);
 
   protected:

@@ -7,7 +7,7 @@
 
 namespace dialogs {
 
-/// What the dialogs need of the main window.
+/// What the dialogs need from the main window.
 class PanelHost {
   public:
     PanelHost() = default;
@@ -20,7 +20,7 @@ class PanelHost {
     /// Brings the panel out, or docks it and keeps it on top by the timer unless bUnTimer is set.
     virtual void ShowQuon(bool bShow, bool bUnTimer) = 0;
 
-    /// Switches the timer that keeps the docked panel on top.
+    /// Switches Timer1, which keeps the docked panel on top.
     virtual void EnableTimer(bool enabled) = 0;
 
     /// Makes the check mark of "Extensive tooltips" follow the setting.
@@ -29,7 +29,7 @@ class PanelHost {
     /// Makes the close button follow the setting.
     virtual void TakeCloseSetting() = 0;
 
-    /// Makes a key combination, as a hot-key control tells it, bring the panel out; 0 for none. False when
+    /// Makes a key combination bring the panel out, given as a hot-key control's word; 0 for none. False when
     /// another program has it: the former one stays then.
     virtual bool TakeHotKey(std::uint16_t word) = 0;
 

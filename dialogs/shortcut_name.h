@@ -34,7 +34,7 @@ class ShortcutNameBox {
     void SelectAll() const;
 
     /// Handles a control's notification: each change of the box is tested, a click on a label selects the
-    /// name. False when it is of another control. The dialog's other boxes call Test themselves.
+    /// name. False when it comes from another control. The dialog's other boxes call Test themselves.
     bool OnCommand(int id, int notification);
 
     /// Tests the name now.

@@ -48,7 +48,7 @@ std::vector<std::string> clsClipboard::GetFiles() {
     std::string buffer(kPathBuffer, ' ');
     for (UINT index = 0; index < files.size(); ++index) {
         DragQueryFileA(list, index, buffer.data(), static_cast<UINT>(buffer.size()));
-        // What a link's target is started with is not part of what was copied.
+        // The arguments of a link are not part of what was copied.
         files[index] = win::Before(ReadLinkTarget(win::Before(buffer, '\0')), '|');
     }
     return files;

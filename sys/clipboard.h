@@ -5,8 +5,8 @@
 
 namespace sys {
 
-/// The clipboard as other programs have left it. It is open only during a call; while another program holds
-/// it open, it reads as empty.
+/// The clipboard with what other programs have put there. It is open only during a call; while another
+/// program holds it open, it reads as empty.
 class clsClipboard {
   public:
     /// The paths of the copied files in their order; a shell link stands for its target (DragQueryFile).

@@ -21,7 +21,8 @@ std::optional<DroppedData> ReadDroppedData(IDataObject* object);
 /// True when the object offers Unicode text or a file list.
 bool OffersDroppableData(IDataObject* object);
 
-/// The wide text in a block of memory in the process code page: up to its NUL, or all of a block without one.
+/// The wide text in a block of memory, converted to the process code page: up to its NUL, or the whole block
+/// without one.
 std::string WideTextIn(HGLOBAL memory);
 
 /// The first line of a text, without its line feed and carriage return.

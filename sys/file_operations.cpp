@@ -19,7 +19,7 @@
 namespace sys {
 namespace {
 
-// In characters, the NUL that ends the name among them: no path of Windows is longer.
+// In characters, including the NUL that ends the name: no path of Windows is longer.
 constexpr DWORD kNameSize = 32768;
 
 /// Puts the current folder of the process back: the pickers change it while the user looks around, and a
@@ -74,7 +74,7 @@ std::string clsBmenu::GetFolder() {
 
 std::string clsBmenu::GetFile() {
     const CurrentFolderKept kept;
-    // The picker takes what is in its buffers for a name to begin with, so they are empty.
+    // The picker begins with the name that it finds in its buffers, so they are empty.
     std::vector<wchar_t> path(kNameSize);
     std::vector<wchar_t> title(kNameSize);
     const std::wstring folder = win::ToWide(win::ProgramRoot());

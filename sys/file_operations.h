@@ -17,7 +17,7 @@ enum FileOperationCode : std::int16_t {
 /// The shell's services for files: their properties, the two pickers, and what can be done with a file.
 class clsBmenu {
   public:
-    /// Opens the shell's properties sheet of a path (ShellExecuteEx). Nothing tells whether it came up.
+    /// Opens the shell's properties sheet of a path (ShellExecuteEx). Whether it came up is not known.
     static void ShowProperties(const std::string& path);
 
     /// Asks for a folder of the file system (SHBrowseForFolderW); "" when the user cancels. The path comes
@@ -29,8 +29,8 @@ class clsBmenu {
 
     /// Copies, moves, renames, recycles or deletes one file or folder (SHFileOperation); `destination` counts
     /// for the first three only. Returns 0 for success, else the shell's error; an unknown code is an error.
-    /// Success does not say that all was done: `aborted` tells whether the user has kept the shell from a
-    /// part of it, such as overwriting a file.
+    /// Success does not mean that all was done: `aborted` says whether the user stopped a part of it, such as
+    /// overwriting a file.
     static int FileOperation(std::int16_t operation, const std::string& source,
                              const std::string& destination, bool* aborted = nullptr);
 };

@@ -24,7 +24,7 @@ std::int32_t LowPart(std::uint64_t parameter) noexcept {
 }
 
 WNDPROC SetProcedure(HWND window, WNDPROC procedure) noexcept {
-    // The wide form: the 8-bit one would make the window one that gets its characters in the code page.
+    // The wide form, because with the 8-bit one the window would get its characters in the code page.
     // NOLINTNEXTLINE(performance-no-int-to-ptr): the procedure that was set before.
     return reinterpret_cast<WNDPROC>(
         SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
@@ -51,7 +51,7 @@ int WheelNotches::Add(std::int32_t rotation, std::uint32_t time) noexcept {
 }
 
 void HookWheel(HWND window, std::function<void(const WheelTurn&)> mouseWheel) {
-    // Hooked twice, a window would have the hook itself for its former procedure.
+    // If a window were hooked twice, its former procedure would be the hook itself.
     UnhookWheel();
     OldWndProc = SetProcedure(window, &WheelWndProc);
     if (OldWndProc == nullptr) return;
@@ -66,7 +66,7 @@ void UnhookWheel() noexcept {
 }
 
 LRESULT CALLBACK WheelWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-    // Taken now: the form may end its hook meanwhile.
+    // Taken now, because the form may end its hook meanwhile.
     const WNDPROC old = OldWndProc;
     if (message == WM_MOUSEWHEEL) {
         win::Guarded(window, false, [&] {

@@ -25,9 +25,9 @@ WheelTurn WheelTurnOf(WPARAM wParam, LPARAM lParam) noexcept;
 /// Adds up what is turned in small steps, as touchpads and fine wheels do.
 class WheelNotches {
   public:
-    /// Takes a rotation (120 a notch) and when it was told (GetMessageTime, milliseconds); returns how many
-    /// notches it completes, negative toward the user. What is left over counts for the next one, unless that
-    /// goes the other way or comes later than a second.
+    /// Takes a rotation (120 a notch) and the time of its message (GetMessageTime, milliseconds); returns how
+    /// many notches it completes, negative toward the user. What is left over counts for the next one, unless
+    /// that goes the other way or comes more than a second later.
     int Add(std::int32_t rotation, std::uint32_t time) noexcept;
 
   private:
@@ -35,14 +35,14 @@ class WheelNotches {
     std::uint32_t lastTime_ = 0;
 };
 
-/// Lets a window tell of each turn of the wheel, by putting WheelWndProc before its own procedure. There is
-/// one hook at a time: another window's ends.
+/// Calls `mouseWheel` for each turn of the wheel over a window, by putting WheelWndProc before the window's
+/// own procedure. There is one hook at a time: that of another window ends.
 void HookWheel(HWND window, std::function<void(const WheelTurn&)> mouseWheel);
 
 /// Puts the window's own procedure back; harmless without a hook.
 void UnhookWheel() noexcept;
 
-/// The procedure of the hooked window: tells of the wheel and passes every message on.
+/// The procedure of the hooked window: reports the wheel and passes every message on.
 LRESULT CALLBACK WheelWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
 
 }  // namespace m_Wheel

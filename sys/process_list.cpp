@@ -15,9 +15,8 @@
 namespace sys {
 namespace {
 
-constexpr UINT kTimeout = 500;      // milliseconds
 constexpr size_t kWindowStep = 20;  // entries
-// No title is longer; a window may claim anything.
+// No title is longer, whatever a window claims.
 constexpr DWORD_PTR kLongestTitle = 0xFFFF;
 constexpr std::string_view kOwnTitles = "Quon";
 
@@ -35,8 +34,8 @@ std::vector<DWORD> ProcessIds() {
     return ids;
 }
 
-/// True for a window that is visible by its style alone: of a suspended Store program, or on another virtual
-/// desktop.
+/// True for a window that is visible by its style only, such as one of a suspended Store program or on
+/// another virtual desktop.
 bool IsCloaked(HWND window) {
     DWORD cloaked = 0;
     return SUCCEEDED(DwmGetWindowAttribute(window, DWMWA_CLOAKED, &cloaked, sizeof cloaked)) && cloaked != 0;
@@ -93,7 +92,7 @@ void clsProcesi::AddWindow(HWND window) {
 bool clsProcesi::ReadTitle(HWND window, std::string& title) const {
     // The wide form, because the 8-bit one may wait for a hung window without an end.
     DWORD_PTR length = 0;
-    if (SendMessageTimeoutW(window, WM_GETTEXTLENGTH, 0, 0, SMTO_ABORTIFHUNG, kTimeout, &length) == 0 ||
+    if (SendMessageTimeoutW(window, WM_GETTEXTLENGTH, 0, 0, SMTO_ABORTIFHUNG, Timeout, &length) == 0 ||
         length == 0)
         return false;
     std::wstring text(std::min(length, kLongestTitle), L'\0');
@@ -101,7 +100,7 @@ bool clsProcesi::ReadTitle(HWND window, std::string& title) const {
     // The text's own NUL is the buffer's last place.
     const LRESULT answered =
         SendMessageTimeoutW(window, WM_GETTEXT, text.size() + 1, reinterpret_cast<LPARAM>(text.data()),
-                            SMTO_ABORTIFHUNG, kTimeout, &copied);
+                            SMTO_ABORTIFHUNG, Timeout, &copied);
     if ((IsWindowVisible(window) == FALSE || IsCloaked(window)) && taskbarOnly_) return false;
     title = win::ToBytes(text.c_str());
     return answered != 0;
@@ -145,7 +144,7 @@ std::string clsProcesi::GetExePath(HWND window) {
 
 std::string clsProcesi::ExePathToolhelp(DWORD process) {
     const win::KernelObject snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
-    // A failed snapshot is no null: its first entry is not there, which ends the same way.
+    // A failed snapshot is INVALID_HANDLE_VALUE, not null: it has no first entry, which ends the same way.
     if (!snapshot) return {};
     PROCESSENTRY32 entry{};
     entry.dwSize = sizeof entry;

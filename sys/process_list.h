@@ -14,7 +14,7 @@ namespace sys {
 /// its caption the bare file name, its tag the full path. Made for one filling of the menu.
 class clsProcesi {
   public:
-    /// A window that was looked at more closely: one of a program, with a title.
+    /// A window of a program, with its title.
     struct WindowEntry {
         HWND handle;
         std::string title;
@@ -53,8 +53,13 @@ class clsProcesi {
     /// A text without its last character.
     static std::string DropLastChar(const std::string& text);
 
-    /// The windows recorded so far; there may be more than elements.
+    /// The windows recorded so far; there may be more of them than elements.
     [[nodiscard]] const std::vector<WindowEntry>& Windows() const noexcept { return windows_; }
+
+    /// The number of windows recorded so far.
+    [[nodiscard]] std::int32_t WindowCount() const noexcept {
+        return static_cast<std::int32_t>(windows_.size());
+    }
 
     /// How many elements were filled.
     [[nodiscard]] std::int16_t MenuCount() const noexcept { return menuCount_; }
@@ -63,6 +68,8 @@ class clsProcesi {
     [[nodiscard]] DWORD LastProcessId() const noexcept { return lastProcessId_; }
 
   private:
+    static constexpr UINT Timeout = 500;  ///< for each question to a window, in milliseconds
+
     [[nodiscard]] bool ReadTitle(HWND window, std::string& title) const;
     void Record(HWND window, const std::string& title);
     [[nodiscard]] bool IsLeftOut(HWND window, const std::string& title) const;

@@ -13,7 +13,7 @@
 namespace sys {
 namespace {
 
-// In characters: no path of Windows is longer, so that none is cut.
+// In characters: no path of Windows is longer, so none is cut.
 constexpr DWORD kPathBuffer = 32768;
 constexpr DWORD kDriveBuffer = 255;
 constexpr DWORD kLabelBuffer = 255;

@@ -10,8 +10,8 @@
 
 namespace sys {
 
-/// The file-system path of an item list that the shell has given, whole, whatever its script and length; ""
-/// when it has none. The list is freed (SHGetPathFromIDListEx).
+/// The whole file-system path of an item list from the shell, whatever its script and length; "" when it has
+/// none. Frees the list (SHGetPathFromIDListEx).
 std::string TakePath(LPITEMIDLIST list);
 
 /// The folders that the shell keeps for the system and the user, and the machine's drives.
@@ -26,7 +26,7 @@ class clsShell {
     /// (SHGetSpecialFolderLocation).
     static std::string GetSpecialfolder(int folder);
 
-    /// What a drive is called in the menu, by its root ("C:\"): its kind, or a fixed disk's label
+    /// The name of a drive in the menu, by its root ("C:\"): its kind, or a fixed disk's label
     /// (GetDriveTypeA).
     static std::string DriveTypeCaption(const std::string& root);
 

@@ -20,8 +20,8 @@ struct Link {
     std::string arguments;
 };
 
-/// The scripting object keeps its texts as bytes, 260 of them at most: what does not fit is cut, what its
-/// code page does not know becomes "?".
+/// The scripting object keeps its texts as bytes, 260 of them at most: it cuts a text that does not fit, and
+/// writes "?" for characters that its code page does not know.
 bool MayBeCut(const std::string& text) {
     constexpr size_t kLongestCharacter = 4;
     return text.size() + kLongestCharacter >= MAX_PATH || text.find('?') != std::string::npos ||

@@ -65,7 +65,7 @@ std::optional<WIN32_FILE_ATTRIBUTE_DATA> Attributes(const std::wstring& path) {
     return data;
 }
 
-/// Errors that speak of the target. All others speak of the way there: the network, the drive, its medium,
+/// Errors that are about the target. All others are about the way there: the network, the drive, its medium,
 /// the right to look.
 bool SaysMissing(DWORD error) {
     static constexpr std::array<DWORD, 8> kMissing{
@@ -74,7 +74,7 @@ bool SaysMissing(DWORD error) {
     return std::find(kMissing.begin(), kMissing.end(), error) != kMissing.end();
 }
 
-/// Errors of a place that did answer.
+/// Errors that come from a place that did answer.
 bool SaysForbidden(DWORD error) {
     static constexpr std::array<DWORD, 6> kForbidden{ERROR_ACCESS_DENIED,         ERROR_SHARING_VIOLATION,
                                                      ERROR_LOCK_VIOLATION,        ERROR_BAD_NET_NAME,
@@ -87,7 +87,7 @@ TargetState StateOf(const WIN32_FILE_ATTRIBUTE_DATA& data) {
     return {TargetKind::kFile, FileSizeText(data), FileTimeText(data)};
 }
 
-/// What to think of a path that Windows does not find. `error` is what it said, 0 for nothing.
+/// The state of a path that Windows does not find. `error` is Windows' error code, 0 for none.
 TargetState NotFound(const std::string& path, DWORD error, SilentPlaces& silent) {
     const std::wstring wide = win::ToWide(path);
     // The shell's function refuses some paths without looking: long ones, and the root of a share.
@@ -96,7 +96,7 @@ TargetState NotFound(const std::string& path, DWORD error, SilentPlaces& silent)
         error = GetLastError();
     }
     if (SaysMissing(error)) {
-        // On a drive that is not plugged in nothing is found either, and that says nothing of the target.
+        // On a drive that is not plugged in nothing is found either, which says nothing about the target.
         const std::wstring root = RootOf(wide);
         if (root.empty() || Attributes(root)) return {TargetKind::kMissing, {}, {}};
         error = GetLastError();

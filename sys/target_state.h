@@ -10,8 +10,8 @@ enum class TargetKind {
     kFile,
     kFolder,
     kUrl,      ///< no path of this machine, but the form of a URL
-    kMissing,  ///< the place where it was is there, the target is not
-    kUnknown,  ///< the place itself could not be reached or did not let anybody in: nothing is known
+    kMissing,  ///< its place is there, but the target is not
+    kUnknown,  ///< its place could not be reached or refused access, so nothing is known
 };
 
 /// What was found at a target.
@@ -35,8 +35,8 @@ class SilentPlaces {
 };
 
 /// Looks at a target (PathFileExistsA, PathIsDirectoryA, GetFileAttributesExA). A network server or a drive
-/// that does not answer can take many seconds; it is remembered in `silent`, and a target on one that is
-/// there already is kUnknown at once.
+/// that does not answer can take many seconds. It is remembered in `silent`; a target on one that is
+/// remembered already is kUnknown at once.
 TargetState LookAtTarget(const std::string& path, SilentPlaces& silent);
 
 /// The same for one target alone.

@@ -97,7 +97,8 @@ std::string SizeText(std::int32_t length) {
 }
 
 std::string FileSizeText(const WIN32_FILE_ATTRIBUTE_DATA& data) {
-    // A folder has no length. One of 2 GiB and more has no 32-bit value: better no text than a negative one.
+    // A folder has no length. A length of 2 GiB or more has no 32-bit value: better no text than a negative
+    // one.
     if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 || data.nFileSizeHigh != 0 ||
         data.nFileSizeLow > std::numeric_limits<std::int32_t>::max())
         return {};

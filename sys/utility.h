@@ -24,21 +24,21 @@ std::string PathPart(const std::string& path, std::int16_t part);
 /// True when the text has the form of a URL (PathIsURLA).
 bool IsUrl(const std::string& path);
 
-/// The size of a file as a tip shows it; "" for a URL, for no path, for what cannot be read and for 2 GiB and
-/// more.
+/// The size of a file as a tip shows it; "" for a URL, an empty path, a file that cannot be read and one of 2
+/// GiB or more.
 std::string FileSizeText(const std::string& path);
 
-/// The same from what Windows has told of the file; "" for a folder.
+/// The same from what Windows has said about the file; "" for a folder.
 std::string FileSizeText(const WIN32_FILE_ATTRIBUTE_DATA& data);
 
-/// The text for a length in bytes, "" for exactly 1 GiB; the digits are grouped as the user has it
+/// The text for a length in bytes, "" for exactly 1 GiB; the digits are grouped as in the user's settings
 /// (GetNumberFormatEx).
 std::string SizeText(std::int32_t length);
 
 /// When a file was last modified, in the user's short date and time; "" when it cannot be read.
 std::string FileTimeText(const std::string& path);
 
-/// The same from what Windows has told of the file.
+/// The same from what Windows has said about the file.
 std::string FileTimeText(const WIN32_FILE_ATTRIBUTE_DATA& data);
 
 /// A URL with each "|" written as "%7C", which means the same: a bare "|" stands between the targets of a

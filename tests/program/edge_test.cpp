@@ -33,7 +33,7 @@ class EdgeTest : public ::testing::Test {
     static Edge EdgeOf(const QuonIni& ini) { return static_cast<Edge>(ini.edge); }
     void DockAt(Edge edge) { ini_.edge = static_cast<int>(edge); }
 
-    /// A pixel in the middle of what is to be seen of the docked panel.
+    /// A pixel in the middle of what can be seen of the docked panel.
     static POINT Strip(const QuonPanel& quon) {
         const RECT place = quon.Main().Rect();
         return {std::clamp((place.left + place.right) / 2, 1L, GetSystemMetrics(SM_CXSCREEN) - 2L),

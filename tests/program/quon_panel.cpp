@@ -8,7 +8,7 @@
 namespace testkit {
 namespace {
 
-/// How much of a docked panel is to be seen, in pixels.
+/// How much of a docked panel can be seen, in pixels.
 constexpr LONG kStrip = 4;
 
 bool IsClipped(Window window) {

@@ -97,7 +97,7 @@ class QuonPanel {
     void Settle() const;
     /// Takes the pointer off the panel and waits until that has painted itself without the hover picture.
     void LeaveAlone() const;
-    /// Waits until headers and buttons are to be seen on the screen.
+    /// Waits until headers and buttons can be seen on the screen.
     void WaitUntilPainted() const;
     /// Waits until a button bears this name; fails the test naming both when it never does.
     void ExpectName(int button, const std::string& name) const;

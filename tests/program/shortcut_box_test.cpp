@@ -157,7 +157,7 @@ TEST_F(TypingTest, CorrectionsAreLeftAsTheyAre) {
     ExpectShown("Notes[ 2]");
     keyboard::Press(VK_DELETE);
     ExpectShown("Notes|");
-    // In the midst of a text.
+    // In the middle of a text.
     keyboard::Press(VK_HOME);
     keyboard::Press(VK_DELETE);
     ExpectShown("|otes");

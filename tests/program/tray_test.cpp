@@ -26,7 +26,7 @@ RECT IconPlace() {
     return {bar.right - (bar.bottom - bar.top), bar.top, bar.right, bar.bottom};
 }
 
-/// Whether an icon is to be seen there; the bare taskbar has its colour and that of its frame.
+/// Whether an icon can be seen there; the bare taskbar has its colour and that of its frame.
 bool IconIsShown() {
     const RECT place = IconPlace();
     return place.right > place.left && CaptureScreen(place).ColourCount() > 6;

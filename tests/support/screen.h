@@ -1,4 +1,4 @@
-// What is to be seen: pictures of the screen, their pixels, and files of them to look at.
+// What can be seen: pictures of the screen, their pixels, and files of them to look at.
 //
 //     const Picture before = CaptureWindow(button);
 //     mouse::MoveTo(button.Centre());

@@ -176,7 +176,7 @@ TEST_F(RemoveRecordTest, WritesNothingWhereTheSectionCannotBeRead) {
     EXPECT_EQ(folder_.IniBytes(), "[Cuts]\r\na=1\r\nb=2\r\n");
 }
 
-TEST_F(RemoveRecordTest, LosesNoRecordWhereASectionCannotBeReadInTheMidst) {
+TEST_F(RemoveRecordTest, LosesNoRecordWhereReadingASectionFailsHalfway) {
     for (int failing = 1; failing <= 3; ++failing) {
         folder_.WriteIniText("[Cuts]\r\na=1\r\nb=2\r\nc=3\r\n");
         int reads = 0;

@@ -113,7 +113,7 @@ TEST_F(ProcessListTest, TakesTheProgramOfAVisibleWindowWithATitle) {
     clsProcesi list(menu_, true, 0);
     list.AddWindow(window);
     EXPECT_THAT(Elements(menu_), ElementsAre(OwnElement()));
-    ASSERT_EQ(list.Windows().size(), 1u);
+    ASSERT_EQ(list.WindowCount(), 1);
     EXPECT_EQ(list.Windows()[0].handle, window);
     EXPECT_EQ(list.Windows()[0].title, "Наслов 文");
     EXPECT_EQ(list.MenuCount(), 1);
@@ -144,11 +144,11 @@ TEST_F(ProcessListTest, RecordsOnItsWalkOnlyWhatATaskbarShows) {
     });
     clsProcesi list(menu_, true, 0);
     list.Refresh();
-    ASSERT_EQ(list.Windows().size(), 1u);
+    ASSERT_EQ(list.WindowCount(), 1);
     EXPECT_EQ(list.Windows()[0].handle, plain);
     // Another walk goes on where this one ended.
     list.Refresh();
-    EXPECT_EQ(list.Windows().size(), 2u);
+    EXPECT_EQ(list.WindowCount(), 2);
     EXPECT_EQ(list.MenuCount(), 1);
     EXPECT_THAT(Elements(menu_), ElementsAre(OwnElement()));
 }
@@ -161,7 +161,7 @@ TEST_F(ProcessListTest, TakesHiddenWindowsOnlyWhenOthersThanTheTaskbarsAreWanted
     EXPECT_THAT(Elements(menu_), ElementsAre("Item1|"));
     clsProcesi without(menu_, false, 0);
     without.AddWindow(window);
-    EXPECT_EQ(without.Windows().size(), 1u);
+    EXPECT_EQ(without.WindowCount(), 1);
     EXPECT_THAT(Elements(menu_), ElementsAre(OwnElement()));
 }
 
@@ -171,7 +171,7 @@ TEST_F(ProcessListTest, RecordsTheLaunchersWindowsButOffersNoneOfThem) {
     clsProcesi list(menu_, true, 0);
     list.AddWindow(exact);
     list.AddWindow(longer);
-    EXPECT_EQ(list.Windows().size(), 2u);
+    EXPECT_EQ(list.WindowCount(), 2);
     EXPECT_EQ(list.MenuCount(), 0);
     EXPECT_THAT(Elements(menu_), ElementsAre("Item1|"));
     for (const char* title : {"quon", "QUON", "Quo", " Quon", "My Quon"}) {
@@ -186,7 +186,7 @@ TEST_F(ProcessListTest, OffersNoneOfTheProcessThatIsLeftOut) {
     const TestWindow window("Default IME", kVisible);
     clsProcesi list(menu_, true, GetCurrentProcessId());
     list.AddWindow(window);
-    EXPECT_EQ(list.Windows().size(), 1u);
+    EXPECT_EQ(list.WindowCount(), 1);
     EXPECT_THAT(Elements(menu_), ElementsAre("Item1|"));
 }
 
@@ -282,7 +282,7 @@ TEST_F(ProcessListTest, TakesNoMoreOfATitleThanATitleCanHold) {
                                         });
     clsProcesi list(menu_, true, 0);
     list.AddWindow(window);
-    ASSERT_EQ(list.Windows().size(), 1u);
+    ASSERT_EQ(list.WindowCount(), 1);
     EXPECT_EQ(list.Windows()[0].title, "title");
 }
 
@@ -291,7 +291,7 @@ TEST_F(ProcessListTest, KeepsAllWindowsWhenThereAreMoreThanTwenty) {
     clsProcesi list(menu_, true, 0);
     for (int count = 0; count < 45; ++count)
         list.AddWindow(window);
-    EXPECT_EQ(list.Windows().size(), 45u);
+    EXPECT_EQ(list.WindowCount(), 45);
     EXPECT_EQ(list.Windows().capacity(), 60u) << "it grows by twenty";
     EXPECT_EQ(list.Windows().front().handle, window);
     EXPECT_EQ(list.Windows().back().handle, window);
