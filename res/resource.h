@@ -10,6 +10,11 @@
 #define IDI_SETTINGS 4
 #define IDI_GO 5
 #define IDI_INFO 6
+#define IDI_LIGHT 10  // + one of the toolbar's: its light form, for dark ground
+#define IDI_SHELL_LIGHT 12
+#define IDI_PREDEFINED_LIGHT 13
+#define IDI_SETTINGS_LIGHT 14
+#define IDI_GO_LIGHT 15
 
 // Dialog templates
 #define IDD_MESSAGE 300
