@@ -10,6 +10,7 @@
 #include "win/errors.h"
 #include "win/geometry.h"
 #include "win/handles.h"
+#include "win/icons.h"
 
 namespace app {
 namespace {
@@ -18,7 +19,7 @@ namespace {
 // top is part of the second.
 constexpr int kHoverRight = 45;
 constexpr int kHoverBelow = 1365;
-constexpr int kHoverSize = 14;  // pixels
+constexpr int kHoverSize = 14;  // layout pixels
 
 constexpr UINT_PTR kPointerTimer = 1;
 constexpr UINT kPointerCheck = 200;  // milliseconds
@@ -27,21 +28,37 @@ constexpr UINT kReadAgain = 200;  // milliseconds
 constexpr UINT_PTR kStoreAgainTimer = 3;
 constexpr UINT kStoreAgain = 500;  // milliseconds
 
+constexpr RECT kContainerPlace =
+    layout::At(0, layout::kContainerTop, layout::kClientWidth, layout::kRows* layout::kButtonHeight);
+
 }  // namespace
 
-void ButtonContainer::CreateOn(HWND parent, RECT place) {
+void ButtonContainer::CreateOn(HWND parent) {
+    const win::Scale scale = win::Scale::Of(parent);
     win::WindowOptions options;
     options.className = L"QuonButtons";
     options.style = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_CLIPSIBLINGS;
     options.extendedStyle = WS_EX_CONTROLPARENT;
-    options.place = place;
+    options.place = scale(kContainerPlace);
     options.parent = parent;
     options.id = IDC_BUTTON_CONTAINER;
     Create(options);
+    CutMargins(scale);
+}
+
+void ButtonContainer::Rescale() {
+    const win::Scale scale = win::Scale::Of(GetParent(Handle()));
+    const RECT place = scale(kContainerPlace);
+    SetWindowPos(Handle(), nullptr, place.left, place.top, win::Width(place), win::Height(place),
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+    CutMargins(scale);
+}
+
+void ButtonContainer::CutMargins(const win::Scale& scale) {
     // The margins stay the main window's: the docked strip must be its own.
-    win::Region region(CreateRectRgn(layout::kMargin, 0,
-                                     layout::kMargin + layout::kColumns * layout::kButtonWidth,
-                                     layout::kRows * layout::kButtonHeight));
+    const RECT buttons = scale(layout::At(layout::kMargin, 0, layout::kColumns * layout::kButtonWidth,
+                                          layout::kRows * layout::kButtonHeight));
+    win::Region region(CreateRectRgn(buttons.left, buttons.top, buttons.right, buttons.bottom));
     // The window owns it from now on, unless it did not take it.
     if (SetWindowRgn(Handle(), region.Get(), FALSE) != 0) region.Release();
 }
@@ -79,8 +96,8 @@ RECT ButtonPanel::ButtonPlace(int index) {
 }
 
 void ButtonPanel::CreateOn(HWND parent) {
-    container_.CreateOn(parent, layout::At(0, layout::kContainerTop, layout::kClientWidth,
-                                           layout::kRows * layout::kButtonHeight));
+    const win::Scale scale = win::Scale::Of(parent);
+    container_.CreateOn(parent);
     container_.onPointerCheck = [this] { HideHoverOutside(); };
     container_.onReadAgain = [this] {
         RefreshShownTab();
@@ -90,13 +107,29 @@ void ButtonPanel::CreateOn(HWND parent) {
     state_.StoreAgainSoon = [this] { container_.StoreAgainSoon(); };
     state_.Context.onUnread = [this] { container_.ReadAgainSoon(); };
     for (int index = 1; index <= model::kButtonCount; ++index)
-        Picture(index).CreateOn(container_.Handle(), IDC_BUTTON + index, ButtonPlace(index));
-    hover_.CreateOn(parent, IDC_HOVER_PICTURE, layout::At(0, 0, kHoverSize, kHoverSize), false);
+        Picture(index).CreateOn(container_.Handle(), IDC_BUTTON + index, scale(ButtonPlace(index)));
+    hover_.CreateOn(parent, IDC_HOVER_PICTURE, scale(layout::At(0, 0, kHoverSize, kHoverSize)), false);
     ShowWindow(hover_.Handle(), SW_HIDE);
-    const win::Icon mark(static_cast<HICON>(LoadImageW(win::ModuleInstance(), MAKEINTRESOURCEW(IDI_INFO),
-                                                       IMAGE_ICON, kHoverSize, kHoverSize, 0)));
-    DrawIconEx(hover_.Dc(), 0, 0, mark.Get(), kHoverSize, kHoverSize, 0, nullptr, DI_NORMAL);
+    DrawHoverPicture();
     hover_.SetMeaning("Button information");
+}
+
+void ButtonPanel::Rescale() {
+    HideHover();
+    container_.Rescale();
+    const win::Scale scale = win::Scale::Of(container_.Handle());
+    for (int index = 1; index <= model::kButtonCount; ++index)
+        Picture(index).Rescale(scale(ButtonPlace(index)));
+    hover_.Rescale(scale(layout::At(0, 0, kHoverSize, kHoverSize)));
+    DrawHoverPicture();
+    // The tip's tool has the former size.
+    state_.TipButton = 0;
+}
+
+void ButtonPanel::DrawHoverPicture() {
+    const int size = hover_.PictureScale()(kHoverSize);
+    const win::Icon mark = win::ResourceIcon(IDI_INFO, size);
+    DrawIconEx(hover_.Dc(), 0, 0, mark.Get(), size, size, 0, nullptr, DI_NORMAL);
 }
 
 win::PictureBox& ButtonPanel::Picture(int index) {
@@ -117,10 +150,10 @@ void ButtonPanel::RefreshShownTab() {
 void ButtonPanel::Hover(int index) {
     if (hovered_ == index && IsWindowVisible(hover_.Handle()) != 0) return;
     hovered_ = index;
-    const win::TwipsPerPixel twips = win::ScreenTwipsPerPixel();
-    const RECT place = ButtonPlace(index);
-    SetWindowPos(hover_.Handle(), HWND_TOP, place.left + win::ToPixels(kHoverRight, twips.x),
-                 place.top + win::ToPixels(kHoverBelow, twips.y), 0, 0,
+    const win::Scale& scale = hover_.PictureScale();
+    const RECT place = scale(ButtonPlace(index));
+    SetWindowPos(hover_.Handle(), HWND_TOP, place.left + scale.FromTwips(kHoverRight),
+                 place.top + scale.FromTwips(kHoverBelow), 0, 0,
                  SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
     // A leaving is not always told: not of a button that a menu covered, nor of one whose last move came
     // late.
@@ -155,7 +188,7 @@ std::optional<int> ButtonPanel::ButtonAt(POINT screen) const {
 }
 
 RECT ButtonPanel::PlaceInWindow(int index) const {
-    RECT place = ButtonPlace(index);
+    RECT place = win::Scale::Of(container_.Handle())(ButtonPlace(index));
     MapWindowPoints(container_.Handle(), GetParent(container_.Handle()), reinterpret_cast<POINT*>(&place), 2);
     return place;
 }

@@ -15,8 +15,11 @@ namespace app {
 /// The area that holds the nine buttons; moves and presses between them go to the main window.
 class ButtonContainer : public win::Window {
   public:
-    /// Creates the area, in the parent's client pixels; throws RuntimeError when Windows refuses.
-    void CreateOn(HWND parent, RECT place);
+    /// Creates the area at its parent's scale; throws RuntimeError when Windows refuses.
+    void CreateOn(HWND parent);
+
+    /// Takes the place that it has at its parent's present scale.
+    void Rescale();
 
     /// Time to look where the pointer is.
     std::function<void()> onPointerCheck;
@@ -44,6 +47,7 @@ class ButtonContainer : public win::Window {
 
   private:
     void OnTimer(UINT_PTR timer);
+    void CutMargins(const win::Scale& scale);
 };
 
 /// The nine button pictures `pb1` in their container, and the hover picture over one of them.
@@ -53,6 +57,9 @@ class ButtonPanel {
 
     /// Creates the container with the nine buttons, and the hover picture, hidden.
     void CreateOn(HWND parent);
+
+    /// Gives everything the window's present scale; the faces are to be drawn anew.
+    void Rescale();
 
     /// The picture of a button, 1 to 9; throws SubscriptError for another index.
     win::PictureBox& Picture(int index);
@@ -84,10 +91,12 @@ class ButtonPanel {
     /// The place of a button in the main window's client pixels.
     [[nodiscard]] RECT PlaceInWindow(int index) const;
 
-    /// The place of a button in its container, pixels.
+    /// The place of a button in its container, in layout pixels.
     static RECT ButtonPlace(int index);
 
   private:
+    void DrawHoverPicture();
+
     PanelState& state_;
     ButtonContainer container_;
     std::array<win::PictureBox, model::kButtonCount> pictures_;

@@ -9,8 +9,10 @@
 namespace app {
 namespace {
 
+// Layout pixels, in the button.
 constexpr int kBoxHeight = 21;
 constexpr int kBoxTop = 58;
+constexpr int kBoxMargin = 3;
 
 }  // namespace
 
@@ -37,7 +39,12 @@ void ButtonRename::CreateOn(HWND parent) {
                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(IDC_RENAME)), win::ModuleInstance(),
                            nullptr);
     if (box_ == nullptr) throw win::RuntimeError("Could not create the rename box");
-    SendMessageW(box_, WM_SETFONT, reinterpret_cast<WPARAM>(win::MessageFont()), FALSE);
+    Rescale();
+}
+
+void ButtonRename::Rescale() {
+    Abandon();
+    SendMessageW(box_, WM_SETFONT, reinterpret_cast<WPARAM>(win::MessageFont(BoxScale())), FALSE);
 }
 
 void ButtonRename::Begin() {
@@ -45,8 +52,10 @@ void ButtonRename::Begin() {
     index_ = state_.Context.CurrentButtonIndex;
     const RECT place = buttons_.PlaceInWindow(index_);
     // The size first: in a box too narrow for it the name would stay scrolled out of sight.
-    SetWindowPos(box_, HWND_TOP, place.left + 3, place.top + kBoxTop, place.right - place.left - 6,
-                 kBoxHeight, SWP_SHOWWINDOW);
+    const win::Scale scale = BoxScale();
+    const int margin = scale(kBoxMargin);
+    SetWindowPos(box_, HWND_TOP, place.left + margin, place.top + scale(kBoxTop),
+                 place.right - place.left - 2 * margin, scale(kBoxHeight), SWP_SHOWWINDOW);
     win::SetText(box_, state_.Button(index_).Naziv);
     SendMessageW(box_, EM_SETSEL, 0, -1);
     SetFocus(box_);

@@ -18,6 +18,9 @@ class ButtonRename {
     /// Creates the box, hidden.
     void CreateOn(HWND parent);
 
+    /// Gives the box the font of the window's present scale; one that is open closes.
+    void Rescale();
+
     /// Shows the box over the current button with its name; nothing happens on a free button.
     void Begin();
 
@@ -38,6 +41,8 @@ class ButtonRename {
     [[nodiscard]] HWND Button() const { return buttons_.Picture(index_).Handle(); }
 
   private:
+    [[nodiscard]] win::Scale BoxScale() const { return win::Scale::Of(GetParent(box_)); }
+
     PanelState& state_;
     ButtonPanel& buttons_;
     HWND box_ = nullptr;

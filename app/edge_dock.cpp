@@ -12,6 +12,7 @@
 #include "win/handles.h"
 #include "win/input_pause.h"
 #include "win/modal_windows.h"
+#include "win/scale.h"
 
 namespace app {
 namespace {
@@ -86,13 +87,14 @@ void EdgeDock::HandOn() const noexcept {
 
 void EdgeDock::PlaceAtEdge() {
     const win::TwipsPerPixel twips = win::ScreenTwipsPerPixel();
-    const auto place = DockedPosition(config::Settings.Edge, WindowSize(), ScreenSize(twips), twips);
+    const auto place =
+        DockedPosition(config::Settings.Edge, WindowSize(), ScreenSize(twips), twips, StripWidth());
     if (!place) return;
     outOfSight_ = true;
     MoveTo(*place);
     RECT window{};
     GetWindowRect(window_, &window);
-    const RECT strip = StripOf(config::Settings.Edge, win::Width(window), win::Height(window));
+    const RECT strip = StripOf(config::Settings.Edge, win::Width(window), win::Height(window), StripWidth());
     // A monitor beyond the edge would show the rest.
     win::Region region(CreateRectRgnIndirect(&strip));
     if (SetWindowRgn(window_, region.Get(), TRUE) != 0) region.Release();
@@ -113,10 +115,15 @@ bool EdgeDock::SavedPlaceCounts() const {
     return IsInReach(window);
 }
 
+int EdgeDock::StripWidth() const noexcept {
+    // The text's size does not count: the strip is to be hit, not read.
+    return win::Scale(win::Scale::Of(window_).Dpi())(kStripPixels);
+}
+
 RECT EdgeDock::StripOnScreen() const {
     RECT window{};
     GetWindowRect(window_, &window);
-    RECT strip = StripOf(config::Settings.Edge, win::Width(window), win::Height(window));
+    RECT strip = StripOf(config::Settings.Edge, win::Width(window), win::Height(window), StripWidth());
     OffsetRect(&strip, window.left, window.top);
     return strip;
 }

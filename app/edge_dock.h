@@ -55,7 +55,7 @@ class EdgeDock {
     /// that waits for the user was opened meanwhile.
     void HandOn() const noexcept;
 
-    /// The screen, its size or the taskbar's place has changed: docks a docked window anew, and brings one
+    /// The screen, its size, its scale or the taskbar's place has changed: docks a docked window anew, and brings one
     /// that is out back to where its caption can be reached.
     void FollowScreen();
 
@@ -74,6 +74,7 @@ class EdgeDock {
     void PlaceAtEdge();
     void Raise() const;
     [[nodiscard]] bool SavedPlaceCounts() const;
+    [[nodiscard]] int StripWidth() const noexcept;
     [[nodiscard]] RECT StripOnScreen() const;
     void MoveTo(win::Twips place) const;
     [[nodiscard]] win::Twips WindowSize() const;

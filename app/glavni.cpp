@@ -9,6 +9,7 @@
 #include "dialogs/options.h"
 #include "dialogs/organize_shortcuts.h"
 #include "res/resource.h"
+#include "win/colors.h"
 #include "win/dialog.h"
 #include "win/geometry.h"
 #include "win/key_repeat.h"
@@ -26,9 +27,9 @@ bool ActsOnce(WPARAM key) {
     return key == VK_RETURN || key == VK_ESCAPE || key == VK_F1 || key == VK_F2 || key == VK_F10;
 }
 
-RECT OuterRect() {
-    RECT rect = layout::At(0, 0, layout::kClientWidth, layout::kClientHeight);
-    AdjustWindowRectEx(&rect, kStyle, FALSE, kExtendedStyle);
+RECT OuterRect(const win::Scale& scale) {
+    RECT rect = scale(layout::At(0, 0, layout::kClientWidth, layout::kClientHeight));
+    win::AddFrame(rect, kStyle, kExtendedStyle, scale.Dpi());
     return layout::At(0, 0, win::Width(rect), win::Height(rect));
 }
 
@@ -53,9 +54,10 @@ void Glavni::CreateParts() {
     options.text = "Quon";
     options.style = kStyle;
     options.extendedStyle = kExtendedStyle;
-    options.place = OuterRect();
+    options.place = OuterRect(win::Scale::Of(nullptr));
     options.icon = icon_;
     Create(options);
+    FitToScale();
     win::SetMainWindow(Handle());
     menus_.CreateOn(Handle());
     shortcuts_.CreateOn(Handle());
@@ -63,6 +65,46 @@ void Glavni::CreateParts() {
     buttons_.CreateOn(Handle());
     rename_.CreateOn(Handle());
     JoinParts();
+}
+
+void Glavni::FitToScale() {
+    const RECT size = OuterRect(win::Scale::Of(Handle()));
+    RECT place{};
+    GetWindowRect(Handle(), &place);
+    if (win::Width(place) == size.right && win::Height(place) == size.bottom) return;
+    SetWindowPos(Handle(), nullptr, 0, 0, size.right, size.bottom,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void Glavni::OnDpiChanged(POINT corner) {
+    SetWindowPos(Handle(), nullptr, corner.x, corner.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    RescaleParts();
+}
+
+void Glavni::OnLookChanged(bool colors) {
+    const win::Scale former = win::Scale::Of(Handle());
+    const bool formerContrast = win::ContrastTheme();
+    win::ForgetTextSize();
+    win::ForgetColors();
+    // Most changed settings have nothing to do with the panel's look.
+    if (colors || formerContrast != win::ContrastTheme() || former != win::Scale::Of(Handle()))
+        RescaleParts();
+}
+
+/// Everything that depends on the scale, the text's size or the colours is made anew.
+void Glavni::RescaleParts() {
+    FitToScale();
+    shortcuts_.Rescale();
+    menus_.Rescale();
+    tabs_.Rescale();
+    buttons_.Rescale();
+    rename_.Rescale();
+    for (int number = 1; number <= model::kTabCount; ++number)
+        state_.Tab(number).DrawTabText();
+    for (int index = 1; index <= model::kButtonCount; ++index)
+        state_.Button(index).DrawFace();
+    dock_.FollowScreen();
+    RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
 }
 
 void Glavni::JoinParts() {
@@ -119,6 +161,7 @@ std::optional<LRESULT> Glavni::OnMessage(UINT message, WPARAM wParam, LPARAM lPa
         case WM_SETTINGCHANGE:
             // The taskbar has moved or changed its size.
             if (wParam == SPI_SETWORKAREA) dock_.FollowScreen();
+            OnLookChanged(false);
             return std::nullopt;
         case WM_HELP: win::ShowHelp(); return 0;
         case WM_COMMAND:
@@ -132,6 +175,12 @@ std::optional<LRESULT> Glavni::OnMessage(UINT message, WPARAM wParam, LPARAM lPa
             if (wParam != 0) EndSession();
             return 0;
         case WM_QUON_HAND_ON: dock_.HandOn(); return 0;
+        case WM_DPICHANGED: {
+            const auto& place = *reinterpret_cast<const RECT*>(lParam);
+            OnDpiChanged({place.left, place.top});
+            return 0;
+        }
+        case WM_SYSCOLORCHANGE: OnLookChanged(true); return std::nullopt;
         case WM_QUON_CHOSEN: shortcuts_.OnChosen(); return 0;
         case WM_QUON_DROP:
             drops_.Act();
@@ -173,16 +222,18 @@ void Glavni::OnPaint() {
     const win::Paint paint(Handle());
     const RECT all = ClientRect();
     FillRect(paint.Dc(), &all, GetSysColorBrush(COLOR_BTNFACE));
-    const win::Selection font(paint.Dc(), win::MessageFont());
+    const win::Scale scale = win::Scale::Of(Handle());
+    const win::Selection font(paint.Dc(), win::MessageFont(scale));
     SetBkMode(paint.Dc(), TRANSPARENT);
-    SetTextColor(paint.Dc(), GetSysColor(COLOR_GRAYTEXT));
-    RECT name = layout::At(0, layout::kImageButtonTop, layout::kClientWidth - layout::kMargin - 3,
-                           layout::kImageButtonSize);
+    SetTextColor(paint.Dc(), win::ColorOf(win::Color::kLabel));
+    RECT name = scale(layout::At(0, layout::kImageButtonTop, layout::kClientWidth - layout::kMargin - 3,
+                                 layout::kImageButtonSize));
     win::DrawPlainText(paint.Dc(), "Quon", name, DT_RIGHT | DT_VCENTER | DT_SINGLELINE);
 }
 
 void Glavni::OnMouseMove(WPARAM wParam, LPARAM lParam) {
-    switch (TrayIcon::CallbackEvent(wParam, lParam)) {
+    const bool real = TrayIcon::IsRealMove(Handle(), lParam);
+    switch (real ? 0 : TrayIcon::CallbackEvent(wParam, lParam)) {
         case WM_LBUTTONUP:
             dock_.ShowQuon(true, true);
             BringForward();

@@ -75,6 +75,10 @@ class Glavni : public win::Window, public dialogs::PanelHost {
     void OnScreenChange();
     bool KeyDown(WPARAM key, win::ShiftState shift);
 
+    void FitToScale();
+    void OnDpiChanged(POINT corner);
+    void OnLookChanged(bool colors);
+    void RescaleParts();
     void JoinParts();
     void Organize();
     void OnPaint();

@@ -11,7 +11,9 @@
 #include "res/resource.h"
 #include "sys/shell_folders.h"
 #include "sys/utility.h"
+#include "win/colors.h"
 #include "win/handles.h"
+#include "win/icons.h"
 #include "win/process_start.h"
 #include "win/shell_call.h"
 #include "win/text.h"
@@ -24,7 +26,7 @@ enum Predefined { kBrowser = 0, kMail = 1, kNewMail = 2, kControlPanel = 4, kUpt
 enum Setting { kOrganize = 0, kOptions = 1, kExtensiveTooltips = 3, kAbout = 5 };
 constexpr int kGoButton = 3;
 constexpr DWORD kHidePause = 200;  // milliseconds
-constexpr int kPictureSize = 20;
+constexpr int kPictureSize = 20;   // layout pixels
 
 struct ImageButton {
     int icon;
@@ -57,6 +59,7 @@ std::string ProgramCaption(const std::string& name) {
     return bare.empty() || bare == "-" ? name : bare;
 }
 
+/// In layout pixels.
 RECT ImageButtonPlace(int index) {
     if (index == kGoButton)
         return layout::At(layout::kClientWidth - layout::kMargin - layout::kGoWidth, layout::kShortcutsTop,
@@ -86,8 +89,32 @@ PanelMenus::PanelMenus(EdgeDock& dock)
 
 void PanelMenus::CreateOn(HWND parent) {
     owner_ = parent;
+    const win::Scale scale = win::Scale::Of(parent);
     for (int index = 0; index < static_cast<int>(imageButtons_.size()); ++index)
-        CreateImageButton(parent, index, ImageButtonPlace(index));
+        CreateImageButton(parent, index, scale(ImageButtonPlace(index)));
+}
+
+void PanelMenus::Rescale() {
+    const win::Scale scale = win::Scale::Of(owner_);
+    for (int index = 0; index < static_cast<int>(imageButtons_.size()); ++index) {
+        const auto slot = static_cast<size_t>(index);
+        imageButtons_.at(slot).Rescale(scale(ImageButtonPlace(index)));
+        DrawImage(index);
+        // The tool of a tip has the size that its button had.
+        if (tips_.at(slot).Handle() != nullptr) tips_.at(slot).Create();
+    }
+}
+
+void PanelMenus::DrawImage(int index) {
+    const auto slot = static_cast<size_t>(index);
+    const win::PictureBox& button = imageButtons_.at(slot);
+    const win::Scale& scale = button.PictureScale();
+    const int size = scale(kPictureSize);
+    const int light = win::IsDark(GetSysColor(COLOR_BTNFACE)) ? IDI_LIGHT : 0;
+    const win::Icon picture = win::ResourceIcon(kImageButtons.at(slot).icon + light, size);
+    const RECT all = button.ClientRect();
+    DrawIconEx(button.Dc(), (all.right - size) / 2, (all.bottom - size) / 2, picture.Get(), size, size, 0,
+               nullptr, DI_NORMAL);
 }
 
 void PanelMenus::CreateImageButton(HWND parent, int index, RECT place) {
@@ -96,11 +123,7 @@ void PanelMenus::CreateImageButton(HWND parent, int index, RECT place) {
     const ImageButton& what = kImageButtons.at(slot);
     button.CreateOn(parent, IDC_IMAGE_BUTTON + index, place);
     button.SetMeaning(what.meaning);
-    const win::Icon picture(static_cast<HICON>(LoadImageW(win::ModuleInstance(), MAKEINTRESOURCEW(what.icon),
-                                                          IMAGE_ICON, kPictureSize, kPictureSize, 0)));
-    DrawIconEx(button.Dc(), (button.ScaleWidth() - kPictureSize) / 2,
-               (button.ScaleHeight() - kPictureSize) / 2, picture.Get(), kPictureSize, kPictureSize, 0,
-               nullptr, DI_NORMAL);
+    DrawImage(index);
     button.onOverlay = [&button](HDC dc, RECT all) { DrawButtonEdge(button, dc, all); };
     button.onClick = [this, index] { PopUp(index); };
     button.onKeyDown = [this, index](WPARAM key) { return OnKey(index, key); };

@@ -20,6 +20,9 @@ class PanelMenus {
     /// Creates the four image buttons; the parent owns their menus.
     void CreateOn(HWND parent);
 
+    /// Gives the image buttons and their pictures the window's present scale.
+    void Rescale();
+
     /// Appends the other programs of the program folder to the predefined menu.
     void AddCompanionPrograms();
 
@@ -46,6 +49,7 @@ class PanelMenus {
 
   private:
     void CreateImageButton(HWND parent, int index, RECT place);
+    void DrawImage(int index);
     bool OnKey(int button, WPARAM key);
     void FocusOn(int button);
     void PopUpByKey(int button);

@@ -32,8 +32,8 @@ std::optional<Monitor> MonitorOfCaption(const RECT& window) {
 }  // namespace
 
 std::optional<win::Twips> DockedPosition(std::int32_t edge, win::Twips window, win::Twips screen,
-                                         win::TwipsPerPixel twips) {
-    const win::Twips strip{kStripPixels * twips.x, kStripPixels * twips.y};
+                                         win::TwipsPerPixel twips, int stripPixels) {
+    const win::Twips strip{win::ToTwips(stripPixels, twips.x), win::ToTwips(stripPixels, twips.y)};
     const win::Twips centre = CentredPosition(window, screen);
     switch (edge) {
         case kLeftEdge: return win::Twips{-window.x + strip.x, centre.y};
@@ -48,12 +48,12 @@ win::Twips CentredPosition(win::Twips window, win::Twips screen) {
     return {(screen.x - window.x) / 2, (screen.y - window.y) / 2};
 }
 
-RECT StripOf(std::int32_t edge, int width, int height) {
+RECT StripOf(std::int32_t edge, int width, int height, int strip) {
     switch (edge) {
-        case kLeftEdge: return {width - kStripPixels, 0, width, height};
-        case kTopEdge: return {0, height - kStripPixels, width, height};
-        case kRightEdge: return {0, 0, kStripPixels, height};
-        case kBottomEdge: return {0, 0, width, kStripPixels};
+        case kLeftEdge: return {width - strip, 0, width, height};
+        case kTopEdge: return {0, height - strip, width, height};
+        case kRightEdge: return {0, 0, strip, height};
+        case kBottomEdge: return {0, 0, width, strip};
         default: return {0, 0, width, height};
     }
 }

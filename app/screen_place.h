@@ -12,20 +12,20 @@ namespace app {
 /// The screen edges by their stored numbers; any other number is no edge.
 enum Edge : std::int32_t { kLeftEdge = 1, kTopEdge = 2, kRightEdge = 3, kBottomEdge = 4 };
 
-/// How much of a docked window can be seen, in pixels.
+/// How much of a docked window can be seen, in pixels of 96 dots per inch.
 constexpr int kStripPixels = 4;
 
-/// The place of a docked window in twips: all but a strip of 4 pixels is off the screen. No value for a
-/// number that is no edge. Sizes in twips.
+/// The place of a docked window in twips: all but a strip of `strip` pixels is off the screen. No value
+/// for a number that is no edge. Sizes in twips.
 std::optional<win::Twips> DockedPosition(std::int32_t edge, win::Twips window, win::Twips screen,
-                                         win::TwipsPerPixel twips);
+                                         win::TwipsPerPixel twips, int strip = kStripPixels);
 
 /// The place of a window in the middle of the screen, in twips.
 win::Twips CentredPosition(win::Twips window, win::Twips screen);
 
 /// The strip of a docked window, in pixels from the window's own top left; all of it for a number that is no
 /// edge.
-RECT StripOf(std::int32_t edge, int width, int height);
+RECT StripOf(std::int32_t edge, int width, int height, int strip = kStripPixels);
 
 /// Whether an area of the screen shows enough of a window's caption to drag the window by it. All in pixels
 /// of the screen; the caption is the window's uppermost `captionHeight` pixels.

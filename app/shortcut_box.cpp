@@ -18,18 +18,20 @@
 namespace app {
 namespace {
 
-constexpr int kOpenListHeight = 240;  // pixels
+constexpr int kOpenListHeight = 240;  // layout pixels
+constexpr RECT kPlace =
+    layout::At(layout::kMargin, layout::kShortcutsTop,
+               layout::kClientWidth - 2 * layout::kMargin - layout::kGoWidth - 2, kOpenListHeight);
 
 bool IsNameKey(WPARAM key) { return (key >= '0' && key <= '9') || (key >= 'A' && key <= 'Z'); }
 
 }  // namespace
 
 void ShortcutBox::CreateOn(HWND parent) {
-    cMain_.CreateOn(
-        parent, IDC_SHORTCUTS,
-        layout::At(layout::kMargin, layout::kShortcutsTop,
-                   layout::kClientWidth - 2 * layout::kMargin - layout::kGoWidth - 2, kOpenListHeight));
+    cMain_.CreateOn(parent, IDC_SHORTCUTS, win::Scale::Of(parent)(kPlace));
 }
+
+void ShortcutBox::Rescale() { cMain_.Rescale(win::Scale::Of(GetParent(cMain_.Handle()))(kPlace)); }
 
 void ShortcutBox::Attach(HWND window) {
     // The edit field covers most of the box: a drop there must not depend on the search for a parent that

@@ -21,6 +21,9 @@ class ShortcutBox {
     /// Creates the empty drop-down.
     void CreateOn(HWND parent);
 
+    /// Gives the drop-down the window's present scale.
+    void Rescale();
+
     /// Makes box and edit field drop targets; `window` gets WM_QUON_DROP after a drop.
     void Attach(HWND window);
 

@@ -5,12 +5,12 @@
 #include "app/panel_layout.h"
 #include "config/settings.h"
 #include "res/resource.h"
+#include "win/colors.h"
 #include "win/errors.h"
 
 namespace app {
 namespace {
 
-constexpr COLORREF kAccent = RGB(0x17, 0x78, 0x8A);
 constexpr int kAccentHeight = 3;
 
 void FillPart(HDC dc, RECT part, COLORREF color) {
@@ -19,26 +19,37 @@ void FillPart(HDC dc, RECT part, COLORREF color) {
 }
 
 /// The shown tab's header is a raised card with a coloured top; the others lie flat on a line.
-void DrawFrame(HDC dc, RECT all, bool shown, bool hovered) {
+void DrawFrame(const win::PictureBox& header, HDC dc, RECT all) {
     const COLORREF line = GetSysColor(COLOR_BTNSHADOW);
-    if (!shown) {
-        FillPart(dc, {all.left, all.bottom - 1, all.right, all.bottom}, line);
-        if (hovered) FillPart(dc, {all.left + 6, all.bottom - 3, all.right - 6, all.bottom - 1}, kAccent);
+    const COLORREF accent = win::ColorOf(win::Color::kAccent);
+    const win::Scale& scale = header.PictureScale();
+    const int thin = scale(1);
+    if (header.Frame() != 1) {
+        FillPart(dc, {all.left, all.bottom - thin, all.right, all.bottom}, line);
+        if (header.Hovered())
+            FillPart(dc,
+                     {all.left + scale(6), all.bottom - scale(3), all.right - scale(6), all.bottom - thin},
+                     accent);
         return;
     }
-    FillPart(dc, {all.left, all.top, all.left + 1, all.bottom}, line);
-    FillPart(dc, {all.right - 1, all.top, all.right, all.bottom}, line);
-    FillPart(dc, {all.left, all.top, all.right, all.top + kAccentHeight}, kAccent);
+    FillPart(dc, {all.left, all.top, all.left + thin, all.bottom}, line);
+    FillPart(dc, {all.right - thin, all.top, all.right, all.bottom}, line);
+    FillPart(dc, {all.left, all.top, all.right, all.top + scale(kAccentHeight)}, accent);
+}
+
+/// The place of a header, 1 to 6, in layout pixels.
+RECT HeaderPlace(int index) {
+    return layout::At(layout::kMargin + (index - 1) * layout::kHeaderWidth, layout::kHeaderTop,
+                      layout::kHeaderWidth, layout::kHeaderHeight);
 }
 
 }  // namespace
 
 void TabStrip::CreateOn(HWND parent) {
+    const win::Scale scale = win::Scale::Of(parent);
     for (int index = 1; index <= model::kTabCount; ++index) {
         win::PictureBox& header = Header(index);
-        header.CreateOn(parent, IDC_TAB_HEADER + index,
-                        layout::At(layout::kMargin + (index - 1) * layout::kHeaderWidth, layout::kHeaderTop,
-                                   layout::kHeaderWidth, layout::kHeaderHeight));
+        header.CreateOn(parent, IDC_TAB_HEADER + index, scale(HeaderPlace(index)));
         header.onMouseUp = [this, index](const win::PictureBox::Mouse& mouse) {
             b1_MouseUp(index, mouse.button, mouse.shift, static_cast<float>(mouse.at.x),
                        static_cast<float>(mouse.at.y));
@@ -46,10 +57,16 @@ void TabStrip::CreateOn(HWND parent) {
         header.onMouseMove = [this, index](const win::PictureBox::Mouse&) { OnHover(index); };
         header.onKeyDown = [this, index](WPARAM key) { return OnKey(index, key); };
         header.onContextKey = [this, index] { b1_MouseUp(index, win::MouseButton::kRight, 0, 0, 0); };
-        header.onOverlay = [&header](HDC dc, RECT all) {
-            DrawFrame(dc, all, header.Frame() == 1, header.Hovered());
-        };
+        header.onOverlay = [&header](HDC dc, RECT all) { DrawFrame(header, dc, all); };
     }
+}
+
+void TabStrip::Rescale() {
+    const win::Scale scale = win::Scale::Of(GetParent(Header(1).Handle()));
+    for (int index = 1; index <= model::kTabCount; ++index)
+        Header(index).Rescale(scale(HeaderPlace(index)));
+    // A tip's tool has the size that its header had.
+    hovered_ = 0;
 }
 
 win::PictureBox& TabStrip::Header(int index) {

@@ -20,6 +20,9 @@ class TabStrip {
     /// Creates the six headers, flat and without a label.
     void CreateOn(HWND parent);
 
+    /// Gives the headers the window's present scale; their labels are to be drawn anew.
+    void Rescale();
+
     /// The header of a tab, 1 to 6; throws SubscriptError for another index.
     win::PictureBox& Header(int index);
 

@@ -1,5 +1,7 @@
 #include "app/tray_icon.h"
 
+#include <windowsx.h>
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -58,10 +60,16 @@ POINT TrayIcon::Place() const {
 }
 
 UINT TrayIcon::CallbackEvent(WPARAM wParam, LPARAM lParam) noexcept {
-    // The panel is narrower than any of these messages, so no real move looks like one.
     const UINT message = LOWORD(lParam);
     const bool callback = wParam == kIconId && HIWORD(lParam) == 0 && message > WM_MOUSEMOVE;
     return callback ? message : 0;
+}
+
+bool TrayIcon::IsRealMove(HWND window, LPARAM lParam) noexcept {
+    const DWORD position = GetMessagePos();
+    POINT pointer{GET_X_LPARAM(position), GET_Y_LPARAM(position)};
+    ScreenToClient(window, &pointer);
+    return pointer.x == GET_X_LPARAM(lParam) && pointer.y == GET_Y_LPARAM(lParam);
 }
 
 bool PointerOverNotificationArea() {

@@ -35,6 +35,9 @@ class TrayIcon {
     /// The middle of the icon on the screen (Shell_NotifyIconGetRect); where the pointer is if Windows does
     /// not tell.
     [[nodiscard]] POINT Place() const;
+    /// True for a mouse move that tells where the pointer was over the window (GetMessagePos), as a callback
+    /// does not: on large scales the window reaches as far to the right as the messages' numbers do.
+    static bool IsRealMove(HWND window, LPARAM lParam) noexcept;
 
   private:
     NOTIFYICONDATAA record_{};

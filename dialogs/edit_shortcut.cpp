@@ -7,13 +7,15 @@
 #include "model/storable_name.h"
 #include "model/target_icon.h"
 #include "res/resource.h"
+#include "win/colors.h"
+#include "win/icons.h"
 #include "win/text.h"
 #include "win/window.h"
 
 namespace dialogs {
 namespace {
 
-constexpr int kIconSize = 32;  // pixels
+constexpr int kIconSize = 32;  // layout pixels
 
 }  // namespace
 
@@ -46,8 +48,9 @@ void frmEdit::CreatePicture() {
     GetWindowRect(Item(p1), &place);
     DestroyWindow(Item(p1));
     MapWindowPoints(nullptr, Handle(), reinterpret_cast<POINT*>(&place), 2);
-    picture_.CreateOn(Handle(), p1, {place.left, place.top, place.left + kIconSize, place.top + kIconSize},
-                      false);
+    const int size = DialogScale()(kIconSize);
+    picture_.CreateOn(Handle(), p1,
+                      {place.left, place.top, place.left + size, place.top + size}, false);
 }
 
 bool frmEdit::OnCommand(int id, int notification) {
@@ -71,15 +74,19 @@ bool frmEdit::OnCommand(int id, int notification) {
 INT_PTR frmEdit::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     if (message != WM_CTLCOLOREDIT) return FALSE;
     const auto dc = reinterpret_cast<HDC>(wParam);
-    SetBkColor(dc, color_);
+    // The text's colours follow a contrast theme, so the ground has to.
+    const bool contrast = win::ContrastTheme();
+    SetBkColor(dc, contrast ? GetSysColor(COLOR_WINDOW) : color_);
+    if (contrast) SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
     name_.ColorText(reinterpret_cast<HWND>(lParam), dc);
-    return reinterpret_cast<INT_PTR>(background_.Get());
+    return reinterpret_cast<INT_PTR>(contrast ? GetSysColorBrush(COLOR_WINDOW) : background_.Get());
 }
 
 void frmEdit::DrawFileIcon() {
-    const win::Icon icon = model::TargetIcon(File(), 0);
+    const int size = DialogScale()(kIconSize);
+    const win::Icon icon = model::TargetIcon(File(), 0, size);
     picture_.Clear();
-    DrawIcon(picture_.Dc(), 0, 0, icon.Get());
+    win::DrawIconOfSize(picture_.Dc(), {0, 0}, icon.Get(), size);
     picture_.Refresh();
 }
 

@@ -4,16 +4,19 @@
 #include <shellapi.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "res/resource.h"
 #include "win/errors.h"
 #include "win/geometry.h"
+#include "win/icons.h"
+#include "win/scale.h"
 #include "win/window.h"
 
 namespace dialogs {
 namespace {
 
-// Pixels.
+// Layout pixels.
 constexpr int kWidth = 238;  // of the window, and how far it slides
 constexpr int kMargin = 5;
 constexpr int kBoxStep = 45;
@@ -23,16 +26,10 @@ constexpr POINT kIconPlace{2, 2};
 constexpr int kStripHeight = 44;
 constexpr int kBarHeight = 17;
 
+constexpr int kIconSize = 32;
+
 constexpr int kSlideStep = 34;
 constexpr DWORD kSlidePause = 12;  // milliseconds
-
-/// The rectangle of a monitor that windows may take up.
-RECT WorkArea(HWND window) {
-    MONITORINFO info{};
-    info.cbSize = sizeof info;
-    GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTOPRIMARY), &info);
-    return info.rcWork;
-}
 
 void DrawCross(const win::PictureBox& box, HDC dc, RECT all) {
     const UINT state = box.Pressed() ? DFCS_PUSHED : 0U;
@@ -44,6 +41,7 @@ void DrawCross(const win::PictureBox& box, HDC dc, RECT all) {
 void IcoChooser::ReadIcons(const std::string& file) {
     const win::Hourglass hourglass;
     icons_.clear();
+    file_ = file;
     for (std::int32_t index = FirstIcon;; ++index) {
         HICON icon = ExtractIconA(win::ModuleInstance(), file.c_str(), static_cast<UINT>(index));
         // 1 stands for a file that can hold no icons.
@@ -76,17 +74,20 @@ bool IcoChooser::OnInit() {
 void IcoChooser::LayOut() {
     constexpr int kBarTop = kMargin + kStripHeight + 4;
     constexpr int kClientHeight = kBarTop + kBarHeight + kMargin;
-    RECT frame{0, 0, 0, kClientHeight};
-    AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongPtrW(Handle(), GWL_STYLE)), FALSE,
-                       static_cast<DWORD>(GetWindowLongPtrW(Handle(), GWL_EXSTYLE)));
+    const win::Scale& scale = DialogScale();
+    RECT frame{0, 0, 0, scale(kClientHeight)};
+    win::AddFrame(frame, Handle());
     PlaceBeside(win::Height(frame));
     RECT client{};
     GetClientRect(Handle(), &client);
-    const int right = client.right - kMargin;
+    const int margin = scale(kMargin);
+    const int right = client.right - margin;
+    const int barTop = scale(kBarTop);
+    const int barHeight = scale(kBarHeight);
     const HWND view = Item(View);
-    MoveWindow(view, kMargin, kMargin, right - kMargin, kStripHeight, FALSE);
-    MoveWindow(Item(HScr), kMargin, kBarTop, right - kMargin - kBarHeight - 4, kBarHeight, FALSE);
-    Image1_.CreateBareOn(Handle(), Image1, {right - kBarHeight, kBarTop, right, kBarTop + kBarHeight}, true);
+    MoveWindow(view, margin, margin, right - margin, scale(kStripHeight), FALSE);
+    MoveWindow(Item(HScr), margin, barTop, right - margin - barHeight - scale(4), barHeight, FALSE);
+    Image1_.CreateBareOn(Handle(), Image1, {right - barHeight, barTop, right, barTop + barHeight}, true);
     Image1_.SetMeaning("Close");
     Image1_.onOverlay = [this](HDC dc, RECT all) { DrawCross(Image1_, dc, all); };
     Image1_.onClick = [this] { HideChooser(); };
@@ -100,17 +101,18 @@ void IcoChooser::LayOut() {
     visibleWidth_ = inside.right;
     strip_ = Item(p1);
     SetParent(strip_, view);
-    scroll_.Attach(Item(HScr), kBoxStep, visibleWidth_);
+    scroll_.Attach(Item(HScr), scale(kBoxStep), visibleWidth_);
 }
 
 void IcoChooser::PlaceBeside(int height) {
     RECT beside{};
-    const RECT area = WorkArea(owner_);
+    const RECT area = win::WorkAreaOf(owner_);
+    const int width = DialogScale()(kWidth);
     GetWindowRect(owner_, &beside);
-    rightOfOwner_ = beside.left - kWidth < area.left;
-    const int left = rightOfOwner_ ? beside.right : beside.left - kWidth;
+    rightOfOwner_ = beside.left - width < area.left;
+    const int left = rightOfOwner_ ? beside.right : beside.left - width;
     const int lowest = std::max(area.top, area.bottom - height);
-    SetWindowPos(Handle(), nullptr, left, std::clamp<int>(beside.top, area.top, lowest), kWidth, height,
+    SetWindowPos(Handle(), nullptr, left, std::clamp<int>(beside.top, area.top, lowest), width, height,
                  SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
@@ -118,26 +120,42 @@ void IcoChooser::MakeBoxes() {
     boxes_.reserve(icons_.size());
     for (int index = 0; index < IconCount(); ++index)
         MakeBox(index);
-    const int width = kFirstBoxLeft + IconCount() * kBoxStep;
-    MoveWindow(strip_, 0, 0, width, kStripHeight, FALSE);
+    const int width = BoxLeft(IconCount());
+    MoveWindow(strip_, 0, 0, width, DialogScale()(kStripHeight), FALSE);
     scroll_.SetMaximum(width - visibleWidth_);
+}
+
+int IcoChooser::BoxLeft(int index) const noexcept {
+    return DialogScale()(kFirstBoxLeft) + index * DialogScale()(kBoxStep);
 }
 
 void IcoChooser::MakeBox(int index) {
     boxes_.push_back(std::make_unique<win::PictureBox>());
     win::PictureBox& box = *boxes_.back();
     box.SetBackColor(GetSysColor(COLOR_WINDOW));
-    const int left = kFirstBoxLeft + index * kBoxStep;
+    const win::Scale scale = DialogScale();
+    const int left = BoxLeft(index);
+    const int top = scale(2);
     // One of them only is a stop of the Tab key; the arrows walk over the others.
-    box.CreateBareOn(strip_, p2 + FirstIcon + index, {left, 2, left + kBoxSize, 2 + kBoxSize}, index == 0);
+    box.CreateBareOn(strip_, p2 + FirstIcon + index,
+                     {left, top, left + scale(kBoxSize), top + scale(kBoxSize)}, index == 0);
     box.SetMeaning("Icon " + std::to_string(FirstIcon + index));
-    HICON icon = icons_[static_cast<size_t>(index)].Get();
-    box.onOverlay = [&box, icon](HDC dc, RECT all) {
-        DrawIcon(dc, kIconPlace.x, kIconPlace.y, icon);
+    HICON icon = IconFor(index);
+    box.onOverlay = [&box, icon, scale](HDC dc, RECT all) {
+        win::DrawIconOfSize(dc, scale(kIconPlace), icon, scale(kIconSize));
         if (box.Hovered()) DrawEdge(dc, &all, box.Pressed() ? BDR_SUNKENOUTER : BDR_RAISEDINNER, BF_RECT);
     };
     box.onClick = [this, index] { Pick(index); };
     box.onKeyDown = [this, index](WPARAM key) { return OnKey(index, key); };
+}
+
+/// What was read has the size of the system's scale.
+HICON IcoChooser::IconFor(int index) {
+    win::Icon& icon = icons_[static_cast<size_t>(index)];
+    const int size = DialogScale()(kIconSize);
+    if (size == GetSystemMetrics(SM_CXICON)) return icon.Get();
+    if (win::Icon made = win::FileIcon(file_, FirstIcon + index, size)) icon = std::move(made);
+    return icon.Get();
 }
 
 bool IcoChooser::OnKey(int index, WPARAM key) {
@@ -156,11 +174,12 @@ void IcoChooser::FocusOn(int index) {
     if (index < 0 || index >= IconCount()) return;
     win::ShowFocusMarks();
     SetFocus(boxes_[static_cast<size_t>(index)]->Handle());
-    const int left = kFirstBoxLeft + index * kBoxStep;
+    const int left = BoxLeft(index);
+    const int next = BoxLeft(index + 1);
     if (left < scroll_.Value() || index == 0)
-        scroll_.SetValue(left - kFirstBoxLeft);
-    else if (left + kBoxStep > scroll_.Value() + visibleWidth_)
-        scroll_.SetValue(left + kBoxStep - visibleWidth_);
+        scroll_.SetValue(left - BoxLeft(0));
+    else if (next > scroll_.Value() + visibleWidth_)
+        scroll_.SetValue(next - visibleWidth_);
     PlaceStrip();
 }
 
@@ -210,7 +229,8 @@ void IcoChooser::HideChooser() {
     RECT place{};
     GetWindowRect(Handle(), &place);
     // Under the edge of the main window: what is left of it keeps that side.
-    for (int position = -kWidth; position < 0; position += kSlideStep) {
+    const int step = DialogScale()(kSlideStep);
+    for (int position = -DialogScale()(kWidth); position < 0; position += step) {
         const int left = rightOfOwner_ ? static_cast<int>(place.left) : place.right + position;
         SetWindowPos(Handle(), nullptr, left, place.top, -position, win::Height(place),
                      SWP_NOZORDER | SWP_NOACTIVATE);

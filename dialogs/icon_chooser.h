@@ -63,6 +63,8 @@ class IcoChooser : public win::Dialog {
     void LayOut();
     void MakeBoxes();
     void MakeBox(int index);
+    [[nodiscard]] int BoxLeft(int index) const noexcept;
+    HICON IconFor(int index);
     void PlaceBeside(int height);
     void Scroll(int code);
     void PlaceStrip();
@@ -75,6 +77,7 @@ class IcoChooser : public win::Dialog {
     int visibleWidth_ = 0;
     bool rightOfOwner_ = false;
     bool closing_ = false;
+    std::string file_;
     std::vector<win::Icon> icons_;
     std::vector<std::unique_ptr<win::PictureBox>> boxes_;
     win::PictureBox Image1_;

@@ -4,8 +4,11 @@
 #include <utility>
 
 #include "res/resource.h"
+#include "win/colors.h"
 #include "win/geometry.h"
 #include "win/shell_call.h"
+#include "win/icons.h"
+#include "win/scale.h"
 #include "win/text.h"
 #include "win/window.h"
 
@@ -19,7 +22,7 @@ namespace {
 constexpr int kButtonLimit = 3;
 constexpr const char* kSupportPage = "https://quon.example/support";
 constexpr const char* kHomePage = "https://quon.example/";
-constexpr COLORREF kLinkColor = RGB(0x17, 0x66, 0x8A);
+constexpr int kPictureSize = 64;  // layout pixels
 
 bool IsLink(HWND control) {
     const int id = GetDlgCtrlID(control);
@@ -65,7 +68,7 @@ bool frmMsg::OnInit() {
     // Before the tip exists: a window that has topmost windows of its own may not become one itself.
     win::SetTopmost(true, Handle());
     for (HWND child = GetWindow(Handle(), GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))
-        SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(win::MessageFont()), FALSE);
+        SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(win::MessageFont(DialogScale())), FALSE);
     if (about_)
         FillAbout();
     else
@@ -113,11 +116,10 @@ void frmMsg::FillAbout() {
     ShowWindow(Item(l1), SW_HIDE);
     for (const int id : {Frame2, ProductPicture, VersionLabel, SupportLink, WebLink, b2})
         ShowWindow(Item(id), SW_SHOW);
-    picture_.Reset(static_cast<HICON>(
-        LoadImageW(win::ModuleInstance(), MAKEINTRESOURCEW(IDI_QUON), IMAGE_ICON, 64, 64, 0)));
+    picture_ = win::ResourceIcon(IDI_QUON, DialogScale()(kPictureSize));
     SendMessageW(Item(ProductPicture), STM_SETICON, reinterpret_cast<WPARAM>(picture_.Get()), 0);
     LOGFONTW font{};
-    GetObjectW(win::MessageFont(), sizeof font, &font);
+    GetObjectW(win::MessageFont(DialogScale()), sizeof font, &font);
     font.lfUnderline = TRUE;
     linkFont_.Reset(CreateFontIndirectW(&font));
     for (const int id : {SupportLink, WebLink})
@@ -130,15 +132,14 @@ void frmMsg::FillAbout() {
 }
 
 int frmMsg::MessageHeight() const {
-    const win::TwipsPerPixel twips = win::ScreenTwipsPerPixel();
     const win::WindowDc dc(Handle());
-    const win::Selection font(dc.Get(), win::MessageFont());
-    RECT rect{0, 0, win::ToPixels(MessageTextWidth(), twips.x), 0};
+    const win::Selection font(dc.Get(), win::MessageFont(DialogScale()));
+    RECT rect{0, 0, DialogScale().FromTwips(MessageTextWidth()), 0};
     win::DrawPlainText(dc.Get(), message_.empty() ? " " : message_, rect,
                        DT_CALCRECT | DT_WORDBREAK | DT_EDITCONTROL);
     // A text taller than the screen would put the buttons out of reach.
-    const int limit = GetSystemMetrics(SM_CYSCREEN) * 2 / 3;
-    return win::ToTwips(std::min(win::Height(rect), limit), twips.y);
+    const int limit = win::Height(win::ScreenOf(Handle())) * 2 / 3;
+    return DialogScale().ToTwips(std::min(win::Height(rect), limit));
 }
 
 const std::string& frmMsg::Caption(int index) const { return captions_[index]; }
@@ -159,21 +160,19 @@ int frmMsg::DefaultButton() const {
 }
 
 void frmMsg::Place(int id, const TwipsRect& rect) const {
-    const win::TwipsPerPixel twips = win::ScreenTwipsPerPixel();
-    SetWindowPos(Item(id), nullptr, win::ToPixels(rect.left, twips.x), win::ToPixels(rect.top, twips.y),
-                 win::ToPixels(rect.width, twips.x), win::ToPixels(rect.height, twips.y),
-                 SWP_NOZORDER | SWP_NOACTIVATE);
+    const win::Scale& scale = DialogScale();
+    SetWindowPos(Item(id), nullptr, scale.FromTwips(rect.left), scale.FromTwips(rect.top),
+                 scale.FromTwips(rect.width), scale.FromTwips(rect.height), SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void frmMsg::SizeClient(int width, int height) const {
-    const win::TwipsPerPixel twips = win::ScreenTwipsPerPixel();
-    RECT frame{0, 0, win::ToPixels(width, twips.x), win::ToPixels(height, twips.y)};
-    AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongPtrW(Handle(), GWL_STYLE)), FALSE,
-                       static_cast<DWORD>(GetWindowLongPtrW(Handle(), GWL_EXSTYLE)));
+    RECT frame{0, 0, DialogScale().FromTwips(width), DialogScale().FromTwips(height)};
+    win::AddFrame(frame, Handle());
     const int outerWidth = win::Width(frame);
     const int outerHeight = win::Height(frame);
-    SetWindowPos(Handle(), nullptr, (GetSystemMetrics(SM_CXSCREEN) - outerWidth) / 2,
-                 (GetSystemMetrics(SM_CYSCREEN) - outerHeight) / 2, outerWidth, outerHeight,
+    const RECT screen = win::ScreenOf(Handle());
+    SetWindowPos(Handle(), nullptr, screen.left + (win::Width(screen) - outerWidth) / 2,
+                 screen.top + (win::Height(screen) - outerHeight) / 2, outerWidth, outerHeight,
                  SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
@@ -210,7 +209,7 @@ INT_PTR frmMsg::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_PAINT: win::SetTopmost(true, Handle()); return FALSE;
         case WM_CTLCOLORSTATIC:
             if (!IsLink(reinterpret_cast<HWND>(lParam))) return FALSE;
-            SetTextColor(reinterpret_cast<HDC>(wParam), kLinkColor);
+            SetTextColor(reinterpret_cast<HDC>(wParam), win::ColorOf(win::Color::kLink));
             SetBkMode(reinterpret_cast<HDC>(wParam), TRANSPARENT);
             return reinterpret_cast<INT_PTR>(GetSysColorBrush(COLOR_BTNFACE));
         case WM_SETCURSOR:

@@ -11,6 +11,7 @@
 #include "dialogs/caption_gap.h"
 #include "dialogs/message_box.h"
 #include "res/resource.h"
+#include "win/colors.h"
 #include "win/errors.h"
 #include "win/process_start.h"
 #include "win/text.h"
@@ -69,9 +70,8 @@ constexpr Tip kHotKeyTip{"Default: none",
 constexpr int kPopOnHover = 8;
 constexpr int kClickShows = 9;
 constexpr int kEdgeCount = 4;
-constexpr COLORREF kWarningColor = RGB(0xE0, 0x10, 0x10);
-constexpr int kWarningWidth = 2;    // pixels
-constexpr int kCheckMarkSize = 13;  // pixels, beside the caption of a check box
+constexpr int kWarningWidth = 2;    // layout pixels
+constexpr int kCheckMarkSize = 13;  // layout pixels, beside the caption of a check box
 
 constexpr const char* kRunKey = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
 constexpr const char* kRunValue = "Quon";
@@ -121,7 +121,7 @@ bool frmSettings::OnInit() {
     // Before the tips exist: a window that has topmost windows of its own may not become one itself.
     win::SetTopmost(true, Handle());
     collectedBefore_ = Settings.ShowCollected;
-    PlaceInCaptionGap(Item(chSet + kPopOnHover), Item(Text1), kCheckMarkSize);
+    PlaceInCaptionGap(Item(chSet + kPopOnHover), Item(Text1), DialogScale()(kCheckMarkSize));
     ShapeWarning();
     ShowSettings();
     delayTip_.SetTipText("One second = 1000 ms");
@@ -146,10 +146,11 @@ void frmSettings::ShowSettings() {
 
 /// Leaves of the warning's window a frame alone: what it frames is seen and clicked through it.
 void frmSettings::ShapeWarning() {
-    warningBrush_.Reset(CreateSolidBrush(kWarningColor));
+    warningBrush_.Reset(CreateSolidBrush(win::ColorOf(win::Color::kWarning)));
     RECT all{};
     GetClientRect(Item(Picture2), &all);
-    InflateRect(&all, -kWarningWidth, -kWarningWidth);
+    const int width = DialogScale()(kWarningWidth);
+    InflateRect(&all, -width, -width);
     win::CutHole(Item(Picture2), all);
 }
 

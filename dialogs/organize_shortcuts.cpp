@@ -18,7 +18,7 @@ namespace dialogs {
 namespace {
 
 constexpr const char* kGroupTag = "g";
-constexpr int kNotch = 102;  // pixels
+constexpr int kNotch = 102;  // layout pixels
 constexpr UINT_PTR kReadAgainTimer = 1;
 constexpr UINT kReadAgain = 200;  // milliseconds
 constexpr RowLook kLook{.height = 47,
@@ -156,8 +156,9 @@ void frmCuts::OnActivate(bool active) {
 
 void frmCuts::MouseWheel(std::int32_t /*Keys*/, std::int32_t Rotation, std::int32_t /*X*/,
                          std::int32_t /*Y*/) {
-    if (Rotation < 0) list_.ScrollTo(list_.ScrollValue() + kNotch);
-    if (Rotation > 0) list_.ScrollTo(list_.ScrollValue() - kNotch);
+    const int notch = DialogScale()(kNotch);
+    if (Rotation < 0) list_.ScrollTo(list_.ScrollValue() + notch);
+    if (Rotation > 0) list_.ScrollTo(list_.ScrollValue() - notch);
 }
 
 void frmCuts::EditShortcut() {

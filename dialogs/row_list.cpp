@@ -9,26 +9,53 @@
 
 #include "model/launching.h"
 #include "sys/utility.h"
+#include "win/colors.h"
 #include "win/geometry.h"
 #include "win/handles.h"
+#include "win/icons.h"
 #include "win/key_repeat.h"
 #include "win/text.h"
 
 namespace dialogs {
 namespace {
 
+// Layout pixels.
 constexpr int kRightMargin = 4;
+constexpr int kIconSize = 16;
 // Windows keeps the coordinates of a window in 16 bits.
 constexpr int kHighestWindow = 30000;
-constexpr COLORREF kEvenRowColor = RGB(0xFF, 0xFF, 0xFF);
-constexpr COLORREF kOddRowColor = RGB(0xF1, 0xF5, 0xF1);
-constexpr COLORREF kQuietBarColor = RGB(0xCF, 0xE3, 0xEC);  // of the selected row while others have the focus
-constexpr COLORREF kTargetColor = RGB(0x60, 0x60, 0x60);
+
+/// The icon of a path in the size that is to be drawn; none when the shell does not tell where it lies.
+win::Icon IconOfSize(const std::string& path, UINT flags, int size) {
+    SHFILEINFOA info{};
+    const UINT asked = flags & SHGFI_USEFILEATTRIBUTES;
+    if (SHGetFileInfoA(path.c_str(), FILE_ATTRIBUTE_NORMAL, &info, sizeof info, SHGFI_ICONLOCATION | asked) !=
+            0 &&
+        info.szDisplayName[0] != '\0')
+        return win::FileIcon(info.szDisplayName, info.iIcon, size);
+    return win::FileIcon(path, 0, size);
+}
 
 }  // namespace
 
+RowLook Scaled(const RowLook& look, const win::Scale& scale) {
+    return {.firstTop = scale(look.firstTop),
+            .height = scale(look.height),
+            .gap = scale(look.gap),
+            .bottom = scale(look.bottom),
+            .icon = scale(look.icon),
+            .name = scale(look.name),
+            .targetTop = scale(look.targetTop),
+            .highlightLeft = scale(look.highlightLeft),
+            .framed = look.framed,
+            .smallStep = scale(look.smallStep),
+            .largeStep = scale(look.largeStep)};
+}
+
 void RowList::CreateOn(HWND frame, HWND scrollBar, int id) {
     frame_ = frame;
+    scale_ = win::Scale::Of(frame);
+    look_ = Scaled(layout_, scale_);
     rows_.clear();
     selected_ = 0;
     paintOffset_ = 0;
@@ -48,7 +75,8 @@ void RowList::CreateOn(HWND frame, HWND scrollBar, int id) {
 
 void RowList::Assign(std::vector<Row> rows) {
     rows_ = std::move(rows);
-    icons_.assign(rows_.size(), std::nullopt);
+    icons_.clear();
+    icons_.resize(rows_.size());
     selected_ = std::clamp(selected_, 0, std::max(0, Count() - 1));
     Layout();
     Repaint();
@@ -90,7 +118,7 @@ RECT RowList::HighlightPlace(int index) const {
 }
 
 COLORREF RowList::RowColor(int index) const {
-    return look_.framed && index % 2 != 0 ? kOddRowColor : kEvenRowColor;
+    return win::ColorOf(look_.framed && index % 2 != 0 ? win::Color::kOddRow : win::Color::kEvenRow);
 }
 
 int RowList::ContentHeight() const noexcept {
@@ -209,18 +237,38 @@ bool RowList::OnPress(int y) {
     return true;
 }
 
-RowList::ShellIcon RowList::FetchIcon(const std::string& target) {
+RowList::ShellIcon RowList::FetchIcon(const std::string& target) const {
     std::string path = win::Before(target, '|');
     if (sys::IsUrl(path)) path = model::DefaultBrowserPath.empty() ? ".htm" : model::DefaultBrowserPath;
     constexpr UINT kSmall = SHGFI_SYSICONINDEX | SHGFI_SMALLICON;
     SHFILEINFOA info{};
-    DWORD_PTR list = SHGetFileInfoA(path.c_str(), 0, &info, sizeof info, kSmall);
+    UINT flags = kSmall;
+    DWORD_PTR list = SHGetFileInfoA(path.c_str(), 0, &info, sizeof info, flags);
     // What is gone still has the icon of its kind.
-    if (list == 0)
-        list = SHGetFileInfoA(path.c_str(), FILE_ATTRIBUTE_NORMAL, &info, sizeof info,
-                              kSmall | SHGFI_USEFILEATTRIBUTES);
+    if (list == 0) {
+        flags |= SHGFI_USEFILEATTRIBUTES;
+        list = SHGetFileInfoA(path.c_str(), FILE_ATTRIBUTE_NORMAL, &info, sizeof info, flags);
+    }
     // NOLINTNEXTLINE(performance-no-int-to-ptr): the function's answer is the handle of the list.
-    return {reinterpret_cast<HANDLE>(list), info.iIcon};
+    ShellIcon icon{reinterpret_cast<HANDLE>(list), info.iIcon, {}};
+    const int size = scale_(kIconSize);
+    if (icon.list != nullptr && size != GetSystemMetrics(SM_CXSMICON))
+        icon.own = IconOfSize(path, flags, size);
+    return icon;
+}
+
+void RowList::DrawShellIcon(HDC dc, const ShellIcon& icon, int left, int top) const {
+    if (icon.list == nullptr) return;
+    const auto list = static_cast<HIMAGELIST>(icon.list);
+    const int size = scale_(kIconSize);
+    if (size == GetSystemMetrics(SM_CXSMICON)) {
+        ImageList_Draw(list, icon.index, dc, left, top, ILD_NORMAL);
+        return;
+    }
+    // What has no icon of that size is drawn larger or smaller than it was made.
+    win::Icon stretched;
+    if (!icon.own) stretched.Reset(ImageList_GetIcon(list, icon.index, ILD_NORMAL));
+    DrawIconEx(dc, left, top, icon.own ? icon.own.Get() : stretched.Get(), size, size, 0, nullptr, DI_NORMAL);
 }
 
 void RowList::FetchIcons(int top, int bottom) {
@@ -229,8 +277,8 @@ void RowList::FetchIcons(int top, int bottom) {
         if (icons_[slot]) continue;
         // The shell may let messages run, and they may change the rows.
         const std::string target = rows_[slot].target;
-        const ShellIcon icon = FetchIcon(target);
-        if (slot < rows_.size() && rows_[slot].target == target) icons_[slot] = icon;
+        ShellIcon icon = FetchIcon(target);
+        if (slot < rows_.size() && rows_[slot].target == target) icons_[slot] = std::move(icon);
     }
 }
 
@@ -261,7 +309,7 @@ void RowList::Print(HDC dc) {
 
 void RowList::Draw(HDC dc, const RECT& part) const {
     FillRect(dc, &part, GetSysColorBrush(COLOR_WINDOW));
-    const win::Selection font(dc, win::MessageFont());
+    const win::Selection font(dc, win::MessageFont(scale_));
     SetBkMode(dc, TRANSPARENT);
     POINT origin{};
     OffsetViewportOrgEx(dc, 0, -paintOffset_, &origin);
@@ -281,19 +329,20 @@ void RowList::DrawRow(HDC dc, int index) const {
     FillRect(dc, &place, back.Get());
     if (selected) {
         const RECT bar = HighlightPlace(index);
-        const win::Brush color(CreateSolidBrush(focused ? GetSysColor(COLOR_HIGHLIGHT) : kQuietBarColor));
+        const win::Brush color(
+            CreateSolidBrush(focused ? GetSysColor(COLOR_HIGHLIGHT) : win::ColorOf(win::Color::kQuietBar)));
         FillRect(dc, &bar, color.Get());
     }
     if (look_.framed) DrawEdge(dc, &place, BDR_RAISEDOUTER | BDR_SUNKENINNER, BF_RECT);
-    if (const auto& icon = icons_[slot]; icon && icon->list != nullptr)
-        ImageList_Draw(static_cast<HIMAGELIST>(icon->list), icon->index, dc, place.left + look_.icon.x,
-                       place.top + look_.icon.y, ILD_NORMAL);
-    const bool bright = selected && focused;
-    const int right = place.right - kRightMargin;
+    if (const auto& icon = icons_[slot])
+        DrawShellIcon(dc, *icon, place.left + look_.icon.x, place.top + look_.icon.y);
+    // Under a contrast theme the bar has the same colour in both cases.
+    const bool bright = selected && (focused || win::ContrastTheme());
+    const int right = place.right - scale_(kRightMargin);
     SetTextColor(dc, GetSysColor(bright ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
     DrawLine(dc, rows_[slot].name, place.left + look_.name.x, place.top + look_.name.y, right);
     if (look_.targetTop == 0) return;
-    if (!bright) SetTextColor(dc, kTargetColor);
+    if (!bright) SetTextColor(dc, win::ColorOf(win::Color::kRemark));
     DrawLine(dc, rows_[slot].target, place.left + look_.name.x, place.top + look_.targetTop, right);
 }
 

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "win/handles.h"
+#include "win/scale.h"
 #include "win/scroll_bar.h"
 #include "win/window.h"
 
@@ -20,7 +22,7 @@ struct Row {
     std::string tag;  ///< the user's own mark
 };
 
-/// Where a list puts things, in pixels. Offsets are from a row's left and top.
+/// Where a list puts things, in layout pixels. Offsets are from a row's left and top.
 struct RowLook {
     int firstTop = 0;       ///< top of row 0
     int height = 0;         ///< of each row
@@ -35,11 +37,14 @@ struct RowLook {
     int largeStep = 0;      ///< of the scroll bar's shaft
 };
 
+/// The look at a scale: all lengths in its pixels.
+RowLook Scaled(const RowLook& look, const win::Scale& scale);
+
 /// A scrollable list of painted rows: one window, however many rows there are. It is the content of a frame
 /// and moves inside it. A row's icon is fetched when the row is first seen.
 class RowList : public win::Window {
   public:
-    explicit RowList(const RowLook& look) : look_(look) {}
+    explicit RowList(const RowLook& look) : layout_(look), look_(look) {}
 
     /// Creates the list, empty, as the child `id` of its frame. `scrollBar` is a vertical scroll bar, whose
     /// WM_VSCROLL its own parent passes on to OnScroll.
@@ -90,13 +95,16 @@ class RowList : public win::Window {
     std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
-    /// The place of an icon in the system's list of small icons.
+    /// The place of an icon in the system's list of small icons; where those have not the size of the rows'
+    /// ones, an icon of that size.
     struct ShellIcon {
         HANDLE list = nullptr;
         int index = 0;
+        win::Icon own;
     };
 
-    [[nodiscard]] static ShellIcon FetchIcon(const std::string& target);
+    [[nodiscard]] ShellIcon FetchIcon(const std::string& target) const;
+    void DrawShellIcon(HDC dc, const ShellIcon& icon, int left, int top) const;
     [[nodiscard]] int Count() const noexcept { return static_cast<int>(rows_.size()); }
     [[nodiscard]] int Step() const noexcept { return look_.height + look_.gap; }
     [[nodiscard]] int ContentHeight() const noexcept;
@@ -123,7 +131,10 @@ class RowList : public win::Window {
     void DrawFocus(HDC dc) const;
     [[nodiscard]] RECT HighlightPlace(int index) const;
 
+    RowLook layout_;
+    /// The same at the scale of the frame's screen.
     RowLook look_;
+    win::Scale scale_;
     HWND frame_ = nullptr;
     win::ScrollBar scroll_;
     std::vector<Row> rows_;

@@ -4,15 +4,10 @@
 
 #include "model/shortcut_store.h"
 #include "model/storable_name.h"
+#include "win/colors.h"
 #include "win/text.h"
 
 namespace dialogs {
-namespace {
-
-constexpr COLORREF kTakenColor = 255;      // red
-constexpr COLORREF kFreeColor = 0xFF0000;  // blue
-
-}  // namespace
 
 std::optional<bool> ShortcutExists(const std::string& name) {
     const auto shortcuts = model::ShortcutStore::Shortcuts();
@@ -65,7 +60,8 @@ void ShortcutNameBox::Test() {
 }
 
 void ShortcutNameBox::ColorText(HWND control, HDC dc) const noexcept {
-    if (GetDlgCtrlID(control) == box_) SetTextColor(dc, taken_ ? kTakenColor : kFreeColor);
+    if (GetDlgCtrlID(control) == box_)
+        SetTextColor(dc, win::ColorOf(taken_ ? win::Color::kTaken : win::Color::kFree));
 }
 
 }  // namespace dialogs

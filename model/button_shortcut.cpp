@@ -6,12 +6,15 @@
 #include "model/button_record.h"
 #include "model/shortcut_store.h"
 #include "model/target_icon.h"
+#include "win/icons.h"
 #include "win/text.h"
 
 namespace model {
 namespace {
 
+// Layout pixels.
 constexpr POINT kIconPlace{35, 8};
+constexpr int kIconSize = 32;
 constexpr int kCaptionTop = 56;
 constexpr int kTwoLineCaptionTop = 44;
 constexpr int kCaptionHeight = 30;
@@ -201,25 +204,38 @@ void CButtonShortcut::BecomeFree(bool silent) {
     Group = false;
     Naziv = kFreeName;
     icon_.Reset();
-    if (silent || box_ == nullptr) return;
+    if (!silent) DrawFreeFace();
+}
+
+void CButtonShortcut::DrawFreeFace() {
+    if (box_ == nullptr) return;
     box_->Clear();
-    RECT text{2, 56, box_->ScaleWidth() - 4, 86};
+    RECT text = box_->PictureScale()(RECT{2, 56, box_->ScaleWidth() - 4, 86});
     win::DrawPlainText(box_->Dc(), kFreeName, text, kCentredWrapped);
     box_->SetMeaning(kFreeName);
     DrawButton();
 }
 
+void CButtonShortcut::DrawFace() {
+    if (IsFree())
+        DrawFreeFace();
+    else
+        AddFile();
+}
+
 void CButtonShortcut::AddFile() {
     if (box_ == nullptr) return;
     box_->Clear();
+    const win::Scale scale = box_->PictureScale();
+    const int size = scale(kIconSize);
     const int refresh = refresh_;
     const std::string target = Group ? win::Before(FilePath, '|') : FilePath;
     win::Icon icon;
-    if (answers_ || !icon_) icon = answers_ ? TargetIcon(target, FileIcon) : IconOfKind(target);
+    if (answers_ || !icon_) icon = answers_ ? TargetIcon(target, FileIcon, size) : IconOfKind(target);
     // The shell lets messages run while it looks for an icon; another refresh has painted then.
     if (refresh != refresh_) return;
     if (icon) icon_ = std::move(icon);
-    DrawIcon(box_->Dc(), kIconPlace.x, kIconPlace.y, icon_.Get());
+    win::DrawIconOfSize(box_->Dc(), scale(kIconPlace), icon_.Get(), size);
     DrawCaption(Naziv, Group ? "G" : Switch);
     box_->SetMeaning(Naziv);
     DrawButton();
@@ -227,11 +243,12 @@ void CButtonShortcut::AddFile() {
 }
 
 void CButtonShortcut::DrawCaption(const std::string& caption, const std::string& mark) {
+    const win::Scale& scale = box_->PictureScale();
     const int right = box_->ScaleWidth() - 3;
-    const int top = win::TextWidth(box_->Dc(), caption) > right ? kTwoLineCaptionTop : kCaptionTop;
-    RECT captionPlace{3, top, right, top + kCaptionHeight};
+    const int top = win::TextWidth(box_->Dc(), caption) > scale(right) ? kTwoLineCaptionTop : kCaptionTop;
+    RECT captionPlace = scale(RECT{3, top, right, top + kCaptionHeight});
     win::DrawPlainText(box_->Dc(), caption, captionPlace, kCentredWrapped);
-    RECT markPlace{4, 2, box_->ScaleWidth() - 4, kCaptionHeight};
+    RECT markPlace = scale(RECT{4, 2, box_->ScaleWidth() - 4, kCaptionHeight});
     win::DrawPlainText(box_->Dc(), mark, markPlace, DT_WORDBREAK);
 }
 

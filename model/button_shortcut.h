@@ -89,6 +89,10 @@ class CButtonShortcut {
     /// Draws the raised edge.
     void DrawButton();
 
+    /// Paints the whole face anew from the present values, after the picture has become another one. Nothing
+    /// is stored.
+    void DrawFace();
+
   private:
     struct Reading;
 
@@ -96,6 +100,7 @@ class CButtonShortcut {
     bool TakeForeignRecord(Reading& reading) const;
     void Take(const Reading& reading, bool stored);
     void TakeUnread(const Reading& reading);
+    void DrawFreeFace();
     void DrawCaption(const std::string& caption, const std::string& mark);
 
     ButtonContext& context_;

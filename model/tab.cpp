@@ -5,15 +5,11 @@
 #include "model/button_record.h"
 #include "model/button_records.h"
 #include "model/shortcut_store.h"
+#include "win/colors.h"
 #include "win/errors.h"
 #include "win/text.h"
 
 namespace model {
-namespace {
-
-constexpr COLORREF kLabelColor = 0x565656;
-
-}  // namespace
 
 void clsTab::INIstring(const std::string& record) {
     if (record.empty()) return;
@@ -57,8 +53,8 @@ std::string clsTab::Content() const {
 void clsTab::DrawTabText() {
     if (header_ == nullptr) return;
     header_->Clear();
-    SetTextColor(header_->Dc(), kLabelColor);
-    RECT place{3, 5, header_->ScaleWidth() - 3, 22};
+    SetTextColor(header_->Dc(), win::ColorOf(win::Color::kLabel));
+    RECT place = header_->PictureScale()(RECT{3, 5, header_->ScaleWidth() - 3, 22});
     win::DrawPlainText(header_->Dc(), Label, place, DT_CENTER);
     header_->SetMeaning(Label);
     header_->Refresh();

@@ -9,6 +9,7 @@
 #include "model/launching.h"
 #include "res/resource.h"
 #include "sys/utility.h"
+#include "win/icons.h"
 #include "win/process_start.h"
 #include "win/text.h"
 #include "win/window.h"
@@ -22,14 +23,23 @@ win::Icon Extracted(HICON icon) {
     return win::Icon(value > 1 ? icon : nullptr);
 }
 
-win::Icon ProgramIcon(const std::string& path, std::int32_t index) {
-    // For index -1 the answer is not an icon but how many there are.
-    if (index == -1) return {};
-    return Extracted(
-        ExtractIconA(win::ModuleInstance(), FindAssociatedExe(path).c_str(), static_cast<UINT>(index)));
+/// The icon again, but made for `size` pixels, where Windows has handed it out in another size.
+win::Icon MadeFor(win::Icon icon, int size, const std::string& file, std::int32_t index) {
+    if (!icon || size == GetSystemMetrics(SM_CXICON)) return icon;
+    win::Icon made = win::FileIcon(file, index, size);
+    return made ? std::move(made) : std::move(icon);
 }
 
-win::Icon AssociatedIcon(const std::string& path, std::int32_t index) {
+win::Icon ProgramIcon(const std::string& path, std::int32_t index, int size) {
+    // For index -1 the answer is not an icon but how many there are.
+    if (index == -1) return {};
+    const std::string program = FindAssociatedExe(path);
+    win::Icon icon =
+        Extracted(ExtractIconA(win::ModuleInstance(), program.c_str(), static_cast<UINT>(index)));
+    return MadeFor(std::move(icon), size, program, index);
+}
+
+win::Icon AssociatedIcon(const std::string& path, std::int32_t index, int size) {
     // The function has room for this many characters, and does not check whether they are enough.
     if (win::ToWide(path).size() >= MAX_PATH) return {};
     // The function writes the icon's file into the path that it is given, so it gets a copy.
@@ -38,8 +48,15 @@ win::Icon AssociatedIcon(const std::string& path, std::int32_t index) {
     WORD position = static_cast<WORD>(index);
     win::Icon icon = Extracted(ExtractAssociatedIconA(win::ModuleInstance(), copy.data(), &position));
     // For a target without an icon of its own the answer may be one of this program's.
-    if (win::EqualIgnoringCase(copy.c_str(), win::ProgramPath())) icon.Reset();
-    return icon;
+    if (win::EqualIgnoringCase(copy.c_str(), win::ProgramPath())) return {};
+    return MadeFor(std::move(icon), size, copy.c_str(), position);
+}
+
+/// The program's own picture, which there is in many sizes.
+win::Icon OwnIcon(int size) {
+    if (size == GetSystemMetrics(SM_CXICON))
+        return win::Icon(CopyIcon(LoadIconW(win::ModuleInstance(), MAKEINTRESOURCEW(IDI_QUON))));
+    return win::ResourceIcon(IDI_QUON, size);
 }
 
 win::Icon ShellIcon(const std::string& path) {
@@ -50,18 +67,14 @@ win::Icon ShellIcon(const std::string& path) {
     return Extracted(info.hIcon);
 }
 
-win::Icon OwnIcon() {
-    return win::Icon(CopyIcon(LoadIconW(win::ModuleInstance(), MAKEINTRESOURCEW(IDI_QUON))));
-}
-
 }  // namespace
 
-win::Icon TargetIcon(const std::string& target, std::int32_t index) {
+win::Icon TargetIcon(const std::string& target, std::int32_t index, int size) {
     const std::string path = sys::IsUrl(target) ? DefaultBrowserPath : target;
-    win::Icon icon = ProgramIcon(path, index);
-    if (!icon) icon = AssociatedIcon(path, index);
+    win::Icon icon = ProgramIcon(path, index, size);
+    if (!icon) icon = AssociatedIcon(path, index, size);
     if (!icon) icon = ShellIcon(path);
-    return icon ? std::move(icon) : OwnIcon();
+    return icon ? std::move(icon) : OwnIcon(size);
 }
 
 win::Icon IconOfKind(const std::string& target) {
@@ -71,7 +84,7 @@ win::Icon IconOfKind(const std::string& target) {
     if (!target.empty() &&
         SHGetFileInfoA(target.c_str(), FILE_ATTRIBUTE_NORMAL, &info, sizeof info, kByName) != 0)
         icon = Extracted(info.hIcon);
-    return icon ? std::move(icon) : OwnIcon();
+    return icon ? std::move(icon) : OwnIcon(GetSystemMetrics(SM_CXICON));
 }
 
 }  // namespace model

@@ -6,12 +6,12 @@
 #include <string_view>
 
 #include "win/text.h"
+#include "win/colors.h"
 #include "win/window.h"
 
 namespace sys {
 namespace {
 
-constexpr COLORREF kBackColor = 0xDDE1DD;
 // Wide enough that only "\n" breaks a line.
 constexpr LPARAM kUnlimitedWidth = 0x7FFF;
 
@@ -91,8 +91,14 @@ bool clsToolTip::Create() {
     SendTool(TTM_ADDTOOLA, TTM_ADDTOOLW);
     SendTitle();
     SendMessageA(window_, TTM_SETMAXTIPWIDTH, 0, kUnlimitedWidth);
-    SendMessageA(window_, TTM_SETTIPBKCOLOR, kBackColor, 0);
+    SetColors();
     return false;
+}
+
+void clsToolTip::SetColors() const noexcept {
+    SendMessageA(window_, TTM_SETTIPBKCOLOR, win::ColorOf(win::Color::kTipGround), 0);
+    // The text is the system's colour for tips, which is not always read on the theme's ground.
+    if (win::ContrastTheme()) SendMessageA(window_, TTM_SETTIPTEXTCOLOR, GetSysColor(COLOR_INFOTEXT), 0);
 }
 
 void clsToolTip::Activate(bool active) noexcept {

@@ -54,6 +54,7 @@ class clsToolTip {
     void SendTool(UINT message, UINT wideMessage);
     void SendTitle();
     void DestroyTip() noexcept;
+    void SetColors() const noexcept;
 
     std::string title_;
     HWND parentControl_ = nullptr;

@@ -13,12 +13,19 @@ void ComboBox::CreateOn(HWND parent, int id, RECT place) {
         // NOLINTNEXTLINE(performance-no-int-to-ptr): Windows passes a child's identifier in the menu's place.
         reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), ModuleInstance(), nullptr);
     if (handle_ == nullptr) throw RuntimeError("Could not create a drop-down list");
-    SendMessageW(handle_, WM_SETFONT, reinterpret_cast<WPARAM>(MessageFont()), FALSE);
+    SendMessageW(handle_, WM_SETFONT, reinterpret_cast<WPARAM>(MessageFont(Scale::Of(parent))), FALSE);
     COMBOBOXINFO info{};
     info.cbSize = sizeof info;
     GetComboBoxInfo(handle_, &info);
     edit_ = info.hwndItem;
     list_ = info.hwndList;
+}
+
+void ComboBox::Rescale(RECT place) {
+    const Scale scale = Scale::Of(GetParent(handle_));
+    SendMessageW(handle_, WM_SETFONT, reinterpret_cast<WPARAM>(MessageFont(scale)), FALSE);
+    SetWindowPos(handle_, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 bool ComboBox::IsOpen() const noexcept { return SendMessageW(handle_, CB_GETDROPPEDSTATE, 0, 0) != 0; }

@@ -19,9 +19,12 @@ struct FoundItem {
 /// An editable drop-down list. Its parent owns the window; this is the way to talk to it.
 class ComboBox {
   public:
-    /// Creates the control on `parent`, in client pixels; the height is that of the list when it is open.
-    /// Throws RuntimeError when Windows refuses.
+    /// Creates the control on `parent`, in client pixels and with the font of its scale; the height is that
+    /// of the list when it is open. Throws RuntimeError when Windows refuses.
     void CreateOn(HWND parent, int id, RECT place);
+
+    /// Puts the control elsewhere and gives it the font of the scale that its parent has by now.
+    void Rescale(RECT place);
 
     /// The control's window; null before CreateOn.
     [[nodiscard]] HWND Handle() const noexcept { return handle_; }

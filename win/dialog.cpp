@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <vector>
 
+#include "win/dialog_template.h"
 #include "win/errors.h"
+#include "win/geometry.h"
 #include "win/message_ban.h"
 #include "win/modal_windows.h"
 #include "win/window.h"
@@ -23,13 +25,43 @@ std::vector<HWND>& OpenDialogs() {
 /// What ShowModal answers without a dialog, as DialogBoxParamW does.
 constexpr INT_PTR kNotMade = -1;
 
+/// A dialog that is moved to a screen with another scale keeps its own: what it has laid out and drawn itself
+/// would not follow Windows' hand.
+void KeepScale(HWND dialog) noexcept {
+    using Function = BOOL(WINAPI*)(HWND, int, int);
+    constexpr int kDisableAll = 1;  // DDC_DISABLE_ALL
+    // Not everything that runs Windows programs has the function.
+    const auto set = reinterpret_cast<Function>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32"), "SetDialogDpiChangeBehavior")));
+    if (set != nullptr) set(dialog, kDisableAll, kDisableAll);
+}
+
+/// Moves a dialog to where all of it is on its screen, if it has room there.
+void KeepOnScreen(HWND dialog) noexcept {
+    RECT place{};
+    GetWindowRect(dialog, &place);
+    const RECT area = WorkAreaOf(dialog);
+    const LONG left = std::max(area.left, std::min(place.left, area.right - Width(place)));
+    const LONG top = std::max(area.top, std::min(place.top, area.bottom - Height(place)));
+    if (left == place.left && top == place.top) return;
+    SetWindowPos(dialog, nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 }  // namespace
 
 INT_PTR Dialog::ShowModal(HWND owner, int templateId) {
     if (IsEnding()) return kNotMade;
     AssertMayPump("a dialog");
-    const INT_PTR answer = DialogBoxParamW(ModuleInstance(), MAKEINTRESOURCEW(templateId), owner,
-                                           &Dialog::Procedure, reinterpret_cast<LPARAM>(this));
+    // The templates have the font that messages usually have.
+    const std::vector<WORD> copy =
+        TextPercent() == 100 ? std::vector<WORD>() : TemplateInMessageFont(templateId);
+    const auto self = reinterpret_cast<LPARAM>(this);
+    // In its own font rather than not at all.
+    const INT_PTR answer =
+        copy.empty()
+            ? DialogBoxParamW(ModuleInstance(), MAKEINTRESOURCEW(templateId), owner, &Dialog::Procedure, self)
+            : DialogBoxIndirectParamW(ModuleInstance(), reinterpret_cast<const DLGTEMPLATE*>(copy.data()),
+                                      owner, &Dialog::Procedure, self);
     handle_ = nullptr;
     return answer;
 }
@@ -40,11 +72,14 @@ INT_PTR CALLBACK Dialog::Procedure(HWND window, UINT message, WPARAM wParam, LPA
     if (message == WM_INITDIALOG) {
         auto* self = reinterpret_cast<Dialog*>(lParam);
         self->handle_ = window;
+        self->scale_ = Scale::Of(window);
+        KeepScale(window);
         SetWindowLongPtrW(window, DWLP_USER, lParam);
         bool ready = false;
         const INT_PTR focus = Guarded(window, INT_PTR{TRUE}, [&] {
             OpenDialogs().push_back(window);
             const INT_PTR answer{self->OnInit()};
+            KeepOnScreen(window);
             ready = true;
             return answer;
         });
@@ -60,6 +95,9 @@ INT_PTR CALLBACK Dialog::Procedure(HWND window, UINT message, WPARAM wParam, LPA
             SetWindowLongPtrW(window, DWLP_USER, 0);
             return FALSE;
         }
+        // What the controls draw in the system's colours, and what the dialog draws in them.
+        if (message == WM_SYSCOLORCHANGE)
+            RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
         if (message == WM_HELP) {
             ShowHelp();
             return TRUE;

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include "win/scale.h"
+
 namespace win {
 
 /// A modal window made from a DIALOGEX template. Esc arrives as the command IDCANCEL, Enter as the default
@@ -17,6 +19,9 @@ class Dialog {
 
     /// The dialog's window; null while it is not shown.
     [[nodiscard]] HWND Handle() const noexcept { return handle_; }
+
+    /// The scale that the dialog was made at, which it keeps wherever it is moved.
+    [[nodiscard]] const Scale& DialogScale() const noexcept { return scale_; }
 
     /// The window of one of the dialog's controls; null when there is none.
     [[nodiscard]] HWND Item(int id) const noexcept { return GetDlgItem(handle_, id); }
@@ -43,6 +48,7 @@ class Dialog {
     static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
 
     HWND handle_ = nullptr;
+    Scale scale_;
 };
 
 /// The window that owns the next modal window: the innermost open dialog, else the one set as the main

@@ -7,11 +7,11 @@
 namespace win {
 
 TwipsPerPixel ScreenTwipsPerPixel() {
-    constexpr int kTwipsPerInch = 1440;
+    constexpr double kTwipsPerInch = 1440;
     const WindowDc screen(nullptr);
     const int x = GetDeviceCaps(screen.Get(), LOGPIXELSX);
     const int y = GetDeviceCaps(screen.Get(), LOGPIXELSY);
-    return {std::max(1, kTwipsPerInch / std::max(1, x)), std::max(1, kTwipsPerInch / std::max(1, y))};
+    return {kTwipsPerInch / std::max(1, x), kTwipsPerInch / std::max(1, y)};
 }
 
 }  // namespace win

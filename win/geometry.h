@@ -4,10 +4,11 @@
 
 namespace win {
 
-/// How many twips (1/1440 inch) one pixel takes on each axis of the screen; 15 at 96 dots per inch.
+/// How many twips (1/1440 inch) one pixel takes on each axis of the screen; 15 at 96 dots per inch, 7.5 at
+/// 192.
 struct TwipsPerPixel {
-    int x = 15;
-    int y = 15;
+    double x = 15;
+    double y = 15;
 };
 
 /// Reads the values of the screen (GetDeviceCaps); never 0.
@@ -20,13 +21,16 @@ struct Twips {
 };
 
 /// Whole pixels for a length in twips, rounded to the nearest; `perPixel` is positive.
-constexpr int ToPixels(int twips, int perPixel) {
-    const int half = perPixel / 2;
-    return twips >= 0 ? (twips + half) / perPixel : -((-twips + half) / perPixel);
+constexpr int ToPixels(int twips, double perPixel) {
+    const double pixels = twips / perPixel;
+    return static_cast<int>(pixels >= 0 ? pixels + 0.5 : pixels - 0.5);
 }
 
-/// The length in twips of a number of pixels.
-constexpr int ToTwips(int pixels, int perPixel) { return pixels * perPixel; }
+/// The length in twips of a number of pixels, rounded to the nearest.
+constexpr int ToTwips(int pixels, double perPixel) {
+    const double twips = pixels * perPixel;
+    return static_cast<int>(twips >= 0 ? twips + 0.5 : twips - 0.5);
+}
 
 /// The extents of a rectangle, in its own unit.
 constexpr int Width(const RECT& rect) { return rect.right - rect.left; }

@@ -40,6 +40,7 @@ void PictureBox::CreateOn(HWND parent, int id, RECT place, bool tabStop) {
 
 void PictureBox::CreateBareOn(HWND parent, int id, RECT place, bool tabStop) {
     size_ = {place.right - place.left, place.bottom - place.top};
+    scale_ = Scale::Of(parent);
     WindowOptions options;
     options.className = L"QuonPicture";
     options.style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | (tabStop ? WS_TABSTOP : 0U);
@@ -50,19 +51,34 @@ void PictureBox::CreateBareOn(HWND parent, int id, RECT place, bool tabStop) {
     Create(options);
 }
 
+void PictureBox::Rescale(RECT place) {
+    size_ = {place.right - place.left, place.bottom - place.top};
+    scale_ = Scale::Of(GetParent(Handle()));
+    SetWindowPos(Handle(), nullptr, place.left, place.top, size_.cx, size_.cy, SWP_NOZORDER | SWP_NOACTIVATE);
+    if (dc_) {
+        MakePicture();
+        Clear();
+    }
+    Refresh();
+}
+
 void PictureBox::MakePicture() {
     const WindowDc screen(nullptr);
     dc_.Reset(CreateCompatibleDC(screen.Get()));
     bitmap_.Reset(CreateCompatibleBitmap(screen.Get(), size_.cx, size_.cy));
     SelectObject(dc_.Get(), bitmap_.Get());
-    SelectObject(dc_.Get(), MessageFont());
+    SelectObject(dc_.Get(), MessageFont(scale_));
     SetBkMode(dc_.Get(), TRANSPARENT);
     SetTextColor(dc_.Get(), GetSysColor(COLOR_BTNTEXT));
 }
 
+COLORREF PictureBox::BackColor() const noexcept {
+    return backColor_ ? *backColor_ : GetSysColor(COLOR_BTNFACE);
+}
+
 void PictureBox::Clear() {
     const RECT all{0, 0, size_.cx, size_.cy};
-    const Brush brush(CreateSolidBrush(backColor_));
+    const Brush brush(CreateSolidBrush(BackColor()));
     FillRect(dc_.Get(), &all, brush.Get());
 }
 
@@ -141,7 +157,7 @@ void PictureBox::OnPaint() {
     if (dc_) {
         BitBlt(paint.Dc(), 0, 0, size_.cx, size_.cy, dc_.Get(), 0, 0, SRCCOPY);
     } else {
-        const Brush brush(CreateSolidBrush(backColor_));
+        const Brush brush(CreateSolidBrush(BackColor()));
         FillRect(paint.Dc(), &all, brush.Get());
     }
     if (onOverlay) onOverlay(paint.Dc(), all);

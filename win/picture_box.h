@@ -3,9 +3,11 @@
 #include <windows.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "win/handles.h"
+#include "win/scale.h"
 #include "win/window.h"
 
 namespace win {
@@ -61,7 +63,7 @@ class PictureBox : public Window {
     /// Gets WM_CONTEXTMENU raised by the keyboard.
     std::function<void()> onContextKey;
 
-    /// Creates the box on `parent`, in the parent's client pixels.
+    /// Creates the box on `parent`, in the parent's client pixels and at its scale.
     void CreateOn(HWND parent, int id, RECT place, bool tabStop = true);
 
     /// Creates a box without a picture of its own: the background and onOverlay are all it shows. For boxes
@@ -71,11 +73,18 @@ class PictureBox : public Window {
     /// The device context of the picture.
     [[nodiscard]] HDC Dc() const noexcept { return dc_.Get(); }
 
-    /// The width of the picture in pixels.
-    [[nodiscard]] int ScaleWidth() const noexcept { return size_.cx; }
+    /// Puts the box elsewhere and gives it the scale that its parent has by now. The picture is a new, empty
+    /// one: what was drawn has to be drawn again.
+    void Rescale(RECT place);
 
-    /// The height of the picture in pixels.
-    [[nodiscard]] int ScaleHeight() const noexcept { return size_.cy; }
+    /// The scale that the box was made at.
+    [[nodiscard]] const Scale& PictureScale() const noexcept { return scale_; }
+
+    /// The width of the picture in layout pixels, whatever its scale.
+    [[nodiscard]] int ScaleWidth() const noexcept { return scale_.ToLayout(size_.cx); }
+
+    /// The height of the picture in layout pixels.
+    [[nodiscard]] int ScaleHeight() const noexcept { return scale_.ToLayout(size_.cy); }
 
     /// The colour that Clear fills with; the system's button face unless set.
     void SetBackColor(COLORREF color) noexcept { backColor_ = color; }
@@ -111,12 +120,14 @@ class PictureBox : public Window {
     void OnLeftDown(const Mouse& mouse);
     void OnLeftUp(const Mouse& mouse);
     [[nodiscard]] bool Contains(POINT point) const;
+    [[nodiscard]] COLORREF BackColor() const noexcept;
 
     // In this order: a bitmap can be deleted only after the device context that holds it.
     Bitmap bitmap_;
     MemoryDc dc_;
     SIZE size_{};
-    COLORREF backColor_ = GetSysColor(COLOR_BTNFACE);
+    Scale scale_;
+    std::optional<COLORREF> backColor_;
     int frame_ = 0;
     bool hovered_ = false;
     bool pressed_ = false;

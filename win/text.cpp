@@ -1,6 +1,8 @@
 #include "win/text.h"
 
 #include <algorithm>
+#include <map>
+#include <utility>
 
 #include "win/handles.h"
 
@@ -97,13 +99,17 @@ int TextWidth(HDC dc, std::string_view text) {
     return size.cx;
 }
 
-HFONT MessageFont() {
-    static const Font font = [] {
+HFONT MessageFont(const Scale& scale) {
+    // By text size too: after a change of it the former fonts are still selected here and there.
+    static std::map<std::pair<int, int>, Font> fonts;
+    Font& font = fonts[{scale.Dpi(), scale.TextPercent()}];
+    if (!font) {
         NONCLIENTMETRICSW metrics{};
         metrics.cbSize = sizeof metrics;
-        SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
-        return Font(CreateFontIndirectW(&metrics.lfMessageFont));
-    }();
+        SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0,
+                                   static_cast<UINT>(scale.Dpi()));
+        font.Reset(CreateFontIndirectW(&metrics.lfMessageFont));
+    }
     return font.Get();
 }
 

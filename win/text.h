@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "win/scale.h"
+
 namespace win {
 
 // Text is kept as bytes in the process code page: UTF-8 where the manifest is honoured, the system's
@@ -54,7 +56,8 @@ int DrawPlainText(HDC dc, std::string_view text, RECT& rect, UINT format);
 /// The width of one line of text in the font that is selected, in pixels (GetTextExtentPoint32W).
 int TextWidth(HDC dc, std::string_view text);
 
-/// The system's message font, made once for the life of the process; owned here.
-HFONT MessageFont();
+/// The system's message font at a scale (SystemParametersInfoForDpi), made once for the life of the process;
+/// owned here. It has the size of the system's text already.
+HFONT MessageFont(const Scale& scale = {});
 
 }  // namespace win

@@ -131,6 +131,20 @@ TEST_F(TrayIconTest, AMoveWithTheIconsNumberAndNoHeightComesFromTheIcon) {
     EXPECT_EQ(TrayIcon::CallbackEvent(1, 100), 0u);
 }
 
+TEST_F(TrayIconTest, KnowsAMoveThatTellsWhereThePointerIs) {
+    const testkit::RecordedCall position =
+        FAKE_CALL(GetMessagePos, []() -> DWORD { return MAKELONG(614, static_cast<WORD>(-20)); });
+    const testkit::RecordedCall client = FAKE_CALL(ScreenToClient, [](HWND window, LPPOINT point) -> WINBOOL {
+        EXPECT_EQ(window, kWindow);
+        point->x -= 100;
+        point->y += 20;
+        return TRUE;
+    });
+    EXPECT_TRUE(TrayIcon::IsRealMove(kWindow, MAKELPARAM(514, 0)));
+    EXPECT_FALSE(TrayIcon::IsRealMove(kWindow, MAKELPARAM(517, 0)));
+    EXPECT_FALSE(TrayIcon::IsRealMove(kWindow, MAKELPARAM(514, 1)));
+}
+
 /// The panel's answer to the icon, docked at the right edge at first; the panel is never on the screen.
 class TrayEventTest : public ::testing::Test {
   protected:
@@ -298,6 +312,17 @@ TEST_F(TrayEventTest, ShowsThePanelByItsFirstEntry) {
     EXPECT_TRUE(Shown());
     EXPECT_EQ(panel_.Log().Count("place"), 2u);
     EXPECT_NE(panel_.Panel().Handle(), nullptr);
+}
+
+TEST_F(TrayEventTest, TakesARealMoveAtTheNumbersPlaceForAMove) {
+    // On a large scale the panel reaches as far to the right.
+    const testkit::RecordedCall position = FAKE_CALL(GetMessagePos, [this]() -> DWORD {
+        POINT point{514, 0};
+        ClientToScreen(panel_.Panel().Handle(), &point);
+        return static_cast<DWORD>(MAKELONG(point.x, point.y));
+    });
+    Send(WM_LBUTTONUP);
+    EXPECT_FALSE(Shown());
 }
 
 }  // namespace

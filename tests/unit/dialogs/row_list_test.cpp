@@ -396,5 +396,24 @@ TEST_F(RowListTest, OnlyWhatIsAskedForIsPaintedAndNothingIsErasedBefore) {
     EXPECT_EQ(SendMessageW(list_.Handle(), WM_ERASEBKGND, 0, 0), 1);
 }
 
+TEST(RowLookTest, ScalesEveryLength) {
+    const RowLook look = Scaled(kPlain, win::Scale(192));
+    EXPECT_EQ(look.firstTop, 8);
+    EXPECT_EQ(look.height, 40);
+    EXPECT_EQ(look.gap, 12);
+    EXPECT_EQ(look.bottom, 10);
+    EXPECT_EQ(look.icon.x, 8);
+    EXPECT_EQ(look.icon.y, 4);
+    EXPECT_EQ(look.name.x, 52);
+    EXPECT_EQ(look.name.y, 2);
+    EXPECT_EQ(look.targetTop, 0);
+    EXPECT_EQ(look.highlightLeft, 44);
+    EXPECT_FALSE(look.framed);
+    EXPECT_EQ(look.smallStep, 40);
+    EXPECT_EQ(look.largeStep, 120);
+    EXPECT_EQ(Scaled(kFramed, win::Scale(144)).targetTop, 38);
+    EXPECT_TRUE(Scaled(kFramed, win::Scale(144)).framed);
+}
+
 }  // namespace
 }  // namespace dialogs

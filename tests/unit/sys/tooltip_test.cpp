@@ -14,6 +14,7 @@
 #include "tests/support/recorded_call.h"
 #include "tests/support/text.h"
 #include "tests/support/window.h"
+#include "win/colors.h"
 #include "win/window.h"
 
 namespace sys {
@@ -141,6 +142,26 @@ TEST_F(TooltipTest, IsCreatedStepByStep) {
                 ElementsAre("create 0 tooltips_class32 (null) 3 null", "place 0 0 0 0 19", "theme [] []",
                             "1028 first\nsecond", "1056 0 Title", "1048 0 32767", "1043 14541277 0"));
     EXPECT_EQ(tip.Handle(), made);
+}
+
+TEST_F(TooltipTest, HasTheThemesColoursUnderAContrastTheme) {
+    const RecordedCall contrast =
+        FAKE_CALL(SystemParametersInfoW, [](UINT what, UINT size, PVOID value, UINT flags) -> WINBOOL {
+            if (what != SPI_GETHIGHCONTRAST)
+                return ORIGINAL_CALL(SystemParametersInfoW)(what, size, value, flags);
+            static_cast<HIGHCONTRASTW*>(value)->dwFlags = HCF_HIGHCONTRASTON;
+            return TRUE;
+        });
+    win::ForgetColors();
+    const RecordedCall messages = LogMessages();
+    clsToolTip tip;
+    tip.SetParentControl(control_);
+    tip.Create();
+    const std::vector<std::string> lines = log_.Lines();
+    ASSERT_GE(lines.size(), 2u);
+    EXPECT_EQ(lines[lines.size() - 2], "1043 " + std::to_string(GetSysColor(COLOR_INFOBK)) + " 0");
+    EXPECT_EQ(lines.back(), "1044 " + std::to_string(GetSysColor(COLOR_INFOTEXT)) + " 0");
+    win::ForgetColors();
 }
 
 TEST_F(TooltipTest, SendsAnEmptyTitleWhenItIsCreated) {

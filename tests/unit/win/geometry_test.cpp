@@ -12,7 +12,7 @@ namespace {
 TEST(GeometryTest, RoundsTwipsToTheNearestPixel) {
     struct Case {
         int twips;
-        int perPixel;
+        double perPixel;
         int pixels;
     };
     for (const Case& example : {Case{0, 15, 0},
@@ -28,7 +28,12 @@ TEST(GeometryTest, RoundsTwipsToTheNearestPixel) {
                                 {-1320, 15, -88},
                                 {30, 12, 3},
                                 {29, 12, 2},
-                                {5, 1, 5}})
+                                {5, 1, 5},
+                                // Twice the usual dots per inch.
+                                {1320, 7.5, 176},
+                                {-30, 7.5, -4},
+                                {3, 7.5, 0},
+                                {4, 7.5, 1}})
         EXPECT_EQ(ToPixels(example.twips, example.perPixel), example.pixels) << example.twips;
 }
 
@@ -36,22 +41,22 @@ TEST(GeometryTest, CountsTheTwipsOfPixels) {
     EXPECT_EQ(ToTwips(88, 15), 1320);
     EXPECT_EQ(ToTwips(-2, 12), -24);
     for (int pixels = -50; pixels <= 50; ++pixels)
-        EXPECT_EQ(ToPixels(ToTwips(pixels, 15), 15), pixels);
+        for (const double perPixel : {15.0, 12.0, 10.0, 7.5, 1440.0 / 168})
+            EXPECT_EQ(ToPixels(ToTwips(pixels, perPixel), perPixel), pixels) << perPixel;
 }
 
 TEST(GeometryTest, TakesTheTwipsPerPixelFromEachAxisOfTheScreen) {
     struct Case {
         int dpi;
-        int twips;
+        double twips;
     };
-    for (const Case& example :
-         {Case{96, 15}, {120, 12}, {144, 10}, {192, 7}, {1440, 1}, {5000, 1}, {0, 1440}}) {
+    for (const Case& example : {Case{96, 15}, {120, 12}, {144, 10}, {192, 7.5}, {1440, 1}, {0, 1440}}) {
         for (const int axis : {LOGPIXELSX, LOGPIXELSY}) {
             const testkit::RecordedCall caps =
                 FAKE_CALL(GetDeviceCaps, [&](HDC, int index) { return index == axis ? example.dpi : 72; });
             const TwipsPerPixel twips = ScreenTwipsPerPixel();
-            EXPECT_EQ(axis == LOGPIXELSX ? twips.x : twips.y, example.twips) << example.dpi;
-            EXPECT_EQ(axis == LOGPIXELSX ? twips.y : twips.x, 20) << example.dpi;
+            EXPECT_DOUBLE_EQ(axis == LOGPIXELSX ? twips.x : twips.y, example.twips) << example.dpi;
+            EXPECT_DOUBLE_EQ(axis == LOGPIXELSX ? twips.y : twips.x, 20) << example.dpi;
         }
     }
 }

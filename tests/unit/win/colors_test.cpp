@@ -1,0 +1,112 @@
+#include "win/colors.h"
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "tests/support/recorded_call.h"
+
+namespace win {
+namespace {
+
+using testkit::RecordedCall;
+
+constexpr COLORREF kWhite = RGB(255, 255, 255);
+constexpr COLORREF kDialogGround = RGB(0xF0, 0xF0, 0xF0);
+
+double Linear(int part) {
+    const double value = part / 255.0;
+    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+}
+
+double Luminance(COLORREF color) {
+    return 0.2126 * Linear(GetRValue(color)) + 0.7152 * Linear(GetGValue(color)) +
+           0.0722 * Linear(GetBValue(color));
+}
+
+/// 1 for one colour on itself, 21 for black on white.
+double Contrast(COLORREF one, COLORREF other) {
+    const double a = Luminance(one) + 0.05;
+    const double b = Luminance(other) + 0.05;
+    return std::max(a, b) / std::min(a, b);
+}
+
+RecordedCall Theme(bool contrast) {
+    ForgetColors();
+    return FAKE_CALL(SystemParametersInfoW, [contrast](UINT what, UINT size, PVOID value, UINT) -> WINBOOL {
+        EXPECT_EQ(what, static_cast<UINT>(SPI_GETHIGHCONTRAST));
+        EXPECT_EQ(size, sizeof(HIGHCONTRASTW));
+        static_cast<HIGHCONTRASTW*>(value)->dwFlags = contrast ? HCF_HIGHCONTRASTON : HCF_AVAILABLE;
+        return TRUE;
+    });
+}
+
+class ColorsTest : public ::testing::Test {
+  protected:
+    ~ColorsTest() override { ForgetColors(); }
+};
+
+TEST_F(ColorsTest, AreTheProgramsOwnInTheOrdinaryLook) {
+    const RecordedCall theme = Theme(false);
+    EXPECT_EQ(ColorOf(Color::kLabel), COLORREF{0x565656});
+    EXPECT_EQ(ColorOf(Color::kTipGround), COLORREF{0xDDE1DD});
+    EXPECT_EQ(ColorOf(Color::kTaken), COLORREF{255});
+    EXPECT_EQ(ColorOf(Color::kFree), COLORREF{0xFF0000});
+    EXPECT_EQ(ColorOf(Color::kEvenRow), kWhite);
+}
+
+TEST_F(ColorsTest, AreTheSystemsUnderAContrastTheme) {
+    const RecordedCall theme = Theme(true);
+    const RecordedCall system = FAKE_CALL(GetSysColor, [](int index) -> DWORD { return 1000U + index; });
+    EXPECT_EQ(ColorOf(Color::kLabel), COLORREF{1000 + COLOR_BTNTEXT});
+    EXPECT_EQ(ColorOf(Color::kEvenRow), COLORREF{1000 + COLOR_WINDOW});
+    EXPECT_EQ(ColorOf(Color::kOddRow), COLORREF{1000 + COLOR_WINDOW});
+    EXPECT_EQ(ColorOf(Color::kRemark), COLORREF{1000 + COLOR_WINDOWTEXT});
+    EXPECT_EQ(ColorOf(Color::kLink), COLORREF{1000 + COLOR_HOTLIGHT});
+    EXPECT_EQ(ColorOf(Color::kTipGround), COLORREF{1000 + COLOR_INFOBK});
+}
+
+TEST_F(ColorsTest, AskForTheThemeOnceUntilItMayHaveChanged) {
+    {
+        const RecordedCall theme = Theme(true);
+        EXPECT_TRUE(ContrastTheme());
+    }
+    {
+        const RecordedCall unasked = FAKE_CALL(SystemParametersInfoW, [](UINT, UINT, PVOID, UINT) -> WINBOOL {
+            ADD_FAILURE() << "asked again";
+            return FALSE;
+        });
+        EXPECT_TRUE(ContrastTheme());
+    }
+    const RecordedCall refused =
+        FAKE_CALL(SystemParametersInfoW, [](UINT, UINT, PVOID, UINT) -> WINBOOL { return FALSE; });
+    ForgetColors();
+    EXPECT_FALSE(ContrastTheme());
+}
+
+TEST_F(ColorsTest, OfTextAreReadableOnTheirGround) {
+    constexpr double kReadable = 4.5;
+    EXPECT_GE(Contrast(PlainColor(Color::kLabel), kDialogGround), kReadable);
+    EXPECT_GE(Contrast(PlainColor(Color::kLink), kDialogGround), kReadable);
+    for (const Color ground : {Color::kEvenRow, Color::kOddRow, Color::kQuietBar}) {
+        EXPECT_GE(Contrast(PlainColor(Color::kRemark), PlainColor(ground)), kReadable);
+        EXPECT_GE(Contrast(RGB(0, 0, 0), PlainColor(ground)), kReadable);
+    }
+    EXPECT_GE(Contrast(RGB(0, 0, 0), PlainColor(Color::kTipGround)), kReadable);
+    EXPECT_GE(Contrast(PlainColor(Color::kFree), PlainColor(Color::kOddRow)), kReadable);
+}
+
+TEST_F(ColorsTest, KnowsADarkGround) {
+    EXPECT_TRUE(IsDark(RGB(0, 0, 0)));
+    EXPECT_TRUE(IsDark(RGB(0x20, 0x20, 0x60)));
+    EXPECT_TRUE(IsDark(RGB(0, 0, 255)));
+    EXPECT_FALSE(IsDark(kDialogGround));
+    EXPECT_FALSE(IsDark(RGB(255, 255, 0)));
+    EXPECT_FALSE(IsDark(kWhite));
+}
+
+}  // namespace
+}  // namespace win

@@ -1,0 +1,149 @@
+#include "win/dialog_template.h"
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <cwchar>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "res/resource.h"
+#include "tests/support/recorded_call.h"
+#include "win/handles.h"
+#include "win/text.h"
+#include "win/window.h"
+
+namespace win {
+namespace {
+
+std::vector<WORD> Stored(int id) {
+    const HRSRC resource = FindResourceW(ModuleInstance(), MAKEINTRESOURCEW(id), RT_DIALOG);
+    const auto* words = static_cast<const WORD*>(LockResource(LoadResource(ModuleInstance(), resource)));
+    return {words, words + SizeofResource(ModuleInstance(), resource) / sizeof(WORD)};
+}
+
+INT_PTR CALLBACK Ignore(HWND, UINT, WPARAM, LPARAM) { return FALSE; }
+
+struct Made {
+    std::vector<int> controls;
+    LONG width = 0;
+    std::wstring face;
+    LONG height = 0;
+};
+
+Made Make(const std::vector<WORD>& words) {
+    const HWND dialog = CreateDialogIndirectParamW(
+        ModuleInstance(), reinterpret_cast<const DLGTEMPLATE*>(words.data()), nullptr, &Ignore, 0);
+    Made made;
+    if (dialog == nullptr) return made;
+    for (HWND child = GetWindow(dialog, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))
+        made.controls.push_back(GetDlgCtrlID(child));
+    RECT client{};
+    GetClientRect(dialog, &client);
+    made.width = client.right;
+    LOGFONTW font{};
+    GetObjectW(reinterpret_cast<HFONT>(SendMessageW(dialog, WM_GETFONT, 0, 0)), sizeof font, &font);
+    made.face = font.lfFaceName;
+    made.height = font.lfHeight;
+    DestroyWindow(dialog);
+    return made;
+}
+
+TEST(DialogTemplateTest, KeepsEverythingButTheFont) {
+    for (const int id : {IDD_MESSAGE, IDD_OPTIONS, IDD_ORGANIZE_SHORTCUTS, IDD_EDIT_SHORTCUT, IDD_EDIT_GROUP,
+                         IDD_DEFINE_TAB, IDD_ICON_CHOOSER}) {
+        const std::vector<WORD> stored = Stored(id);
+        const Made before = Make(stored);
+        ASSERT_FALSE(before.controls.empty()) << id;
+        // A face with an odd and one with an even number of letters: what follows is aligned.
+        for (const wchar_t* face : {L"Tahoma", L"Marlett"}) {
+            const Made after = Make(WithFont(stored.data(), stored.size(), face, 18, FW_NORMAL));
+            EXPECT_EQ(after.controls, before.controls) << id;
+            EXPECT_EQ(after.face, face);
+            EXPECT_EQ(after.height, -24);
+        }
+        const Made large = Make(WithFont(stored.data(), stored.size(), before.face, 18, FW_NORMAL));
+        EXPECT_GT(large.width, before.width * 3 / 2) << id;
+    }
+}
+
+TEST(DialogTemplateTest, LeavesAloneWhatIsNoSuchTemplate) {
+    const std::vector<WORD> stored = Stored(IDD_OPTIONS);
+    EXPECT_TRUE(WithFont(stored.data(), 5, L"Tahoma", 9, FW_NORMAL).empty());
+    EXPECT_TRUE(WithFont(stored.data(), 20, L"Tahoma", 9, FW_NORMAL).empty());
+    std::vector<WORD> plain = stored;
+    plain[1] = 0;
+    EXPECT_TRUE(WithFont(plain.data(), plain.size(), L"Tahoma", 9, FW_NORMAL).empty());
+    std::vector<WORD> fontless = stored;
+    fontless[6] = static_cast<WORD>(fontless[6] & ~DS_SETFONT);
+    EXPECT_TRUE(WithFont(fontless.data(), fontless.size(), L"Tahoma", 9, FW_NORMAL).empty());
+    EXPECT_TRUE(TemplateInMessageFont(4711).empty());
+}
+
+TEST(DialogTemplateTest, TakesTheSystemsMessageFontInItsSize) {
+    const testkit::RecordedCall ask =
+        FAKE_CALL(SystemParametersInfoForDpi, [](UINT, UINT, PVOID record, UINT, UINT dpi) -> WINBOOL {
+            EXPECT_EQ(dpi, 96U);
+            auto& font = static_cast<NONCLIENTMETRICSW*>(record)->lfMessageFont;
+            font.lfHeight = -24;
+            std::memcpy(font.lfFaceName, L"Tahoma", sizeof L"Tahoma");
+            return TRUE;
+        });
+    const Made made = Make(TemplateInMessageFont(IDD_DEFINE_TAB));
+    EXPECT_EQ(made.face, L"Tahoma");
+    EXPECT_EQ(made.height, -24);
+}
+
+/// What a control needs for its caption and has not, in pixels; 0 when it fits.
+LONG Missing(HWND control) {
+    wchar_t name[32]{};
+    GetClassNameW(control, name, static_cast<int>(std::size(name)));
+    const bool button = std::wcscmp(name, L"Button") == 0;
+    const std::string caption = WindowText(control);
+    if (caption.empty() || (!button && std::wcscmp(name, L"Static") != 0)) return 0;
+    const WindowDc dc(control);
+    const Selection font(dc.Get(), reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)));
+    RECT client{};
+    GetClientRect(control, &client);
+    LONG width = TextWidth(dc.Get(), caption);
+    const LONG_PTR type = GetWindowLongPtrW(control, GWL_STYLE) & BS_TYPEMASK;
+    constexpr LONG kMark = 13;
+    constexpr LONG kFace = 6;
+    if (button && type == BS_GROUPBOX) return std::max<LONG>(0, width + 2 * kMark - client.right);
+    if (button && type != BS_PUSHBUTTON && type != BS_DEFPUSHBUTTON)
+        width += kMark + TextWidth(dc.Get(), "0") / 2;
+    else if (button)
+        width += kFace;
+    SIZE line{};
+    GetTextExtentPoint32W(dc.Get(), L"Mg", 2, &line);
+    return std::max({LONG{0}, width - client.right, line.cy - client.bottom});
+}
+
+TEST(DialogTemplateTest, HasRoomForEveryCaptionAtEverySizeOfTheText) {
+    for (const int id :
+         {IDD_OPTIONS, IDD_ORGANIZE_SHORTCUTS, IDD_EDIT_SHORTCUT, IDD_EDIT_GROUP, IDD_DEFINE_TAB}) {
+        const std::vector<WORD> stored = Stored(id);
+        for (const wchar_t* face : {L"Tahoma", L"Segoe UI"}) {
+            // 9 points are 100 %, 20 are 225 %; twice as many are that on a screen with a scale of 200 %.
+            for (const WORD points : {8, 9, 10, 11, 12, 14, 16, 18, 20, 27, 40}) {
+                const std::vector<WORD> words =
+                    WithFont(stored.data(), stored.size(), face, points, FW_NORMAL);
+                const HWND dialog = CreateDialogIndirectParamW(
+                    ModuleInstance(), reinterpret_cast<const DLGTEMPLATE*>(words.data()), nullptr, &Ignore,
+                    0);
+                ASSERT_NE(dialog, nullptr);
+                for (HWND child = GetWindow(dialog, GW_CHILD); child != nullptr;
+                     child = GetWindow(child, GW_HWNDNEXT))
+                    EXPECT_EQ(Missing(child), 0) << id << ", " << points << " points: " << WindowText(child);
+                DestroyWindow(dialog);
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace win

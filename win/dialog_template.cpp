@@ -1,0 +1,70 @@
+#include "win/dialog_template.h"
+
+#include <cstdlib>
+#include <span>
+
+#include "win/scale.h"
+#include "win/window.h"
+
+namespace win {
+namespace {
+
+// In words. DLGTEMPLATEEX is declared nowhere: version and signature, help identifier, extended style, style,
+// number of controls, place and size; then menu, class and caption, each of a length of its own.
+constexpr size_t kSignature = 1;
+constexpr size_t kStyle = 6;
+constexpr size_t kFixedPart = 13;
+constexpr WORD kExtended = 0xFFFF;
+constexpr size_t kBeforeFace = 3;  // size, weight, and italic with character set
+
+/// Behind a menu, a class or a text: nothing, a number, or characters up to a zero.
+size_t SkipName(std::span<const WORD> words, size_t at) {
+    if (at < words.size() && words[at] == 0xFFFF) return at + 2;
+    while (at < words.size() && words[at] != 0)
+        ++at;
+    return at + 1;
+}
+
+size_t Aligned(size_t words) { return (words + 1) / 2 * 2; }
+
+}  // namespace
+
+std::vector<WORD> WithFont(const WORD* dialogTemplate, size_t words, const std::wstring& face, WORD points,
+                           WORD weight) {
+    const std::span<const WORD> all(dialogTemplate, words);
+    if (all.size() < kFixedPart || all[kSignature] != kExtended || (all[kStyle] & DS_SETFONT) == 0) return {};
+    size_t at = kFixedPart;
+    for (int name = 0; name < 3; ++name)
+        at = SkipName(all, at);
+    const size_t behindFont = Aligned(SkipName(all, at + kBeforeFace));
+    if (behindFont > all.size()) return {};
+
+    std::vector<WORD> copy(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(at));
+    copy.push_back(points);
+    copy.push_back(weight);
+    copy.push_back(MAKEWORD(FALSE, DEFAULT_CHARSET));
+    copy.insert(copy.end(), face.begin(), face.end());
+    copy.push_back(0);
+    // The controls begin at a multiple of four bytes.
+    copy.resize(Aligned(copy.size()));
+    copy.insert(copy.end(), all.begin() + static_cast<std::ptrdiff_t>(behindFont), all.end());
+    return copy;
+}
+
+std::vector<WORD> TemplateInMessageFont(int id) {
+    const HRSRC resource = FindResourceW(ModuleInstance(), MAKEINTRESOURCEW(id), RT_DIALOG);
+    const HGLOBAL loaded = resource == nullptr ? nullptr : LoadResource(ModuleInstance(), resource);
+    const auto* words = loaded == nullptr ? nullptr : static_cast<const WORD*>(LockResource(loaded));
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    if (words == nullptr ||
+        SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, kPlainDpi) == FALSE)
+        return {};
+    const LOGFONTW& font = metrics.lfMessageFont;
+    constexpr int kPointsPerInch = 72;
+    const int points = MulDiv(std::abs(static_cast<int>(font.lfHeight)), kPointsPerInch, kPlainDpi);
+    return WithFont(words, SizeofResource(ModuleInstance(), resource) / sizeof(WORD), font.lfFaceName,
+                    static_cast<WORD>(points), static_cast<WORD>(font.lfWeight));
+}
+
+}  // namespace win

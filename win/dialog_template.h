@@ -1,0 +1,20 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace win {
+
+/// A copy of a DIALOGEX template with another font, whose size is in points; the dialog grows and shrinks
+/// with it, because its units are the font's. Empty when the bytes are no such template.
+std::vector<WORD> WithFont(const WORD* dialogTemplate, size_t words, const std::wstring& face, WORD points,
+                           WORD weight);
+
+/// A template of this module's resources with the system's message font, in the size of the system's text.
+/// Empty when there is no such resource or Windows does not tell the font.
+std::vector<WORD> TemplateInMessageFont(int id);
+
+}  // namespace win

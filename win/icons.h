@@ -1,0 +1,23 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "win/handles.h"
+
+namespace win {
+
+/// An icon of this module's resources, of the stored size that is nearest to `size` pixels (LoadImageW); none
+/// when Windows has none.
+Icon ResourceIcon(int id, int size) noexcept;
+
+/// The icon with this index in a program, library or icon file, of the size that is nearest to `size` pixels
+/// (PrivateExtractIconsW); none when the file has none, or a path that the function has no room for.
+Icon FileIcon(const std::string& file, int index, int size);
+
+/// Draws an icon that is to be `size` pixels wide and high: as it is (DrawIcon) where that is the system's
+/// size of icons, else in that size (DrawIconEx).
+void DrawIconOfSize(HDC dc, POINT at, HICON icon, int size) noexcept;
+
+}  // namespace win
