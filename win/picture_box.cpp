@@ -163,8 +163,8 @@ void PictureBox::OnPaint() {
     if (onOverlay) onOverlay(paint.Dc(), all);
     if (g_focusMarks && GetFocus() == Handle()) {
         RECT mark = all;
-        InflateRect(&mark, -kMarkInset, -kMarkInset);
-        for (int line = 0; line < kMarkWidth; ++line) {
+        InflateRect(&mark, -scale_(kMarkInset), -scale_(kMarkInset));
+        for (int line = 0; line < scale_(kMarkWidth); ++line) {
             FrameRect(paint.Dc(), &mark, GetSysColorBrush(COLOR_HIGHLIGHT));
             InflateRect(&mark, -1, -1);
         }
