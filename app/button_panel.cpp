@@ -180,8 +180,9 @@ void ButtonPanel::HideHoverOutside() {
 std::optional<int> ButtonPanel::ButtonAt(POINT screen) const {
     POINT point = screen;
     ScreenToClient(container_.Handle(), &point);
+    const win::Scale scale = win::Scale::Of(container_.Handle());
     for (int index = 1; index <= model::kButtonCount; ++index) {
-        const RECT place = ButtonPlace(index);
+        const RECT place = scale(ButtonPlace(index));
         if (PtInRect(&place, point) != 0) return index;
     }
     return std::nullopt;

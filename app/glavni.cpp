@@ -68,7 +68,9 @@ void Glavni::CreateParts() {
 }
 
 void Glavni::FitToScale() {
-    const RECT size = OuterRect(win::Scale::Of(Handle()));
+    scale_ = win::Scale::Of(Handle());
+    contrastTheme_ = win::ContrastTheme();
+    const RECT size = OuterRect(scale_);
     RECT place{};
     GetWindowRect(Handle(), &place);
     if (win::Width(place) == size.right && win::Height(place) == size.bottom) return;
@@ -82,12 +84,10 @@ void Glavni::OnDpiChanged(POINT corner) {
 }
 
 void Glavni::OnLookChanged(bool colors) {
-    const win::Scale former = win::Scale::Of(Handle());
-    const bool formerContrast = win::ContrastTheme();
     win::ForgetTextSize();
     win::ForgetColors();
     // Most changed settings have nothing to do with the panel's look.
-    if (colors || formerContrast != win::ContrastTheme() || former != win::Scale::Of(Handle()))
+    if (colors || contrastTheme_ != win::ContrastTheme() || scale_ != win::Scale::Of(Handle()))
         RescaleParts();
 }
 
@@ -222,12 +222,11 @@ void Glavni::OnPaint() {
     const win::Paint paint(Handle());
     const RECT all = ClientRect();
     FillRect(paint.Dc(), &all, GetSysColorBrush(COLOR_BTNFACE));
-    const win::Scale scale = win::Scale::Of(Handle());
-    const win::Selection font(paint.Dc(), win::MessageFont(scale));
+    const win::Selection font(paint.Dc(), win::MessageFont(scale_));
     SetBkMode(paint.Dc(), TRANSPARENT);
     SetTextColor(paint.Dc(), win::ColorOf(win::Color::kLabel));
-    RECT name = scale(layout::At(0, layout::kImageButtonTop, layout::kClientWidth - layout::kMargin - 3,
-                                 layout::kImageButtonSize));
+    RECT name = scale_(layout::At(0, layout::kImageButtonTop, layout::kClientWidth - layout::kMargin - 3,
+                                  layout::kImageButtonSize));
     win::DrawPlainText(paint.Dc(), "Quon", name, DT_RIGHT | DT_VCENTER | DT_SINGLELINE);
 }
 

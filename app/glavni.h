@@ -110,6 +110,9 @@ class Glavni : public win::Window, public dialogs::PanelHost {
     /// The entry that opens the menu of the tray icon.
     win::MenuItem mnuTrayParent = win::MenuParent("Tray", mnuTray);
 
+    // The look that the parts were last laid out in.
+    win::Scale scale_;
+    bool contrastTheme_ = false;
     HICON icon_ = nullptr;
     HWND lastFocus_ = nullptr;
     bool closeButtonCloses_ = false;

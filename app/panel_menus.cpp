@@ -110,8 +110,9 @@ void PanelMenus::DrawImage(int index) {
     const win::PictureBox& button = imageButtons_.at(slot);
     const win::Scale& scale = button.PictureScale();
     const int size = scale(kPictureSize);
-    const int light = win::IsDark(GetSysColor(COLOR_BTNFACE)) ? IDI_LIGHT : 0;
-    const win::Icon picture = win::ResourceIcon(kImageButtons.at(slot).icon + light, size);
+    const int icon = kImageButtons.at(slot).icon;
+    const win::Icon picture = win::IsDark(GetSysColor(COLOR_BTNFACE)) ? win::DataIcon(icon + IDI_LIGHT, size)
+                                                                      : win::ResourceIcon(icon, size);
     const RECT all = button.ClientRect();
     DrawIconEx(button.Dc(), (all.right - size) / 2, (all.bottom - size) / 2, picture.Get(), size, size, 0,
                nullptr, DI_NORMAL);

@@ -10,7 +10,7 @@
 #define IDI_SETTINGS 4
 #define IDI_GO 5
 #define IDI_INFO 6
-#define IDI_LIGHT 10  // + one of the toolbar's: its light form, for dark ground
+#define IDI_LIGHT 10  // + one of the toolbar's: its light form, for dark ground, as data
 #define IDI_SHELL_LIGHT 12
 #define IDI_PREDEFINED_LIGHT 13
 #define IDI_SETTINGS_LIGHT 14

@@ -9,6 +9,8 @@
 namespace win {
 namespace {
 
+constexpr int kDialogType = 5;  // RT_DIALOG, which has no wide form of its own
+
 // In words. DLGTEMPLATEEX is declared nowhere: version and signature, help identifier, extended style, style,
 // number of controls, place and size; then menu, class and caption, each of a length of its own.
 constexpr size_t kSignature = 1;
@@ -52,7 +54,8 @@ std::vector<WORD> WithFont(const WORD* dialogTemplate, size_t words, const std::
 }
 
 std::vector<WORD> TemplateInMessageFont(int id) {
-    const HRSRC resource = FindResourceW(ModuleInstance(), MAKEINTRESOURCEW(id), RT_DIALOG);
+    const HRSRC resource =
+        FindResourceW(ModuleInstance(), MAKEINTRESOURCEW(id), MAKEINTRESOURCEW(kDialogType));
     const HGLOBAL loaded = resource == nullptr ? nullptr : LoadResource(ModuleInstance(), resource);
     const auto* words = loaded == nullptr ? nullptr : static_cast<const WORD*>(LockResource(loaded));
     NONCLIENTMETRICSW metrics{};

@@ -1,13 +1,69 @@
 #include "win/icons.h"
 
+#include <span>
+
 #include "win/text.h"
 #include "win/window.h"
 
 namespace win {
+namespace {
+
+constexpr int kDataType = 10;  // RT_RCDATA, which has no wide form of its own
+constexpr DWORD kIconVersion = 0x00030000;
+
+/// A number in an icon file, the lowest byte first; 0 where the file has ended.
+size_t NumberAt(std::span<const BYTE> file, size_t at, size_t bytes) noexcept {
+    if (at + bytes > file.size()) return 0;
+    size_t number = 0;
+    while (bytes > 0)
+        number = number << 8U | file[at + --bytes];
+    return number;
+}
+
+/// The picture of an icon file to be used for a size: the smallest that is large enough, else the largest.
+std::span<const BYTE> BestPicture(std::span<const BYTE> file, int size) noexcept {
+    // The file's directory: how many there are; of each its width in a byte, and where it lies.
+    constexpr size_t kCount = 4;
+    constexpr size_t kHeader = 6;
+    constexpr size_t kEntry = 16;
+    constexpr size_t kLength = 8;
+    constexpr size_t kOffset = 12;
+    size_t best = 0;
+    size_t bestWidth = 0;
+    const auto wanted = static_cast<size_t>(size);
+    for (size_t index = 0; index < NumberAt(file, kCount, 2); ++index) {
+        const size_t entry = kHeader + index * kEntry;
+        const size_t width = NumberAt(file, entry, 1);
+        const bool better = bestWidth < wanted ? width > bestWidth : width >= wanted && width < bestWidth;
+        if (!better) continue;
+        best = entry;
+        bestWidth = width;
+    }
+    const size_t offset = NumberAt(file, best + kOffset, 4);
+    const size_t length = NumberAt(file, best + kLength, 4);
+    if (bestWidth == 0 || offset > file.size() || length > file.size() - offset) return {};
+    return file.subspan(offset, length);
+}
+
+}  // namespace
 
 Icon ResourceIcon(int id, int size) noexcept {
     return Icon(
         static_cast<HICON>(LoadImageW(ModuleInstance(), MAKEINTRESOURCEW(id), IMAGE_ICON, size, size, 0)));
+}
+
+Icon DataIcon(int id, int size) noexcept {
+    const HRSRC resource = FindResourceW(ModuleInstance(), MAKEINTRESOURCEW(id), MAKEINTRESOURCEW(kDataType));
+    const HGLOBAL loaded = resource == nullptr ? nullptr : LoadResource(ModuleInstance(), resource);
+    const auto* bytes = loaded == nullptr ? nullptr : static_cast<const BYTE*>(LockResource(loaded));
+    if (bytes == nullptr) return {};
+    const std::span<const BYTE> file(bytes, SizeofResource(ModuleInstance(), resource));
+    const std::span<const BYTE> picture = BestPicture(file, size);
+    if (picture.empty()) return {};
+    // The function reads only.
+    return Icon(CreateIconFromResourceEx(const_cast<BYTE*>(picture.data()),
+                                         static_cast<DWORD>(picture.size()), TRUE, kIconVersion, size, size,
+                                         0));
 }
 
 Icon FileIcon(const std::string& file, int index, int size) {

@@ -40,6 +40,12 @@ class PanelScaleTest : public ::testing::Test {
     void SetDpi(UINT dpi) {
         calls_.push_back(FAKE_CALL(GetDpiForWindow, [dpi](HWND) -> UINT { return dpi; }));
         calls_.push_back(FAKE_CALL(GetDpiForSystem, [dpi]() -> UINT { return dpi; }));
+        // The frames here are those of the desktop that the test runs on.
+        calls_.push_back(FAKE_CALL(
+            AdjustWindowRectExForDpi,
+            [](LPRECT rect, DWORD style, WINBOOL menu, DWORD extended, UINT) -> WINBOOL {
+                return ORIGINAL_CALL(AdjustWindowRectExForDpi)(rect, style, menu, extended, win::kPlainDpi);
+            }));
     }
 
     /// Everything at its place of the layout, scaled.

@@ -20,8 +20,11 @@
 namespace win {
 namespace {
 
+constexpr int kDialogType = 5;  // RT_DIALOG
+
 std::vector<WORD> Stored(int id) {
-    const HRSRC resource = FindResourceW(ModuleInstance(), MAKEINTRESOURCEW(id), RT_DIALOG);
+    const HRSRC resource =
+        FindResourceW(ModuleInstance(), MAKEINTRESOURCEW(id), MAKEINTRESOURCEW(kDialogType));
     const auto* words = static_cast<const WORD*>(LockResource(LoadResource(ModuleInstance(), resource)));
     return {words, words + SizeofResource(ModuleInstance(), resource) / sizeof(WORD)};
 }
@@ -129,9 +132,9 @@ TEST(DialogTemplateTest, HasRoomForEveryCaptionAtEverySizeOfTheText) {
         const std::vector<WORD> stored = Stored(id);
         for (const wchar_t* face : {L"Tahoma", L"Segoe UI"}) {
             // 9 points are 100 %, 20 are 225 %; twice as many are that on a screen with a scale of 200 %.
-            for (const WORD points : {8, 9, 10, 11, 12, 14, 16, 18, 20, 27, 40}) {
+            for (const int points : {8, 9, 10, 11, 12, 14, 16, 18, 20, 27, 40}) {
                 const std::vector<WORD> words =
-                    WithFont(stored.data(), stored.size(), face, points, FW_NORMAL);
+                    WithFont(stored.data(), stored.size(), face, static_cast<WORD>(points), FW_NORMAL);
                 const HWND dialog = CreateDialogIndirectParamW(
                     ModuleInstance(), reinterpret_cast<const DLGTEMPLATE*>(words.data()), nullptr, &Ignore,
                     0);

@@ -16,6 +16,8 @@ namespace {
 
 using testkit::RecordedCall;
 
+constexpr int kGroupType = 14;  // RT_GROUP_ICON
+
 int WidthOf(HICON icon) {
     ICONINFO info{};
     if (GetIconInfo(icon, &info) == 0) return 0;
@@ -38,15 +40,11 @@ TEST(IconsTest, AreStoredInTheSizesThatTheyAreDrawnAt) {
                                 {IDI_PREDEFINED, 20},
                                 {IDI_SETTINGS, 20},
                                 {IDI_GO, 20},
-                                {IDI_SHELL_LIGHT, 20},
-                                {IDI_PREDEFINED_LIGHT, 20},
-                                {IDI_SETTINGS_LIGHT, 20},
-                                {IDI_GO_LIGHT, 20},
                                 {IDI_INFO, 14}}) {
         for (const int percent : {100, 125, 150, 200}) {
             const int size = (example.layoutSize * percent + 50) / 100;
-            const HRSRC group =
-                FindResourceW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(example.id), RT_GROUP_ICON);
+            const HRSRC group = FindResourceW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(example.id),
+                                              MAKEINTRESOURCEW(kGroupType));
             ASSERT_NE(group, nullptr) << example.id;
             const auto* entries = static_cast<const BYTE*>(LockResource(LoadResource(nullptr, group)));
             bool stored = false;
@@ -58,6 +56,27 @@ TEST(IconsTest, AreStoredInTheSizesThatTheyAreDrawnAt) {
             EXPECT_EQ(WidthOf(ResourceIcon(example.id, size).Get()), size);
         }
     }
+}
+
+TEST(IconsTest, OfDarkGroundAreStoredInTheSizesThatTheyAreDrawnAt) {
+    for (const int id : {IDI_SHELL, IDI_PREDEFINED, IDI_SETTINGS, IDI_GO}) {
+        for (const int size : {20, 25, 30, 35, 40}) {
+            BYTE* handed = nullptr;
+            const RecordedCall make =
+                FAKE_CALL(CreateIconFromResourceEx, [&](PBYTE bytes, DWORD length, WINBOOL icon,
+                                                        DWORD version, int width, int height, UINT flags) {
+                    handed = bytes;
+                    return ORIGINAL_CALL(CreateIconFromResourceEx)(bytes, length, icon, version, width,
+                                                                   height, flags);
+                });
+            EXPECT_EQ(WidthOf(DataIcon(id + IDI_LIGHT, size).Get()), size);
+            ASSERT_NE(handed, nullptr);
+            // A BITMAPINFOHEADER; the height counts the mask as well.
+            EXPECT_EQ(reinterpret_cast<const BITMAPINFOHEADER*>(handed)->biWidth, size) << id;
+        }
+    }
+    EXPECT_EQ(WidthOf(DataIcon(IDI_SHELL + IDI_LIGHT, 64).Get()), 64) << "stretched from the largest";
+    EXPECT_FALSE(DataIcon(4711, 20));
 }
 
 TEST(IconsTest, ComeOutOfAFileInTheSizeThatIsAskedFor) {
