@@ -55,8 +55,8 @@ class EdgeDock {
     /// that waits for the user was opened meanwhile.
     void HandOn() const noexcept;
 
-    /// The screen, its size, its scale or the taskbar's place has changed: docks a docked window anew, and brings one
-    /// that is out back to where its caption can be reached.
+    /// The screen, its size, its scale or the taskbar's place has changed: docks a docked window anew, and
+    /// brings one that is out back to where its caption can be reached.
     void FollowScreen();
 
     /// The mouse moves over the window: after the delay the docked window comes out, unless it was left.

@@ -49,8 +49,7 @@ void frmEdit::CreatePicture() {
     DestroyWindow(Item(p1));
     MapWindowPoints(nullptr, Handle(), reinterpret_cast<POINT*>(&place), 2);
     const int size = DialogScale()(kIconSize);
-    picture_.CreateOn(Handle(), p1,
-                      {place.left, place.top, place.left + size, place.top + size}, false);
+    picture_.CreateOn(Handle(), p1, {place.left, place.top, place.left + size, place.top + size}, false);
 }
 
 bool frmEdit::OnCommand(int id, int notification) {

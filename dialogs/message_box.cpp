@@ -6,9 +6,9 @@
 #include "res/resource.h"
 #include "win/colors.h"
 #include "win/geometry.h"
-#include "win/shell_call.h"
 #include "win/icons.h"
 #include "win/scale.h"
+#include "win/shell_call.h"
 #include "win/text.h"
 #include "win/window.h"
 

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <string_view>
 
-#include "win/text.h"
 #include "win/colors.h"
+#include "win/text.h"
 #include "win/window.h"
 
 namespace sys {
