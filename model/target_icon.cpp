@@ -49,7 +49,7 @@ win::Icon AssociatedIcon(const std::string& path, std::int32_t index, int size) 
     win::Icon icon = Extracted(ExtractAssociatedIconA(win::ModuleInstance(), copy.data(), &position));
     // For a target without an icon of its own the answer may be one of this program's.
     if (win::EqualIgnoringCase(copy.c_str(), win::ProgramPath())) return {};
-    return MadeFor(std::move(icon), size, copy.c_str(), position);
+    return MadeFor(std::move(icon), size, win::Before(copy, '\0'), position);
 }
 
 /// The program's own picture, which there is in many sizes.

@@ -21,7 +21,7 @@ size_t NumberAt(std::span<const BYTE> file, size_t at, size_t bytes) noexcept {
 }
 
 /// The picture of an icon file to be used for a size: the smallest that is large enough, else the largest.
-std::span<const BYTE> BestPicture(std::span<const BYTE> file, int size) noexcept {
+std::span<BYTE> BestPicture(std::span<BYTE> file, int size) noexcept {
     // The file's directory: how many there are; of each its width in a byte, and where it lies.
     constexpr size_t kCount = 4;
     constexpr size_t kHeader = 6;
@@ -55,15 +55,13 @@ Icon ResourceIcon(int id, int size) noexcept {
 Icon DataIcon(int id, int size) noexcept {
     const HRSRC resource = FindResourceW(ModuleInstance(), MAKEINTRESOURCEW(id), MAKEINTRESOURCEW(kDataType));
     const HGLOBAL loaded = resource == nullptr ? nullptr : LoadResource(ModuleInstance(), resource);
-    const auto* bytes = loaded == nullptr ? nullptr : static_cast<const BYTE*>(LockResource(loaded));
+    auto* bytes = loaded == nullptr ? nullptr : static_cast<BYTE*>(LockResource(loaded));
     if (bytes == nullptr) return {};
-    const std::span<const BYTE> file(bytes, SizeofResource(ModuleInstance(), resource));
-    const std::span<const BYTE> picture = BestPicture(file, size);
+    const std::span<BYTE> file(bytes, SizeofResource(ModuleInstance(), resource));
+    const std::span<BYTE> picture = BestPicture(file, size);
     if (picture.empty()) return {};
-    // The function reads only.
-    return Icon(CreateIconFromResourceEx(const_cast<BYTE*>(picture.data()),
-                                         static_cast<DWORD>(picture.size()), TRUE, kIconVersion, size, size,
-                                         0));
+    return Icon(CreateIconFromResourceEx(picture.data(), static_cast<DWORD>(picture.size()), TRUE,
+                                         kIconVersion, size, size, 0));
 }
 
 Icon FileIcon(const std::string& file, int index, int size) {
