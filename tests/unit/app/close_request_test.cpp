@@ -241,7 +241,7 @@ TEST(CloseRequestTest, CancelsOpenDialogsFromTheInnermostOutAndThenEnds) {
     ClosingPanel panel(kEnds);
     EXPECT_THAT(AnswersOfOpenMessages([&] { panel.Window().Send(WM_SYSCOMMAND, SC_CLOSE); }),
                 ElementsAre("Cancel", "Cancel"));
-    // What opened the dialogs has come back before the window goes.
+    // The code that opened the dialogs has returned before the window goes.
     ASSERT_FALSE(panel.Ended());
     testkit::WaitFor("the panel ends", [&] { return panel.Ended(); });
     EXPECT_EQ(EndOf(panel.Log()).size(), 9u);
