@@ -55,7 +55,7 @@ void ButtonContainer::Rescale() {
 }
 
 void ButtonContainer::CutMargins(const win::Scale& scale) {
-    // The margins stay the main window's: the docked strip must be its own.
+    // The margins stay the main window's, because the docked strip must belong to it.
     const RECT buttons = scale(layout::At(layout::kMargin, 0, layout::kColumns * layout::kButtonWidth,
                                           layout::kRows * layout::kButtonHeight));
     win::Region region(CreateRectRgn(buttons.left, buttons.top, buttons.right, buttons.bottom));
@@ -122,7 +122,7 @@ void ButtonPanel::Rescale() {
         Picture(index).Rescale(scale(ButtonPlace(index)));
     hover_.Rescale(scale(layout::At(0, 0, kHoverSize, kHoverSize)));
     DrawHoverPicture();
-    // The tip's tool has the former size.
+    // The tip's tool still has the former size.
     state_.TipButton = 0;
 }
 
@@ -135,7 +135,7 @@ void ButtonPanel::DrawHoverPicture() {
 win::PictureBox& ButtonPanel::Picture(int index) {
     if (index < 1 || index > model::kButtonCount)
         throw win::SubscriptError("There is no button " + std::to_string(index));
-    return pictures_.at(static_cast<size_t>(index) - 1);
+    return pb1_.at(static_cast<size_t>(index) - 1);
 }
 
 void ButtonPanel::RefreshShownTab() {
@@ -155,26 +155,25 @@ void ButtonPanel::Hover(int index) {
     SetWindowPos(hover_.Handle(), HWND_TOP, place.left + scale.FromTwips(kHoverRight),
                  place.top + scale.FromTwips(kHoverBelow), 0, 0,
                  SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
-    // A leaving is not always told: not of a button that a menu covered, nor of one whose last move came
-    // late.
+    // A leaving is not always reported: not for a button that a menu covered, nor for one whose last move
+    // came late.
     container_.WatchPointer();
 }
 
 void ButtonPanel::HideHover() {
-    // A move that began on the mark would lose the mouse with it. It is looked at again when the mouse is
-    // free.
+    // A move that began on the mark would lose the mouse with it. Checked again when the mouse is free.
     if (GetCapture() == hover_.Handle()) return;
     container_.LeavePointer();
     ShowWindow(hover_.Handle(), SW_HIDE);
 }
 
 void ButtonPanel::HideHoverOutside() {
-    // A drag that began on the mark goes on outside.
+    // A drag that began on the mark goes on outside it.
     if (GetCapture() == hover_.Handle()) return;
     const HWND below = WindowFromPoint(win::PointerPlace());
     const auto isBelow = [below](const win::PictureBox& picture) { return picture.Handle() == below; };
-    // Only over the mark itself or a button does the mark stay.
-    if (!isBelow(hover_) && std::none_of(pictures_.begin(), pictures_.end(), isBelow)) HideHover();
+    // The mark stays only while the pointer is over it or over a button.
+    if (!isBelow(hover_) && std::none_of(pb1_.begin(), pb1_.end(), isBelow)) HideHover();
 }
 
 std::optional<int> ButtonPanel::ButtonAt(POINT screen) const {

@@ -24,22 +24,22 @@ class ButtonContainer : public win::Window {
     /// Time to look where the pointer is.
     std::function<void()> onPointerCheck;
 
-    /// Starts, or starts anew, what tells onPointerCheck every 200 ms (SetTimer).
+    /// Starts, or restarts, calling onPointerCheck every 200 ms (SetTimer).
     void WatchPointer();
 
-    /// Ends it (KillTimer).
+    /// Stops calling onPointerCheck (KillTimer).
     void LeavePointer();
 
     /// Time to read again what could not be read.
     std::function<void()> onReadAgain;
 
-    /// Tells onReadAgain once, in 200 ms (SetTimer).
+    /// Calls onReadAgain once, in 200 ms (SetTimer).
     void ReadAgainSoon();
 
     /// Time to store again what could not be stored.
     std::function<void()> onStoreAgain;
 
-    /// Tells onStoreAgain once, in half a second (SetTimer).
+    /// Calls onStoreAgain once, in half a second (SetTimer).
     void StoreAgainSoon();
 
   protected:
@@ -99,7 +99,7 @@ class ButtonPanel {
 
     PanelState& state_;
     ButtonContainer container_;
-    std::array<win::PictureBox, model::kButtonCount> pictures_;
+    std::array<win::PictureBox, model::kButtonCount> pb1_;
     win::PictureBox hover_;
     int hovered_ = 0;
 };

@@ -22,7 +22,7 @@ bool RenameButton(PanelState& state, const model::ButtonPlace& place, const std:
     if (storable.empty() || button == nullptr || button->IsFree()) return true;
     const std::string former = button->Naziv;
     const auto target = model::ShortcutStore::WholeTarget(former, button->FilePath);
-    // A button that could not be read has no target to go on with.
+    // A button that could not be read has no target to store under the new name.
     if (!target || target->empty()) return false;
     if (!state.Store().Rename({former, storable, *target,
                                model::ShortcutStore::Renaming::Records::kAfterTarget, place,
@@ -33,18 +33,18 @@ bool RenameButton(PanelState& state, const model::ButtonPlace& place, const std:
 }
 
 void ButtonRename::CreateOn(HWND parent) {
-    box_ = CreateWindowExW(WS_EX_CLIENTEDGE, L"EDIT", L"", WS_CHILD | WS_CLIPSIBLINGS | ES_AUTOHSCROLL, 0, 0,
-                           10, kBoxHeight, parent,
-                           // NOLINTNEXTLINE(performance-no-int-to-ptr): a child's identifier.
-                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(IDC_RENAME)), win::ModuleInstance(),
-                           nullptr);
-    if (box_ == nullptr) throw win::RuntimeError("Could not create the rename box");
+    t1_ = CreateWindowExW(WS_EX_CLIENTEDGE, L"EDIT", L"", WS_CHILD | WS_CLIPSIBLINGS | ES_AUTOHSCROLL, 0, 0,
+                          10, kBoxHeight, parent,
+                          // NOLINTNEXTLINE(performance-no-int-to-ptr): a child's identifier.
+                          reinterpret_cast<HMENU>(static_cast<INT_PTR>(IDC_RENAME)), win::ModuleInstance(),
+                          nullptr);
+    if (t1_ == nullptr) throw win::RuntimeError("Could not create the rename box");
     Rescale();
 }
 
 void ButtonRename::Rescale() {
     Abandon();
-    SendMessageW(box_, WM_SETFONT, reinterpret_cast<WPARAM>(win::MessageFont(BoxScale())), FALSE);
+    SendMessageW(t1_, WM_SETFONT, reinterpret_cast<WPARAM>(win::MessageFont(BoxScale())), FALSE);
 }
 
 void ButtonRename::Begin() {
@@ -54,25 +54,25 @@ void ButtonRename::Begin() {
     // The size first: in a box too narrow for it the name would stay scrolled out of sight.
     const win::Scale scale = BoxScale();
     const int margin = scale(kBoxMargin);
-    SetWindowPos(box_, HWND_TOP, place.left + margin, place.top + scale(kBoxTop),
+    SetWindowPos(t1_, HWND_TOP, place.left + margin, place.top + scale(kBoxTop),
                  place.right - place.left - 2 * margin, scale(kBoxHeight), SWP_SHOWWINDOW);
-    win::SetText(box_, state_.Button(index_).Naziv);
-    SendMessageW(box_, EM_SETSEL, 0, -1);
-    SetFocus(box_);
+    win::SetText(t1_, state_.Button(index_).Naziv);
+    SendMessageW(t1_, EM_SETSEL, 0, -1);
+    SetFocus(t1_);
 }
 
 void ButtonRename::Accept() {
-    const std::string name = win::WindowText(box_);
+    const std::string name = win::WindowText(t1_);
     if (!IsOpen() || name.empty()) return;
     state_.Context.Select(index_);
-    // What could not be stored stays in the box, to be tried again.
+    // What could not be stored stays in the box and can be tried again.
     if (RenameButton(state_, state_.CurrentPlace(), name)) Abandon();
 }
 
 void ButtonRename::Abandon() {
     if (!IsOpen()) return;
-    const bool focused = GetFocus() == box_;
-    ShowWindow(box_, SW_HIDE);
+    const bool focused = GetFocus() == t1_;
+    ShowWindow(t1_, SW_HIDE);
     if (focused) SetFocus(Button());
 }
 

@@ -21,7 +21,7 @@ class ButtonRename {
     /// Gives the box the font of the window's present scale; one that is open closes.
     void Rescale();
 
-    /// Shows the box over the current button with its name; nothing happens on a free button.
+    /// Shows the box over the current button with its name; does nothing on a free button.
     void Begin();
 
     /// Gives the button the typed name; an empty box does nothing, and the box stays when it cannot be
@@ -32,27 +32,27 @@ class ButtonRename {
     void Abandon();
 
     /// True while the box is shown.
-    [[nodiscard]] bool IsOpen() const { return IsWindowVisible(box_) != 0; }
+    [[nodiscard]] bool IsOpen() const { return IsWindowVisible(t1_) != 0; }
 
     /// The edit box itself.
-    [[nodiscard]] HWND Box() const noexcept { return box_; }
+    [[nodiscard]] HWND Box() const noexcept { return t1_; }
 
     /// The window of the button that the box was opened for.
     [[nodiscard]] HWND Button() const { return buttons_.Picture(index_).Handle(); }
 
   private:
-    [[nodiscard]] win::Scale BoxScale() const { return win::Scale::Of(GetParent(box_)); }
+    [[nodiscard]] win::Scale BoxScale() const { return win::Scale::Of(GetParent(t1_)); }
 
     PanelState& state_;
     ButtonPanel& buttons_;
-    HWND box_ = nullptr;
+    HWND t1_ = nullptr;
     // The button that the box belongs to, wherever the mouse goes meanwhile.
     int index_ = 0;
 };
 
 /// Moves the shortcut of a shown button to another name: its target, its switch and the records of all
-/// buttons that carry it. Repaints them and fills the drop-down anew. A name that cannot be stored at all
-/// changes nothing. False when it could not be stored, which leaves everything as it was.
+/// buttons that carry it. Repaints them and fills the drop-down anew. A name of which nothing can be stored
+/// changes nothing. False when the change could not be stored; everything is as it was then.
 bool RenameButton(PanelState& state, const model::ButtonPlace& place, const std::string& name);
 
 }  // namespace app

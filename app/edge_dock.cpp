@@ -74,8 +74,8 @@ void EdgeDock::Dock(bool bUnTimer) {
     EnableTimer(!bUnTimer);
     Raise();
     hidden_ = true;
-    // Posted: what docked the panel may be about to open a dialog, and a program in the background could not
-    // bring that to the front.
+    // Posted, because the caller may be about to open a dialog, which a program in the background could not
+    // bring to the front.
     if (outOfSight_ && GetForegroundWindow() == window_) PostMessageW(window_, WM_QUON_HAND_ON, 0, 0);
 }
 
@@ -95,13 +95,13 @@ void EdgeDock::PlaceAtEdge() {
     RECT window{};
     GetWindowRect(window_, &window);
     const RECT strip = StripOf(config::Settings.Edge, win::Width(window), win::Height(window), StripWidth());
-    // A monitor beyond the edge would show the rest.
+    // Without it, a monitor beyond the edge would show the rest.
     win::Region region(CreateRectRgnIndirect(&strip));
     if (SetWindowRgn(window_, region.Get(), TRUE) != 0) region.Release();
 }
 
 void EdgeDock::Raise() const {
-    // A window of the system's waits for an answer, and would be covered.
+    // A window of the system that waits for an answer would be covered.
     if (!win::InputPause::Any() && win::OpenSystemWindow() == nullptr) win::SetTopmost(true, window_);
 }
 
@@ -170,13 +170,13 @@ void EdgeDock::OnTimer() {
         behindFullScreen_ = false;
         Raise();
     } else if (!behindFullScreen_) {
-        // Once: from then on the order is the programs' own.
+        // Only once: after that the programs decide their own order.
         behindFullScreen_ = win::PutBehindForeground(window_, StripOnScreen());
     }
 }
 
 void EdgeDock::OnHover() {
-    // The wait lets events run, further moves over the strip among them: one wait at a time is enough.
+    // The wait lets events run, among them further moves over the strip; one wait at a time is enough.
     if (hovering_ || !hidden_ || !config::Settings.PopOnHover || !PointerOverQuon()) return;
     hovering_ = true;
     const bool alive = WaitOut(HoverWaits(config::Settings.PopDelay));
@@ -187,8 +187,8 @@ void EdgeDock::OnHover() {
 
 bool EdgeDock::WaitOut(int waits) const {
     const HWND window = window_;
-    // Brought out by other means, the panel has nothing to wait for, and would answer only between two
-    // sleeps.
+    // A panel brought out by other means has nothing left to wait for; while waiting it would answer only
+    // between two sleeps.
     for (int wait = 0; wait < waits && hidden_ && hovering_; ++wait) {
         Sleep(kHoverWait);
         if (!win::ProcessPendingMessages(preTranslate_) || IsWindow(window) == 0) return false;

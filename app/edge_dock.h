@@ -23,8 +23,8 @@ std::string WindowTextUnderMouse();
 /// Docks the main window at its screen edge and brings it out again.
 class EdgeDock {
   public:
-    /// Takes the main window, and what gets its messages first while a hover is waited out; nothing is moved
-    /// yet.
+    /// Takes the main window, and the filter that gets its messages first during a hover's wait; nothing is
+    /// moved yet.
     void Attach(HWND window, win::MessageFilter preTranslate = {}) noexcept {
         window_ = window;
         preTranslate_ = std::move(preTranslate);
@@ -36,7 +36,7 @@ class EdgeDock {
     /// True while the window is docked.
     [[nodiscard]] bool Hidden() const noexcept { return hidden_; }
 
-    /// True while nothing but the strip is to be seen: docked, and at an edge that is one.
+    /// True while only the strip can be seen: docked, and at a valid edge.
     [[nodiscard]] bool OutOfSight() const noexcept { return outOfSight_; }
 
     /// Remembers where the window is, unless it is docked.
@@ -48,18 +48,19 @@ class EdgeDock {
     /// Switches Timer1 on or off (SetTimer).
     void EnableTimer(bool enabled);
 
-    /// Timer1's tick: keeps the docked strip on top, but behind a program that fills the screen.
+    /// The tick of Timer1: keeps the docked strip on top, but behind a program that fills the screen.
     void OnTimer();
 
-    /// WM_QUON_HAND_ON: another program gets the foreground, if the docked window still has it and nothing
-    /// that waits for the user was opened meanwhile.
+    /// WM_QUON_HAND_ON: gives the foreground to another program, if the docked window still has it and
+    /// nothing that waits for the user was opened meanwhile.
     void HandOn() const noexcept;
 
     /// The screen, its size, its scale or the taskbar's place has changed: docks a docked window anew, and
     /// brings one that is out back to where its caption can be reached.
     void FollowScreen();
 
-    /// The mouse moves over the window: after the delay the docked window comes out, unless it was left.
+    /// The mouse moves over the window: after the delay the docked window comes out, unless the mouse has
+    /// left it.
     void OnHover();
 
     /// A mouse button went down on the window.

@@ -35,7 +35,7 @@ RECT OuterRect(const win::Scale& scale) {
 
 bool IsKey(const MSG& message) { return message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST; }
 
-/// Whether a key means something though nobody sees what it acts on: F1 and Alt+F4.
+/// Whether a key has a meaning even while nobody sees the panel: F1 and Alt+F4.
 bool WorksDocked(const MSG& message) {
     if (message.message == WM_KEYDOWN || message.message == WM_KEYUP) return message.wParam == VK_F1;
     const bool system = message.message == WM_SYSKEYDOWN || message.message == WM_SYSKEYUP;
@@ -133,11 +133,11 @@ bool Glavni::PreTranslate(MSG& message) {
     if (message.hwnd != Handle() && IsChild(Handle(), message.hwnd) == 0) return false;
     if (dock_.OutOfSight() && IsKey(message) && !WorksDocked(message)) return true;
     const bool pressed = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
-    // Held, a key that opens, stores or docks is one press.
+    // A held key that opens, stores or docks counts once.
     if (pressed && win::IsKeyRepeat(message.lParam) && ActsOnce(message.wParam)) return true;
     if (pressed && KeyDown(message.wParam, win::HeldModifiers())) return true;
     if (shortcuts_.PreTranslate(message)) return true;
-    // It would dispatch every other message as well, one handler deeper than the message loop does.
+    // It would also dispatch every other message, one handler deeper than the message loop does.
     return IsKey(message) && IsDialogMessageW(Handle(), &message) != 0;
 }
 
@@ -146,7 +146,8 @@ std::optional<LRESULT> Glavni::OnMessage(UINT message, WPARAM wParam, LPARAM lPa
         case WM_PAINT: OnPaint(); return 0;
         case WM_ERASEBKGND: return 1;
         case WM_NCHITTEST:
-            // Docked, the strip is frame or caption: its moves and presses are the window's own all the same.
+            // The docked strip is frame or caption, but its moves and presses are the window's own all the
+            // same.
             return dock_.Hidden() ? std::optional<LRESULT>(HTCLIENT) : std::nullopt;
         case WM_MOUSEMOVE: OnMouseMove(wParam, lParam); return 0;
         case WM_LBUTTONDOWN:
@@ -202,7 +203,7 @@ std::optional<LRESULT> Glavni::OnSystemCommand(WPARAM command, LPARAM lParam) {
         CloseRequest(UnloadMode::kUser);
         return 0;
     }
-    // ALT by itself, let go after an ALT+click: the menu bar that it would lead to is not there.
+    // ALT that is let go after an ALT+click would lead to a menu bar, which is not there.
     if (command == SC_KEYMENU && lParam == 0) return 0;
     return std::nullopt;
 }
@@ -210,7 +211,7 @@ std::optional<LRESULT> Glavni::OnSystemCommand(WPARAM command, LPARAM lParam) {
 void Glavni::OnActivate(bool active) {
     // The focus goes back to the child that had it, not to the window itself.
     if (!active) {
-        // The rename box goes with the focus; its button gets the focus back.
+        // The rename box closes when it loses the focus; its button gets the focus back.
         lastFocus_ = rename_.IsOpen() ? rename_.Button() : GetFocus();
         return;
     }
@@ -243,19 +244,20 @@ void Glavni::OnMouseMove(WPARAM wParam, LPARAM lParam) {
 }
 
 void Glavni::BringForward() {
-    // Not this window while a dialog or a question is open: it takes no input, and would cover that.
+    // Not this window while a dialog or a question is open: it takes no input then, and would cover the
+    // dialog.
     SetForegroundWindow(win::WaitingWindow());
 }
 
 void Glavni::OnHotKey() {
     EndMenu();
-    // A dialog or a picker keeps the panel from taking input: it comes to the front instead.
+    // A dialog or a picker that keeps the panel from taking input comes to the front instead.
     if (IsWindowEnabled(Handle()) == 0) {
         BringForward();
         return;
     }
     if (!dock_.Hidden() && GetForegroundWindow() == Handle()) {
-        // What is carried is put back: the panel goes away below the pointer.
+        // A carried button is put back, because the panel goes away below the pointer.
         ReleaseCapture();
         dock_.ShowQuon(false, false);
         return;
@@ -267,7 +269,7 @@ void Glavni::OnHotKey() {
 }
 
 void Glavni::OnTrayRightClick() {
-    // The keyboard's request arrives as the same message, wherever the pointer is.
+    // A request by keyboard arrives as the same message, wherever the pointer is.
     const bool byMouse = PointerOverNotificationArea();
     if (!byMouse && !NotificationAreaHasKeyboard()) return;
     const POINT place = byMouse ? win::PointerPlace() : tray_.Place();

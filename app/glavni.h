@@ -41,7 +41,7 @@ class Glavni : public win::Window, public dialogs::PanelHost {
     /// Creates the window with all its parts, hidden.
     void CreateParts();
 
-    /// Runs the steps of the start and shows the window. An error gets out of it and ends the program.
+    /// Runs the steps of the start and shows the window. An error is thrown on and ends the program.
     void Load();
 
     /// Gives a waiting message to the keyboard handling; true when it was used.

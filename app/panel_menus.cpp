@@ -53,7 +53,7 @@ bool IsProgram(const std::string& name) {
            win::EqualIgnoringCase(std::string_view(name).substr(name.size() - kEnding.size()), kEnding);
 }
 
-/// The bare name; the whole one where that would be no caption or a separator's.
+/// The bare name, or the whole one where the bare name would be no caption or mean a separator.
 std::string ProgramCaption(const std::string& name) {
     const std::string bare = sys::PathPart(name, sys::kBareName);
     return bare.empty() || bare == "-" ? name : bare;
@@ -90,15 +90,15 @@ PanelMenus::PanelMenus(EdgeDock& dock)
 void PanelMenus::CreateOn(HWND parent) {
     owner_ = parent;
     const win::Scale scale = win::Scale::Of(parent);
-    for (int index = 0; index < static_cast<int>(imageButtons_.size()); ++index)
+    for (int index = 0; index < static_cast<int>(iBut_.size()); ++index)
         CreateImageButton(parent, index, scale(ImageButtonPlace(index)));
 }
 
 void PanelMenus::Rescale() {
     const win::Scale scale = win::Scale::Of(owner_);
-    for (int index = 0; index < static_cast<int>(imageButtons_.size()); ++index) {
+    for (int index = 0; index < static_cast<int>(iBut_.size()); ++index) {
         const auto slot = static_cast<size_t>(index);
-        imageButtons_.at(slot).Rescale(scale(ImageButtonPlace(index)));
+        iBut_.at(slot).Rescale(scale(ImageButtonPlace(index)));
         DrawImage(index);
         // The tool of a tip has the size that its button had.
         if (tips_.at(slot).Handle() != nullptr) tips_.at(slot).Create();
@@ -107,7 +107,7 @@ void PanelMenus::Rescale() {
 
 void PanelMenus::DrawImage(int index) {
     const auto slot = static_cast<size_t>(index);
-    const win::PictureBox& button = imageButtons_.at(slot);
+    const win::PictureBox& button = iBut_.at(slot);
     const win::Scale& scale = button.PictureScale();
     const int size = scale(kPictureSize);
     const int icon = kImageButtons.at(slot).icon;
@@ -120,7 +120,7 @@ void PanelMenus::DrawImage(int index) {
 
 void PanelMenus::CreateImageButton(HWND parent, int index, RECT place) {
     const auto slot = static_cast<size_t>(index);
-    win::PictureBox& button = imageButtons_.at(slot);
+    win::PictureBox& button = iBut_.at(slot);
     const ImageButton& what = kImageButtons.at(slot);
     button.CreateOn(parent, IDC_IMAGE_BUTTON + index, place);
     button.SetMeaning(what.meaning);
@@ -132,14 +132,14 @@ void PanelMenus::CreateImageButton(HWND parent, int index, RECT place) {
     tip.SetTitle(what.meaning);
     tip.SetTipText(what.tip);
     tip.SetParentControl(button.Handle());
-    // Four tooltip windows would take a good part of the start: each is made when the pointer first comes.
+    // Four tooltip windows would take a good part of the start, so each is made when the pointer first comes.
     button.onMouseMove = [&tip](const win::PictureBox::Mouse&) {
         if (tip.Handle() == nullptr) tip.Create();
     };
 }
 
 bool PanelMenus::OnKey(int button, WPARAM key) {
-    const int count = static_cast<int>(imageButtons_.size());
+    const int count = static_cast<int>(iBut_.size());
     switch (key) {
         case VK_RETURN:
         case VK_SPACE: PopUpByKey(button); return true;
@@ -150,14 +150,13 @@ bool PanelMenus::OnKey(int button, WPARAM key) {
 }
 
 void PanelMenus::PopUpByKey(int button) {
-    // The key's character is waiting already; the menu would take it for a choice and close.
+    // The key's character is already in the queue; the menu would take it for a choice and close.
     MSG character{};
-    PeekMessageW(&character, imageButtons_.at(static_cast<size_t>(button)).Handle(), WM_CHAR, WM_CHAR,
-                 PM_REMOVE);
+    PeekMessageW(&character, iBut_.at(static_cast<size_t>(button)).Handle(), WM_CHAR, WM_CHAR, PM_REMOVE);
     PopUp(button);
 }
 
-void PanelMenus::FocusOn(int button) { SetFocus(imageButtons_.at(static_cast<size_t>(button)).Handle()); }
+void PanelMenus::FocusOn(int button) { SetFocus(iBut_.at(static_cast<size_t>(button)).Handle()); }
 
 void PanelMenus::AddCompanionPrograms() {
     const std::string folder = win::ProgramFolder();
@@ -186,17 +185,17 @@ void PanelMenus::PopUp(int button) {
         return;
     }
     RECT place{};
-    GetWindowRect(imageButtons_.at(static_cast<size_t>(button)).Handle(), &place);
+    GetWindowRect(iBut_.at(static_cast<size_t>(button)).Handle(), &place);
     const std::array parents{&mnuShellParent, &mnuPreDefParent, &mnuSettingsParent};
     const win::MenuArray& menu = *parents.at(static_cast<size_t>(button))->submenu;
-    // Drives come and go: the list is made anew at each opening.
+    // Drives come and go, so the list is made anew at each opening.
     if (&menu == &mnuShell) sys::clsShell::ListShellFolders(mnuShell);
     for (sys::clsToolTip& tip : tips_)
         tip.Activate(false);
     const int command = win::TrackMenu(menu, {place.left, place.bottom}, owner_);
     for (sys::clsToolTip& tip : tips_)
         tip.Activate(true);
-    // By the menu that was shown: with many companion programs the menus' numbers run into one another.
+    // Decided by the menu that was shown: with many companion programs the menus' numbers overlap.
     const auto index = menu.IndexOf(command);
     if (!index) return;
     if (&menu == &mnuShell)

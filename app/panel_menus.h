@@ -60,7 +60,7 @@ class PanelMenus {
 
     EdgeDock& dock_;
     HWND owner_ = nullptr;
-    std::array<win::PictureBox, 4> imageButtons_;
+    std::array<win::PictureBox, 4> iBut_;
     std::array<sys::clsToolTip, 4> tips_;
 };
 

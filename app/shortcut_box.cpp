@@ -70,7 +70,7 @@ void ShortcutBox::Fire() {
 
 std::string ShortcutBox::NameToOpen() const {
     std::string typed = cMain_.Text();
-    // Of a match inside a name the box shows a text that no shortcut needs to have.
+    // For a match inside a name the box shows a text that need not be the name of any shortcut.
     if (typed != completion_.shown || cMain_.Has(win::ToWide(typed))) return typed;
     return cMain_.Has(win::ToWide(completion_.item)) ? completion_.item : typed;
 }
@@ -102,10 +102,10 @@ bool ShortcutBox::PreTranslate(const MSG& message) {
     if (message.hwnd != cMain_.Edit()) return false;
     if (message.message == WM_KEYUP) OnKeyUp(message.wParam);
     if (message.message != WM_KEYDOWN) return false;
-    // A fast typist presses Enter before letting go of the last letter: what opens must not hang on that.
+    // A fast typist presses Enter before letting go of the last letter; what opens must not depend on that.
     if (message.wParam == VK_RETURN) CompleteTyped();
     NoteKeyDown(message.wParam);
-    // Esc in an open list is the list's own: it closes that and nothing more.
+    // Esc in an open list belongs to the list: it closes the list and does nothing more.
     if (message.wParam == VK_ESCAPE && cMain_.IsOpen()) return false;
     if (message.wParam == VK_RETURN) Enter();
     if (message.wParam == VK_ESCAPE) Escape();
@@ -129,7 +129,7 @@ void ShortcutBox::CompleteTyped() {
     // once.
     if (!typing_ || cMain_.Text() == beforeKey_) return;
     typing_ = false;
-    // In the midst of a text the caret stays where the user works.
+    // In the middle of a text the caret stays where the user works.
     if (cMain_.CaretIsAtEnd()) Complete();
 }
 
@@ -137,7 +137,7 @@ void ShortcutBox::Complete() {
     const std::wstring typed = win::ToWide(cMain_.Text());
     SendMessageA(cMain_.Handle(), WM_SETREDRAW, 0, 0);
     if (const auto found = cMain_.FindContaining(typed, win::ToWide(model::kRefreshItem))) {
-        // From its beginning the item is shown as it is spelt.
+        // A match at the beginning shows the item as it is spelt.
         const std::wstring shown =
             found->at == 0 ? found->item : typed + found->item.substr(found->at + typed.size());
         completion_ = {win::ToBytes(shown), win::ToBytes(found->item)};
@@ -145,7 +145,7 @@ void ShortcutBox::Complete() {
         cMain_.SelectFrom(typed.size());
     }
     SendMessageA(cMain_.Handle(), WM_SETREDRAW, static_cast<WPARAM>(-1), 0);
-    // What was painted in between is lost; the rest of the box has not changed.
+    // Painting was off in between; the rest of the box has not changed.
     InvalidateRect(cMain_.Edit(), nullptr, TRUE);
 }
 
@@ -155,12 +155,12 @@ void ShortcutBox::OnNotification(int code) {
             listOpen_ = true;
             chosen_ = false;
             break;
-        // Arrow keys and wheel over the closed list tell of the same, but only fill the box.
+        // Arrow keys and wheel over the closed list send the same notification, but only fill the box.
         case CBN_SELENDOK: chosen_ = listOpen_; break;
         case CBN_SELENDCANCEL: chosen_ = false; break;
         case CBN_CLOSEUP:
             listOpen_ = false;
-            // The text may follow only after the notification.
+            // The text may change only after the notification.
             if (std::exchange(chosen_, false)) PostMessageW(GetParent(cMain_.Handle()), WM_QUON_CHOSEN, 0, 0);
             break;
         default: break;
@@ -179,7 +179,7 @@ void ShortcutBox::CollectApplications() {
         const win::Hourglass hourglass;
         cMain_.SetText("Please wait...");
         model::clsCollectedApps().CreateAppList();
-        // Messages that ran meanwhile may have ended the program.
+        // Messages that were handled meanwhile may have ended the program.
         if (IsWindow(cMain_.Handle()) == 0) return;
         Refill();
         cMain_.SetText("");
@@ -188,7 +188,7 @@ void ShortcutBox::CollectApplications() {
 }
 
 void ShortcutBox::ActOnDrops() {
-    // Taken out first: the notes let further drops come in.
+    // Taken out first, because the notes let further drops come in.
     for (const sys::DroppedData& data : std::exchange(waiting_, {}))
         Store(data);
 }

@@ -18,7 +18,7 @@ void FillPart(HDC dc, RECT part, COLORREF color) {
     FillRect(dc, &part, brush.Get());
 }
 
-/// The shown tab's header is a raised card with a coloured top; the others lie flat on a line.
+/// The header of the shown tab is a raised card with a coloured top; the others lie flat on a line.
 void DrawFrame(const win::PictureBox& header, HDC dc, RECT all) {
     const COLORREF line = GetSysColor(COLOR_BTNSHADOW);
     const COLORREF accent = win::ColorOf(win::Color::kAccent);
@@ -72,7 +72,7 @@ void TabStrip::Rescale() {
 win::PictureBox& TabStrip::Header(int index) {
     if (index < 1 || index > model::kTabCount)
         throw win::SubscriptError("There is no tab " + std::to_string(index));
-    return headers_.at(static_cast<size_t>(index) - 1);
+    return b1_.at(static_cast<size_t>(index) - 1);
 }
 
 void TabStrip::b1_MouseUp(int index, win::MouseButton button, win::ShiftState /*shift*/, float /*x*/,
@@ -82,7 +82,7 @@ void TabStrip::b1_MouseUp(int index, win::MouseButton button, win::ShiftState /*
         ShowTab(index);
     } else if (onDefineTab) {
         onDefineTab(index);
-        // The next move tells what the tab is now.
+        // The next move makes a tip with the new texts.
         hovered_ = 0;
     }
 }
@@ -116,7 +116,7 @@ bool TabStrip::OnKey(int index, WPARAM key) {
 std::optional<int> TabStrip::HeaderAt(POINT screen) const {
     for (int index = 1; index <= model::kTabCount; ++index) {
         RECT place{};
-        GetWindowRect(headers_.at(static_cast<size_t>(index) - 1).Handle(), &place);
+        GetWindowRect(b1_.at(static_cast<size_t>(index) - 1).Handle(), &place);
         if (PtInRect(&place, screen) != 0) return index;
     }
     return std::nullopt;

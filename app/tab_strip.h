@@ -26,13 +26,14 @@ class TabStrip {
     /// The header of a tab, 1 to 6; throws SubscriptError for another index.
     win::PictureBox& Header(int index);
 
-    /// A mouse button is released on a header: the left one shows the tab, the right one defines it.
+    /// A mouse button is released on a header: the left one shows the tab, the right one opens its
+    /// definition.
     void b1_MouseUp(int index, win::MouseButton button, win::ShiftState shift, float x, float y);
 
     /// The header at a point of the screen.
     [[nodiscard]] std::optional<int> HeaderAt(POINT screen) const;
 
-    /// Defines the tab with this number; nothing happens while it is empty.
+    /// Called to define the tab with this number; may be empty.
     std::function<void(int)> onDefineTab;
 
   private:
@@ -42,7 +43,7 @@ class TabStrip {
 
     PanelState& state_;
     ButtonPanel& buttons_;
-    std::array<win::PictureBox, model::kTabCount> headers_;
+    std::array<win::PictureBox, model::kTabCount> b1_;
     int hovered_ = 0;
 };
 

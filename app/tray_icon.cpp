@@ -15,7 +15,7 @@ namespace {
 
 constexpr UINT kIconId = 1;
 
-/// Whether a window is, or stands on, one of those that notification icons are shown in.
+/// Whether a window is one of those that show notification icons, or stands on one.
 bool HoldsNotificationArea(HWND window) {
     constexpr std::array<std::wstring_view, 3> kClasses{L"Shell_TrayWnd", L"NotifyIconOverflowWindow",
                                                         L"TopLevelWindowForOverflowXamlIsland"};
@@ -45,7 +45,7 @@ bool TrayIcon::AddTrayIcon(HWND window, HICON icon) {
 
 bool TrayIcon::AddAgain() {
     if (Shell_NotifyIconA(NIM_ADD, &record_) != FALSE) return true;
-    // Busy as it is at logon, the taskbar may have taken the icon before without answering in time.
+    // The taskbar is busy at logon and may have taken the icon earlier without answering in time.
     return Shell_NotifyIconA(NIM_MODIFY, &record_) != FALSE;
 }
 

@@ -18,8 +18,8 @@ class TrayIcon {
     TrayIcon& operator=(TrayIcon&&) = delete;
     ~TrayIcon() { RemoveTrayIcon(); }
 
-    /// Shows the icon; its events arrive at `window` as mouse moves (Shell_NotifyIconA). False when there is
-    /// nobody to show it yet, as at logon before the taskbar has come.
+    /// Shows the icon; its events arrive at `window` as mouse moves (Shell_NotifyIconA). False when nobody
+    /// can show it yet, as at logon before there is a taskbar.
     bool AddTrayIcon(HWND window, HICON icon);
 
     /// Tries once more what AddTrayIcon could not do; true when the icon is there.
@@ -29,14 +29,14 @@ class TrayIcon {
     void RemoveTrayIcon() noexcept;
 
     /// The mouse message over the icon that a mouse move of the window stands for (WM_LBUTTONUP,
-    /// WM_RBUTTONUP); 0 for a real move. The message stands in the place of the x coordinate.
+    /// WM_RBUTTONUP); 0 for a real move. The message is in the place of the x coordinate.
     static UINT CallbackEvent(WPARAM wParam, LPARAM lParam) noexcept;
 
-    /// The middle of the icon on the screen (Shell_NotifyIconGetRect); where the pointer is if Windows does
-    /// not tell.
+    /// The middle of the icon on the screen (Shell_NotifyIconGetRect), or the pointer's place if Windows does
+    /// not know.
     [[nodiscard]] POINT Place() const;
-    /// True for a mouse move that tells where the pointer was over the window (GetMessagePos), as a callback
-    /// does not: on large scales the window reaches as far to the right as the messages' numbers do.
+    /// True for a mouse move whose point is that of the pointer over the window (GetMessagePos). A callback's
+    /// is not, but on large scales the window reaches as far to the right as the messages' numbers.
     static bool IsRealMove(HWND window, LPARAM lParam) noexcept;
 
   private:
@@ -48,8 +48,8 @@ class TrayIcon {
 /// the classes of the windows that hold it.
 bool PointerOverNotificationArea();
 
-/// True when what the user types goes to the taskbar or to what opens from it: a click on the icon comes from
-/// the keyboard then.
+/// True when the user's keys go to the taskbar or to a window that opens from it: a click on the icon then
+/// comes from the keyboard.
 bool NotificationAreaHasKeyboard();
 
 }  // namespace modTray

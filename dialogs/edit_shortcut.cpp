@@ -28,12 +28,12 @@ void frmEdit::PrepareWindow(const std::string& name, const std::string& fileText
 void frmEdit::Show(HWND owner) { ShowModal(owner, IDD_EDIT_SHORTCUT); }
 
 bool frmEdit::OnInit() {
-    // Before the tip exists: a window that has topmost windows of its own may not become one itself.
+    // Done before the tip exists: a window that owns topmost windows may not become topmost itself.
     win::SetTopmost(true, Handle());
     CreatePicture();
     background_.Reset(CreateSolidBrush(color_));
     name_.Attach(Handle(), t1 + kName, l1, l1 + kExists);
-    // The box would cut what is long already.
+    // The box would cut a text that is too long already.
     SendMessageW(Item(t1 + kFile), EM_LIMITTEXT, 0, 0);
     win::SetText(Item(t1 + kFile), OldFile);
     fileLimit_.Attach(Item(t1 + kFile), config::kLongestValue);
@@ -101,7 +101,7 @@ std::string frmEdit::File() const { return win::WindowText(Item(t1 + kFile)); }
 std::string frmEdit::NameToStore() const {
     const std::string typed = name_.Name();
     const std::string name = model::StorableName(typed);
-    // No name at all is written as it stands; one of which nothing can be stored changes nothing.
+    // An empty name is written as it stands; a name of which nothing can be stored leaves the old one.
     return typed.empty() || !name.empty() ? name : OldName;
 }
 
@@ -117,7 +117,7 @@ void frmEdit::Apply() {
 
 bool frmEdit::Store(const std::string& name) {
     const std::string file = model::StorableTarget(File());
-    // What is too long to be read at once may stay as it is.
+    // A target that is too long to be read at once may stay as it is.
     if (file != OldFile && !model::IsStorableTarget(file)) return false;
     return model::ShortcutStore(context_.Records).Rename({OldName, name, file});
 }

@@ -44,7 +44,7 @@ void IcoChooser::ReadIcons(const std::string& file) {
     file_ = file;
     for (std::int32_t index = FirstIcon;; ++index) {
         HICON icon = ExtractIconA(win::ModuleInstance(), file.c_str(), static_cast<UINT>(index));
-        // 1 stands for a file that can hold no icons.
+        // 1 means that the file can hold no icons.
         if (reinterpret_cast<UINT_PTR>(icon) <= 1) return;
         icons_.emplace_back(icon);
     }
@@ -136,7 +136,7 @@ void IcoChooser::MakeBox(int index) {
     const win::Scale scale = DialogScale();
     const int left = BoxLeft(index);
     const int top = scale(2);
-    // One of them only is a stop of the Tab key; the arrows walk over the others.
+    // Only one of them is a stop of the Tab key; the arrows walk over the others.
     box.CreateBareOn(strip_, p2 + FirstIcon + index,
                      {left, top, left + scale(kBoxSize), top + scale(kBoxSize)}, index == 0);
     box.SetMeaning("Icon " + std::to_string(FirstIcon + index));
@@ -149,7 +149,7 @@ void IcoChooser::MakeBox(int index) {
     box.onKeyDown = [this, index](WPARAM key) { return OnKey(index, key); };
 }
 
-/// What was read has the size of the system's scale.
+/// The icons that were read have the size of the system's scale.
 HICON IcoChooser::IconFor(int index) {
     win::Icon& icon = icons_[static_cast<size_t>(index)];
     const int size = DialogScale()(kIconSize);
@@ -228,7 +228,7 @@ void IcoChooser::HideChooser() {
     closing_ = true;
     RECT place{};
     GetWindowRect(Handle(), &place);
-    // Under the edge of the main window: what is left of it keeps that side.
+    // It goes under the edge of the main window: the part that can still be seen keeps to that side.
     const int step = DialogScale()(kSlideStep);
     for (int position = -DialogScale()(kWidth); position < 0; position += step) {
         const int left = rightOfOwner_ ? static_cast<int>(place.left) : place.right + position;
@@ -242,7 +242,7 @@ void IcoChooser::HideChooser() {
 
 LRESULT CALLBACK IcoChooser::WatchOwner(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                         UINT_PTR /*id*/, DWORD_PTR chooser) noexcept {
-    // A press on a disabled window tells of itself by no other message.
+    // There is no other message for a press on a disabled window.
     const bool pressed = HIWORD(lParam) == WM_LBUTTONDOWN || HIWORD(lParam) == WM_RBUTTONDOWN ||
                          HIWORD(lParam) == WM_MBUTTONDOWN;
     if (message == WM_SETCURSOR && static_cast<short>(LOWORD(lParam)) == HTERROR && pressed) {

@@ -34,7 +34,7 @@ class IcoChooser : public win::Dialog {
     /// Index in the file of the icon that was picked; meaningful after a pick only.
     std::int16_t SelectedIcon = 0;
 
-    /// Gets the index in the file of the icon that is picked, before the chooser closes.
+    /// Called with the index in the file of the icon that is picked, before the chooser closes.
     std::function<void(std::int16_t)> IconSelected;
 
     /// Reads the icons of a program, library or icon file, up to the first index without one (ExtractIconA).

@@ -54,7 +54,7 @@ void frmMsg::RetMessage(const std::string& sMessage, int iButtons, const std::st
     preset_ = sInBox;
     answer_.clear();
     ShowModal(win::ModalOwner(), IDD_MESSAGE);
-    // Only now: messages that are open inside one another may be closed all at once.
+    // Only now, because messages that are open inside one another may be closed all at once.
     MessageAnswer = answer_;
 }
 
@@ -65,7 +65,7 @@ void frmMsg::AboutQuon() {
 
 bool frmMsg::OnInit() {
     ++OpenDialogCount;
-    // Before the tip exists: a window that has topmost windows of its own may not become one itself.
+    // Done before the tip exists: a window that owns topmost windows may not become topmost itself.
     win::SetTopmost(true, Handle());
     for (HWND child = GetWindow(Handle(), GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))
         SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(win::MessageFont(DialogScale())), FALSE);
@@ -146,7 +146,7 @@ const std::string& frmMsg::Caption(int index) const { return captions_[index]; }
 
 int frmMsg::ButtonCount(int asked) const {
     if (asked == 0) return 0;
-    // Every caption is shown, whatever the count says.
+    // Every caption that is given is shown, whatever the count.
     int captioned = kButtonLimit;
     while (captioned > 1 && Caption(captioned - 1).empty())
         --captioned;
@@ -189,7 +189,7 @@ bool frmMsg::OnCommand(int id, int notification) {
         limit_.OnChange();
         return true;
     }
-    // The links also tell of the second press of a double click, with the same command.
+    // The second press of a double click on a link sends the same command, as another notification.
     if (notification != 0) return false;
     switch (id) {
         case b2: End(0); return true;
@@ -222,7 +222,7 @@ INT_PTR frmMsg::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void frmMsg::Answer(int index) {
-    // What counts is the caption that the button carries.
+    // The answer depends on the caption that the button carries.
     const std::string caption = win::WindowText(Item(b1 + index));
     const bool typed = (caption == "OK" && inBox_) || caption == "Create group";
     answer_ = typed ? win::WindowText(Item(Text1)) : caption;

@@ -86,7 +86,7 @@ win::RegistryKey OpenRunKey(REGSAM access) {
     return win::RegistryKey(key);
 }
 
-/// Makes Windows start the program. That it could not is not reported.
+/// Makes Windows start the program; a failure is not reported.
 void WriteRunEntry() {
     const win::RegistryKey key = OpenRunKey(KEY_SET_VALUE);
     if (!key) return;
@@ -97,7 +97,7 @@ void WriteRunEntry() {
     if (error != ERROR_SUCCESS) win::TraceFailure("RegSetValueExA", static_cast<DWORD>(error));
 }
 
-/// Makes Windows start the program no more; false when the key cannot be opened for full access.
+/// Makes Windows no longer start the program; false when the key cannot be opened for full access.
 bool DeleteRunEntry() {
     const win::RegistryKey key = OpenRunKey(KEY_ALL_ACCESS);
     if (!key) return false;
@@ -118,7 +118,7 @@ bool frmSettings::OnInit() {
     host_.ShowQuon(false, false);
     host_.EnableTimer(false);
     ++OpenDialogCount;
-    // Before the tips exist: a window that has topmost windows of its own may not become one itself.
+    // Done before the tips exist: a window that owns topmost windows may not become topmost itself.
     win::SetTopmost(true, Handle());
     collectedBefore_ = Settings.ShowCollected;
     PlaceInCaptionGap(Item(chSet + kPopOnHover), Item(Text1), DialogScale()(kCheckMarkSize));
@@ -139,12 +139,13 @@ void frmSettings::ShowSettings() {
     // A key alone or with SHIFT would be lost for typing: CTRL and ALT are added.
     SendMessageW(Item(HotKey), HKM_SETRULES, HKCOMB_NONE | HKCOMB_S, HOTKEYF_CONTROL | HOTKEYF_ALT);
     SendMessageW(Item(HotKey), HKM_SETHOTKEY, Settings.HotKey, 0);
-    // A stored number that is no edge marks none, nor another control, and stays until an edge is chosen.
+    // A stored number that is no edge marks no option and no other control, and stays until an edge is
+    // chosen.
     edge_ = Settings.Edge;
     if (edge_ >= 1 && edge_ <= kEdgeCount) CheckDlgButton(Handle(), o1 + edge_, BST_CHECKED);
 }
 
-/// Leaves of the warning's window a frame alone: what it frames is seen and clicked through it.
+/// Leaves only a frame of the warning's window: what it frames is seen and clicked through it.
 void frmSettings::ShapeWarning() {
     warningBrush_.Reset(CreateSolidBrush(win::ColorOf(win::Color::kWarning)));
     RECT all{};
@@ -166,7 +167,7 @@ bool frmSettings::OnCommand(int id, int notification) {
         WarnOfUnreachablePanel();
         return true;
     }
-    // An edge option that only gets the focus also tells of a click.
+    // An edge option that only gets the focus sends a click as well.
     if (id > o1 && id <= o1 + kEdgeCount && IsDlgButtonChecked(Handle(), id) == BST_CHECKED) edge_ = id - o1;
     return false;
 }
@@ -174,7 +175,7 @@ bool frmSettings::OnCommand(int id, int notification) {
 INT_PTR frmSettings::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_SETCURSOR:
-            // Comes to the dialog for each of its controls, before the move itself does.
+            // The dialog gets this for each of its controls, before the mouse move itself.
             // NOLINTNEXTLINE(performance-no-int-to-ptr): Windows passes a window there.
             if (LOWORD(lParam) == HTCLIENT) OnPointer(reinterpret_cast<HWND>(wParam));
             return FALSE;
@@ -245,7 +246,7 @@ bool frmSettings::TakeHotKey() const {
     return false;
 }
 
-/// In this order: what comes before a delay that is no number stays copied.
+/// In this order: when the delay is no number, the settings before it stay copied.
 void frmSettings::CopySettings() {
     for (int index = 0; index <= 4; ++index)
         Copy(index);

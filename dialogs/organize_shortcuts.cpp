@@ -100,7 +100,7 @@ void frmCuts::ReadShortcuts() {
     }
     Say("");
     ShowWindow(frame, SW_SHOW);
-    // Hiding the list took the focus from it.
+    // Hiding the list has taken the focus from it.
     if (focus == list_.Handle()) SetFocus(focus);
 }
 

@@ -161,7 +161,7 @@ void RowList::Scr_Scroll() { PlaceContent(); }
 
 void RowList::PlaceContent() {
     const int frameHeight = FrameHeight();
-    // An empty list fills its frame, so that there is something to have the focus.
+    // An empty list fills its frame, so that something can have the focus.
     const int height = rows_.empty() ? frameHeight : std::min(ContentHeight(), kHighestWindow);
     const int shift = std::min(ScrollValue(), std::max(0, height - frameHeight));
     const int offset = ScrollValue() - shift;
@@ -189,7 +189,7 @@ void RowList::TellName() const {
 }
 
 void RowList::Repaint() const noexcept {
-    // Without a window Windows would repaint all there are.
+    // Given no window, Windows would repaint all windows.
     if (Handle() != nullptr) InvalidateRect(Handle(), nullptr, FALSE);
 }
 
@@ -244,7 +244,7 @@ RowList::ShellIcon RowList::FetchIcon(const std::string& target) const {
     SHFILEINFOA info{};
     UINT flags = kSmall;
     DWORD_PTR list = SHGetFileInfoA(path.c_str(), 0, &info, sizeof info, flags);
-    // What is gone still has the icon of its kind.
+    // A file that is gone still has the icon of its kind.
     if (list == 0) {
         flags |= SHGFI_USEFILEATTRIBUTES;
         list = SHGetFileInfoA(path.c_str(), FILE_ATTRIBUTE_NORMAL, &info, sizeof info, flags);
@@ -265,7 +265,7 @@ void RowList::DrawShellIcon(HDC dc, const ShellIcon& icon, int left, int top) co
         ImageList_Draw(list, icon.index, dc, left, top, ILD_NORMAL);
         return;
     }
-    // What has no icon of that size is drawn larger or smaller than it was made.
+    // An icon that does not come in that size is stretched or shrunk.
     win::Icon stretched;
     if (!icon.own) stretched.Reset(ImageList_GetIcon(list, icon.index, ILD_NORMAL));
     DrawIconEx(dc, left, top, icon.own ? icon.own.Get() : stretched.Get(), size, size, 0, nullptr, DI_NORMAL);
@@ -275,7 +275,7 @@ void RowList::FetchIcons(int top, int bottom) {
     for (int index = RowAt(top); index < Count() && RowPlace(index).top < bottom; ++index) {
         const auto slot = static_cast<size_t>(index);
         if (icons_[slot]) continue;
-        // The shell may let messages run, and they may change the rows.
+        // The shell may let messages run, which may change the rows.
         const std::string target = rows_[slot].target;
         ShellIcon icon = FetchIcon(target);
         if (slot < rows_.size() && rows_[slot].target == target) icons_[slot] = std::move(icon);
@@ -348,7 +348,7 @@ void RowList::DrawRow(HDC dc, int index) const {
 
 void RowList::DrawLine(HDC dc, const std::string& text, int left, int top, int right) const {
     RECT place{left, top, right, top + look_.height};
-    // Of a path too long for its row the end says most.
+    // The end of a path that is too long for its row says most.
     const UINT cut = text.find('\\') == std::string::npos ? DT_END_ELLIPSIS : DT_PATH_ELLIPSIS;
     win::DrawPlainText(dc, text, place, DT_SINGLELINE | DT_NOPREFIX | cut);
 }

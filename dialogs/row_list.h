@@ -27,7 +27,7 @@ struct RowLook {
     int firstTop = 0;       ///< top of row 0
     int height = 0;         ///< of each row
     int gap = 0;            ///< between two rows
-    int bottom = 0;         ///< what the content is higher than its last row's bottom
+    int bottom = 0;         ///< space below the last row
     POINT icon{};           ///< of the 16 x 16 icon, the box `p1`
     POINT name{};           ///< of the first line of text
     int targetTop = 0;      ///< of the second line, below the first; 0 for none
@@ -76,10 +76,10 @@ class RowList : public win::Window {
     /// How far the list is scrolled, in pixels; the content's top is its negative.
     [[nodiscard]] int ScrollValue() const noexcept { return scroll_.Value(); }
 
-    /// How far it can be scrolled: by what the content is higher than the frame, or 0.
+    /// How far it can be scrolled: by as much as the content is higher than the frame, or 0.
     [[nodiscard]] int ScrollMaximum() const noexcept { return scroll_.Maximum(); }
 
-    /// Scrolls to a value, or to the end that is nearest to it.
+    /// Scrolls to a value, or to the end nearest to it.
     void ScrollTo(int value);
 
     /// Acts on a code of the scroll bar (SB_LINEDOWN and its like).
@@ -88,15 +88,15 @@ class RowList : public win::Window {
     // Events; an empty one is ignored.
     /// A row was double-clicked.
     std::function<void()> onOpen;
-    /// The Delete key was pressed while a row was selected; held, it tells once.
+    /// The Delete key was pressed while a row was selected; once for a held key.
     std::function<void()> onDelete;
 
   protected:
     std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
-    /// The place of an icon in the system's list of small icons; where those have not the size of the rows'
-    /// ones, an icon of that size.
+    /// The place of an icon in the system's list of small icons, or, if those have another size than the
+    /// rows' icons, an icon of the rows' size.
     struct ShellIcon {
         HANDLE list = nullptr;
         int index = 0;
@@ -141,7 +141,8 @@ class RowList : public win::Window {
     /// The rows' icons, as far as they have been seen.
     std::vector<std::optional<ShellIcon>> icons_;
     int selected_ = 0;
-    /// What the content is painted higher than the window stands: Windows allows no window of any height.
+    /// How much higher the content is painted than the window stands, because Windows limits a window's
+    /// height.
     int paintOffset_ = 0;
 };
 

@@ -89,8 +89,8 @@ class CButtonShortcut {
     /// Draws the raised edge.
     void DrawButton();
 
-    /// Paints the whole face anew from the present values, after the picture has become another one. Nothing
-    /// is stored.
+    /// Paints the whole face anew from the present values, after the picture has been replaced. Nothing is
+    /// stored.
     void DrawFace();
 
   private:

@@ -23,7 +23,7 @@ win::Icon Extracted(HICON icon) {
     return win::Icon(value > 1 ? icon : nullptr);
 }
 
-/// The icon again, but made for `size` pixels, where Windows has handed it out in another size.
+/// The same icon made for `size` pixels, if Windows has handed it out in another size.
 win::Icon MadeFor(win::Icon icon, int size, const std::string& file, std::int32_t index) {
     if (!icon || size == GetSystemMetrics(SM_CXICON)) return icon;
     win::Icon made = win::FileIcon(file, index, size);
@@ -52,7 +52,7 @@ win::Icon AssociatedIcon(const std::string& path, std::int32_t index, int size) 
     return MadeFor(std::move(icon), size, win::Before(copy, '\0'), position);
 }
 
-/// The program's own picture, which there is in many sizes.
+/// The program's own icon, which exists in many sizes.
 win::Icon OwnIcon(int size) {
     if (size == GetSystemMetrics(SM_CXICON))
         return win::Icon(CopyIcon(LoadIconW(win::ModuleInstance(), MAKEINTRESOURCEW(IDI_QUON))));

@@ -15,11 +15,11 @@ namespace {
 // Wide enough that only "\n" breaks a line.
 constexpr LPARAM kUnlimitedWidth = 0x7FFF;
 
-// A tooltip takes no longer title, and shows none at all instead.
+// A tooltip takes no longer title: given one, it shows none at all.
 constexpr size_t kLongestTitle = 99;
 
-/// The 8-bit messages read a text in the code page of the tip's font, which need not be the process's. What
-/// has the same bytes in all code pages can go through them.
+/// The 8-bit messages read a text in the code page of the tip's font, which need not be the process's. Only a
+/// text that has the same bytes in all code pages can go through them.
 bool IsPlain(std::string_view text) {
     return std::all_of(text.begin(), text.end(),
                        [](char character) { return static_cast<unsigned char>(character) < 0x80; });
@@ -39,7 +39,7 @@ std::wstring ShownTitle(const std::string& title) {
 clsToolTip::~clsToolTip() { DestroyTip(); }
 
 void clsToolTip::DestroyTip() noexcept {
-    // The parent control takes its tip along when it goes first; the handle is then only a number.
+    // When the parent control goes first, it takes its tip along; the handle is then no more than a number.
     if (window_ != nullptr && IsWindow(window_) != 0) DestroyWindow(window_);
     window_ = nullptr;
 }
@@ -47,7 +47,7 @@ void clsToolTip::DestroyTip() noexcept {
 template <class Record>
 Record clsToolTip::ToolRecord() const noexcept {
     Record record{};
-    // Up to the application value: older tooltips do not know the field behind it.
+    // The record ends with the application value: older tooltips do not know the field behind it.
     record.cbSize = TTTOOLINFOA_V2_SIZE;
     record.uFlags = TTF_SUBCLASS;
     record.hwnd = parentControl_;
@@ -97,7 +97,7 @@ bool clsToolTip::Create() {
 
 void clsToolTip::SetColors() const noexcept {
     SendMessageA(window_, TTM_SETTIPBKCOLOR, win::ColorOf(win::Color::kTipGround), 0);
-    // The text is the system's colour for tips, which is not always read on the theme's ground.
+    // The text has the system's colour for tips, which cannot always be read on the theme's ground.
     if (win::ContrastTheme()) SendMessageA(window_, TTM_SETTIPTEXTCOLOR, GetSysColor(COLOR_INFOTEXT), 0);
 }
 

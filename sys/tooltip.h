@@ -19,30 +19,30 @@ class clsToolTip {
     ~clsToolTip();
 
     /// Makes the tooltip window anew; without a parent control it only destroys the old one.
-    /// The answer is always false and says nothing.
+    /// The answer is always false and has no meaning.
     bool Create();
 
     /// The control the tip belongs to; null for none.
     void SetParentControl(HWND control) noexcept { parentControl_ = control; }
 
-    /// What SetParentControl was given last.
+    /// The control that SetParentControl was given last.
     [[nodiscard]] HWND ParentControl() const noexcept { return parentControl_; }
 
     /// The bold first line, of which 99 characters are shown; a live tip is changed unless the title is
     /// empty.
     void SetTitle(const std::string& title);
 
-    /// What SetTitle was given last.
+    /// The title that SetTitle was given last.
     [[nodiscard]] const std::string& Title() const noexcept { return title_; }
 
     /// The text, a new line at each "\n"; a live tip is changed.
     void SetTipText(const std::string& text);
 
-    /// What SetTipText was given last.
+    /// The text that SetTipText was given last.
     [[nodiscard]] const std::string& TipText() const noexcept { return tipText_; }
 
-    /// Lets the tip come up, or keeps it down while something else covers its control (TTM_ACTIVATE). One
-    /// that is made anew comes up again.
+    /// Lets the tip come up, or keeps it down while something else covers its control (TTM_ACTIVATE). A tip
+    /// that is made anew may come up again.
     void Activate(bool active) noexcept;
 
     /// The tooltip window; null when none exists.

@@ -1,5 +1,5 @@
 // The headers that nearly every test takes: compiled once for all test programs. Every source includes what
-// it needs none the less.
+// it needs nevertheless.
 #pragma once
 
 #include <windows.h>

@@ -11,7 +11,7 @@ void ByteLimit::Attach(HWND edit, size_t bytes) {
     edit_ = edit;
     bytes_ = bytes;
     text_ = WindowText(edit);
-    // Its own limit stands at 30,000 characters, and would cut a pasted text.
+    // Its own limit of 30,000 characters would cut a pasted text.
     SendMessageW(edit, EM_LIMITTEXT, 0, 0);
 }
 

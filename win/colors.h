@@ -34,7 +34,7 @@ COLORREF PlainColor(Color color) noexcept;
 /// True while the user has a contrast theme (SPI_GETHIGHCONTRAST). Asked once, and again after ForgetColors.
 bool ContrastTheme() noexcept;
 
-/// The theme may have changed: it is asked for anew.
+/// To be called when the theme may have changed: it is asked for anew.
 void ForgetColors() noexcept;
 
 /// True for a ground that dark strokes are hard to see on.

@@ -36,7 +36,7 @@ class ComPtr {
         if (object_ != nullptr) object_->Release();
     }
 
-    /// Where a function of COM puts its result; only while nothing is owned.
+    /// The place where a function of COM puts its result; only while nothing is owned.
     void** ReceiveVoid() noexcept { return reinterpret_cast<void**>(&object_); }
 
     /// The object; null when there is none.
@@ -50,7 +50,7 @@ class ComPtr {
     T* object_ = nullptr;
 };
 
-/// A VARIANT that is cleared with itself.
+/// A VARIANT that is cleared when this value goes.
 class Variant {
   public:
     Variant() noexcept { VariantInit(&value_); }
@@ -73,7 +73,7 @@ class Variant {
 };
 
 /// Calls a method (one text argument) or reads a property (none) by its name through IDispatch.
-/// Returns the failure of COM.
+/// On failure it answers COM's error code.
 HRESULT InvokeByName(IDispatch* object, const wchar_t* name, WORD kind, Variant* argument, Variant& result);
 
 }  // namespace win

@@ -42,7 +42,7 @@ void ComboBox::SetItems(const std::vector<std::string>& items) {
     SendMessageW(edit_, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
     SendMessageW(handle_, WM_SETREDRAW, FALSE, 0);
     SendMessageW(handle_, CB_RESETCONTENT, 0, 0);
-    // Straight to the list, which saves the half of the time that the box would take to pass them on.
+    // Sent straight to the list, which saves half of the time: the box need not pass them on.
     for (size_t at = 0; at < items_.size(); at = items_.find(L'\0', at) + 1)
         SendMessageW(list_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(&items_[at]));
     if (!typed.empty()) SetText(typed);

@@ -16,7 +16,7 @@ struct FoundItem {
     size_t at = 0;      ///< where the text begins in it, in UTF-16 units
 };
 
-/// An editable drop-down list. Its parent owns the window; this is the way to talk to it.
+/// An editable drop-down list. Its parent owns the window; this object talks to it.
 class ComboBox {
   public:
     /// Creates the control on `parent`, in client pixels and with the font of its scale; the height is that
@@ -35,15 +35,14 @@ class ComboBox {
     /// True while the list is open.
     [[nodiscard]] bool IsOpen() const noexcept;
 
-    /// Replaces all items, in the order given. What stands in the edit field stays, with its
-    /// selection.
+    /// Replaces all items, in the order given. The text in the edit field stays, with its selection.
     void SetItems(const std::vector<std::string>& items);
 
     /// All items, in order.
     [[nodiscard]] std::vector<std::string> Items() const;
 
-    /// The first item that contains the text ignoring case, items spelled `except` passed over; an empty text
-    /// is in none.
+    /// The first item that contains the text ignoring case, leaving out items spelled `except`; no item
+    /// contains an empty text.
     [[nodiscard]] std::optional<FoundItem> FindContaining(std::wstring_view text,
                                                           std::wstring_view except = {}) const;
 
@@ -53,10 +52,10 @@ class ComboBox {
     /// Closes an open list; the item that is marked in it, if any, comes into the edit field.
     void TakeMarked();
 
-    /// What stands in the edit field.
+    /// The text in the edit field.
     [[nodiscard]] std::string Text() const;
 
-    /// Replaces what stands in the edit field.
+    /// Replaces the text in the edit field.
     void SetText(const std::string& text);
 
     /// Selects nothing and puts the caret at the end of the text.

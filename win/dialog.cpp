@@ -22,15 +22,15 @@ std::vector<HWND>& OpenDialogs() {
     return dialogs;
 }
 
-/// What ShowModal answers without a dialog, as DialogBoxParamW does.
+/// The answer of ShowModal when there is no dialog, as DialogBoxParamW gives it.
 constexpr INT_PTR kNotMade = -1;
 
-/// A dialog that is moved to a screen with another scale keeps its own: what it has laid out and drawn itself
-/// would not follow Windows' hand.
+/// A dialog that is moved to a screen with another scale keeps its own scale: what it has laid out and drawn
+/// itself would not follow when Windows scales the rest.
 void KeepScale(HWND dialog) noexcept {
     using Function = BOOL(WINAPI*)(HWND, int, int);
     constexpr int kDisableAll = 1;  // DDC_DISABLE_ALL
-    // Not everything that runs Windows programs has the function.
+    // Not every system that runs Windows programs has the function.
     const auto set = reinterpret_cast<Function>(
         reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32"), "SetDialogDpiChangeBehavior")));
     if (set != nullptr) set(dialog, kDisableAll, kDisableAll);
@@ -56,7 +56,7 @@ INT_PTR Dialog::ShowModal(HWND owner, int templateId) {
     const std::vector<WORD> copy =
         TextPercent() == 100 ? std::vector<WORD>() : TemplateInMessageFont(templateId);
     const auto self = reinterpret_cast<LPARAM>(this);
-    // In its own font rather than not at all.
+    // Better in the template's own font than not at all.
     const INT_PTR answer =
         copy.empty()
             ? DialogBoxParamW(ModuleInstance(), MAKEINTRESOURCEW(templateId), owner, &Dialog::Procedure, self)
@@ -83,7 +83,7 @@ INT_PTR CALLBACK Dialog::Procedure(HWND window, UINT message, WPARAM wParam, LPA
             ready = true;
             return answer;
         });
-        // Half a dialog could store what it has not been filled with.
+        // A dialog that is only half filled could store the missing half as empty.
         if (!ready) EndDialog(window, kNotMade);
         return focus;
     }
@@ -95,7 +95,7 @@ INT_PTR CALLBACK Dialog::Procedure(HWND window, UINT message, WPARAM wParam, LPA
             SetWindowLongPtrW(window, DWLP_USER, 0);
             return FALSE;
         }
-        // What the controls draw in the system's colours, and what the dialog draws in them.
+        // Repaints what the controls draw in the system's colours, and what the dialog draws in the controls.
         if (message == WM_SYSCOLORCHANGE)
             RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
         if (message == WM_HELP) {

@@ -27,15 +27,15 @@ class Dialog {
     [[nodiscard]] HWND Item(int id) const noexcept { return GetDlgItem(handle_, id); }
 
   protected:
-    /// Shows the dialog and returns when it is closed (DialogBoxParamW); the answer is what End was given,
-    /// -1 when Windows could not make the dialog, when OnInit has thrown, which was reported then, or when
-    /// the program is ending.
+    /// Shows the dialog and returns when it is closed (DialogBoxParamW). The answer is what End was given, or
+    /// -1 when Windows could not make the dialog, when OnInit threw (which has been reported), or when the
+    /// program is ending.
     INT_PTR ShowModal(HWND owner, int templateId);
 
     /// Closes the dialog.
     void End(INT_PTR answer) noexcept;
 
-    /// Runs once, before the dialog is shown. False when the focus was set by the dialog itself.
+    /// Runs once, before the dialog is shown. False when the dialog has set the focus itself.
     virtual bool OnInit() { return true; }
 
     /// A control's notification; false when it was not used.
@@ -67,7 +67,7 @@ bool IsOpenDialog(HWND window) noexcept;
 /// Cancels the open dialogs from the innermost out, as Esc would.
 void CancelOpenDialogs();
 
-/// What F1 does in any window of the program; null for nothing.
+/// Sets what F1 does in any window of the program; null for nothing.
 void SetHelpHandler(void (*handler)()) noexcept;
 
 /// Runs the F1 handler.

@@ -19,7 +19,7 @@ constexpr size_t kFixedPart = 13;
 constexpr WORD kExtended = 0xFFFF;
 constexpr size_t kBeforeFace = 3;  // size, weight, and italic with character set
 
-/// Behind a menu, a class or a text: nothing, a number, or characters up to a zero.
+/// The place behind a menu, a class or a text, which is nothing, a number, or characters up to a zero.
 size_t SkipName(std::span<const WORD> words, size_t at) {
     if (at < words.size() && words[at] == 0xFFFF) return at + 2;
     while (at < words.size() && words[at] != 0)

@@ -35,7 +35,7 @@ class OverflowError : public RuntimeError {
 /// Shows an error that got out of an event handler to the user; must not throw.
 using ErrorReporter = void (*)(HWND owner, const char* message) noexcept;
 
-/// Names the routine that shows such errors; until then they are swallowed.
+/// Sets the routine that shows such errors; until then they are swallowed.
 void SetErrorReporter(ErrorReporter reporter) noexcept;
 
 /// Hands the exception that is being handled to the reporter; call it only inside a catch block.

@@ -64,7 +64,7 @@ void HandOnForeground(HWND window) noexcept {
     while (next != nullptr && !CanTakeForeground(TraitsOf(next)))
         next = GetWindow(next, GW_HWNDNEXT);
     if (next == nullptr) return;
-    // A program that has just been started may still come to the front: the right to it would end here.
+    // Otherwise a program that has just been started would lose its right to come to the front here.
     AllowSetForegroundWindow(ASFW_ANY);
     SetForegroundWindow(next);
 }

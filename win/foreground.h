@@ -4,7 +4,7 @@
 
 namespace win {
 
-/// What decides whether a window can become the foreground window in another's place.
+/// The properties that decide whether a window can become the foreground window in another's place.
 struct WindowTraits {
     bool visible = false;
     bool enabled = false;
@@ -22,18 +22,18 @@ constexpr bool CanTakeForeground(const WindowTraits& window) {
            !window.own && !window.desktop && !window.empty;
 }
 
-/// Makes the next window behind this one the foreground window that another program shows to the user
-/// (SetForegroundWindow). Without one everything stays as it is.
+/// Makes the next window behind this one that another program shows to the user the foreground window
+/// (SetForegroundWindow). Without one, everything stays as it is.
 void HandOnForeground(HWND window) noexcept;
 
 /// True while a program that fills the screen is in front, a presentation or a game for instance
 /// (SHQueryUserNotificationState). The user's presentation settings alone, which only keep notifications
-/// away, make none.
+/// away, do not count.
 bool FullScreenProgramInFront() noexcept;
 
-/// Puts a window right behind the foreground window when that one covers `seen`, what is to be seen of it on
-/// the screen, and is not this program's (SetWindowPos). Above all others it is no more then, unless the
-/// foreground window is. False when it stays where it is.
+/// Puts a window right behind the foreground window when that one is not this program's and covers `seen`,
+/// the part of the window that the screen shows (SetWindowPos). It is no longer above all others then, unless
+/// the foreground window is. False when it stays where it is.
 bool PutBehindForeground(HWND window, const RECT& seen) noexcept;
 
 }  // namespace win

@@ -67,7 +67,7 @@ using Icon = Handle<NullHandleTraits<HICON, close::Icon>>;
 using Menu = Handle<NullHandleTraits<HMENU, close::Menu>>;
 using MemoryDc = Handle<NullHandleTraits<HDC, close::MemoryDc>>;
 
-/// Drawing objects, given back by DeleteObject; none may be selected into a device context by then.
+/// Drawing objects, given back by DeleteObject; they may not be selected into a device context then.
 using Bitmap = Handle<NullHandleTraits<HBITMAP, close::GdiObject>>;
 using Brush = Handle<NullHandleTraits<HBRUSH, close::GdiObject>>;
 using Font = Handle<NullHandleTraits<HFONT, close::GdiObject>>;

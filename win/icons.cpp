@@ -22,7 +22,7 @@ size_t NumberAt(std::span<const BYTE> file, size_t at, size_t bytes) noexcept {
 
 /// The picture of an icon file to be used for a size: the smallest that is large enough, else the largest.
 std::span<BYTE> BestPicture(std::span<BYTE> file, int size) noexcept {
-    // The file's directory: how many there are; of each its width in a byte, and where it lies.
+    // The file's directory: the number of pictures, and of each its width in one byte and its place.
     constexpr size_t kCount = 4;
     constexpr size_t kHeader = 6;
     constexpr size_t kEntry = 16;
@@ -66,12 +66,12 @@ Icon DataIcon(int id, int size) noexcept {
 
 Icon FileIcon(const std::string& file, int index, int size) {
     const std::wstring path = ToWide(file);
-    // The function has room for so many characters.
+    // The function has room for this many characters.
     if (path.empty() || path.size() >= MAX_PATH) return {};
     HICON icon = nullptr;
     UINT id = 0;
     const UINT found = PrivateExtractIconsW(path.c_str(), index, size, size, &icon, &id, 1, 0);
-    // All bits stand for a file that is not there.
+    // An answer with all bits set means that there is no such file.
     return Icon(found == 1 ? icon : nullptr);
 }
 

@@ -12,9 +12,8 @@ namespace win {
 /// when Windows has none.
 Icon ResourceIcon(int id, int size) noexcept;
 
-/// The same from an icon file that is stored as data (RT_RCDATA), in the smallest stored size that is not
-/// smaller than `size`, else in the largest; stretched to `size` where it is another
-/// (CreateIconFromResourceEx).
+/// The same from an icon file that is stored as data (RT_RCDATA), in the smallest stored size that is at
+/// least `size`, else in the largest, stretched to `size` if it differs (CreateIconFromResourceEx).
 Icon DataIcon(int id, int size) noexcept;
 
 /// The icon with this index in a program, library or icon file, of the size that is nearest to `size` pixels

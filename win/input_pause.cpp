@@ -27,7 +27,7 @@ InputPause::InputPause() : active_(GetActiveWindow()) {
 
 InputPause::~InputPause() {
     --g_pauses;
-    // From the back to the front: the last window that is made topmost stands above the others.
+    // From the back to the front, because the last window that is made topmost stands above the others.
     std::for_each(paused_.rbegin(), paused_.rend(), [](const Paused& paused) {
         if (IsWindow(paused.window) == 0) return;
         if (paused.topmost) SetTopmost(true, paused.window);

@@ -6,12 +6,12 @@
 
 namespace win {
 
-/// While it lives, no visible window of this thread takes input, and none stays above other windows: for a
-/// window of the system that is to be answered first but has no window of ours for its owner.
+/// While it lives, no visible window of this thread takes input or stays above other windows. For windows of
+/// the system that are to be answered first but have no window of ours as their owner.
 class InputPause {
   public:
-    /// Disables the windows (EnableWindow); the destructor enables them again and makes the window foreground
-    /// that was active.
+    /// Disables the windows (EnableWindow); the destructor enables them again and brings the window to the
+    /// foreground that was active.
     InputPause();
     InputPause(const InputPause&) = delete;
     InputPause& operator=(const InputPause&) = delete;

@@ -4,7 +4,7 @@ namespace win {
 namespace {
 
 bool ActsOnce(int code, WPARAM key) noexcept {
-    // In a dialog Space types as well; its buttons take it when it is let go.
+    // In a dialog Space also types; buttons react to it when it is let go.
     return key == VK_RETURN || key == VK_F1 || key == VK_F10 || (code == MSGF_MENU && key == VK_SPACE);
 }
 

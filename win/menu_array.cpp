@@ -76,11 +76,11 @@ int TrackMenu(const MenuArray& menu, POINT at, HWND owner) {
     if (IsEnding()) return 0;
     AssertMayPump("a menu");
     const Menu popup = menu.Build();
-    // Opened while the right button is pressed, the menu must not take the end of that press for a choice.
+    // A menu opened while the right button is pressed must not take the end of that press for a choice.
     const UINT rightChooses = GetKeyState(VK_RBUTTON) < 0 ? 0 : TPM_RIGHTBUTTON;
     const int chosen =
         TrackPopupMenu(popup.Get(), TPM_RETURNCMD | rightChooses, at.x, at.y, 0, owner, nullptr);
-    // The switch to another task that a click elsewhere has begun is complete only with one more message:
+    // A click elsewhere begins a switch to another task, which is complete only with one more message;
     // without it the next menu closes as soon as it opens.
     PostMessageW(owner, WM_NULL, 0, 0);
     return chosen;

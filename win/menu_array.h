@@ -14,7 +14,7 @@ class MenuArray;
 
 /// One element of an indexed menu. A caption of "-" makes a separator line.
 struct MenuItem {
-    std::string caption;   ///< shown as it is, an "&" too
+    std::string caption;   ///< shown as it is, even an "&"
     std::string tag;       ///< what the caption stands for; not shown
     bool enabled = true;   ///< false: shown grey, and cannot be chosen
     bool visible = true;   ///< false: not shown; the others keep their commands
@@ -48,7 +48,7 @@ class MenuArray {
     /// The Windows menu with its submenus (CreatePopupMenu).
     [[nodiscard]] Menu Build() const;
 
-    /// The index of the element with this command identifier, when it is one of this array.
+    /// The index of the element with this command identifier; no value when it is not one of this array.
     [[nodiscard]] std::optional<int> IndexOf(int command) const noexcept;
 
   private:

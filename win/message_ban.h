@@ -2,8 +2,8 @@
 
 namespace win {
 
-/// While one lives, nothing may be called that lets messages run: no dialog, no menu, no wait that handles
-/// events. What is half done meanwhile must not be seen by a handler. They nest.
+/// While one lives, nothing that lets messages run may be called: no dialog, no menu, no wait that handles
+/// events. A handler must not see what is half done meanwhile. They nest.
 class MessageBan {
   public:
     MessageBan() noexcept;
@@ -17,10 +17,10 @@ class MessageBan {
 /// Whether messages may run now.
 bool MayPump() noexcept;
 
-/// Is told the name of a routine that lets messages run although they may not; must not throw.
+/// Called with the name of a routine that lets messages run although they may not; must not throw.
 using BanBreachHandler = void (*)(const char* routine) noexcept;
 
-/// Names the one who is told; until then, and after null, nobody is.
+/// Sets the handler of such breaches; until then, and after null, there is none.
 void SetBanBreachHandler(BanBreachHandler handler) noexcept;
 
 /// To be called by every routine that lets messages run, before it does, with its name.

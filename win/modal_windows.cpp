@@ -24,7 +24,7 @@ bool HasClass(HWND window, const wchar_t* expected) {
 
 bool IsDialogClass(HWND window) { return HasClass(window, L"#32770"); }
 
-/// Dialogs of the system's, and the one that shows how far an operation of the shell's has come.
+/// The system's dialogs, and the one that shows the progress of a shell operation.
 bool IsSystemWindow(HWND window) {
     const bool dialog = IsDialogClass(window) || HasClass(window, L"OperationStatusWindow");
     return dialog && IsWindowVisible(window) != 0 && IsWindowEnabled(window) != 0 && !IsOpenDialog(window);
@@ -33,7 +33,7 @@ bool IsSystemWindow(HWND window) {
 bool IsOfThisThread(HWND window) { return GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId(); }
 
 struct Search {
-    HWND found[16];  ///< frontmost first; more are never open, and the rest has its turn later
+    HWND found[16];  ///< frontmost first; there are never more, and the rest would have its turn later
     int count = 0;
 };
 
@@ -68,15 +68,15 @@ BOOL CALLBACK MatchButton(HWND child, LPARAM search) noexcept {
     return FALSE;
 }
 
-/// The button with this identifier that can be pressed, however deep it lies: the newer questions keep theirs
-/// in windows of their own.
+/// The button with this identifier that can be pressed, however deep it lies: newer questions keep their
+/// buttons in windows of their own.
 HWND PressableButton(HWND window, int id) noexcept {
     ButtonSearch search{id, nullptr};
     EnumChildWindows(window, &MatchButton, reinterpret_cast<LPARAM>(&search));
     return search.found;
 }
 
-/// Posted, so that it is the window's own loop that handles it, whichever thread that runs in.
+/// Posted, so that the window's own loop handles it, whichever thread it runs in.
 void Cancel(HWND window) {
     const HWND button = CancellingButton(window);
     if (button != nullptr) {
@@ -84,8 +84,8 @@ void Cancel(HWND window) {
                      reinterpret_cast<LPARAM>(button));
         if (GetParent(button) == window) return;
     }
-    // A task dialog may draw its buttons, and has no use for its title bar's unless one of them is "Cancel".
-    // To other windows the number means something else.
+    // A task dialog may draw its buttons itself, and ignores its title bar's button unless one of them is
+    // "Cancel". To other windows the number means something else.
     for (const int id : {IDCANCEL, IDNO})
         if (IsDialogClass(window)) PostMessageW(window, TDM_CLICK_BUTTON, static_cast<WPARAM>(id), 0);
     PostMessageW(window, WM_CLOSE, 0, 0);
@@ -98,7 +98,7 @@ GUITHREADINFO ThreadState() noexcept {
     return state;
 }
 
-/// Esc puts a window back that is being moved by its caption or by the keys.
+/// Esc puts back a window that is being moved by its caption or by the keys.
 void CancelMove() {
     const GUITHREADINFO state = ThreadState();
     if ((state.flags & GUI_INMOVESIZE) != 0) PostMessageW(state.hwndMoveSize, WM_KEYDOWN, VK_ESCAPE, 0);
@@ -134,7 +134,7 @@ bool AnyMenuOpen() noexcept {
 }
 
 bool InModalLoop() noexcept {
-    // The menu of an edit field opens without any handler of ours.
+    // The menu of an edit field opens outside any handler of ours.
     if (HandlerDepth() > 1 || AnyDialogOpen() || AnyMenuOpen()) return true;
     return (ThreadState().flags & GUI_INMOVESIZE) != 0;
 }
@@ -148,7 +148,7 @@ void CancelModalWindows() {
         Cancel(search.found[index]);
         ours = ours || IsOfThisThread(search.found[index]);
     }
-    // A dialog whose own question is still open goes once that has been answered.
+    // A dialog whose own question is still open is closed once that has been answered.
     if (!ours) CancelOpenDialogs();
 }
 

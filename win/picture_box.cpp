@@ -83,7 +83,7 @@ void PictureBox::Clear() {
 }
 
 void PictureBox::Refresh() noexcept {
-    // Without a window Windows would repaint all there are.
+    // Given no window, Windows would repaint all windows.
     if (Handle() != nullptr) InvalidateRect(Handle(), nullptr, FALSE);
 }
 
@@ -118,16 +118,16 @@ std::optional<LRESULT> PictureBox::OnMessage(UINT message, WPARAM wParam, LPARAM
             if (onMouseUp) onMouseUp(MouseOf(MouseButton::kRight, lParam));
             return 0;
         case WM_CONTEXTMENU:
-            // (-1, -1): the key, not the mouse, whose press has been handled already.
+            // (-1, -1) stands for the key; a press of the mouse has been handled already.
             if (lParam == -1 && onContextKey) onContextKey();
             return 0;
         case WM_KEYDOWN:
-            // Held, a key that presses the box presses it once; one that moves the focus goes on moving it.
+            // A held key that presses the box presses it once; one that moves the focus goes on moving it.
             if (IsKeyRepeat(lParam) && (wParam == VK_RETURN || wParam == VK_SPACE)) return 0;
             if (onKeyDown && onKeyDown(wParam)) return 0;
             return std::nullopt;
         case WM_SYSKEYDOWN:
-            // ALT with Enter, which no menu wants; its character would only beep.
+            // ALT+Enter, which belongs to no menu; its character would only beep.
             if (wParam == VK_RETURN && IsKeyRepeat(lParam)) return 0;
             if (wParam == VK_RETURN && onKeyDown && onKeyDown(wParam)) return 0;
             return std::nullopt;
@@ -141,7 +141,7 @@ std::optional<LRESULT> PictureBox::OnMessage(UINT message, WPARAM wParam, LPARAM
             return 0;
         case WM_KILLFOCUS: Refresh(); return 0;
         case WM_CAPTURECHANGED:
-            // A release of our own has cleared the mark before.
+            // When we release the mouse ourselves, the mark has been cleared before.
             if (!pressed_) return 0;
             pressed_ = false;
             Refresh();

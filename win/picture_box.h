@@ -21,10 +21,10 @@ constexpr ShiftState kAlt = 4;      ///< an ALT key
 /// The modifier keys that are held while the current message is handled (GetKeyState).
 ShiftState HeldModifiers() noexcept;
 
-/// From now on the box with the focus is marked; until a key is used the marks would only be noise.
+/// Marks the box with the focus from now on; until a key is used, the marks would only be noise.
 void ShowFocusMarks() noexcept;
 
-/// Which button of the mouse an event is about; a move counts as the left one's.
+/// The mouse button that an event is about; the left one for a move.
 enum class MouseButton { kLeft, kRight };
 
 /// A child window with a persistent picture: what is drawn on its device context stays until it is cleared.
@@ -52,22 +52,22 @@ class PictureBox : public Window {
     std::function<void(const Mouse&)> onMouseMove;
     /// The pointer left the box (WM_MOUSELEAVE).
     std::function<void()> onMouseLeave;
-    /// Gets a virtual-key code, of a held Enter or Space once; true means that the key was used.
+    /// Called with a virtual-key code, once for a held Enter or Space; true means that the key was used.
     std::function<bool(WPARAM)> onKeyDown;
     /// The box has got the focus of the keyboard.
     std::function<void()> onFocus;
     /// The mouse was taken away while the left button was held.
     std::function<void()> onCaptureLost;
-    /// Draws over the picture at each painting, without changing it.
+    /// Draws over the picture each time it is painted, without changing it.
     std::function<void(HDC, RECT)> onOverlay;
-    /// Gets WM_CONTEXTMENU raised by the keyboard.
+    /// Called for a WM_CONTEXTMENU that comes from the keyboard.
     std::function<void()> onContextKey;
 
     /// Creates the box on `parent`, in the parent's client pixels and at its scale.
     void CreateOn(HWND parent, int id, RECT place, bool tabStop = true);
 
-    /// Creates a box without a picture of its own: the background and onOverlay are all it shows. For boxes
-    /// that come by the hundred.
+    /// Creates a box without a picture of its own: it shows only the background and what onOverlay draws. For
+    /// boxes in great numbers.
     void CreateBareOn(HWND parent, int id, RECT place, bool tabStop);
 
     /// The device context of the picture.
@@ -95,10 +95,10 @@ class PictureBox : public Window {
     /// Shows the picture as it is now (InvalidateRect).
     void Refresh() noexcept;
 
-    /// 1 marks the box (the header of the shown tab), 0 does not; its look is onOverlay's.
+    /// 1 marks the box (the header of the shown tab), 0 does not; onOverlay draws the difference.
     void SetFrame(int frame) noexcept;
 
-    /// What SetFrame was given last; 0 at first.
+    /// The value that SetFrame was given last; 0 at first.
     [[nodiscard]] int Frame() const noexcept { return frame_; }
 
     /// True while the pointer is over the box.
@@ -107,7 +107,7 @@ class PictureBox : public Window {
     /// True while the left button that was pressed on the box is held.
     [[nodiscard]] bool Pressed() const noexcept { return pressed_; }
 
-    /// Sets the meaning of the box, when it differs.
+    /// Sets the meaning of the box if it differs.
     void SetMeaning(const std::string& text);
 
   protected:

@@ -1,5 +1,5 @@
 // The headers that most of the product takes: compiled once for all of it. Every source includes what it
-// needs none the less.
+// needs nevertheless.
 #pragma once
 
 #include <windows.h>

@@ -44,7 +44,7 @@ std::string ProgramFolder() {
 }
 
 std::string ProgramRoot() {
-    // Of the program's path, not of its folder's: that has no "\\" in the root of a drive.
+    // Taken from the program's path, because its folder's has no "\\" in the root of a drive.
     return ToBytes(ToWide(ProgramPath()).substr(0, 3));
 }
 

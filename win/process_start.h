@@ -10,8 +10,9 @@ namespace win {
 /// (CreateProcessA). False when it could not be started.
 bool StartProcess(const std::string& commandLine, WORD showCommand);
 
-/// Keeps Windows' own "There is no disk in the drive" away from what this thread asks of drives
-/// (SetThreadErrorMode). The mode of the process stays: every program that is started would inherit it.
+/// Keeps away Windows' own message "There is no disk in the drive" when this thread asks for drives
+/// (SetThreadErrorMode). The mode of the process stays, because every program that is started would inherit
+/// it.
 void KeepDriveErrorsQuiet() noexcept;
 
 /// The full path of this program's file.

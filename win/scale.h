@@ -81,10 +81,10 @@ class Scale {
 /// (SystemParametersInfoForDpi). Asked once, and again after ForgetTextSize.
 int TextPercent() noexcept;
 
-/// The size of the system's text may have changed: it is asked for anew.
+/// To be called when the size of the system's text may have changed: it is asked for anew.
 void ForgetTextSize() noexcept;
 
-/// The whole of the screen that a window is on, or most of it (MonitorFromWindow).
+/// The whole of the screen that the window, or most of it, is on (MonitorFromWindow).
 RECT ScreenOf(HWND window) noexcept;
 
 /// The part of that screen that windows may take up: without the taskbar.

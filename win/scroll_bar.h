@@ -4,7 +4,7 @@
 
 namespace win {
 
-/// A scroll bar control that starts at 0. Without a way to go it takes no input.
+/// A scroll bar control that starts at 0. Where there is nothing to scroll it takes no input.
 class ScrollBar {
   public:
     /// Takes over a control (SetScrollInfo); the steps are those of its arrows and of its shaft.
@@ -16,10 +16,10 @@ class ScrollBar {
     /// The greatest value.
     [[nodiscard]] int Maximum() const noexcept { return maximum_; }
 
-    /// Sets the value, or the end that is nearest to it.
+    /// Sets the value, or the end nearest to it.
     void SetValue(int value) noexcept;
 
-    /// Where it stands, 0 to Maximum().
+    /// The value, 0 to Maximum().
     [[nodiscard]] int Value() const noexcept { return value_; }
 
     /// Moves as a code of WM_VSCROLL or WM_HSCROLL says (SB_LINEDOWN and its like).

@@ -13,8 +13,8 @@
 namespace win {
 namespace {
 
-/// While it lives, this thread's topmost windows step back as soon as a window that was not there before
-/// becomes active: a question of the shell has no window of ours for its owner and would lie behind them.
+/// While it lives, this thread's topmost windows step back as soon as a new window becomes active: a question
+/// of the shell has no window of ours as its owner and would lie behind them.
 class StepBack {
   public:
     StepBack()
@@ -29,7 +29,7 @@ class StepBack {
     ~StepBack() {
         if (hook_ != nullptr) UnhookWindowsHookEx(hook_);
         current_ = outer_;
-        // From the back to the front: the last one that is made topmost stands above the others.
+        // From the back to the front, because the last one that is made topmost stands above the others.
         std::for_each(lowered_.rbegin(), lowered_.rend(), [](HWND window) {
             if (IsWindow(window) != 0) SetTopmost(true, window);
         });
@@ -82,7 +82,8 @@ class StepBack {
 INT_PTR OpenInShell(const char* verb, const char* file, const char* parameters, const char* folder,
                     int showCommand) {
     const StepBack stepBack;
-    // Some targets are shown by a program that runs already and has no right of its own to come forward.
+    // Some targets are shown by a program that is running already and has no right of its own to come
+    // forward.
     AllowSetForegroundWindow(ASFW_ANY);
     return reinterpret_cast<INT_PTR>(
         ShellExecuteA(GetDesktopWindow(), verb, file, parameters, folder, showCommand));

@@ -87,7 +87,7 @@ std::wstring WithPlainAmpersands(std::string_view text) {
 }
 
 int DrawPlainText(HDC dc, std::string_view text, RECT& rect, UINT format) {
-    // A single ampersand would underline the next character.
+    // A single ampersand would underline the character after it.
     std::wstring wide = (format & DT_NOPREFIX) == 0 ? WithPlainAmpersands(text) : ToWide(text);
     return DrawTextExW(dc, wide.data(), static_cast<int>(wide.size()), &rect, format, nullptr);
 }
@@ -100,7 +100,7 @@ int TextWidth(HDC dc, std::string_view text) {
 }
 
 HFONT MessageFont(const Scale& scale) {
-    // By text size too: after a change of it the former fonts are still selected here and there.
+    // Kept by text size too, because after a change of it the former fonts are still selected here and there.
     static std::map<std::pair<int, int>, Font> fonts;
     Font& font = fonts[{scale.Dpi(), scale.TextPercent()}];
     if (!font) {

@@ -46,7 +46,8 @@ std::string WindowText(HWND window);
 /// Sets the text of a window (SetWindowTextW).
 void SetText(HWND window, std::string_view text);
 
-/// The wide form of a text in which "&" stands for itself wherever Windows takes it for a mnemonic's mark.
+/// The wide form of a text with each "&" doubled, because Windows takes a single one for the mark of a
+/// mnemonic.
 std::wstring WithPlainAmpersands(std::string_view text);
 
 /// DrawTextExW with the given DT_ flags. GDI does not honour the process code page, so nothing may be

@@ -1,4 +1,4 @@
-// A word about calls of Windows that fail and are survived without one.
+// A record of calls of Windows that fail and are survived without a message.
 //
 //     Traced(Shell_NotifyIconA(NIM_ADD, &record), "Shell_NotifyIconA");
 #pragma once
@@ -7,10 +7,10 @@
 
 namespace win {
 
-/// Tells that `function` failed with `error`, a code of GetLastError's kind, and where:
-/// "app/tray_icon.cpp(26): Shell_NotifyIconA failed with 1460". A debugger that listens gets the line
-/// (OutputDebugStringA), and so does the file that the environment variable QUON_TRACE names, at its end.
-/// Without both nothing happens. Leaves the last error as it was.
+/// Reports that `function` failed with `error`, a code of GetLastError's kind, and where:
+/// "app/tray_icon.cpp(26): Shell_NotifyIconA failed with 1460". A debugger gets the line
+/// (OutputDebugStringA), and it is appended to the file that the environment variable QUON_TRACE names.
+/// Without either nothing happens. Leaves the last error as it was.
 void TraceFailure(const char* function, DWORD error, const char* file = __builtin_FILE(),
                   int line = __builtin_LINE()) noexcept;
 

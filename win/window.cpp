@@ -10,7 +10,7 @@ namespace {
 
 int g_handlerDepth = 0;
 
-/// One more handler as long as it lives.
+/// Counts one more handler as long as it lives.
 class HandlerMark {
   public:
     HandlerMark() noexcept { ++g_handlerDepth; }
@@ -41,7 +41,7 @@ void RegisterOnce(const WindowOptions& options, WNDPROC procedure) {
 HINSTANCE ModuleInstance() noexcept { return GetModuleHandleW(nullptr); }
 
 Window::~Window() {
-    // What the derived class would do with the last messages is gone by now.
+    // The derived class, which would handle the last messages, is gone by now.
     if (handle_ != nullptr) SetWindowLongPtrW(handle_, GWLP_USERDATA, 0);
     Destroy();
 }
@@ -84,7 +84,7 @@ LRESULT CALLBACK Window::Trampoline(HWND window, UINT message, WPARAM wParam, LP
         self->handle_ = nullptr;
         return DefWindowProcW(window, message, wParam, lParam);
     }
-    // A child asks its parents for the pointer first, so this reaches all that stands on the window.
+    // A child asks its parents for the pointer first, so this holds for everything on the window.
     if (message == WM_SETCURSOR && Hourglass::IsShown()) {
         SetCursor(LoadCursor(nullptr, IDC_WAIT));
         return TRUE;

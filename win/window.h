@@ -8,7 +8,7 @@
 
 namespace win {
 
-/// What a window is created with; positions and sizes in pixels.
+/// The options a window is created with; positions and sizes in pixels.
 struct WindowOptions {
     const wchar_t* className = L"";  ///< registered on first use, with the class style and the icon
     std::string text;                ///< the window text: a caption where there is one
@@ -58,11 +58,11 @@ class Window {
 /// The instance of this program's module.
 HINSTANCE ModuleInstance() noexcept;
 
-/// Puts a window above all others, or back among them, where it is and without the focus (SetWindowPos).
-/// Nothing is asked of its owner, so a dialog may outrank the panel.
+/// Puts a window above all others, or back among them, without moving it or giving it the focus
+/// (SetWindowPos). Its owner is left alone, so a dialog may outrank the panel.
 void SetTopmost(bool topmost, HWND window) noexcept;
 
-/// Leaves a hole in a window without a frame, in its client pixels: what lies behind shows there, and is
+/// Makes a hole in a window without a frame, in its client pixels: what lies behind shows there and can be
 /// clicked (SetWindowRgn).
 void CutHole(HWND window, RECT hole) noexcept;
 
@@ -71,7 +71,7 @@ void CutHole(HWND window, RECT hole) noexcept;
 /// instance; 0 outside of any.
 int HandlerDepth() noexcept;
 
-/// Sees a message before it is dispatched; true when that was all there was to do.
+/// Sees a message before it is dispatched; true when the message has been used.
 using MessageFilter = std::function<bool(MSG&)>;
 
 /// Translates and dispatches one message, unless the filter uses it; an error of the filter is reported.

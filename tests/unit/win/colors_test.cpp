@@ -27,7 +27,7 @@ double Luminance(COLORREF color) {
            0.0722 * Linear(GetBValue(color));
 }
 
-/// 1 for one colour on itself, 21 for black on white.
+/// The contrast: 1 for one colour on itself, 21 for black on white.
 double Contrast(COLORREF one, COLORREF other) {
     const double a = Luminance(one) + 0.05;
     const double b = Luminance(other) + 0.05;

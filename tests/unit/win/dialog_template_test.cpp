@@ -101,7 +101,7 @@ TEST(DialogTemplateTest, TakesTheSystemsMessageFontInItsSize) {
     EXPECT_EQ(made.height, -24);
 }
 
-/// What a control needs for its caption and has not, in pixels; 0 when it fits.
+/// How many pixels a control lacks for its caption; 0 when it fits.
 LONG Missing(HWND control) {
     wchar_t name[32]{};
     GetClassNameW(control, name, static_cast<int>(std::size(name)));
