@@ -1,5 +1,6 @@
 #include "app/edge_dock.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <optional>
@@ -154,7 +155,8 @@ void EdgeDock::MoveAside() {
     const win::TwipsPerPixel twips = win::ScreenTwipsPerPixel();
     RECT place{};
     GetWindowRect(window_, &place);
-    MoveTo({kAsideLeft, win::ToTwips(place.top, twips.y)});
+    // With large text the window is wider than that.
+    MoveTo({std::min(kAsideLeft, -WindowSize().x), win::ToTwips(place.top, twips.y)});
 }
 
 void EdgeDock::EnableTimer(bool enabled) {

@@ -92,8 +92,9 @@ std::optional<std::string> ElementText(const std::string& xml, const std::string
 TEST(ProgramImageTest, AsksWindowsForWhatItNeedsInItsManifest) {
     const std::string manifest = ProgramImage().Resource(1, MAKEINTRESOURCEW(24));
     EXPECT_EQ(ElementText(manifest, "activeCodePage"), "UTF-8");
-    EXPECT_EQ(ElementText(manifest, "dpiAware"), "false");
-    EXPECT_EQ(ElementText(manifest, "gdiScaling"), "true");
+    EXPECT_EQ(ElementText(manifest, "dpiAware "), "true");
+    EXPECT_EQ(ElementText(manifest, "dpiAwareness"), "PerMonitorV2, system");
+    EXPECT_EQ(ElementText(manifest, "gdiScaling"), std::nullopt);
     EXPECT_THAT(manifest, HasSubstr("requestedExecutionLevel level=\"asInvoker\""));
     EXPECT_THAT(manifest, AllOf(HasSubstr("name=\"Microsoft.Windows.Common-Controls\" version=\"6.0.0.0\""),
                                 HasSubstr("publicKeyToken=\"6595b64144ccf1df\"")));
