@@ -87,6 +87,10 @@ INT_PTR frmEditB::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
                 list_.OnScroll(notches < 0 ? SB_PAGEDOWN : SB_PAGEUP);
             return TRUE;
         }
+        case WM_CTLCOLORSTATIC:
+            // The frame goes on where the rows end.
+            if (reinterpret_cast<HWND>(lParam) != Item(pFrame)) return FALSE;
+            return reinterpret_cast<INT_PTR>(GetSysColorBrush(COLOR_WINDOW));
         case WM_CTLCOLOREDIT: {
             const auto dc = reinterpret_cast<HDC>(wParam);
             SetBkColor(dc, GetSysColor(COLOR_WINDOW));

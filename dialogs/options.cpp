@@ -121,7 +121,7 @@ bool frmSettings::OnInit() {
     // Done before the tips exist: a window that owns topmost windows may not become topmost itself.
     win::SetTopmost(true, Handle());
     collectedBefore_ = Settings.ShowCollected;
-    PlaceInCaptionGap(Item(chSet + kPopOnHover), Item(Text1), DialogScale()(kCheckMarkSize));
+    PlaceInCaptionGap(Item(chSet + kPopOnHover), Item(Text1), CheckMarkSize());
     ShapeWarning();
     ShowSettings();
     delayTip_.SetTipText("One second = 1000 ms");
@@ -129,6 +129,9 @@ bool frmSettings::OnInit() {
     delayTip_.Create();
     return true;
 }
+
+/// Windows draws the mark at the screen's scale, whatever size the text has.
+int frmSettings::CheckMarkSize() const noexcept { return win::Scale(DialogScale().Dpi())(kCheckMarkSize); }
 
 void frmSettings::ShowSettings() {
     for (int index = 0; index < static_cast<int>(kOptions.size()); ++index) {

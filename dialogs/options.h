@@ -42,6 +42,7 @@ class frmSettings : public win::Dialog {
     /// of the first.
     static constexpr int kHotKey = 60;
 
+    [[nodiscard]] int CheckMarkSize() const noexcept;
     void ShowSettings();
     void ShapeWarning();
     void OnPointer(HWND window);

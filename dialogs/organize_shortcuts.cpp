@@ -130,13 +130,17 @@ bool frmCuts::OnCommand(int id, int notification) {
     }
 }
 
-INT_PTR frmCuts::OnMessage(UINT message, WPARAM wParam, LPARAM /*lParam*/) {
+INT_PTR frmCuts::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_VSCROLL: list_.OnScroll(LOWORD(wParam)); return TRUE;
         case WM_TIMER:
             KillTimer(Handle(), kReadAgainTimer);
             ReadShortcuts();
             return TRUE;
+        case WM_CTLCOLORSTATIC:
+            // The frame goes on where the rows end.
+            if (reinterpret_cast<HWND>(lParam) != Item(pFrame)) return FALSE;
+            return reinterpret_cast<INT_PTR>(GetSysColorBrush(COLOR_WINDOW));
         case WM_ACTIVATE: OnActivate(LOWORD(wParam) != WA_INACTIVE); return FALSE;
         default: return FALSE;
     }

@@ -37,7 +37,13 @@ const Entry& EntryOf(Color color) noexcept { return kColors[static_cast<size_t>(
 
 std::optional<bool> g_contrast;
 
+/// The program's own colours are made for light ground.
+bool HasDarkGround() noexcept {
+    return IsDark(GetSysColor(COLOR_WINDOW)) || IsDark(GetSysColor(COLOR_BTNFACE));
+}
+
 bool AskContrast() noexcept {
+    if (HasDarkGround()) return true;
     HIGHCONTRASTW record{};
     record.cbSize = sizeof record;
     return SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof record, &record, 0) != FALSE &&

@@ -31,7 +31,8 @@ int ContrastColor(Color color) noexcept;
 /// The program's own colour, whatever theme there is.
 COLORREF PlainColor(Color color) noexcept;
 
-/// True while the user has a contrast theme (SPI_GETHIGHCONTRAST). Asked once, and again after ForgetColors.
+/// True while the user has a contrast theme (SPI_GETHIGHCONTRAST) or other colours with dark ground. Asked
+/// once, and again after ForgetColors.
 bool ContrastTheme() noexcept;
 
 /// To be called when the theme may have changed: it is asked for anew.

@@ -264,6 +264,12 @@ TEST_F(DockingTest, MovesAsideBy5300TwipsAtItsHeight) {
     EXPECT_THAT(log_.Lines(), ElementsAre("place -353 200"));
 }
 
+TEST_F(DockingTest, MovesAllOfAWindowAsideThatLargeTextHasMadeWider) {
+    SetWindowPos(window_, nullptr, 0, 0, 700, 200, SWP_NOMOVE | SWP_NOZORDER);
+    dock_.MoveAside();
+    EXPECT_EQ(Place().left, -700);
+}
+
 TEST_F(DockingTest, FollowsTheEdgeSettingAtTheNextDocking) {
     Dock(kLeftEdge);
     config::Settings.Edge = kBottomEdge;

@@ -69,6 +69,16 @@ TEST_F(ColorsTest, AreTheSystemsUnderAContrastTheme) {
     EXPECT_EQ(ColorOf(Color::kTipGround), COLORREF{1000 + COLOR_INFOBK});
 }
 
+TEST_F(ColorsTest, AreTheSystemsOnDarkGroundWhateverItIsCalled) {
+    const RecordedCall theme = Theme(false);
+    for (const int dark : {COLOR_WINDOW, COLOR_BTNFACE}) {
+        ForgetColors();
+        const RecordedCall system = FAKE_CALL(
+            GetSysColor, [dark](int index) -> DWORD { return index == dark ? RGB(32, 32, 32) : kWhite; });
+        EXPECT_TRUE(ContrastTheme());
+    }
+}
+
 TEST_F(ColorsTest, AskForTheThemeOnceUntilItMayHaveChanged) {
     {
         const RecordedCall theme = Theme(true);

@@ -116,6 +116,11 @@ LONG Missing(HWND control) {
     const LONG_PTR type = GetWindowLongPtrW(control, GWL_STYLE) & BS_TYPEMASK;
     constexpr LONG kMark = 13;
     constexpr LONG kFace = 6;
+    if (button && (GetWindowLongPtrW(control, GWL_STYLE) & BS_MULTILINE) != 0) {
+        RECT lines{0, 0, client.right - kMark - TextWidth(dc.Get(), "0") / 2, 0};
+        DrawPlainText(dc.Get(), caption, lines, DT_CALCRECT | DT_WORDBREAK);
+        return std::max({LONG{0}, lines.right - client.right + kMark, lines.bottom - client.bottom});
+    }
     if (button && type == BS_GROUPBOX) return std::max<LONG>(0, width + 2 * kMark - client.right);
     if (button && type != BS_PUSHBUTTON && type != BS_DEFPUSHBUTTON)
         width += kMark + TextWidth(dc.Get(), "0") / 2;
@@ -124,6 +129,31 @@ LONG Missing(HWND control) {
     SIZE line{};
     GetTextExtentPoint32W(dc.Get(), L"Mg", 2, &line);
     return std::max({LONG{0}, width - client.right, line.cy - client.bottom});
+}
+
+TEST(DialogTemplateTest, FitsOnTheSmallestScreens) {
+    struct Screen {
+        int width;
+        int height;
+        int percent;
+    };
+    // In words of a template: width and height in dialog units. Those are a quarter and an eighth of a
+    // character of the message font, which is 7 by 15 pixels at 100 %.
+    constexpr size_t kWidth = 11;
+    constexpr size_t kHeight = 12;
+    constexpr int kFrame = 3;
+    constexpr int kCaption = 23;
+    constexpr int kTaskbar = 40;
+    for (const int id :
+         {IDD_OPTIONS, IDD_ORGANIZE_SHORTCUTS, IDD_EDIT_SHORTCUT, IDD_EDIT_GROUP, IDD_DEFINE_TAB}) {
+        const std::vector<WORD> stored = Stored(id);
+        const int width = MulDiv(stored[kWidth], 7, 4) + 2 * kFrame;
+        const int height = MulDiv(stored[kHeight], 15, 8) + 2 * kFrame + kCaption;
+        for (const Screen& screen : {Screen{1024, 600, 100}, {1366, 768, 150}, {1920, 1080, 200}}) {
+            EXPECT_LE(width * screen.percent / 100, screen.width) << id;
+            EXPECT_LE((height + kTaskbar) * screen.percent / 100, screen.height) << id;
+        }
+    }
 }
 
 TEST(DialogTemplateTest, HasRoomForEveryCaptionAtEverySizeOfTheText) {
