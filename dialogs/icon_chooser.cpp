@@ -28,6 +28,10 @@ constexpr int kBarHeight = 17;
 
 constexpr int kIconSize = 32;
 
+// Pixels: Windows keeps the coordinates of a window in 16 bits.
+constexpr int kLongestStrip = 30000;
+constexpr int kStretch = kLongestStrip / 2;
+
 constexpr int kSlideStep = 34;
 constexpr DWORD kSlidePause = 12;  // milliseconds
 
@@ -121,12 +125,30 @@ void IcoChooser::MakeBoxes() {
     for (int index = 0; index < IconCount(); ++index)
         MakeBox(index);
     const int width = BoxLeft(IconCount());
-    MoveWindow(strip_, 0, 0, width, DialogScale()(kStripHeight), FALSE);
+    MoveWindow(strip_, 0, 0, std::min(width, kLongestStrip), DialogScale()(kStripHeight), FALSE);
     scroll_.SetMaximum(width - visibleWidth_);
+    stripStart_ = 0;
+    PlaceBoxes();
 }
 
 int IcoChooser::BoxLeft(int index) const noexcept {
     return DialogScale()(kFirstBoxLeft) + index * DialogScale()(kBoxStep);
+}
+
+/// Puts the boxes onto the strip that it has room for; the others are not shown.
+void IcoChooser::PlaceBoxes() {
+    if (BoxLeft(IconCount()) <= kLongestStrip) return;
+    const int step = DialogScale()(kBoxStep);
+    const int top = DialogScale()(2);
+    for (int index = 0; index < IconCount(); ++index) {
+        const HWND box = boxes_[static_cast<size_t>(index)]->Handle();
+        const int left = BoxLeft(index) - stripStart_;
+        if (left <= -step || left >= kLongestStrip)
+            ShowWindow(box, SW_HIDE);
+        else
+            SetWindowPos(box, nullptr, left, top, 0, 0,
+                         SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+    }
 }
 
 void IcoChooser::MakeBox(int index) {
@@ -172,8 +194,6 @@ bool IcoChooser::OnKey(int index, WPARAM key) {
 
 void IcoChooser::FocusOn(int index) {
     if (index < 0 || index >= IconCount()) return;
-    win::ShowFocusMarks();
-    SetFocus(boxes_[static_cast<size_t>(index)]->Handle());
     const int left = BoxLeft(index);
     const int next = BoxLeft(index + 1);
     if (left < scroll_.Value() || index == 0)
@@ -181,6 +201,8 @@ void IcoChooser::FocusOn(int index) {
     else if (next > scroll_.Value() + visibleWidth_)
         scroll_.SetValue(next - visibleWidth_);
     PlaceStrip();
+    win::ShowFocusMarks();
+    SetFocus(boxes_[static_cast<size_t>(index)]->Handle());
 }
 
 bool IcoChooser::OnCommand(int id, int /*notification*/) {
@@ -208,7 +230,11 @@ void IcoChooser::Scroll(int code) {
 }
 
 void IcoChooser::PlaceStrip() {
-    SetWindowPos(strip_, nullptr, -scroll_.Value(), 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    const int value = scroll_.Value();
+    // A strip that slides no farther carries other boxes from there on.
+    const int start = value + visibleWidth_ <= kLongestStrip ? 0 : value / kStretch * kStretch;
+    if (std::exchange(stripStart_, start) != start) PlaceBoxes();
+    SetWindowPos(strip_, nullptr, start - value, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void IcoChooser::Pick(int index) {

@@ -68,6 +68,7 @@ class IcoChooser : public win::Dialog {
     void PlaceBeside(int height);
     void Scroll(int code);
     void PlaceStrip();
+    void PlaceBoxes();
     void Pick(int index);
     bool OnKey(int index, WPARAM key);
     void FocusOn(int index);
@@ -75,6 +76,8 @@ class IcoChooser : public win::Dialog {
     HWND owner_ = nullptr;
     HWND strip_ = nullptr;
     int visibleWidth_ = 0;
+    /// How far from the first box the strip begins, in pixels: 0 unless there are too many for one strip.
+    int stripStart_ = 0;
     bool rightOfOwner_ = false;
     bool closing_ = false;
     std::string file_;

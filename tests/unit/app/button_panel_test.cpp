@@ -263,6 +263,17 @@ TEST_F(ButtonPanelTest, FindsTheButtonAtAPointOfTheScreen) {
     EXPECT_FALSE(buttons_.ButtonAt({-20000, -20000}));
 }
 
+TEST_F(ButtonPanelTest, FindsTheButtonsOnAnotherScaleToo) {
+    const auto dpi = FAKE_CALL(GetDpiForWindow, [](HWND) -> UINT { return 192; });
+    buttons_.Rescale();
+    for (int index = 1; index <= 9; ++index) {
+        const RECT place = PlaceIn(GetParent(Button(index)), Button(index));
+        EXPECT_EQ(win::Width(place), 204);
+        EXPECT_EQ(win::Height(place), 180);
+        EXPECT_EQ(buttons_.ButtonAt(Inside(Button(index))), index);
+    }
+}
+
 TEST_F(ButtonPanelTest, GivesAButtonsPlaceInTheWindow) {
     const RECT place = buttons_.PlaceInWindow(6);
     const RECT real = PlaceIn(host_.Handle(), Button(6));

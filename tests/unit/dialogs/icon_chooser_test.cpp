@@ -248,6 +248,33 @@ TEST_F(IconChooserTest, KeysWalkOverTheIconsAndPick) {
     EXPECT_THAT(picked_, ElementsAre(1));
 }
 
+TEST_F(IconChooserTest, ReachesMoreIconsThanAStripHasRoomFor) {
+    constexpr int kCount = 900;
+    Choose(kCount, [](Window chooser) {
+        const Window view(GetParent(Strip(chooser).Handle()));
+        const auto isSeen = [&](int index) {
+            RECT place = chooser.Child(dialogs::IcoChooser::p2 + index).Rect();
+            MapWindowPoints(nullptr, view.Handle(), reinterpret_cast<POINT*>(&place), 2);
+            RECT inside{};
+            GetClientRect(view.Handle(), &inside);
+            return place.left >= 0 && place.right <= inside.right &&
+                   (chooser.Child(dialogs::IcoChooser::p2 + index).Style() & WS_VISIBLE) != 0;
+        };
+        chooser.Child(dialogs::IcoChooser::p2).Send(WM_KEYDOWN, VK_END);
+        EXPECT_TRUE(isSeen(kCount - 1));
+        for (const int index : {850, 700, 400}) {
+            for (int from = index + 4; from >= index; --from)
+                chooser.Child(dialogs::IcoChooser::p2 + from + 1).Send(WM_KEYDOWN, VK_LEFT);
+            EXPECT_TRUE(isSeen(index)) << index;
+        }
+        chooser.Child(dialogs::IcoChooser::p2 + 400).Send(WM_KEYDOWN, VK_HOME);
+        EXPECT_TRUE(isSeen(0));
+        chooser.Child(dialogs::IcoChooser::p2).Send(WM_KEYDOWN, VK_END);
+        Click(chooser.Child(dialogs::IcoChooser::p2 + kCount - 1));
+    });
+    EXPECT_THAT(picked_, ElementsAre(kCount - 1));
+}
+
 TEST_F(IconChooserTest, OnlyOneBoxIsAStopOfTheTabKey) {
     Choose(5, [](Window chooser) {
         const HWND first = chooser.Child(dialogs::IcoChooser::p2 + 0).Handle();
