@@ -1,6 +1,8 @@
 #include "model/button_shortcut.h"
 
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "config/ini.h"
 #include "model/button_record.h"
@@ -19,6 +21,29 @@ constexpr int kCaptionTop = 56;
 constexpr int kTwoLineCaptionTop = 44;
 constexpr int kCaptionHeight = 30;
 constexpr UINT kCentredWrapped = DT_CENTER | DT_WORDBREAK;
+
+/// The buttons' records in the file, read all at once when one is first asked for: a tab of free buttons
+/// costs one read.
+class StoredRecords {
+  public:
+    /// False when the file holds nothing under this key; true also where that cannot be told.
+    bool MayHold(const std::string& key) {
+        if (!std::exchange(asked_, true)) {
+            const auto text = config::TryReadIniSection(kButtonsSection);
+            isWhole_ = text && !config::WasCut(*text);
+            entries_ = config::SectionEntries(text.value_or(""));
+        }
+        const std::string nothing = key + "=";
+        return !isWhole_ || std::any_of(entries_.begin(), entries_.end(), [&](const std::string& entry) {
+            return entry.starts_with(nothing) && entry != nothing;
+        });
+    }
+
+  private:
+    bool asked_ = false;
+    bool isWhole_ = false;
+    std::vector<std::string> entries_;
+};
 
 }  // namespace
 
@@ -68,9 +93,12 @@ void CButtonShortcut::RefreshButtons(const std::vector<Refresh>& refreshes) {
     sys::SilentPlaces silent;
     std::vector<Reading> readings;
     std::vector<ShortcutStore::Freeing> freed;
+    StoredRecords stored;
     for (const auto& [button, key] : refreshes) {
         Reading reading = button->Read(key, silent);
-        if (reading.Frees() && button->TakeForeignRecord(reading)) reading = button->Read(key, silent);
+        const bool isFree = reading.fate == Reading::Fate::kFree && !stored.MayHold(key);
+        if (reading.Frees() && !isFree && button->TakeForeignRecord(reading))
+            reading = button->Read(key, silent);
         reading.refresh = ++button->refresh_;
         if (reading.Frees()) {
             // By the time a target is found to be gone, its switch has been read.
@@ -81,12 +109,12 @@ void CButtonShortcut::RefreshButtons(const std::vector<Refresh>& refreshes) {
         }
         readings.push_back(std::move(reading));
     }
-    const bool stored =
+    const bool isStored =
         freed.empty() || ShortcutStore(refreshes.front().button->context_.Records).Free(freed);
     // From here on messages may run, and with them another refresh; the later one counts.
     for (size_t index = 0; index < readings.size(); ++index) {
         CButtonShortcut& button = *refreshes[index].button;
-        if (button.refresh_ == readings[index].refresh) button.Take(readings[index], stored);
+        if (button.refresh_ == readings[index].refresh) button.Take(readings[index], isStored);
     }
 }
 

@@ -131,7 +131,7 @@ TEST_F(TrayIconTest, AMoveWithTheIconsNumberAndNoHeightComesFromTheIcon) {
     EXPECT_EQ(TrayIcon::CallbackEvent(1, 100), 0u);
 }
 
-TEST_F(TrayIconTest, KnowsAMoveThatTellsWhereThePointerIs) {
+TEST_F(TrayIconTest, KnowsAMoveAtThePointersPlace) {
     const testkit::RecordedCall position =
         FAKE_CALL(GetMessagePos, []() -> DWORD { return MAKELONG(614, static_cast<WORD>(-20)); });
     const testkit::RecordedCall client = FAKE_CALL(ScreenToClient, [](HWND window, LPPOINT point) -> WINBOOL {
@@ -314,7 +314,7 @@ TEST_F(TrayEventTest, ShowsThePanelByItsFirstEntry) {
     EXPECT_NE(panel_.Panel().Handle(), nullptr);
 }
 
-TEST_F(TrayEventTest, TakesARealMoveAtTheNumbersPlaceForAMove) {
+TEST_F(TrayEventTest, ARealMoveAtTheMessagesNumberIsAMove) {
     // On a large scale the panel reaches as far to the right.
     const testkit::RecordedCall position = FAKE_CALL(GetMessagePos, [this]() -> DWORD {
         POINT point{514, 0};

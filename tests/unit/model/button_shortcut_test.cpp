@@ -222,6 +222,17 @@ TEST_F(ButtonShortcutTest, ARecordThatAnotherProgramHasChangedIsTakenInsteadOfFr
     }
 }
 
+TEST_F(ButtonShortcutTest, AForeignRecordBehindWhatCanBeReadOfTheSectionIsTakenToo) {
+    std::string lines;
+    for (int number = 100; number < 150; ++number)
+        lines += std::to_string(number) + "=" + std::string(500, 'x') + "\r\n";
+    Load("[Buttons]\r\n" + lines + "11=a|4\r\n[Cuts]\r\na=http://example.org/a\r\n");
+    context_.Records.Set("11", "");
+    button_.RefreshButton("11");
+    EXPECT_EQ(button_.Naziv, "a");
+    EXPECT_EQ(folder_.IniValue("Buttons", "11"), "a|4");
+}
+
 TEST_F(ButtonShortcutTest, ADanglingRecordDeletesTheShortcutNamedByItsWholeText) {
     LoadRecord("gone|0", "[Cuts]\r\ngone=\r\ngone|0=C:\\a\r\nother=C:\\b\r\n");
     button_.RefreshButton("11");

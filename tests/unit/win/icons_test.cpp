@@ -58,7 +58,7 @@ TEST(IconsTest, AreStoredInTheSizesThatTheyAreDrawnAt) {
     }
 }
 
-TEST(IconsTest, OfDarkGroundAreStoredInTheSizesThatTheyAreDrawnAt) {
+TEST(IconsTest, ForDarkGroundAreStoredInTheSizesThatTheyAreDrawnAt) {
     for (const int id : {IDI_SHELL, IDI_PREDEFINED, IDI_SETTINGS, IDI_GO}) {
         for (const int size : {20, 25, 30, 35, 40}) {
             BYTE* handed = nullptr;
@@ -84,7 +84,7 @@ TEST(IconsTest, ComeOutOfAFileInTheSizeThatIsAskedFor) {
         EXPECT_EQ(WidthOf(FileIcon(ProgramPath(), 0, size).Get()), size);
 }
 
-TEST(IconsTest, AreNoneOfAFileThatHasNone) {
+TEST(IconsTest, AFileWithoutIconsGivesNone) {
     EXPECT_FALSE(FileIcon("", 0, 32));
     EXPECT_FALSE(FileIcon("C:\\no such file.exe", 0, 32));
     EXPECT_FALSE(FileIcon(ProgramPath(), 4711, 32));

@@ -46,7 +46,7 @@ TEST(ScaleTest, KeepsTogetherWhatTouches) {
     }
 }
 
-TEST(ScaleTest, TakesTwipsForFifteenthsOfALayoutPixel) {
+TEST(ScaleTest, CountsFifteenTwipsToALayoutPixel) {
     EXPECT_EQ(Scale(192).FromTwips(1365), 182);
     EXPECT_EQ(Scale(192).FromTwips(45), 6);
     EXPECT_EQ(Scale(144).FromTwips(250), 25);
