@@ -11,7 +11,6 @@
 #include "win/dialog.h"
 #include "win/foreground.h"
 #include "win/handles.h"
-#include "win/input_pause.h"
 #include "win/modal_windows.h"
 #include "win/scale.h"
 
@@ -19,6 +18,7 @@ namespace app {
 namespace {
 
 constexpr UINT kTimerInterval = 500;  // milliseconds
+constexpr UINT kRaiseInterval = 250;  // milliseconds
 constexpr DWORD kHoverWait = 100;     // milliseconds
 constexpr int kAsideLeft = -5300;     // twips
 constexpr std::string_view kCaptionStart = "Quon";
@@ -82,8 +82,8 @@ void EdgeDock::Dock(bool bUnTimer) {
 
 void EdgeDock::HandOn() const noexcept {
     if (!outOfSight_ || GetForegroundWindow() != window_) return;
-    if (win::AnyDialogOpen() || win::AnyMenuOpen() || win::InputPause::Any()) return;
-    if (win::OpenSystemWindow() == nullptr) win::HandOnForeground(window_);
+    if (win::AnyDialogOpen() || win::AnyMenuOpen() || win::SystemAsks()) return;
+    win::HandOnForeground(window_);
 }
 
 void EdgeDock::PlaceAtEdge() {
@@ -101,9 +101,26 @@ void EdgeDock::PlaceAtEdge() {
     if (SetWindowRgn(window_, region.Get(), TRUE) != 0) region.Release();
 }
 
-void EdgeDock::Raise() const {
-    // A window of the system that waits for an answer would be covered.
-    if (!win::InputPause::Any() && win::OpenSystemWindow() == nullptr) win::SetTopmost(true, window_);
+void EdgeDock::Raise() {
+    // What waits for an answer would be covered.
+    raiseOwed_ = win::SystemAsks();
+    if (raiseOwed_)
+        SetTimer(window_, kRaiseTimer, kRaiseInterval, nullptr);
+    else
+        win::SetTopmost(true, window_);
+}
+
+void EdgeDock::OnDeactivated() const {
+    // Not yet: until the other window has become the foreground window nobody knows whose it is.
+    SetTimer(window_, kRaiseTimer, kRaiseInterval, nullptr);
+}
+
+void EdgeDock::OnRaiseTimer() {
+    const HWND question = win::ShellQuestion();
+    if (question != nullptr && !raiseOwed_) raiseOwed_ = win::PutBehind(window_, question);
+    if (raiseOwed_ ? win::SystemAsks() : GetForegroundWindow() == nullptr) return;
+    KillTimer(window_, kRaiseTimer);
+    if (raiseOwed_) Raise();
 }
 
 bool EdgeDock::SavedPlaceCounts() const {

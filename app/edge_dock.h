@@ -14,6 +14,9 @@ namespace app {
 /// The timer of the main window that keeps the docked panel on top; its tick comes every 500 ms.
 constexpr UINT_PTR Timer1 = 1;
 
+/// The timer of the main window that raises a panel again which a question of the system's kept back.
+constexpr UINT_PTR kRaiseTimer = 2;
+
 /// How many waits of 100 ms a hover delay takes: the quotient rounded to the nearest, ties to even.
 int HoverWaits(std::int32_t delay);
 
@@ -51,6 +54,14 @@ class EdgeDock {
     /// The tick of Timer1: keeps the docked strip on top, but behind a program that fills the screen.
     void OnTimer();
 
+    /// The window is not the active one any more: should the shell's question be what has come up, the panel
+    /// makes way.
+    void OnDeactivated() const;
+
+    /// kRaiseTimer's tick: makes way for the shell's question, and raises the window again once nothing is
+    /// asked any more.
+    void OnRaiseTimer();
+
     /// WM_QUON_HAND_ON: gives the foreground to another program, if the docked window still has it and
     /// nothing that waits for the user was opened meanwhile.
     void HandOn() const noexcept;
@@ -73,7 +84,7 @@ class EdgeDock {
     void BringOut();
     void Dock(bool bUnTimer);
     void PlaceAtEdge();
-    void Raise() const;
+    void Raise();
     [[nodiscard]] bool SavedPlaceCounts() const;
     [[nodiscard]] int StripWidth() const noexcept;
     [[nodiscard]] RECT StripOnScreen() const;
@@ -86,6 +97,7 @@ class EdgeDock {
     bool hidden_ = false;
     bool outOfSight_ = false;
     bool behindFullScreen_ = false;
+    bool raiseOwed_ = false;
     bool hovering_ = false;
     float savedLeft_ = 0;
     float savedTop_ = 0;

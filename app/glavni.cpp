@@ -23,10 +23,6 @@ constexpr DWORD kStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
 constexpr DWORD kExtendedStyle = WS_EX_TOOLWINDOW | WS_EX_TOPMOST | WS_EX_CONTROLPARENT;
 enum TrayCommand { kShowQuon = 0, kClose = 2 };
 
-bool ActsOnce(WPARAM key) {
-    return key == VK_RETURN || key == VK_ESCAPE || key == VK_F1 || key == VK_F2 || key == VK_F10;
-}
-
 RECT OuterRect(const win::Scale& scale) {
     RECT rect = scale(layout::At(0, 0, layout::kClientWidth, layout::kClientHeight));
     win::AddFrame(rect, kStyle, kExtendedStyle, scale.Dpi());
@@ -47,7 +43,6 @@ bool WorksDocked(const MSG& message) {
 Glavni::Glavni() : mnuTray(IDM_TRAY, {{"Show Quon", {}}, {"-", {}}, {"Close", {}}}) {}
 
 void Glavni::CreateParts() {
-    win::SetEnding(false);
     icon_ = LoadIconW(win::ModuleInstance(), MAKEINTRESOURCEW(IDI_QUON));
     win::WindowOptions options;
     options.className = L"QuonMain";
@@ -133,8 +128,7 @@ bool Glavni::PreTranslate(MSG& message) {
     if (message.hwnd != Handle() && IsChild(Handle(), message.hwnd) == 0) return false;
     if (dock_.OutOfSight() && IsKey(message) && !WorksDocked(message)) return true;
     const bool pressed = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
-    // A held key that opens, stores or docks counts once.
-    if (pressed && win::IsKeyRepeat(message.lParam) && ActsOnce(message.wParam)) return true;
+    if (win::IsSpentRepeat(message, win::KeyPlace::kPanel)) return true;
     if (pressed && KeyDown(message.wParam, win::HeldModifiers())) return true;
     if (shortcuts_.PreTranslate(message)) return true;
     // It would also dispatch every other message, one handler deeper than the message loop does.
@@ -188,7 +182,6 @@ std::optional<LRESULT> Glavni::OnMessage(UINT message, WPARAM wParam, LPARAM lPa
             shortcuts_.ActOnDrops();
             return 0;
         case WM_DESTROY:
-            win::SetEnding(false);
             drops_.Detach();
             shortcuts_.Detach();
             hotKey_.Set(0);
@@ -213,6 +206,7 @@ void Glavni::OnActivate(bool active) {
     if (!active) {
         // The rename box closes when it loses the focus; its button gets the focus back.
         lastFocus_ = rename_.IsOpen() ? rename_.Button() : GetFocus();
+        dock_.OnDeactivated();
         return;
     }
     const bool usable = IsChild(Handle(), lastFocus_) != 0 && IsWindowVisible(lastFocus_) != 0;

@@ -33,6 +33,9 @@ enum class UnloadMode : std::uint8_t {
     kTaskManager = 3,  ///< another program
 };
 
+/// Timers of the main window beside those of the docking.
+enum PanelTimer : UINT_PTR { kEndTimer = kRaiseTimer + 1, kTrayTimer, kScreenTimer };
+
 /// The main window: the panel, made of its parts, which it creates and joins.
 class Glavni : public win::Window, public dialogs::PanelHost {
   public:
@@ -88,9 +91,6 @@ class Glavni : public win::Window, public dialogs::PanelHost {
     void OnTrayRightClick();
     static void BringForward();
     void OnHotKey();
-
-    /// Timers of the window beside Timer1.
-    enum : UINT_PTR { kEndTimer = Timer1 + 1, kTrayTimer, kScreenTimer };
 
     PanelState state_;
     EdgeDock dock_;

@@ -1,6 +1,5 @@
 #include "sys/process_list.h"
 
-#include <dwmapi.h>
 #include <psapi.h>
 #include <tlhelp32.h>
 
@@ -9,6 +8,7 @@
 #include <iterator>
 
 #include "sys/utility.h"
+#include "win/foreground.h"
 #include "win/handles.h"
 #include "win/text.h"
 
@@ -32,13 +32,6 @@ std::vector<DWORD> ProcessIds() {
     }
     ids.resize(needed / sizeof(DWORD));
     return ids;
-}
-
-/// True for a window that is visible by its style only, such as one of a suspended Store program or on
-/// another virtual desktop.
-bool IsCloaked(HWND window) {
-    DWORD cloaked = 0;
-    return SUCCEEDED(DwmGetWindowAttribute(window, DWMWA_CLOAKED, &cloaked, sizeof cloaked)) && cloaked != 0;
 }
 
 /// Finds the first module of a process, its executable; false when the process does not tell.
@@ -101,7 +94,7 @@ bool clsProcesi::ReadTitle(HWND window, std::string& title) const {
     const LRESULT answered =
         SendMessageTimeoutW(window, WM_GETTEXT, text.size() + 1, reinterpret_cast<LPARAM>(text.data()),
                             SMTO_ABORTIFHUNG, Timeout, &copied);
-    if ((IsWindowVisible(window) == FALSE || IsCloaked(window)) && taskbarOnly_) return false;
+    if ((IsWindowVisible(window) == FALSE || win::IsCloaked(window)) && taskbarOnly_) return false;
     title = win::ToBytes(text.c_str());
     return answered != 0;
 }

@@ -115,7 +115,10 @@ bool IsOpenDialog(HWND window) noexcept {
     return std::find(OpenDialogs().begin(), OpenDialogs().end(), window) != OpenDialogs().end();
 }
 
-void SetMainWindow(HWND window) noexcept { g_mainWindow = window; }
+void SetMainWindow(HWND window) noexcept {
+    g_mainWindow = window;
+    SetEnding(false);
+}
 
 void CancelOpenDialogs() {
     const std::vector<HWND> dialogs(OpenDialogs().rbegin(), OpenDialogs().rend());

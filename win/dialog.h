@@ -55,7 +55,7 @@ class Dialog {
 /// window.
 HWND ModalOwner() noexcept;
 
-/// Names the main window; null takes it back.
+/// Names the main window; null takes it back. An end that was under way was the former one's (SetEnding).
 void SetMainWindow(HWND window) noexcept;
 
 /// True while a dialog of this program is open.

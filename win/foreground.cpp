@@ -7,6 +7,8 @@
 #include <array>
 #include <string_view>
 
+#include "win/handles.h"
+
 namespace win {
 namespace {
 
@@ -24,9 +26,15 @@ bool IsOwn(HWND window) {
     return process == GetCurrentProcessId();
 }
 
-bool IsCloaked(HWND window) {
-    DWORD cloaked = 0;
-    return SUCCEEDED(DwmGetWindowAttribute(window, DWMWA_CLOAKED, &cloaked, sizeof cloaked)) && cloaked != 0;
+/// The path of the program that a window belongs to; empty when it does not tell, or is too long for one of
+/// the system's own.
+std::wstring_view ProgramOf(HWND window, std::array<wchar_t, MAX_PATH>& path) noexcept {
+    DWORD id = 0;
+    GetWindowThreadProcessId(window, &id);
+    const KernelObject process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, id));
+    auto length = static_cast<DWORD>(path.size());
+    if (!process || QueryFullProcessImageNameW(process.Get(), 0, path.data(), &length) == 0) return {};
+    return {path.data(), length};
 }
 
 WindowTraits TraitsOf(HWND window) {
@@ -59,6 +67,23 @@ bool FillsMonitor(HWND window) {
 
 }  // namespace
 
+bool IsCloaked(HWND window) noexcept {
+    DWORD cloaked = 0;
+    return SUCCEEDED(DwmGetWindowAttribute(window, DWMWA_CLOAKED, &cloaked, sizeof cloaked)) && cloaked != 0;
+}
+
+bool AsksForShell(HWND window) noexcept {
+    constexpr std::array<const wchar_t*, 2> kAsking{L"OpenWith.exe", L"smartscreen.exe"};
+    if (window == nullptr || IsOwn(window)) return false;
+    std::array<wchar_t, MAX_PATH> buffer{};
+    const std::wstring_view path = ProgramOf(window, buffer);
+    const std::wstring_view name = path.substr(path.rfind(L'\\') + 1);
+    return std::any_of(kAsking.begin(), kAsking.end(), [name](const wchar_t* asking) {
+        return CompareStringOrdinal(name.data(), static_cast<int>(name.size()), asking, -1, TRUE) ==
+               CSTR_EQUAL;
+    });
+}
+
 void HandOnForeground(HWND window) noexcept {
     HWND next = GetWindow(window, GW_HWNDNEXT);
     while (next != nullptr && !CanTakeForeground(TraitsOf(next)))
@@ -76,6 +101,11 @@ bool FullScreenProgramInFront() noexcept {
     return state == QUNS_BUSY || state == QUNS_RUNNING_D3D_FULL_SCREEN;
 }
 
+bool PutBehind(HWND window, HWND front) noexcept {
+    constexpr UINT kOrderOnly = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE;
+    return SetWindowPos(window, front, 0, 0, 0, 0, kOrderOnly) != 0;
+}
+
 bool PutBehindForeground(HWND window, const RECT& seen) noexcept {
     const HWND front = GetForegroundWindow();
     if (front == nullptr || IsOwn(front) || IsDesktop(front)) return false;
@@ -83,8 +113,7 @@ bool PutBehindForeground(HWND window, const RECT& seen) noexcept {
     RECT common{};
     GetWindowRect(front, &covering);
     if (IntersectRect(&common, &covering, &seen) == 0 || EqualRect(&common, &seen) == 0) return false;
-    constexpr UINT kOrderOnly = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE;
-    return SetWindowPos(window, front, 0, 0, 0, 0, kOrderOnly) != 0;
+    return PutBehind(window, front);
 }
 
 }  // namespace win

@@ -22,6 +22,14 @@ constexpr bool CanTakeForeground(const WindowTraits& window) {
            !window.own && !window.desktop && !window.empty;
 }
 
+/// True for a window that is visible by its style alone: of a suspended Store program, or on another virtual
+/// desktop (DwmGetWindowAttribute).
+bool IsCloaked(HWND window) noexcept;
+
+/// True for a window of the programs that the shell asks with: which program a file is to be opened with, or
+/// whether one that came from elsewhere may be started.
+bool AsksForShell(HWND window) noexcept;
+
 /// Makes the next window behind this one that another program shows to the user the foreground window
 /// (SetForegroundWindow). Without one, everything stays as it is.
 void HandOnForeground(HWND window) noexcept;
@@ -31,9 +39,12 @@ void HandOnForeground(HWND window) noexcept;
 /// away, do not count.
 bool FullScreenProgramInFront() noexcept;
 
+/// Puts a window right behind another one, without the focus (SetWindowPos). It is above all others only as
+/// long as the other one is. False when Windows refuses.
+bool PutBehind(HWND window, HWND front) noexcept;
+
 /// Puts a window right behind the foreground window when that one is not this program's and covers `seen`,
-/// the part of the window that the screen shows (SetWindowPos). It is no longer above all others then, unless
-/// the foreground window is. False when it stays where it is.
+/// the part of the window that the screen shows (PutBehind). False when it stays where it is.
 bool PutBehindForeground(HWND window, const RECT& seen) noexcept;
 
 }  // namespace win

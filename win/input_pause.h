@@ -2,12 +2,16 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <vector>
+
+#include "win/step_back.h"
 
 namespace win {
 
-/// While it lives, no visible window of this thread takes input or stays above other windows. For windows of
-/// the system that are to be answered first but have no window of ours as their owner.
+/// While it lives, no visible window of this thread takes input, and none stays above other windows
+/// (StepBack): for a window of the system that is to be answered first but has no window of ours for its
+/// owner.
 class InputPause {
   public:
     /// Disables the windows (EnableWindow); the destructor enables them again and brings the window to the
@@ -19,21 +23,11 @@ class InputPause {
     InputPause& operator=(InputPause&&) = delete;
     ~InputPause();
 
-    /// True while there is one: no window of ours is to be brought above others then.
-    [[nodiscard]] static bool Any() noexcept;
-
   private:
-    struct Paused {
-        HWND window;
-        bool enabled;
-        bool topmost;
-    };
-
-    static BOOL CALLBACK Collect(HWND window, LPARAM paused) noexcept;
-
-    /// Frontmost first.
-    std::vector<Paused> paused_;
-    HWND active_ = nullptr;
+    HWND active_;
+    std::optional<StepBack> stepBack_;
+    /// Those that took input before.
+    std::vector<HWND> paused_;
 };
 
 }  // namespace win

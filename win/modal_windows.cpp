@@ -4,11 +4,13 @@
 
 #include <algorithm>
 #include <cwchar>
+#include <functional>
 #include <initializer_list>
 #include <iterator>
 
 #include "win/dialog.h"
-#include "win/input_pause.h"
+#include "win/foreground.h"
+#include "win/step_back.h"
 #include "win/window.h"
 
 namespace win {
@@ -104,6 +106,20 @@ void CancelMove() {
     if ((state.flags & GUI_INMOVESIZE) != 0) PostMessageW(state.hwndMoveSize, WM_KEYDOWN, VK_ESCAPE, 0);
 }
 
+/// The frontmost of the system's windows for which a predicate holds; null without one.
+template <class Predicate>
+HWND FrontmostSystemWindow(Predicate wanted) noexcept {
+    const Search search = SystemWindows();
+    const auto* const end = search.found + search.count;
+    const auto* const found = std::find_if(search.found, end, wanted);
+    return found != end ? *found : nullptr;
+}
+
+/// What the shell asks on another thread of this program; null while it does not work for this program.
+HWND QuestionOfAnotherThread() noexcept {
+    return StepBack::Any() ? FrontmostSystemWindow(std::not_fn(&IsOfThisThread)) : nullptr;
+}
+
 }  // namespace
 
 HWND CancellingButton(HWND window) noexcept {
@@ -114,18 +130,23 @@ HWND CancellingButton(HWND window) noexcept {
     return nullptr;
 }
 
-HWND OpenSystemWindow() noexcept {
-    const Search search = SystemWindows();
-    const auto* const end = search.found + search.count;
-    const auto* const found = std::find_if(search.found, end, &IsOfThisThread);
-    return found != end ? *found : nullptr;
-}
+HWND OpenSystemWindow() noexcept { return FrontmostSystemWindow(&IsOfThisThread); }
 
 HWND WaitingWindow() noexcept {
-    const HWND window = OpenSystemWindow();
-    if (window != nullptr) return window;
-    const Search search = InputPause::Any() ? SystemWindows() : Search{};
-    return search.count > 0 ? search.found[0] : ModalOwner();
+    for (HWND window : {OpenSystemWindow(), QuestionOfAnotherThread()})
+        if (window != nullptr) return window;
+    return ModalOwner();
+}
+
+HWND ShellQuestion() noexcept {
+    const HWND asked = QuestionOfAnotherThread();
+    if (asked != nullptr) return asked;
+    const HWND front = GetForegroundWindow();
+    return AsksForShell(front) ? front : nullptr;
+}
+
+bool SystemAsks() noexcept {
+    return StepBack::Any() || OpenSystemWindow() != nullptr || ShellQuestion() != nullptr;
 }
 
 bool AnyMenuOpen() noexcept {

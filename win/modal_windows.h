@@ -15,8 +15,17 @@ HWND OpenSystemWindow() noexcept;
 
 /// The window that waits for the user: one of the system, else the innermost open dialog, else the main
 /// window; null without one. A window of another thread counts only while the system works for this program
-/// (InputPause): the shell asks some of its questions there, but also shows sheets that wait for nobody.
+/// (StepBack): the shell asks some of its questions there, but also shows sheets that wait for nobody.
 HWND WaitingWindow() noexcept;
+
+/// The window that the shell asks with elsewhere than on this thread: on another one while it works for this
+/// program (StepBack), or in a program of its own as long as that is in front (AsksForShell). Null without
+/// one.
+HWND ShellQuestion() noexcept;
+
+/// True while the system works for this program or waits for an answer: no window of ours is to be brought
+/// above others then.
+bool SystemAsks() noexcept;
 
 /// True while a menu of this thread is open (GetGUIThreadInfo).
 bool AnyMenuOpen() noexcept;
@@ -30,7 +39,8 @@ bool InModalLoop() noexcept;
 /// InModalLoop answers false.
 void CancelModalWindows();
 
-/// While the program ends, no dialog and no menu opens any more: each answers as if it had been cancelled.
+/// While the program ends, no dialog and no menu opens any more: each answers as if it had been cancelled. It
+/// is the end of the main window that was named (SetMainWindow).
 void SetEnding(bool ending) noexcept;
 [[nodiscard]] bool IsEnding() noexcept;
 

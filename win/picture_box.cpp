@@ -122,14 +122,13 @@ std::optional<LRESULT> PictureBox::OnMessage(UINT message, WPARAM wParam, LPARAM
             if (lParam == -1 && onContextKey) onContextKey();
             return 0;
         case WM_KEYDOWN:
-            // A held key that presses the box presses it once; one that moves the focus goes on moving it.
-            if (IsKeyRepeat(lParam) && (wParam == VK_RETURN || wParam == VK_SPACE)) return 0;
+            if (IsKeyRepeat(lParam) && ActsOnce(wParam, KeyPlace::kButton)) return 0;
             if (onKeyDown && onKeyDown(wParam)) return 0;
             return std::nullopt;
         case WM_SYSKEYDOWN:
-            // ALT+Enter, which belongs to no menu; its character would only beep.
-            if (wParam == VK_RETURN && IsKeyRepeat(lParam)) return 0;
-            if (wParam == VK_RETURN && onKeyDown && onKeyDown(wParam)) return 0;
+            // ALT with Enter, which no menu wants; its character would only beep.
+            if (wParam != VK_RETURN) return std::nullopt;
+            if (IsKeyRepeat(lParam) || (onKeyDown && onKeyDown(wParam))) return 0;
             return std::nullopt;
         case WM_SYSCHAR: return wParam == VK_RETURN ? std::optional<LRESULT>(0) : std::nullopt;
         case WM_GETDLGCODE:

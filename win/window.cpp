@@ -1,5 +1,7 @@
 #include "win/window.h"
 
+#include <exception>
+
 #include "win/errors.h"
 #include "win/handles.h"
 #include "win/message_ban.h"
@@ -98,6 +100,20 @@ LRESULT CALLBACK Window::Trampoline(HWND window, UINT message, WPARAM wParam, LP
 void SetTopmost(bool topmost, HWND window) noexcept {
     SetWindowPos(window, topmost ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
+std::vector<HWND> ThreadWindows() {
+    std::vector<HWND> windows;
+    const auto collect = [](HWND window, LPARAM into) -> BOOL {
+        try {
+            reinterpret_cast<std::vector<HWND>*>(into)->push_back(window);
+            return TRUE;
+        } catch (const std::exception&) {
+            return FALSE;
+        }
+    };
+    EnumThreadWindows(GetCurrentThreadId(), collect, reinterpret_cast<LPARAM>(&windows));
+    return windows;
 }
 
 void CutHole(HWND window, RECT hole) noexcept {

@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace win {
 
@@ -61,6 +62,10 @@ HINSTANCE ModuleInstance() noexcept;
 /// Puts a window above all others, or back among them, without moving it or giving it the focus
 /// (SetWindowPos). Its owner is left alone, so a dialog may outrank the panel.
 void SetTopmost(bool topmost, HWND window) noexcept;
+
+/// The top-level windows of this thread, hidden ones too, frontmost first (EnumThreadWindows). When memory is
+/// short, the hindmost are missing.
+std::vector<HWND> ThreadWindows();
 
 /// Makes a hole in a window without a frame, in its client pixels: what lies behind shows there and can be
 /// clicked (SetWindowRgn).

@@ -407,12 +407,11 @@ TEST(PanelTimerTest, TriesTheTrayIconAgainUntilItIsThereAndNotAfterThat) {
     panel.Load();
     EXPECT_EQ(panel.Log().Count("timer on 3000"), 1u);
     EXPECT_EQ(asked, 1);
-    const WPARAM timer = 3;
     panel.Log().Clear();
-    panel.Window().Send(WM_TIMER, timer);
+    panel.Window().Send(WM_TIMER, kTrayTimer);
     EXPECT_EQ(panel.Log().Count("timer off"), 0u);
     taken = TRUE;
-    panel.Window().Send(WM_TIMER, timer);
+    panel.Window().Send(WM_TIMER, kTrayTimer);
     EXPECT_EQ(panel.Log().Count("timer off"), 1u);
     EXPECT_EQ(asked, 3);
 }
@@ -430,7 +429,7 @@ TEST(PanelTimerTest, FollowsTheScreenAtOnceAndOnceMoreAWhileLater) {
     panel.Window().Send(WM_DISPLAYCHANGE, 32, MAKELPARAM(1024, 768));
     EXPECT_EQ(panel.Log().Count("place"), 1u);
     EXPECT_EQ(panel.Log().Count("timer on 1000"), 1u);
-    panel.Window().Send(WM_TIMER, 4);
+    panel.Window().Send(WM_TIMER, kScreenTimer);
     EXPECT_EQ(panel.Log().Count("place"), 2u);
     EXPECT_EQ(panel.Log().Count("timer off"), 1u);
     panel.Window().Send(WM_SETTINGCHANGE, SPI_SETWORKAREA);
