@@ -4,6 +4,7 @@
 #include <shellapi.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 #include "res/resource.h"
@@ -214,9 +215,7 @@ bool IcoChooser::OnCommand(int id, int /*notification*/) {
 INT_PTR IcoChooser::OnMessage(UINT message, WPARAM wParam, LPARAM /*lParam*/) {
     switch (message) {
         case WM_HSCROLL: Scroll(LOWORD(wParam)); return TRUE;
-        case WM_MOUSEWHEEL:
-            Scroll(GET_WHEEL_DELTA_WPARAM(wParam) < 0 ? SB_LINERIGHT : SB_LINELEFT);
-            return TRUE;
+        case WM_MOUSEWHEEL: OnWheel(GET_WHEEL_DELTA_WPARAM(wParam)); return TRUE;
         case WM_ACTIVATE:
             if (LOWORD(wParam) == WA_INACTIVE) HideChooser();
             return FALSE;
@@ -227,6 +226,12 @@ INT_PTR IcoChooser::OnMessage(UINT message, WPARAM wParam, LPARAM /*lParam*/) {
 void IcoChooser::Scroll(int code) {
     scroll_.Act(code);
     PlaceStrip();
+}
+
+void IcoChooser::OnWheel(int rotation) {
+    const int notches = wheel_.Add(rotation, static_cast<std::uint32_t>(GetMessageTime()));
+    for (int notch = 0; notch < std::abs(notches); ++notch)
+        Scroll(notches < 0 ? SB_LINERIGHT : SB_LINELEFT);
 }
 
 void IcoChooser::PlaceStrip() {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "res/resource.h"
+#include "sys/mouse_wheel.h"
 #include "win/dialog.h"
 #include "win/handles.h"
 #include "win/picture_box.h"
@@ -67,6 +68,7 @@ class IcoChooser : public win::Dialog {
     HICON IconFor(int index);
     void PlaceBeside(int height);
     void Scroll(int code);
+    void OnWheel(int rotation);
     void PlaceStrip();
     void PlaceBoxes();
     void Pick(int index);
@@ -85,6 +87,7 @@ class IcoChooser : public win::Dialog {
     std::vector<std::unique_ptr<win::PictureBox>> boxes_;
     win::PictureBox Image1_;
     win::ScrollBar scroll_;
+    sys::WheelNotches wheel_;
 };
 
 }  // namespace dialogs

@@ -93,6 +93,10 @@ TEST_F(EdgeTest, TheWholeStripBelongsToThePanelItselfAtEveryEdge) {
         RECT strip{};
         ASSERT_TRUE(IntersectRect(&strip, &place, &screen));
         EXPECT_EQ(std::min(strip.right - strip.left, strip.bottom - strip.top), 4);
+        RECT clip{};
+        EXPECT_EQ(GetWindowRgnBox(quon.Main().Handle(), &clip), SIMPLEREGION);
+        OffsetRect(&clip, place.left, place.top);
+        EXPECT_TRUE(EqualRect(&clip, &strip)) << "a monitor beyond the edge shows more: " << ini_.edge;
         int foreign = 0;
         for (LONG y = strip.top; y < strip.bottom; ++y)
             for (LONG x = strip.left; x < strip.right; ++x)

@@ -432,6 +432,26 @@ TEST_F(OptionsDialogTest, AHotKeyBringsThePanelOutAndDocksItFromEverywhere) {
         keyboard::Chord({VK_CONTROL, VK_MENU, 'J'});
         WaitFor("the panel docks", [&] { return quon.IsDockedAt(Edge::kBottom); });
     }
+    keyboard::Chord({VK_CONTROL, VK_MENU, 'J'});
+    WaitFor("the panel comes out", [&] { return quon.IsOut() && quon.Main().IsForeground(); });
+    mouse::RightClick(quon.Button(1));
+    PopupMenu::Wait(quon.Id());
+    keyboard::Chord({VK_CONTROL, VK_MENU, 'J'});
+    WaitFor("the menu closes", [&] { return PopupMenu::OpenCount(quon.Id()) == 0; });
+    WaitFor("the panel docks", [&] { return quon.IsDockedAt(Edge::kBottom); });
+
+    keyboard::Chord({VK_CONTROL, VK_MENU, 'J'});
+    WaitFor("the panel comes out", [&] { return quon.IsOut() && quon.Main().IsForeground(); });
+    mouse::RightClick(quon.Button(1));
+    PopupMenu::Wait(quon.Id()).Choose("Add file to button");
+    const Window picker = quon.Program().WaitForWindow({.title = "Select file"});
+    typing.AsWindow().Activate();
+    keyboard::Chord({VK_CONTROL, VK_MENU, 'J'});
+    WaitFor("the picker is in front", [&] { return picker.IsForeground(); });
+    EXPECT_FALSE(quon.Main().IsTopmost());
+    EXPECT_FALSE(quon.Main().IsEnabled());
+    picker.Post(WM_COMMAND, IDCANCEL);
+    WaitFor("the panel is topmost again", [&] { return quon.Main().IsTopmost() && quon.Main().IsEnabled(); });
 }
 
 TEST_F(OptionsDialogTest, SaysThatAHotKeyIsTaken) {

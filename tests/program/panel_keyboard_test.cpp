@@ -156,10 +156,14 @@ TEST_F(PanelKeyboardTest, AHeldEnterDoesNotAnswerTheMenuThatItHasOpened) {
     WaitFor("the drop-down has the focus", [&] { return edit.IsFocused(); });
     PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, iBut + 3);
     PressAndExpectFocus(quon, {VK_LEFT}, iBut + 2);
-    keyboard::Hold(VK_RETURN, 20);
-    const PopupMenu menu = PopupMenu::Wait(quon.Id());
-    quon.Main().Send(WM_NULL);
-    EXPECT_TRUE(menu.PopupWindow().IsVisible());
+    for (const WORD key : {WORD{VK_SPACE}, WORD{VK_RETURN}}) {
+        EXPECT_EQ(PopupMenu::OpenCount(quon.Id()), 0u);
+        keyboard::Hold(key, 20);
+        const PopupMenu menu = PopupMenu::Wait(quon.Id());
+        quon.Main().Send(WM_NULL);
+        EXPECT_TRUE(menu.PopupWindow().IsVisible()) << key;
+        if (key != VK_RETURN) menu.Dismiss();
+    }
     // Enter on "Options", held: the dialog that it opens is not accepted by the same press.
     keyboard::Press(VK_DOWN, 2);
     keyboard::Hold(VK_RETURN, 40);
@@ -168,6 +172,19 @@ TEST_F(PanelKeyboardTest, AHeldEnterDoesNotAnswerTheMenuThatItHasOpened) {
     EXPECT_TRUE(dialog.Exists());
     keyboard::Press(VK_ESCAPE);
     WaitFor("the dialog closes", [&] { return !dialog.Exists(); });
+}
+
+TEST_F(PanelKeyboardTest, HeldF10WithShiftOpensAMenuThatStays) {
+    QuonPanel quon = Start({});
+    {
+        const HeldKeys shift({VK_SHIFT});
+        keyboard::Hold(VK_F10, 20);
+    }
+    const PopupMenu menu = PopupMenu::Wait(quon.Id());
+    quon.Main().Send(WM_NULL);
+    EXPECT_TRUE(menu.PopupWindow().IsVisible());
+    EXPECT_TRUE(menu.Has("Add file to button"));
+    menu.Dismiss();
 }
 
 TEST_F(PanelKeyboardTest, TheFocusIsMarkedOnceAKeyIsUsed) {

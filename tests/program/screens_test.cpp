@@ -73,6 +73,13 @@ TEST_F(ScreensTest, APanelThatIsOutStaysInReach) {
     SetWindowPos(quon.Main().Handle(), nullptr, 700, 500, 0, 0,
                  SWP_NOSIZE | SWP_NOZORDER | SWP_ASYNCWINDOWPOS);
     WaitFor("the panel moves", [&] { return quon.Main().Rect().left == 700; });
+    quon.Main().Send(WM_SETTINGCHANGE, SPI_SETWORKAREA);
+    EXPECT_EQ(quon.Main().Rect().left, 700) << "a taskbar that hides nothing of the caption moves nothing";
+    SetWindowPos(quon.Main().Handle(), nullptr, 2000, 100, 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_ASYNCWINDOWPOS);
+    WaitFor("the panel is out of reach", [&] { return quon.Main().Rect().left == 2000; });
+    quon.Main().Send(WM_SETTINGCHANGE, SPI_SETWORKAREA);
+    EXPECT_TRUE(quon.IsOut());
     const ScreenSize small(640, 480);
     WaitFor("its caption comes back", [&] {
         const RECT place = quon.Main().Rect();
@@ -111,6 +118,24 @@ TEST_F(ScreensTest, APanelThatDocksInFrontHandsTheForegroundOn) {
     quon.Program().WaitUntilIdle();
     Dock(quon, Edge::kBottom);
     EXPECT_TRUE(typing.AsWindow().IsForeground());
+}
+
+TEST_F(ScreensTest, TheOrganiserThatDocksThePanelKeepsTheForeground) {
+    QuonPanel quon = Start({});
+    const Neighbour neighbour(folder_, "behind.exe", "behind");
+    quon.Main().Activate();
+    mouse::Click(quon.ImageButton(2));
+    PopupMenu::Wait(quon.Id()).Choose("Organize shortcuts");
+    const Window organiser =
+        quon.Program().WaitForWindow({.title = "Organize shortcuts - 0 shortcuts found"});
+    WaitFor("the panel is docked", [&] { return quon.IsDockedAt(Edge::kBottom); });
+    WaitFor("the organiser is in front", [&] { return organiser.IsForeground(); });
+    quon.Program().WaitUntilIdle();
+    EXPECT_TRUE(organiser.IsForeground());
+    EXPECT_FALSE(neighbour.MainWindow().IsForeground());
+    // The panel did not lose what it would have handed on: the next in line gets it in the end.
+    organiser.Post(WM_COMMAND, IDCANCEL);
+    WaitFor("the organiser closes", [&] { return !organiser.Exists(); });
 }
 
 TEST_F(ScreensTest, ADockedPanelTakesNoKeysButAltF4) {
@@ -173,6 +198,22 @@ TEST_F(ScreensTest, TheTrayIconBringsAnOpenPickerToTheFrontAndNotThePanel) {
     EXPECT_FALSE(quon.Main().IsEnabled());
     picker.Post(WM_COMMAND, IDCANCEL);
     WaitFor("the panel is topmost again", [&] { return quon.Main().IsTopmost() && quon.Main().IsEnabled(); });
+}
+
+TEST_F(ScreensTest, ThePanelMakesWayForAQuestionThatTheShellAsksInAProgramOfItsOwn) {
+    QuonPanel quon = Start({});
+    quon.Main().Activate();
+    ASSERT_TRUE(quon.Main().IsTopmost());
+    {
+        const Neighbour question(folder_, "OpenWith.exe", "How do you want to open this file?");
+        question.MainWindow().Activate();
+        WaitFor("the panel makes way", [&] { return !quon.Main().IsTopmost(); });
+        // Not raised over it by what would bring the panel out otherwise.
+        quon.Main().Post(WM_SYSCOMMAND, SC_CLOSE);
+        WaitFor("the panel docks", [&] { return quon.IsDockedAt(Edge::kBottom); });
+        EXPECT_TRUE(HoldsThroughout(milliseconds(700), [&] { return !quon.Main().IsTopmost(); }));
+    }
+    WaitFor("the panel is topmost again", [&] { return quon.Main().IsTopmost(); });
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <shellapi.h>
 
 #include <functional>
 #include <string>
@@ -263,6 +264,45 @@ TEST(CloseRequestTest, SavesTheSettingsOnceWhenTheEndBeginsToWait) {
                 ElementsAre(StartsWith("write Settings Main"), StartsWith("write Settings popdelay"),
                             StartsWith("write Settings poptf"), StartsWith("write Settings clickshow")));
     testkit::WaitFor("the panel ends", [&] { return panel.Ended(); });
+}
+
+TEST(CloseRequestTest, WaitsWithoutBusyWorkForWhatTakesItsTimeToGo) {
+    constexpr ULONGLONG kWait = 300;     // milliseconds
+    constexpr ULONGLONG kInterval = 50;  // milliseconds
+    ClosingPanel panel(kEnds);
+    ULONGLONG tries = 0;
+    ULONGLONG took = 0;
+    const auto end = FAKE_CALL(EndMenu, [&]() -> BOOL {
+        ++tries;
+        return TRUE;
+    });
+    const auto track = FAKE_CALL(TrackPopupMenu, [&](HMENU, UINT, int, int, int, HWND, const RECT*) {
+        const ULONGLONG start = GetTickCount64();
+        panel.Window().Send(WM_CLOSE);
+        testkit::WaitFor("some tries", [&] { return GetTickCount64() - start > kWait && tries > 1; });
+        took = GetTickCount64() - start;
+        return 0;
+    });
+    const testkit::Window settings = panel.Window().Child(IDC_IMAGE_BUTTON + 2);
+    settings.Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+    settings.Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+    EXPECT_LE(tries, took / kInterval + 2);
+    testkit::WaitFor("the panel ends", [&] { return panel.Ended(); });
+}
+
+TEST(CloseRequestTest, AnswersTheQuestionOfALaunchAsItsUserWouldCancelIt) {
+    PanelHarness panel(kEnds, "[Buttons]\r\n11=a|0\r\n[Cuts]\r\na=C:\\windows\r\n");
+    panel.Load();
+    int answer = 0;
+    const auto shell = FAKE_CALL(ShellExecuteA, [&](HWND owner, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
+        panel.Window().Post(WM_CLOSE);
+        answer = MessageBoxW(owner, L"Open this file?", L"Security", MB_YESNO);
+        EXPECT_NE(panel.Panel().Handle(), nullptr) << "what has asked still works on the window";
+        return reinterpret_cast<HINSTANCE>(INT_PTR{SE_ERR_ACCESSDENIED});
+    });
+    panel.Window().Child(IDC_BUTTON + 1).Send(WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(5, 5));
+    EXPECT_EQ(answer, IDNO);
+    testkit::WaitFor("the panel ends", [&] { return panel.Panel().Handle() == nullptr; });
 }
 
 TEST(CloseRequestTest, WaitsForNoDialogWhenTheSessionEnds) {

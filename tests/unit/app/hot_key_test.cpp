@@ -182,6 +182,19 @@ TEST_F(PanelHotKeyTest, BringsAPickerToTheFrontThatNoneOfOursOwns) {
     DestroyWindow(picker);
 }
 
+TEST_F(PanelHotKeyTest, ClosesAnOpenMenuFirst) {
+    int closed = 0;
+    const auto end = FAKE_CALL(EndMenu, [&]() -> BOOL {
+        EXPECT_EQ(panel_.Log().Count("place"), 0u) << "the menu would stay over the docked panel";
+        ++closed;
+        return TRUE;
+    });
+    panel_.Log().Clear();
+    Press();
+    EXPECT_EQ(closed, 1);
+    EXPECT_EQ(panel_.Log().Count("place"), 1u);
+}
+
 TEST_F(PanelHotKeyTest, AnotherProgramsNumberIsNotMeant) {
     panel_.Log().Clear();
     panel_.Window().Send(WM_HOTKEY, 7, 0);

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <utility>
+
 #include "tests/support/recorded_call.h"
 
 namespace app {
@@ -16,6 +19,59 @@ bool Same(const RECT& one, const RECT& other) { return EqualRect(&one, &other) !
 
 /// A window of 300 x 200 pixels at a place.
 constexpr RECT WindowAt(LONG left, LONG top) { return {left, top, left + 300, top + 200}; }
+
+struct Docking {
+    std::int32_t edge;
+    int left;
+    int top;
+};
+
+// A window of 4800 x 5700 twips on a screen of 20480 x 11520 twips, 15 twips a pixel across, 12 down.
+constexpr win::Twips kWindow{4800, 5700};
+constexpr win::Twips kScreen{20480, 11520};
+constexpr win::TwipsPerPixel kTwips{15, 12};
+
+class DockedPositionTest : public ::testing::TestWithParam<Docking> {};
+
+TEST_P(DockedPositionTest, LeavesAStripOfFourPixelsAtTheEdge) {
+    const auto place = DockedPosition(GetParam().edge, kWindow, kScreen, kTwips);
+    ASSERT_TRUE(place);
+    EXPECT_EQ(place->x, GetParam().left);
+    EXPECT_EQ(place->y, GetParam().top);
+}
+
+INSTANTIATE_TEST_SUITE_P(Edges, DockedPositionTest,
+                         ::testing::Values(Docking{1, -4800 + 60, 2910}, Docking{2, 7840, -5700 + 48},
+                                           Docking{3, 20480 - 60, 2910}, Docking{4, 7840, 11520 - 48}));
+
+TEST(DockedPositionTest, HalvesWhatIsOddTowardsZero) {
+    // 1001 x 768 pixels of 15 twips, a window of 318 x 401: half a pixel is left over on both axes.
+    constexpr win::Twips kOddWindow{318 * 15, 401 * 15};
+    constexpr win::Twips kOddScreen{1001 * 15, 768 * 15};
+    const auto pixels = [&](std::int32_t edge) {
+        const win::Twips place = DockedPosition(edge, kOddWindow, kOddScreen, {15, 15}).value();
+        return std::pair(win::ToPixels(place.x, 15), win::ToPixels(place.y, 15));
+    };
+    EXPECT_EQ(pixels(kLeftEdge), std::pair(4 - 318, 183));
+    EXPECT_EQ(pixels(kTopEdge), std::pair(341, 4 - 401));
+    EXPECT_EQ(pixels(kRightEdge), std::pair(1001 - 4, 183));
+    EXPECT_EQ(pixels(kBottomEdge), std::pair(341, 768 - 4));
+    // At 144 dots an inch a pixel is 10 twips.
+    EXPECT_EQ(DockedPosition(kRightEdge, {3180, 4010}, {10010, 7680}, {10, 10})->x, 10010 - 40);
+    EXPECT_EQ(DockedPosition(kRightEdge, {3180, 4010}, {10010, 7680}, {10, 10})->y, 1835);
+}
+
+TEST(DockedPositionTest, HasNoPlaceForANumberThatIsNoEdge) {
+    for (const std::int32_t edge : {0, 5, -1, 2147483647})
+        EXPECT_FALSE(DockedPosition(edge, kWindow, kScreen, kTwips)) << edge;
+}
+
+TEST(ScreenPlaceTest, CentresBySizesInTwips) {
+    EXPECT_EQ(CentredPosition(kWindow, kScreen).x, 7840);
+    EXPECT_EQ(CentredPosition(kWindow, kScreen).y, 2910);
+    EXPECT_EQ(CentredPosition({400, 600}, {300, 400}).x, -50) << "a window wider than the screen";
+    EXPECT_EQ(CentredPosition({400, 600}, {300, 400}).y, -100);
+}
 
 TEST(ScreenPlaceTest, TheStripIsWhatLiesOnTheScreenAtEachEdge) {
     EXPECT_TRUE(Same(StripOf(kLeftEdge, 300, 200), {296, 0, 300, 200}));

@@ -15,6 +15,7 @@
 #include "tests/support/recorded_call.h"
 #include "tests/support/text.h"
 #include "tests/unit/app/panel_harness.h"
+#include "win/shell_call.h"
 
 namespace app {
 namespace {
@@ -199,6 +200,27 @@ TEST_F(TrayEventTest, BringsThePanelOutForALeftClick) {
     Send(WM_LBUTTONUP);
     EXPECT_TRUE(Shown());
     EXPECT_EQ(menus_, 0);
+}
+
+TEST_F(TrayEventTest, BringsAQuestionOfTheShellsForwardAndRaisesNoPanelAboveIt) {
+    const HWND question =
+        CreateWindowExW(0, L"#32770", L"Security", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+    const auto visible = FAKE_CALL(IsWindowVisible, [&](HWND window) -> BOOL {
+        return window == question ? TRUE : ORIGINAL_CALL(IsWindowVisible)(window);
+    });
+    const auto shell = FAKE_CALL(ShellExecuteA, [&](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
+        Send(WM_LBUTTONUP);
+        return reinterpret_cast<HINSTANCE>(INT_PTR{33});
+    });
+    win::OpenInShell(nullptr, "a", nullptr, nullptr, SW_SHOWNORMAL);
+    EXPECT_TRUE(Shown());
+    EXPECT_THAT(order_, ElementsAre("another in front"));
+    EXPECT_EQ(panel_.Log().Count("topmost"), 0u);
+    DestroyWindow(question);
+    order_.clear();
+    Send(WM_LBUTTONUP);
+    EXPECT_THAT(order_, ElementsAre("foreground"));
+    EXPECT_EQ(panel_.Log().Count("topmost"), 1u);
 }
 
 TEST_F(TrayEventTest, ShowsItsMenuForARightClickInTheNotificationArea) {

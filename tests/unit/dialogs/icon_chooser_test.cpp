@@ -215,9 +215,18 @@ TEST_F(IconChooserTest, ScrollingMovesTheStripByTheBarsValue) {
         EXPECT_GT(scroll(SB_RIGHT), 13000);
         EXPECT_LE(PlaceIn(Strip(chooser)).right, 238);
         EXPECT_EQ(scroll(SB_LEFT), 0);
-        chooser.Child(dialogs::IcoChooser::p2 + 1)
-            .Send(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-120)));
-        EXPECT_EQ(GetScrollPos(bar, SB_CTL), 45);
+        const auto turn = [&](int rotation) {
+            chooser.Child(dialogs::IcoChooser::p2 + 1)
+                .Send(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(rotation)));
+            return GetScrollPos(bar, SB_CTL);
+        };
+        EXPECT_EQ(turn(-120), 45);
+        EXPECT_EQ(turn(-240), 3 * 45);
+        EXPECT_EQ(turn(120), 2 * 45);
+        // What a touchpad tells of one notch.
+        for (int step = 1; step < 12; ++step)
+            EXPECT_EQ(turn(-10), 2 * 45) << step;
+        EXPECT_EQ(turn(-10), 3 * 45);
         Click(chooser.Child(IcoChooser::p2 + 299));
     });
     EXPECT_THAT(picked_, ElementsAre(299));

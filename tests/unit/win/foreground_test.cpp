@@ -153,6 +153,37 @@ TEST_F(WindowOrderTest, AWindowStaysBeforeOneThatDoesNotCoverItOrIsNoProgram) {
     EXPECT_THAT(log_.Lines(), IsEmpty());
 }
 
+/// Whether a window of another program at this path asks for the shell.
+bool AsksFrom(const std::wstring& path, DWORD process = 1) {
+    const auto owner = FAKE_CALL(GetWindowThreadProcessId, [process](HWND, LPDWORD id) -> DWORD {
+        *id = process;
+        return 1;
+    });
+    const auto open = FAKE_CALL(OpenProcess, [](DWORD access, BOOL inherit, DWORD) -> HANDLE {
+        EXPECT_EQ(access, DWORD{PROCESS_QUERY_LIMITED_INFORMATION});
+        return ORIGINAL_CALL(OpenProcess)(access, inherit, GetCurrentProcessId());
+    });
+    const auto name = FAKE_CALL(QueryFullProcessImageNameW, [&](HANDLE, DWORD, LPWSTR text, PDWORD size) {
+        if (path.size() >= *size) return FALSE;
+        *size = static_cast<DWORD>(path.copy(text, *size));
+        return TRUE;
+    });
+    return AsksForShell(Number(1));
+}
+
+TEST(ShellQuestionTest, IsKnownByTheNameOfItsProgram) {
+    EXPECT_TRUE(AsksFrom(L"C:\\Windows\\System32\\OpenWith.exe"));
+    EXPECT_TRUE(AsksFrom(L"c:\\windows\\system32\\openwith.EXE"));
+    EXPECT_TRUE(AsksFrom(L"C:\\Windows\\System32\\smartscreen.exe"));
+    EXPECT_FALSE(AsksFrom(L"C:\\Windows\\System32\\NotOpenWith.exe"));
+    EXPECT_FALSE(AsksFrom(L"C:\\OpenWith.exe\\notepad.exe"));
+    EXPECT_FALSE(AsksFrom(L"C:\\" + std::wstring(300, L'a') + L"\\OpenWith.exe")) << "none of the system's";
+    EXPECT_FALSE(AsksFrom(L"C:\\OpenWith.exe", GetCurrentProcessId())) << "its own";
+    EXPECT_FALSE(AsksForShell(nullptr));
+    const auto refused = FAKE_CALL(OpenProcess, [](DWORD, BOOL, DWORD) -> HANDLE { return nullptr; });
+    EXPECT_FALSE(AsksForShell(GetDesktopWindow())) << "a program that does not tell";
+}
+
 TEST(FullScreenTest, IsKnownByWhatTheShellSaysOfTheUser) {
     const auto told = [](QUERY_USER_NOTIFICATION_STATE state, HRESULT result = S_OK) {
         const auto query =

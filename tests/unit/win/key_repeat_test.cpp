@@ -29,6 +29,20 @@ TEST(KeyRepeatTest, IsKnownByTheThirtiethBit) {
     EXPECT_FALSE(IsKeyRepeat(static_cast<LPARAM>(0x801C0001)));
 }
 
+TEST(KeyRepeatTest, AKeyActsOnceWhereItOpensStoresOrClosesSomething) {
+    constexpr KeyPlace kAll[] = {KeyPlace::kPanel, KeyPlace::kButton, KeyPlace::kDialog, KeyPlace::kMenu};
+    for (const KeyPlace place : kAll) {
+        for (const WPARAM key : {WPARAM{VK_RETURN}, WPARAM{VK_F1}, WPARAM{VK_F10}})
+            EXPECT_TRUE(ActsOnce(key, place)) << key;
+        for (const WPARAM key : {WPARAM{VK_DOWN}, WPARAM{VK_TAB}, WPARAM{VK_BACK}, WPARAM{'A'}})
+            EXPECT_FALSE(ActsOnce(key, place)) << key;
+        EXPECT_EQ(ActsOnce(VK_SPACE, place), place == KeyPlace::kButton || place == KeyPlace::kMenu)
+            << "elsewhere it types";
+        EXPECT_EQ(ActsOnce(VK_ESCAPE, place), place == KeyPlace::kPanel);
+        EXPECT_EQ(ActsOnce(VK_F2, place), place == KeyPlace::kPanel);
+    }
+}
+
 TEST(KeyRepeatTest, ModalLoopsGetTheFirstPressOfEnterOnly) {
     std::optional<KeyRepeatFilter> filter(std::in_place);
     for (const int code : {MSGF_DIALOGBOX, MSGF_MENU}) {

@@ -13,6 +13,7 @@
 #include "tests/support/recorded_call.h"
 #include "win/dialog.h"
 #include "win/input_pause.h"
+#include "win/step_back.h"
 
 namespace win {
 namespace {
@@ -212,12 +213,52 @@ TEST_F(SystemWindowTest, OneOfAnotherThreadIsWaitedForOnlyWhileTheSystemWorksFor
         return window == window_ ? its + 1 : its;
     });
     EXPECT_EQ(WaitingWindow(), owner.Handle()) << "a sheet of properties waits for nobody";
+    EXPECT_EQ(ShellQuestion(), nullptr);
+    EXPECT_FALSE(SystemAsks());
     {
         const InputPause pause;
         EnableWindow(window_, TRUE);
         EXPECT_EQ(WaitingWindow(), window_);
     }
+    {
+        const StepBack atWork(StepBack::When::kAtQuestion);
+        EXPECT_EQ(WaitingWindow(), window_);
+        EXPECT_EQ(ShellQuestion(), window_);
+    }
     SetMainWindow(nullptr);
+}
+
+TEST_F(SystemWindowTest, OneOfThisThreadIsNoQuestionOfTheShellsButIsAsked) {
+    EXPECT_EQ(ShellQuestion(), nullptr);
+    EXPECT_TRUE(SystemAsks());
+    DestroyWindow(window_);
+    EXPECT_FALSE(SystemAsks());
+    const StepBack atWork(StepBack::When::kAtQuestion);
+    EXPECT_TRUE(SystemAsks()) << "the question may be about to come";
+}
+
+TEST_F(SystemWindowTest, TheProgressOfAFileOperationIsClosedByItsTitleBar) {
+    WNDCLASSW record{};
+    record.lpfnWndProc = DefWindowProcW;
+    record.lpszClassName = L"OperationStatusWindow";
+    record.hInstance = GetModuleHandleW(nullptr);
+    RegisterClassW(&record);
+    DestroyWindow(window_);
+    window_ = CreateWindowExW(0, record.lpszClassName, L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr,
+                              record.hInstance, nullptr);
+    EXPECT_EQ(OpenSystemWindow(), window_);
+    CancelModalWindows();
+    EXPECT_EQ(posted_, (std::vector<Posted>{{window_, WM_CLOSE, 0, 0}}));
+}
+
+TEST(ModalWindowsTest, AnEndIsThatOfTheMainWindowThatWasNamed) {
+    const testkit::HiddenWindow next;
+    SetEnding(true);
+    SetMainWindow(next.Handle());
+    EXPECT_FALSE(IsEnding());
+    SetEnding(true);
+    SetMainWindow(nullptr);
+    EXPECT_FALSE(IsEnding()) << "the next dialog would not open";
 }
 
 }  // namespace

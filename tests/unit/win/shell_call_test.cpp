@@ -9,6 +9,7 @@
 #include "tests/support/modal_answers.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/window.h"
+#include "win/step_back.h"
 
 namespace {
 
@@ -35,23 +36,36 @@ TEST(ShellCallTest, PassesWhatItIsGivenAndLetsAnyProgramComeForward) {
                             "AllowSetForegroundWindow 4294967295", "open Open b  (null) 1"));
 }
 
+TEST(ShellCallTest, TheSystemIsAtWorkOnlyMeanwhile) {
+    bool meanwhile = false;
+    const RecordedCall shell = FAKE_CALL(ShellExecuteA, [&](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
+        meanwhile = win::StepBack::Any();
+        return reinterpret_cast<HINSTANCE>(33);
+    });
+    EXPECT_FALSE(win::StepBack::Any());
+    win::OpenInShell(nullptr, "a", nullptr, nullptr, 1);
+    EXPECT_TRUE(meanwhile);
+    EXPECT_FALSE(win::StepBack::Any());
+}
+
 TEST(ShellCallTest, LeavesNoHookBehind) {
-    int hooks = 0;
+    HHOOK set = nullptr;
+    HHOOK removed = nullptr;
     const RecordedCall shell = FAKE_CALL(ShellExecuteA, [](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
         return reinterpret_cast<HINSTANCE>(33);
     });
     const RecordedCall hook =
         FAKE_CALL(SetWindowsHookExW, [&](int kind, HOOKPROC call, HINSTANCE module, DWORD id) {
             EXPECT_EQ(id, GetCurrentThreadId());
-            ++hooks;
-            return ORIGINAL_CALL(SetWindowsHookExW)(kind, call, module, id);
+            return set = ORIGINAL_CALL(SetWindowsHookExW)(kind, call, module, id);
         });
     const RecordedCall unhook = FAKE_CALL(UnhookWindowsHookEx, [&](HHOOK handle) {
-        --hooks;
+        removed = handle;
         return ORIGINAL_CALL(UnhookWindowsHookEx)(handle);
     });
     win::OpenInShell(nullptr, "a", nullptr, nullptr, 1);
-    EXPECT_EQ(hooks, 0);
+    EXPECT_NE(set, nullptr);
+    EXPECT_EQ(removed, set);
 }
 
 /// A panel and a strip above all other windows, and a plain window.
