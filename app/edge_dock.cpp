@@ -104,10 +104,12 @@ void EdgeDock::PlaceAtEdge() {
 void EdgeDock::Raise() {
     // What waits for an answer would be covered.
     raiseOwed_ = win::SystemAsks();
-    if (raiseOwed_)
+    if (raiseOwed_) {
         SetTimer(window_, kRaiseTimer, kRaiseInterval, nullptr);
-    else
-        win::SetTopmost(true, window_);
+        return;
+    }
+    behindQuestion_ = nullptr;
+    win::SetTopmost(true, window_);
 }
 
 void EdgeDock::OnDeactivated() const {
@@ -117,7 +119,10 @@ void EdgeDock::OnDeactivated() const {
 
 void EdgeDock::OnRaiseTimer() {
     const HWND question = win::ShellQuestion();
-    if (question != nullptr && !raiseOwed_) raiseOwed_ = win::PutBehind(window_, question);
+    if (question != nullptr && question != behindQuestion_ && win::PutBehind(window_, question)) {
+        behindQuestion_ = question;
+        raiseOwed_ = true;
+    }
     if (raiseOwed_ ? win::SystemAsks() : GetForegroundWindow() == nullptr) return;
     KillTimer(window_, kRaiseTimer);
     if (raiseOwed_) Raise();

@@ -98,6 +98,7 @@ class EdgeDock {
     bool outOfSight_ = false;
     bool behindFullScreen_ = false;
     bool raiseOwed_ = false;
+    HWND behindQuestion_ = nullptr;
     bool hovering_ = false;
     float savedLeft_ = 0;
     float savedTop_ = 0;
