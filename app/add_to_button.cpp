@@ -122,9 +122,8 @@ void TellOfSwitch(const DroppedShortcut& shortcut) {
         dialogs::ShowNote("The command switch of this shortcut is too long. Quon has left it out.");
 }
 
-void DropOnButton(PanelState& state, int index, const sys::DroppedData& data) {
-    state.Context.Select(index);
-    const model::ButtonPlace place = state.CurrentPlace();
+void DropOnButton(PanelState& state, const model::ButtonPlace& place, const sys::DroppedData& data) {
+    state.Select(place);
     DroppedShortcut shortcut = ShortcutFromDrop(data);
     if (shortcut.name.empty() || !model::IsStorableTarget(shortcut.target) || !CanBeOpened(shortcut.target))
         dialogs::ShowNote(dialogs::kCouldNotMake);
@@ -133,20 +132,19 @@ void DropOnButton(PanelState& state, int index, const sys::DroppedData& data) {
     state.NoteActivity();
 }
 
-void MoveToButton(PanelState& state, int index, const DragSource& source) {
-    state.Context.Select(index);
-    const model::ButtonPlace place = state.CurrentPlace();
-    const auto from = model::ButtonPlace::Parse(source.Key);
-    const std::string record = state.Context.Records.At(source.Key);
+void MoveToButton(PanelState& state, const model::ButtonPlace& place, const DragSource& source) {
+    state.Select(place);
+    const std::string from = source.Place.Key();
+    const std::string record = state.Context.Records.At(from);
     const auto whole = model::ShortcutStore::WholeTarget(source.Naziv, source.FilePath);
     if (!whole || whole->empty()) return;
     std::string target = *whole;
     std::string name = source.Naziv;
     Addition addition{target, name};
-    if (place != from && !AskReplaceOrGroup(state, place, addition)) return;
+    if (place != source.Place && !AskReplaceOrGroup(state, place, addition)) return;
     // While the question was open, something else may have been put onto the source.
-    if (state.Context.Records.At(source.Key) == record)
-        StoreOnButton(state, place, addition, source.Switch, from);
+    if (state.Context.Records.At(from) == record)
+        StoreOnButton(state, place, addition, source.Switch, source.Place);
 }
 
 }  // namespace app

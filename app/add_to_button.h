@@ -32,11 +32,12 @@ DroppedShortcut ShortcutFromDrop(const sys::DroppedData& data);
 /// Tells the user if a switch was left out because it is too long.
 void TellOfSwitch(const DroppedShortcut& shortcut);
 
-/// A drop on button `index` of the shown tab: adds it, or says that it could not be made.
-void DropOnButton(PanelState& state, int index, const sys::DroppedData& data);
+/// A drop on a button, which may be on a tab that is no longer shown: adds it, or says that it could not be
+/// made.
+void DropOnButton(PanelState& state, const model::ButtonPlace& place, const sys::DroppedData& data);
 
-/// A button was carried to button `index` of the shown tab: frees the source and fills the target, both or
+/// A button was carried to another place: frees the source and fills the target, both or
 /// neither.
-void MoveToButton(PanelState& state, int index, const DragSource& source);
+void MoveToButton(PanelState& state, const model::ButtonPlace& place, const DragSource& source);
 
 }  // namespace app

@@ -88,18 +88,22 @@ void TellResult(int result) {
 
 }  // namespace
 
-void ButtonCommands::Run(int command) {
-    const Place place = state_.CurrentPlace();
+void ButtonCommands::Run(int command, const Place& place) {
+    const model::CButtonShortcut* button = state_.ShownAt(place);
+    if (button == nullptr) return;
+    // A copy: what a command opens lets messages run.
+    const std::string path = button->FilePath;
     switch (command) {
         case kAddFile: AddPicked(place, false); break;
         case kAddFolder: AddPicked(place, true); break;
         case kGroup: EditGroup(place); break;
-        case kFree: Free(); break;
+        case kFree: Free(place); break;
         case kProperties:
-            if (const std::string path = state_.Current().FilePath; !path.empty())
-                sys::clsBmenu::ShowProperties(path);
+            if (!path.empty()) sys::clsBmenu::ShowProperties(path);
             break;
-        case kFindTarget: FindTarget(); break;
+        case kFindTarget:
+            if (!path.empty()) win::StartProcess("explorer /select," + path, SW_SHOWNORMAL);
+            break;
         case kPaste: Paste(place); break;
         case kChangeIcon: ChangeIcon(place); break;
         default: break;
@@ -123,7 +127,7 @@ void ButtonCommands::AddPicked(const Place& place, bool folder) {
 }
 
 void ButtonCommands::EditGroup(const Place& place) {
-    const std::string name = state_.Current().Naziv;
+    const std::string name = state_.Button(place.slot).Naziv;
     dock_.ShowQuon(true, true);
     dialogs::frmEditB editor(state_.Context);
     if (!editor.PrepareWindow(name)) return;
@@ -142,21 +146,15 @@ void ButtonCommands::EditGroup(const Place& place) {
     state_.NoteActivity();
 }
 
-void ButtonCommands::Free() {
-    const Place place = state_.CurrentPlace();
-    model::CButtonShortcut& button = state_.Current();
-    if (button.IsFree()) return;
-    const std::string name = button.Naziv;
+void ButtonCommands::Free(const Place& place) {
+    model::CButtonShortcut* button = state_.ShownAt(place);
+    if (button == nullptr || button->IsFree()) return;
+    const std::string name = button->Naziv;
     // Whether a button that could not be read has a switch is not known.
-    const bool hasSwitch = !button.Switch.empty() || button.IsUnread();
+    const bool hasSwitch = !button->Switch.empty() || button->IsUnread();
     if (!state_.Store().RemoveWithButton(place, name, hasSwitch)) return;
-    button.BecomeFree(false);
+    button->BecomeFree(false);
     state_.ShowChanged({name});
-}
-
-void ButtonCommands::FindTarget() {
-    const std::string& path = state_.Current().FilePath;
-    if (!path.empty()) win::StartProcess("explorer /select," + path, SW_SHOWNORMAL);
 }
 
 void ButtonCommands::Paste(const Place& place) {
@@ -182,14 +180,13 @@ void ButtonCommands::PasteFiles(const Place& place) {
     Add(place, win::Join(files, '|'), NameFrom(files.front(), sys::kBareName));
 }
 
-void ButtonCommands::Assign(const std::string& program) {
-    const Place place = state_.CurrentPlace();
+void ButtonCommands::Assign(const std::string& program, const Place& place) {
     if (!program.empty()) Add(place, program, NameFrom(program, sys::kBareName));
 }
 
 void ButtonCommands::ChangeIcon(const Place& place) {
-    const std::string path = state_.Current().FilePath;
-    const std::string name = state_.Current().Naziv;
+    const std::string path = state_.Button(place.slot).FilePath;
+    const std::string name = state_.Button(place.slot).Naziv;
     if (path.empty()) return;
     dialogs::IcoChooser iChos;
     iChos.IconSelected = [&](std::int16_t icon) { iChos_IconSelected(place, name, icon); };
@@ -206,12 +203,11 @@ void ButtonCommands::iChos_IconSelected(const Place& place, const std::string& n
     state_.RefreshNamed({}, place);
 }
 
-void ButtonCommands::RunFileCommand(int command) {
-    const model::CButtonShortcut& button = state_.Current();
-    const Place place = state_.CurrentPlace();
-    const File file{place, button.FilePath, button.Naziv, state_.Context.Records.At(place.Key()),
-                    button.FileIcon};
-    if (file.path.empty()) return;
+void ButtonCommands::RunFileCommand(int command, const Place& place) {
+    const model::CButtonShortcut* button = state_.ShownAt(place);
+    if (button == nullptr || button->FilePath.empty()) return;
+    const File file{place, button->FilePath, button->Naziv, state_.Context.Records.At(place.Key()),
+                    button->FileIcon};
     switch (command) {
         case kCopyTo: CopyFile(file); break;
         case kMoveTo: MoveFile(file); break;

@@ -27,8 +27,8 @@ enum ButtonCommand {
 /// The commands of the menu `mnuButB` by their index.
 enum FileCommand { kCopyTo = 0, kMoveTo = 1, kRename = 2, kRecycle = 4, kDelete = 5 };
 
-/// Carries out the commands of a button's menu on the button that is the current one when they begin. While a
-/// picker, a question or a dialog is open, the panel takes no input.
+/// Carries out the commands of a button's menu on the button at a place; nothing happens while its tab is not
+/// shown. While a picker, a question or a dialog is open, the panel takes no input.
 class ButtonCommands {
   public:
     ButtonCommands(PanelState& state, EdgeDock& dock) noexcept : state_(state), dock_(dock) {}
@@ -37,16 +37,16 @@ class ButtonCommands {
     void Attach(HWND owner) noexcept { owner_ = owner; }
 
     /// Carries out a command of `mnuButton`; separators and the entries of submenus do nothing.
-    void Run(int command);
+    void Run(int command, const model::ButtonPlace& place);
 
     /// Carries out a command of `mnuButB` and says how it went; nothing happens to a button without a target.
-    void RunFileCommand(int command);
+    void RunFileCommand(int command, const model::ButtonPlace& place);
 
     /// Adds a running program to the button by its path; "" does nothing.
-    void Assign(const std::string& program);
+    void Assign(const std::string& program, const model::ButtonPlace& place);
 
     /// Frees the button; its target and its switch go with it. A free button is left untouched.
-    void Free();
+    void Free(const model::ButtonPlace& place);
 
   private:
     using Place = model::ButtonPlace;
@@ -54,7 +54,6 @@ class ButtonCommands {
     void Add(const Place& place, const std::string& target, const std::string& name);
     void AddPicked(const Place& place, bool folder);
     void EditGroup(const Place& place);
-    void FindTarget();
     void Paste(const Place& place);
     void PasteFiles(const Place& place);
     void ChangeIcon(const Place& place);

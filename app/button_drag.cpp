@@ -23,7 +23,7 @@ bool IsDragDistance(POINT from, POINT to, SIZE distance) noexcept {
 void ButtonDrag::Begin() {
     const model::CButtonShortcut& button = state_.Current();
     if (button.IsFree()) return;
-    source_ = {state_.Context.CurrentButtonKey, button.FilePath, button.Naziv, button.Switch};
+    source_ = {state_.CurrentPlace(), button.FilePath, button.Naziv, button.Switch};
     start_ = MessagePlace();
     stage_ = Stage::kPressed;
 }
@@ -51,7 +51,7 @@ bool ButtonDrag::Drop() {
     Cancel();
     if (!carried) return false;
     const auto target = buttons_.ButtonAt(MessagePlace());
-    if (target && onDrop) onDrop(*target, source_);
+    if (target && onDrop) onDrop(PanelState::ShownPlace(*target), source_);
     return true;
 }
 

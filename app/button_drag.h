@@ -11,9 +11,9 @@
 
 namespace app {
 
-/// What is being moved: the source's key and a copy of its values, taken before the move began.
+/// What is being moved: the source's place and a copy of its values, taken before the move began.
 struct DragSource {
-    std::string Key;
+    model::ButtonPlace Place;
     std::string FilePath;
     std::string Naziv;
     std::string Switch;
@@ -49,8 +49,8 @@ class ButtonDrag {
     /// Ends the move without a change.
     void Cancel() noexcept;
 
-    /// Called with the target button (1 to 9) and what was carried there.
-    std::function<void(int, const DragSource&)> onDrop;
+    /// Called with the place of the target button and what was carried there.
+    std::function<void(const model::ButtonPlace&, const DragSource&)> onDrop;
 
   private:
     enum class Stage { kNone, kPressed, kCarrying };

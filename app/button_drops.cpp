@@ -9,12 +9,12 @@ void ButtonDrops::Attach(HWND window) {
     for (int index = 1; index <= model::kButtonCount; ++index) {
         targets_.at(static_cast<size_t>(index) - 1)
             .Register(buttons_.Picture(index).Handle(), [this, window, index](const sys::DroppedData& data) {
-                waiting_.emplace_back(index, data);
+                waiting_.emplace_back(PanelState::ShownPlace(index), data);
                 PostMessageW(window, WM_QUON_DROP, 0, 0);
             });
     }
     hoverTarget_.Register(buttons_.HoverPicture().Handle(), [this, window](const sys::DroppedData& data) {
-        waiting_.emplace_back(buttons_.HoveredButton(), data);
+        waiting_.emplace_back(PanelState::ShownPlace(buttons_.HoveredButton()), data);
         PostMessageW(window, WM_QUON_DROP, 0, 0);
     });
 }
@@ -27,8 +27,8 @@ void ButtonDrops::Detach() noexcept {
 
 void ButtonDrops::Act() {
     // Taken out first, because the questions let further drops come in.
-    for (const auto& [index, data] : std::exchange(waiting_, {}))
-        DropOnButton(state_, index, data);
+    for (const auto& [place, data] : std::exchange(waiting_, {}))
+        DropOnButton(state_, place, data);
 }
 
 }  // namespace app

@@ -32,7 +32,8 @@ class ButtonDrops {
     ButtonPanel& buttons_;
     std::array<DropTarget, model::kButtonCount> targets_;
     DropTarget hoverTarget_;
-    std::vector<std::pair<int, sys::DroppedData>> waiting_;
+    /// Where the data was dropped: the tab may have changed before it is acted on.
+    std::vector<std::pair<model::ButtonPlace, sys::DroppedData>> waiting_;
 };
 
 }  // namespace app

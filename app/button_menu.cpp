@@ -29,8 +29,8 @@ ButtonMenu::ButtonMenu(PanelState& state, EdgeDock& dock)
     mnuButton[kFileOperations].submenu = &mnuButB;
 }
 
-void ButtonMenu::Prepare() {
-    const bool group = state_.Current().Group;
+void ButtonMenu::Prepare(const model::ButtonPlace& place) {
+    const bool group = state_.Button(place.slot).Group;
     mnuButton[kGroup].caption = group ? "Edit group" : "Add group to button";
     for (const int command : {kProperties, kFindTarget, kFileOperations, kChangeIcon})
         mnuButton[command].enabled = !group;
@@ -47,19 +47,15 @@ void ButtonMenu::ListActivePrograms() {
     mnuButton[kAssignFromActive].enabled = programs.MenuCount() > 0;
 }
 
-void ButtonMenu::PopUp(POINT at) {
-    Prepare();
-    // The menu lets events run: a drop that is acted on meanwhile makes another button the current one.
-    const int index = state_.Context.CurrentButtonIndex;
-    const int command = win::TrackMenu(*mnuButtonParent.submenu, at, owner_);
-    state_.Context.Select(index);
-    Run(command);
+void ButtonMenu::PopUp(const model::ButtonPlace& place, POINT at) {
+    Prepare(place);
+    Run(win::TrackMenu(*mnuButtonParent.submenu, at, owner_), place);
 }
 
-void ButtonMenu::Run(int command) {
-    if (const auto index = mnuButton.IndexOf(command)) commands_.Run(*index);
-    if (const auto index = mnuButB.IndexOf(command)) commands_.RunFileCommand(*index);
-    if (const auto index = mnuButAct.IndexOf(command)) commands_.Assign(mnuButAct[*index].tag);
+void ButtonMenu::Run(int command, const model::ButtonPlace& place) {
+    if (const auto index = mnuButton.IndexOf(command)) commands_.Run(*index, place);
+    if (const auto index = mnuButB.IndexOf(command)) commands_.RunFileCommand(*index, place);
+    if (const auto index = mnuButAct.IndexOf(command)) commands_.Assign(mnuButAct[*index].tag, place);
 }
 
 }  // namespace app

@@ -20,15 +20,17 @@ class ButtonMenu {
         commands_.Attach(owner);
     }
 
-    /// Prepares the menu for the current button and lists the running programs, which may take a second for
-    /// each that hangs.
-    void Prepare();
+    /// Prepares the menu for a button of the shown tab and lists the running programs, which may take a
+    /// second for each that hangs.
+    void Prepare(const model::ButtonPlace& place);
 
-    /// Prepares the menu, shows it at a point of the screen and runs the chosen command.
-    void PopUp(POINT at);
+    /// Prepares the menu for a button of the shown tab, shows it at a point of the screen and runs the chosen
+    /// command on that button.
+    void PopUp(const model::ButtonPlace& place, POINT at);
 
-    /// Frees the current button; its target and its switch go with it. A free button is left untouched.
-    void FreeButton() { commands_.Free(); }
+    /// Frees a button of the shown tab; its target and its switch go with it. A free button is left
+    /// untouched.
+    void FreeButton(const model::ButtonPlace& place) { commands_.Free(place); }
 
     win::MenuArray mnuButton;
     win::MenuArray mnuButAct;
@@ -39,7 +41,7 @@ class ButtonMenu {
 
   private:
     void ListActivePrograms();
-    void Run(int command);
+    void Run(int command, const model::ButtonPlace& place);
 
     PanelState& state_;
     ButtonCommands commands_;

@@ -90,7 +90,7 @@ void ButtonMouse::MouseUp(const win::PictureBox::Mouse& mouse) {
 }
 
 void ButtonMouse::OpenMenu(POINT at) {
-    menu_.PopUp(at);
+    menu_.PopUp(state_.CurrentPlace(), at);
     // No message tells that the pointer leaves while a menu is open.
     buttons_.HideHoverOutside();
 }
@@ -111,7 +111,7 @@ void ButtonMouse::DoubleClick(int index) {
 void ButtonMouse::RunAction() {
     const ButtonAction action = ActionFor(lastShift_);
     switch (action.kind) {
-        case ButtonAction::kFreeButton: menu_.FreeButton(); return;
+        case ButtonAction::kFreeButton: menu_.FreeButton(state_.CurrentPlace()); return;
         case ButtonAction::kEditSwitch: EditSwitch(); return;
         case ButtonAction::kLaunch: Launch(action.showCommand); return;
     }

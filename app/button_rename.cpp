@@ -49,14 +49,14 @@ void ButtonRename::Rescale() {
 
 void ButtonRename::Begin() {
     if (IsOpen() || state_.Current().IsFree()) return;
-    index_ = state_.Context.CurrentButtonIndex;
-    const RECT place = buttons_.PlaceInWindow(index_);
+    place_ = state_.CurrentPlace();
+    const RECT place = buttons_.PlaceInWindow(place_.slot);
     // The size first: in a box too narrow for it the name would stay scrolled out of sight.
     const win::Scale scale = BoxScale();
     const int margin = scale(kBoxMargin);
     SetWindowPos(t1_, HWND_TOP, place.left + margin, place.top + scale(kBoxTop),
                  place.right - place.left - 2 * margin, scale(kBoxHeight), SWP_SHOWWINDOW);
-    win::SetText(t1_, state_.Button(index_).Naziv);
+    win::SetText(t1_, state_.Button(place_.slot).Naziv);
     SendMessageW(t1_, EM_SETSEL, 0, -1);
     SetFocus(t1_);
 }
@@ -64,9 +64,9 @@ void ButtonRename::Begin() {
 void ButtonRename::Accept() {
     const std::string name = win::WindowText(t1_);
     if (!IsOpen() || name.empty()) return;
-    state_.Context.Select(index_);
+    state_.Select(place_);
     // What could not be stored stays in the box and can be tried again.
-    if (RenameButton(state_, state_.CurrentPlace(), name)) Abandon();
+    if (RenameButton(state_, place_, name)) Abandon();
 }
 
 void ButtonRename::Abandon() {

@@ -38,7 +38,7 @@ class ButtonRename {
     [[nodiscard]] HWND Box() const noexcept { return t1_; }
 
     /// The window of the button that the box was opened for.
-    [[nodiscard]] HWND Button() const { return buttons_.Picture(index_).Handle(); }
+    [[nodiscard]] HWND Button() const { return buttons_.Picture(place_.slot).Handle(); }
 
   private:
     [[nodiscard]] win::Scale BoxScale() const { return win::Scale::Of(GetParent(t1_)); }
@@ -47,7 +47,7 @@ class ButtonRename {
     ButtonPanel& buttons_;
     HWND t1_ = nullptr;
     // The button that the box belongs to, wherever the mouse goes meanwhile.
-    int index_ = 0;
+    model::ButtonPlace place_;
 };
 
 /// Moves the shortcut of a shown button to another name: its target, its switch and the records of all

@@ -108,7 +108,9 @@ void Glavni::JoinParts() {
     hotKey_.Attach(Handle());
     buttonMenu_.Attach(Handle());
     mouse_.Attach();
-    drag_.onDrop = [this](int target, const DragSource& source) { MoveToButton(state_, target, source); };
+    drag_.onDrop = [this](const model::ButtonPlace& target, const DragSource& source) {
+        MoveToButton(state_, target, source);
+    };
     tabs_.onDefineTab = [this](int tab) { dialogs::frmTabPrep(*this, tab).Open(); };
     menus_.onGo = [this] { shortcuts_.Go(); };
     menus_.onOrganize = [this] { Organize(); };

@@ -35,6 +35,15 @@ model::ButtonPlace PanelState::CurrentPlace() const {
     return model::ButtonPlace::Parse(Context.CurrentButtonKey);
 }
 
+model::ButtonPlace PanelState::ShownPlace(int index) {
+    static_cast<void>(Slot(index, model::kButtonCount, "button"));
+    return {config::Settings.CurrentTab, index};
+}
+
+void PanelState::Select(const model::ButtonPlace& place) {
+    if (place.tab == config::Settings.CurrentTab) Context.Select(place.slot);
+}
+
 model::CButtonShortcut* PanelState::ShownAt(const model::ButtonPlace& place) {
     return place.tab == config::Settings.CurrentTab ? &Button(place.slot) : nullptr;
 }

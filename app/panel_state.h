@@ -40,6 +40,12 @@ struct PanelState {
     /// another button the current one. Throws SubscriptError for an index outside 1 to 9.
     [[nodiscard]] model::ButtonPlace CurrentPlace() const;
 
+    /// Where a button of the shown tab is. Throws SubscriptError for an index outside 1 to 9.
+    [[nodiscard]] static model::ButtonPlace ShownPlace(int index);
+
+    /// Makes the button at a place the current one, while its tab is shown.
+    void Select(const model::ButtonPlace& place);
+
     /// The button at a place, while its tab is shown; null while it is not.
     model::CButtonShortcut* ShownAt(const model::ButtonPlace& place);
 

@@ -165,7 +165,9 @@ void Glavni::SaveAtEnd() {
     if (unloaded_) return;
     unloaded_ = true;
     tray_.RemoveTrayIcon();
-    // Nobody uses the window any more, so a held file is waited for longer: else the settings would be lost.
+    // Nobody uses the window any more, so it goes, and a held file is waited for longer: else the settings
+    // would be lost.
+    ShowWindow(Handle(), SW_HIDE);
     constexpr DWORD kEndPatience = 3000;  // milliseconds
     const config::LongPatience patience(kEndPatience);
     state_.StoreMoved();

@@ -40,26 +40,66 @@ bool g_starting = false;
                                       IniPath);
 }
 
-/// Whether the file that reads go to is missing or empty, as it is for a moment while some programs write it.
-/// A unit's own file may well be empty.
-bool HasNothingToRead() {
+/// What tells one state of a file from another.
+struct FileState {
+    ULONGLONG Size = 0;
+    ULONGLONG Written = 0;  ///< a FILETIME
+    bool operator==(const FileState&) const = default;
+};
+
+std::optional<FileState> StateOf(const std::string& path) {
     WIN32_FILE_ATTRIBUTE_DATA data{};
-    if (GetFileAttributesExA(FileToRead().c_str(), GetFileExInfoStandard, &data) != 0)
-        return FileToRead() == IniPath && data.nFileSizeHigh == 0 && data.nFileSizeLow == 0;
-    return GetLastError() == ERROR_FILE_NOT_FOUND || GetLastError() == ERROR_PATH_NOT_FOUND;
+    if (GetFileAttributesExA(path.c_str(), GetFileExInfoStandard, &data) == 0) return std::nullopt;
+    const auto join = [](DWORD high, DWORD low) { return (ULONGLONG{high} << 32) | low; };
+    return FileState{join(data.nFileSizeHigh, data.nFileSizeLow),
+                     join(data.ftLastWriteTime.dwHighDateTime, data.ftLastWriteTime.dwLowDateTime)};
 }
+
+/// The record that every whole configuration file has, and the last state that was seen to have it.
+struct Required {
+    std::string Path;
+    std::string Section;
+    std::string Key;
+    FileState Seen;
+};
+Required g_required;
 
 /// What it means when a profile function answers nothing.
 enum class Nothing {
     kNoRecord,
-    kNoFile,      ///< there is no file, or nothing in it
+    kNoFile,      ///< there is no file, nothing in it, or not yet all of it
     kUnreadable,  ///< the file is kept from us
+    kChanged,     ///< the file is another one than when it was last looked at
     kUnclear      ///< the file is kept from us, or there is no such record
 };
 
+bool HasRequired() {
+    std::string buffer(kValueBuffer, '\0');
+    return GetPrivateProfileStringA(g_required.Section.c_str(), g_required.Key.c_str(), "", buffer.data(),
+                                    kValueSize, IniPath.c_str()) != 0;
+}
+
+/// What the file itself says by the way it looks now: some programs empty it, or write it bit by bit.
+Nothing MeaningOfFile() {
+    const std::optional<FileState> state = StateOf(FileToRead());
+    if (!state) {
+        const DWORD error = GetLastError();
+        const bool none = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+        return none ? Nothing::kNoFile : Nothing::kNoRecord;
+    }
+    // A unit's own file may well be empty.
+    if (FileToRead() != IniPath) return Nothing::kNoRecord;
+    if (state->Size == 0) return Nothing::kNoFile;
+    if (g_required.Path != IniPath || g_required.Seen == *state) return Nothing::kNoRecord;
+    if (!HasRequired()) return Nothing::kNoFile;
+    g_required.Seen = *state;
+    // It is whole by now: it may not have been so a moment ago.
+    return Nothing::kChanged;
+}
+
 Nothing MeaningOf(DWORD error) {
     if (IsHeldError(error)) return Nothing::kUnreadable;
-    if (HasNothingToRead()) return Nothing::kNoFile;
+    if (const Nothing meaning = MeaningOfFile(); meaning != Nothing::kNoRecord) return meaning;
     // Which codes stand for a missing record differs from system to system.
     if (error == ERROR_SUCCESS || error == ERROR_FILE_NOT_FOUND) return Nothing::kNoRecord;
     const win::File file(CreateFileA(FileToRead().c_str(), GENERIC_READ,
@@ -74,6 +114,7 @@ template <class Call>
 std::optional<DWORD> TryRead(Call call) {
     bool waited = false;
     bool askedTwice = false;
+    int changes = 0;
     for (;;) {
         SetLastError(ERROR_SUCCESS);
         const DWORD count = call(FileToRead().c_str());
@@ -86,6 +127,11 @@ std::optional<DWORD> TryRead(Call call) {
         if (meaning == Nothing::kNoRecord) return count;
         // A start reports by itself what is missing in the file.
         if (g_starting && meaning == Nothing::kNoFile) return count;
+        if (meaning == Nothing::kChanged) {
+            constexpr int kMostChanges = 4;
+            if (++changes > kMostChanges) return std::nullopt;
+            continue;
+        }
         if (meaning == Nothing::kUnclear) {
             // The file can be read now, so this answer counts.
             if (std::exchange(askedTwice, true)) return count;
@@ -152,9 +198,9 @@ bool HasCutValue(const std::vector<std::string>& entries) {
     });
 }
 
-/// Empties the section except for what is left of the entries.
-bool DeleteEntry(const std::string& section, const std::vector<std::string>& entries, size_t doomed) {
-    return WriteIniSection(section, win::Join(WithoutEntry(entries, doomed), '\0'));
+/// A write of the whole section; the NUL added here ends the last entry, the string's own the list.
+IniWrite SectionWrite(const std::string& section, const std::vector<std::string>& entries) {
+    return {section, std::nullopt, win::Join(entries, '\0') + '\0'};
 }
 
 /// How a record is to be taken out of a section.
@@ -196,11 +242,18 @@ bool TakeOut(const std::string& section, const std::string& key) {
     if (removal.What == Removal::kNothing) return true;
     if (removal.What == Removal::kByKey || (!key.empty() && HasComments(section)))
         return CarryOut({section, key, std::nullopt});
-    if (!DeleteEntry(section, removal.Entries, removal.Index)) return false;
+    // What other programs add meanwhile is not in what was read: then only the one record is taken out.
+    const unsigned reading = IniUnit::TimesMade();
+    IniWrite write = SectionWrite(section, WithoutEntry(removal.Entries, removal.Index));
+    write.Otherwise = IniWrite::InNewFile{reading, key};
+    if (!CarryOut(std::move(write))) return false;
     // Values were cut at their "=".
     std::vector<std::string> left = removal.Entries;
     left.erase(left.begin() + static_cast<std::ptrdiff_t>(removal.Index));
-    return !HasCutValue(left) || WriteIniSection(section, win::Join(left, '\0'));
+    if (!HasCutValue(left)) return true;
+    write = SectionWrite(section, left);
+    write.Otherwise = IniWrite::InNewFile{reading, ""};
+    return CarryOut(std::move(write));
 }
 
 }  // namespace
@@ -245,6 +298,19 @@ bool WriteIniSection(const std::string& section, const std::string& data) {
     return CarryOut({section, std::nullopt, data + '\0'});
 }
 
+std::string ReadRequired(const std::string& section, const std::string& key) {
+    // Before it is read: what is written meanwhile is looked at anew.
+    const FileState state = StateOf(IniPath).value_or(FileState{});
+    std::string value = ReadIni(section, key);
+    if (!value.empty()) g_required = {IniPath, section, key, state};
+    return value;
+}
+
+bool IsWhole() {
+    const std::optional<FileState> state = StateOf(IniPath);
+    return g_required.Path != IniPath || (state && *state == g_required.Seen) || HasRequired();
+}
+
 bool WasCut(const std::string& sectionText) { return sectionText.size() + kSectionSlack >= kSectionSize; }
 
 std::vector<std::string> SectionEntries(const std::string& sectionText) {
@@ -278,7 +344,7 @@ bool DeleteIniKey(const std::string& section, const std::string& key) {
     const auto match = std::find_if(entries.begin(), entries.end(),
                                     [&](const std::string& entry) { return win::Before(entry, '=') == key; });
     if (match != entries.end()) doomed = static_cast<size_t>(match - entries.begin());
-    return DeleteEntry(section, entries, doomed);
+    return CarryOut(SectionWrite(section, WithoutEntry(entries, doomed)));
 }
 
 bool RemoveRecord(const std::string& section, const std::string& key) {

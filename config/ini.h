@@ -22,14 +22,14 @@ constexpr size_t kLongestValue = 554;
 std::string ReadIniSection(const std::string& section);
 
 /// As ReadIniSection, but nothing when Windows could not read the file: it is held, denied to us, missing, or
-/// empty as while another program writes it.
+/// empty or not whole as while another program writes it.
 std::optional<std::string> TryReadIniSection(const std::string& section);
 
 /// One value, at most its first 554 characters; "" when there is none (GetPrivateProfileStringA).
 std::string ReadIni(const std::string& section, const std::string& key);
 
 /// As ReadIni, but nothing when Windows could not read the file: it is held, denied to us, missing, or empty
-/// as while another program writes it. Only "" says that there is no such record.
+/// or not whole as while another program writes it. Only "" says that there is no such record.
 std::optional<std::string> TryReadIni(const std::string& section, const std::string& key);
 
 /// Writes one value in the open unit of writes, else in one of its own (WritePrivateProfileStringA). False
@@ -52,6 +52,15 @@ bool DeleteIniKey(const std::string& section, const std::string& key);
 /// Removes the record of a key, compared ignoring case, and leaves every other record and the user's comment
 /// lines whole. Does nothing when there is none. False when it failed; a unit that is open has failed then.
 bool RemoveRecord(const std::string& section, const std::string& key);
+
+/// As ReadIni, of a record that belongs to every configuration file: where it is found, this file without it
+/// counts from now on as one that could not be read, though something is in it. Another program is writing
+/// it then, and has got so far.
+std::string ReadRequired(const std::string& section, const std::string& key);
+
+/// Whether the configuration file is whole, as far as is known: false where it has no longer the record
+/// above.
+bool IsWhole();
 
 /// Lives while the program starts: a configuration file that another program holds is waited for some
 /// seconds, and a read that still fails throws RuntimeError, which says what keeps us from the file.

@@ -35,6 +35,7 @@ struct OpenUnit {
     bool failed = false;
     Way way = Way::kNotYet;
     int remakes = 0;
+    unsigned timesMade = 0;
     SideFile side;
     std::vector<IniWrite> writes;
     std::optional<std::string> before;  ///< what the file held, where it takes the writes itself
@@ -54,7 +55,15 @@ const std::string& FileToWrite() noexcept {
     return g_unit.way == Way::kSideFile ? g_unit.side.Path() : IniPath;
 }
 
+bool CallProfileFunction(const IniWrite& write);
+
+bool CallInNewFile(const std::string& section, const std::string& key) {
+    return key.empty() || CallProfileFunction({section, key, std::nullopt});
+}
+
 bool CallProfileFunction(const IniWrite& write) {
+    if (write.Otherwise && write.Otherwise->Reading != g_unit.timesMade)
+        return CallInNewFile(write.Section, write.Otherwise->Key);
     const char* file = FileToWrite().c_str();
     const char* text = write.Text ? write.Text->c_str() : nullptr;
     if (g_unit.way == Way::kSideFile && g_unit.side.IsGone()) {
@@ -85,6 +94,7 @@ bool ChooseWay() {
     if (IsStranded() && MoveFileExA(g_stranded.c_str(), IniPath.c_str(), MOVEFILE_WRITE_THROUGH) == 0)
         return false;
     g_stranded.clear();
+    ++g_unit.timesMade;
     switch (g_unit.side.Make(IniPath)) {
         case SideFileResult::kMade: g_unit.way = Way::kSideFile; return true;
         case SideFileResult::kRefused: return false;
@@ -153,6 +163,7 @@ void Reset() noexcept {
     g_unit.before.reset();
     g_unit.way = Way::kNotYet;
     g_unit.remakes = 0;
+    g_unit.timesMade = 0;
     g_unit.failed = false;
 }
 
@@ -200,6 +211,8 @@ bool IniUnit::BeginWriting() {
     g_unit.failed = !ChooseWay();
     return !g_unit.failed;
 }
+
+unsigned IniUnit::TimesMade() noexcept { return g_unit.timesMade; }
 
 bool IniUnit::HasFailed() noexcept { return g_unit.failed; }
 

@@ -8,9 +8,16 @@ namespace config {
 
 /// One write to the configuration file.
 struct IniWrite {
+    /// What takes the place of a section's rewrite in a file that was made after the section was read.
+    struct InNewFile {
+        unsigned Reading = 0;  ///< IniUnit::TimesMade() when the section was read
+        std::string Key;       ///< is taken out; "" for nothing to be done
+    };
+
     std::string Section;
     std::optional<std::string> Key;   ///< none: the whole section, whose entries end with a NUL each
     std::optional<std::string> Text;  ///< none: the key is taken out
+    std::optional<InNewFile> Otherwise = std::nullopt;
 };
 
 /// One unit of writes: Quon.ini is at every moment what it was before the unit or what it is after it. The
@@ -39,6 +46,10 @@ class IniUnit {
     /// Gives the open unit its file, if no write has done so yet: from here on its reads see the file as it
     /// is now, whatever other programs write. False when that failed; the unit has failed then.
     static bool BeginWriting();
+
+    /// How often the open unit's file has been made: another number says that it was made anew, on what other
+    /// programs have written.
+    static unsigned TimesMade() noexcept;
 
     /// Whether a unit is open that has failed: nothing more needs to be tried in it.
     static bool HasFailed() noexcept;

@@ -140,7 +140,7 @@ bool ToBoolean(const std::string& text, const std::string& name) {
 }
 
 void LoadMainSettings() {
-    const MainFields main(ReadIni(kSection, "Main"));
+    const MainFields main(ReadRequired(kSection, "Main"));
     Settings.CurrentTab = To16Bit(main.Number(0), MainFieldName(0));
     Settings.StartWithWindows = main.Boolean(1);
     Settings.StartGlued = main.Boolean(2);

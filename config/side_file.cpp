@@ -156,6 +156,8 @@ SideFileResult SideFile::Make(const std::string& path) {
 SideFileResult SideFile::MakeUnderAName() {
     for (int number = 1; number <= kNames; ++number) {
         const std::string name = SideName(target_, number);
+        // Not every function of every system refuses such a name, but enough of them do.
+        if (win::ToWide(name).size() >= MAX_PATH) break;
         DeleteFileA(name.c_str());
         bool made = false;
         do {
@@ -165,6 +167,7 @@ SideFileResult SideFile::MakeUnderAName() {
         } while (!made && IsHeldError(GetLastError()) && WaitForHeldFile());
         if (made) {
             if (Keep(name)) return SideFileResult::kMade;
+            DeleteFileA(name.c_str());
             continue;
         }
         const DWORD error = GetLastError();

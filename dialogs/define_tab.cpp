@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "config/ini.h"
 #include "config/settings.h"
 #include "dialogs/caption_gap.h"
 #include "model/shortcut_store.h"
@@ -39,11 +40,14 @@ bool frmTabPrep::OnInit() {
     const model::clsTab& tab = host_.Tab(tab_);
     win::SetText(Item(Text1 + kLabel), tab.Label);
     win::SetText(Item(Text1 + kDescription), tab.Description);
+    LimitDescription();
     CheckDlgButton(Handle(), Check1, config::Settings.TabDescriptions ? BST_CHECKED : BST_UNCHECKED);
     return true;
 }
 
 bool frmTabPrep::OnCommand(int id, int notification) {
+    if (id == Text1 + kLabel && notification == EN_CHANGE) LimitDescription();
+    if (id == Text1 + kDescription && notification == EN_CHANGE) descriptionLimit_.OnChange();
     if (notification != BN_CLICKED) return false;
     switch (id) {
         case Command1 + kApply: Apply(); return true;
@@ -63,6 +67,12 @@ INT_PTR frmTabPrep::OnMessage(UINT message, WPARAM wParam, LPARAM /*lParam*/) {
     return FALSE;
 }
 
+/// Label and description are read back together, with the bar between them.
+void frmTabPrep::LimitDescription() {
+    const size_t label = LimitedLabel(win::WindowText(Item(Text1 + kLabel))).size();
+    descriptionLimit_.Attach(Item(Text1 + kDescription), config::kLongestValue - 1 - label);
+}
+
 void frmTabPrep::ShowContentsTip() {
     if (tip_) return;
     tip_ = std::make_unique<sys::clsToolTip>();
@@ -76,7 +86,9 @@ void frmTabPrep::Apply() {
     // A "|" in the label is not refused: what follows it is read back as the description's beginning.
     const std::string record = model::WithoutControls(LimitedLabel(win::WindowText(Item(Text1 + kLabel))) +
                                                       "|" + win::WindowText(Item(Text1 + kDescription)));
-    if (!model::ShortcutStore(host_.Context().Records).PutRecord({tab_, 0}, record)) {
+    // What is longer would be read back cut short.
+    if (record.size() > config::kLongestValue ||
+        !model::ShortcutStore(host_.Context().Records).PutRecord({tab_, 0}, record)) {
         // What was typed stays and can be applied again.
         MessageBeep(MB_ICONWARNING);
         return;

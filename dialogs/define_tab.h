@@ -5,6 +5,7 @@
 #include "dialogs/panel_host.h"
 #include "res/resource.h"
 #include "sys/tooltip.h"
+#include "win/byte_limit.h"
 #include "win/dialog.h"
 
 namespace dialogs {
@@ -37,12 +38,14 @@ class frmTabPrep : public win::Dialog {
     INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
+    void LimitDescription();
     void ShowContentsTip();
     void Apply();
 
     PanelHost& host_;
     int tab_;
     std::unique_ptr<sys::clsToolTip> tip_;
+    win::ByteLimit descriptionLimit_;
 };
 
 }  // namespace dialogs

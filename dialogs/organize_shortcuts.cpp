@@ -1,5 +1,6 @@
 #include "dialogs/organize_shortcuts.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <optional>
 #include <utility>
@@ -165,9 +166,25 @@ void frmCuts::MouseWheel(std::int32_t /*Keys*/, std::int32_t Rotation, std::int3
     if (Rotation > 0) list_.ScrollTo(list_.ScrollValue() - notch);
 }
 
+/// The selected row; null when there is none, and for one that no name leads to, which is said. Of several
+/// records of one name Windows reads, changes and removes the first.
+const Row* frmCuts::RowToChange() const {
+    const Row* selected = list_.SelectedRow();
+    if (selected == nullptr) return nullptr;
+    const auto first = std::find_if(list_.Rows().begin(), list_.Rows().end(), [&](const Row& row) {
+        return win::EqualIgnoringCase(row.name, selected->name);
+    });
+    if (&*first == selected) return selected;
+    ShowNote(
+        "Another shortcut of this name stands before this one, and Quon uses only the first.\n"
+        "Please rename or delete that one before.");
+    return nullptr;
+}
+
 void frmCuts::EditShortcut() {
-    if (list_.SelectedRow() == nullptr) return;
-    const Row row = *list_.SelectedRow();
+    const Row* selected = RowToChange();
+    if (selected == nullptr) return;
+    const Row row = *selected;
     if (row.tag == kGroupTag) {
         frmEditB editor(context_);
         if (!editor.PrepareWindow(row.name)) return;
@@ -185,8 +202,9 @@ void frmCuts::EditShortcut() {
 }
 
 void frmCuts::DeleteShortcut() {
-    if (list_.SelectedRow() == nullptr) return;
-    const std::string name = list_.SelectedRow()->name;
+    const Row* selected = RowToChange();
+    if (selected == nullptr) return;
+    const std::string name = selected->name;
     const auto key = model::FindButtonKey(name);
     if (!key) return;
     std::optional<model::ButtonPlace> button;

@@ -52,6 +52,7 @@ class frmCuts : public win::Dialog {
     void Say(const char* text) const;
     void EnableCommands(bool enabled) const;
     void OnActivate(bool active);
+    [[nodiscard]] const Row* RowToChange() const;
     void EditShortcut();
     void DeleteShortcut();
 

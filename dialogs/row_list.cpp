@@ -14,6 +14,7 @@
 #include "win/handles.h"
 #include "win/icons.h"
 #include "win/key_repeat.h"
+#include "win/message_ban.h"
 #include "win/text.h"
 
 namespace dialogs {
@@ -77,6 +78,7 @@ void RowList::Assign(std::vector<Row> rows) {
     rows_ = std::move(rows);
     icons_.clear();
     icons_.resize(rows_.size());
+    silent_ = {};
     selected_ = std::clamp(selected_, 0, std::max(0, Count() - 1));
     Layout();
     Repaint();
@@ -237,14 +239,17 @@ bool RowList::OnPress(int y) {
     return true;
 }
 
-RowList::ShellIcon RowList::FetchIcon(const std::string& target) const {
+RowList::ShellIcon RowList::FetchIcon(const std::string& target) {
+    win::AssertMayPump("FetchIcon");
     std::string path = win::Before(target, '|');
+    // A server that does not answer takes many seconds to say so: it is asked once for all rows.
+    const bool answers = sys::LookAtTarget(path, silent_).kind != sys::TargetKind::kUnknown;
     if (sys::IsUrl(path)) path = model::DefaultBrowserPath.empty() ? ".htm" : model::DefaultBrowserPath;
     constexpr UINT kSmall = SHGFI_SYSICONINDEX | SHGFI_SMALLICON;
     SHFILEINFOA info{};
     UINT flags = kSmall;
-    DWORD_PTR list = SHGetFileInfoA(path.c_str(), 0, &info, sizeof info, flags);
-    // A file that is gone still has the icon of its kind.
+    DWORD_PTR list = answers ? SHGetFileInfoA(path.c_str(), 0, &info, sizeof info, flags) : 0;
+    // A file that is gone or out of reach still has the icon of its kind.
     if (list == 0) {
         flags |= SHGFI_USEFILEATTRIBUTES;
         list = SHGetFileInfoA(path.c_str(), FILE_ATTRIBUTE_NORMAL, &info, sizeof info, flags);

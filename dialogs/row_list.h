@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "sys/target_state.h"
 #include "win/handles.h"
 #include "win/scale.h"
 #include "win/scroll_bar.h"
@@ -103,7 +104,7 @@ class RowList : public win::Window {
         win::Icon own;
     };
 
-    [[nodiscard]] ShellIcon FetchIcon(const std::string& target) const;
+    [[nodiscard]] ShellIcon FetchIcon(const std::string& target);
     void DrawShellIcon(HDC dc, const ShellIcon& icon, int left, int top) const;
     [[nodiscard]] int Count() const noexcept { return static_cast<int>(rows_.size()); }
     [[nodiscard]] int Step() const noexcept { return look_.height + look_.gap; }
@@ -140,6 +141,8 @@ class RowList : public win::Window {
     std::vector<Row> rows_;
     /// The rows' icons, as far as they have been seen.
     std::vector<std::optional<ShellIcon>> icons_;
+    /// What did not answer while icons were fetched for these rows.
+    sys::SilentPlaces silent_;
     int selected_ = 0;
     /// How much higher the content is painted than the window stands, because Windows limits a window's
     /// height.

@@ -11,6 +11,7 @@
 
 #include "model/probe_file.h"
 #include "sys/utility.h"
+#include "win/message_ban.h"
 #include "win/process_start.h"
 #include "win/shell_call.h"
 #include "win/text.h"
@@ -67,6 +68,7 @@ std::string FindAssociatedExe(const std::string& path) {
 }
 
 std::string LaunchTarget(std::string& target, bool isGroup, int& showCommand, const std::string& switchText) {
+    win::AssertMayPump("LaunchTarget");
     if (showCommand == 0) showCommand = SW_SHOWNORMAL;
     std::string result;
     if (!switchText.empty()) {

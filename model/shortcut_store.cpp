@@ -79,6 +79,15 @@ std::optional<std::string> WholeValue(const char* section, const std::string& ke
     return read;
 }
 
+/// Whether another record of this name, in whatever case, stands behind the first one.
+std::optional<bool> HasTwin(const std::string& name) {
+    const auto shortcuts = ShortcutStore::Shortcuts();
+    if (!shortcuts) return std::nullopt;
+    return std::count_if(shortcuts->begin(), shortcuts->end(), [&](const StoredShortcut& shortcut) {
+               return win::EqualIgnoringCase(shortcut.name, name);
+           }) > 1;
+}
+
 std::optional<std::string> WholeSwitch(const std::string& name) {
     const auto read = ShortcutStore::Switch(name);
     return read ? WholeValue(kSwitches, name, *read) : std::nullopt;
@@ -164,7 +173,8 @@ bool ShortcutStore::Rename(const Renaming& renaming) {
     using Records = Renaming::Records;
     const auto commandSwitch = WholeSwitch(renaming.former);
     const auto buttons = ButtonsNamed(renaming.former);
-    if (!commandSwitch || !buttons) return false;
+    const auto hasTwin = HasTwin(renaming.former);
+    if (!commandSwitch || !buttons || !hasTwin) return false;
     Unit unit(records_);
     const auto writeRecords = [&] {
         const std::string own = renaming.button ? renaming.button->Key() : std::string();
@@ -178,7 +188,9 @@ bool ShortcutStore::Rename(const Renaming& renaming) {
     };
     const bool before = renaming.records == Records::kBeforeTarget || renaming.records == Records::kAsGroup;
     if (before) writeRecords();
-    Unit::RemoveTarget(renaming.former);
+    // With the first one gone, its twin would be written over.
+    if (!*hasTwin || !win::EqualIgnoringCase(renaming.former, renaming.name))
+        Unit::RemoveTarget(renaming.former);
     Unit::PutTarget(renaming.name, renaming.target);
     if (renaming.records == Records::kAfterTarget) writeRecords();
     Unit::RemoveSwitch(renaming.former);
@@ -206,7 +218,8 @@ bool ShortcutStore::RemoveWithButton(const ButtonPlace& place, const std::string
 bool ShortcutStore::Free(const std::vector<Freeing>& buttons) {
     // Most of them are free in the file as well, and a tab is shown again and again.
     const auto text = config::TryReadIniSection(kButtonsSection);
-    if (!text) return false;
+    // Nor is anything added to a file that another program is writing.
+    if (!text || !config::IsWhole()) return false;
     const std::vector<std::string> stored = config::SectionEntries(*text);
     Unit unit(records_);
     for (const Freeing& button : buttons) {

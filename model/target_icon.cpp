@@ -10,6 +10,7 @@
 #include "res/resource.h"
 #include "sys/utility.h"
 #include "win/icons.h"
+#include "win/message_ban.h"
 #include "win/process_start.h"
 #include "win/text.h"
 #include "win/window.h"
@@ -70,6 +71,7 @@ win::Icon ShellIcon(const std::string& path) {
 }  // namespace
 
 win::Icon TargetIcon(const std::string& target, std::int32_t index, int size) {
+    win::AssertMayPump("TargetIcon");
     const std::string path = sys::IsUrl(target) ? DefaultBrowserPath : target;
     win::Icon icon = ProgramIcon(path, index, size);
     if (!icon) icon = AssociatedIcon(path, index, size);
@@ -78,6 +80,7 @@ win::Icon TargetIcon(const std::string& target, std::int32_t index, int size) {
 }
 
 win::Icon IconOfKind(const std::string& target) {
+    win::AssertMayPump("IconOfKind");
     SHFILEINFOA info{};
     constexpr UINT kByName = SHGFI_ICON | SHGFI_LARGEICON | SHGFI_USEFILEATTRIBUTES;
     win::Icon icon;

@@ -65,6 +65,7 @@ const std::set<std::string>& Exempt() {
         "InflateRect",
         "MultiByteToWideChar",
         "OffsetRect",
+        "PathIsURLA",
         "PtInRect",
         "SysStringLen",
         "VariantInit",
@@ -142,6 +143,11 @@ const Failure* FailureOf(const std::string& function) {
     if (Exempt().contains(function)) return nullptr;
     const auto found = Failures().find(function);
     return found == Failures().end() ? &kUsual : &found->second;
+}
+
+bool MayFailForGood(const std::string& function) {
+    // What is never painted is to be painted for ever.
+    return function != "BeginPaint";
 }
 
 std::vector<std::string> UnknownNames() {

@@ -92,6 +92,7 @@ std::atomic<bool> g_counting = false;
 std::atomic<bool> g_failed = false;
 const FaultPoint* g_failing = nullptr;
 unsigned g_failingCall = 0;
+bool g_lasting = false;
 Failure g_failure;
 
 void Start(const FaultPoint* failing, unsigned call) {
@@ -109,7 +110,7 @@ void Start(const FaultPoint* failing, unsigned call) {
 extern "C" int quon_fault_ask(FaultPoint* point, std::uint64_t* answer) noexcept {
     if (!g_counting) return 0;
     const unsigned call = ++point->calls;
-    if (point != g_failing || call != g_failingCall) return 0;
+    if (point != g_failing || call < g_failingCall || (call > g_failingCall && !g_lasting)) return 0;
     g_failed = true;
     SetLastError(g_failure.lastError);
     *answer = g_failure.answer;
@@ -118,7 +119,8 @@ extern "C" int quon_fault_ask(FaultPoint* point, std::uint64_t* answer) noexcept
 
 void FaultPoints::Count() { Start(nullptr, 0); }
 
-void FaultPoints::Fail(const std::string& function, unsigned call) {
+void FaultPoints::Fail(const std::string& function, unsigned call, bool lasting) {
+    g_lasting = lasting;
     const Failure* failure = FailureOf(function);
     for (const FaultPoint* point : kPoints) {
         if (failure == nullptr || point->name != function) continue;

@@ -37,6 +37,9 @@ struct Failure {
 /// How a function fails; no value for one that cannot, or whose failure would say nothing of the product.
 const Failure* FailureOf(const std::string& function);
 
+/// Whether a function may fail from now on: where it does, nothing that waits for it can come to an end.
+bool MayFailForGood(const std::string& function);
+
 /// The names in the tables of failure_values.cpp that the product does not call: they would be stale.
 std::vector<std::string> UnknownNames();
 
@@ -44,8 +47,8 @@ class FaultPoints {
   public:
     /// From now on calls are counted, on all threads.
     static void Count();
-    /// From now on calls are counted, and one of them fails.
-    static void Fail(const std::string& function, unsigned call);
+    /// From now on calls are counted, and one of them fails; `lasting`: all that come after it, too.
+    static void Fail(const std::string& function, unsigned call, bool lasting = false);
     /// Nothing is counted any more. Returns the functions that were called.
     static std::vector<CalledFunction> Stop();
     /// Whether the call that was to fail has come.

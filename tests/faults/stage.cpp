@@ -235,6 +235,7 @@ void Stage::PlayDesktop() {
 }
 
 void CALLBACK Stage::Tick(HWND, UINT, UINT_PTR, DWORD) {
+    if (g_stage != nullptr && g_stage->onTick) g_stage->onTick();
     const Window dialog(testkit::OpenDialog());
     if (dialog && g_stage != nullptr) g_stage->Answer(dialog);
 }
@@ -260,6 +261,12 @@ void Stage::UseDialog(Window dialog) {
     if (message && message.IsVisible()) said_.push_back(message.Text());
     for (const auto& [control, use] : uses_) {
         if (!dialog.FindChild(control)) continue;
+        // What fails again and again is given up.
+        constexpr int kMostTries = 6;
+        if (++tries_[control] > kMostTries) {
+            dialog.Post(WM_COMMAND, IDCANCEL);
+            return;
+        }
         // By value: a dialog inside this one may be used meanwhile.
         const auto how = use;
         how(dialog);

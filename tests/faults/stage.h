@@ -29,6 +29,9 @@ namespace faults {
 
 class Stage {
   public:
+    /// A dialog is looked at; null for nobody.
+    std::function<void()> onTick;
+
     /// The panel's object and its files; nothing of the panel exists yet.
     Stage();
     ~Stage();
@@ -65,7 +68,10 @@ class Stage {
     /// What the next menu answers.
     void Choose(int command) { chosen_ = command; }
     /// How the next dialog with this control is used, instead of being closed.
-    void Use(int control, std::function<void(testkit::Window)> use) { uses_[control] = std::move(use); }
+    void Use(int control, std::function<void(testkit::Window)> use) {
+        uses_[control] = std::move(use);
+        tries_[control] = 0;
+    }
     /// What is on the clipboard, as text or as files.
     void PutOnClipboard(CLIPFORMAT format, testkit::DataObject& object);
 
@@ -92,6 +98,7 @@ class Stage {
     win::OleThread ole_;
     std::vector<std::string> said_;
     std::map<int, std::function<void(testkit::Window)>> uses_;
+    std::map<int, int> tries_;
     std::map<HWND, IDropTarget*> targets_;
     int chosen_ = 0;
     CLIPFORMAT clipboardFormat_ = 0;

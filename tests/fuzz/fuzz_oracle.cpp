@@ -87,6 +87,21 @@ void ExpectRecordsKept(const char* section, const Records& before, const Records
     }
 }
 
+/// Fails the test unless what stands under one of these keys is there afterwards, under whatever key, alone
+/// or as a part of something.
+void ExpectValuesKept(const char* section, const Records& before, const Records& after,
+                      const std::set<std::string>& keys) {
+    for (const std::string& key : keys) {
+        const std::string value = First(before, key);
+        EXPECT_TRUE(std::any_of(after.begin(), after.end(),
+                                [&](const auto& record) {
+                                    return AsRead(record.second).find(value) != std::string::npos;
+                                }) ||
+                    value.empty())
+            << section << " has lost the value of " << key << ": " << value.substr(0, 600);
+    }
+}
+
 /// The shortcuts that go with a button whose record leads nowhere.
 std::set<std::string> GoneWithButtons(const Content& before, const Content& after) {
     std::set<std::string> gone;
@@ -123,6 +138,8 @@ void ExpectKept(const Content& before, const Content& after, const Named& named)
     std::set<std::string> cuts = GoneWithButtons(before, after);
     cuts.insert(named.shortcuts.begin(), named.shortcuts.end());
     ExpectRecordsKept("Cuts", before.cuts, after.cuts, cuts);
+    ExpectValuesKept("Cuts", before.cuts, after.cuts, named.kept);
+    ExpectValuesKept("Switch", before.switches, after.switches, named.kept);
     std::set<std::string> switches = named.shortcuts;
     // Freeing a button removes the switch stored under the name of a free button.
     switches.insert("EMPTY");

@@ -34,6 +34,8 @@ struct Named {
     /// In "Cuts" and in "Switch".
     std::set<std::string> shortcuts = {};
     std::set<std::string> collected = {};
+    /// Of these shortcuts the targets and the switches may get other names, and stay.
+    std::set<std::string> kept = {};
     /// Whatever button the first of these shortcuts is on may get another record.
     bool with_button = false;
 

@@ -44,19 +44,23 @@ void MakeOld(const std::string& path) {
 class FuzzTest : public testing::Test {
   protected:
     FuzzTest() {
-        targets_ = {data_.MakeFile("a.txt", "text"), data_.MakeFile("програма.exe"),
-                    data_.MakeFolder("folder"), data_.MakeFile("no extension")};
+        targets_ = {data_.FullPath("a.txt"), data_.FullPath("програма.exe"), data_.FullPath("no extension"),
+                    data_.MakeFolder("folder")};
     }
 
     void Run(unsigned seed) {
         guard_.Begin(seed);
+        // A user before this one may have moved or deleted them.
+        for (const char* name : {"a.txt", "програма.exe", "no extension"})
+            data_.MakeFile(name, "text");
         testkit::Dice dice(seed);
         testkit::IniGenerator generator(dice, targets_);
         const std::string ini = generator.Next();
+        testkit::DesktopAround desktop;
         app::PanelHarness panel;
         panel.Folder().WriteIniText(ini);
         MakeOld(panel.Folder().IniPath());
-        Use(panel, dice, generator);
+        Use(panel, desktop, dice, generator);
         if (!HasFailure()) return;
         Keep(seed, ".ini", ini);
         Keep(seed, "-after.ini", panel.Folder().IniBytes());
@@ -67,7 +71,8 @@ class FuzzTest : public testing::Test {
     unsigned loaded_ = 0;
 
   private:
-    void Use(app::PanelHarness& panel, testkit::Dice& dice, testkit::IniGenerator& generator) {
+    void Use(app::PanelHarness& panel, testkit::DesktopAround& desktop, testkit::Dice& dice,
+             testkit::IniGenerator& generator) {
         const std::string ini = panel.Folder().IniBytes();
         const testkit::Content before = testkit::ReadContent();
         try {
@@ -78,7 +83,7 @@ class FuzzTest : public testing::Test {
             return;
         }
         ++loaded_;
-        testkit::FuzzUser user(panel, dice, generator);
+        testkit::FuzzUser user(panel, desktop, dice, generator, targets_);
         user.LookAround();
         ExpectNothingLost(before, {}, "looking around");
         for (std::size_t commands = dice.Below(3); commands > 0 && !HasFailure(); --commands)

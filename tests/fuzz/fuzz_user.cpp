@@ -9,6 +9,7 @@
 #include <string_view>
 #include <utility>
 
+#include "app/button_commands.h"
 #include "config/settings.h"
 #include "res/resource.h"
 #include "tests/support/text.h"
@@ -46,10 +47,14 @@ void Click(Window picture) {
 
 }  // namespace
 
-FuzzUser::FuzzUser(app::PanelHarness& panel, Dice& dice, IniGenerator& generator)
+FuzzUser::FuzzUser(app::PanelHarness& panel, DesktopAround& desktop, Dice& dice, IniGenerator& generator,
+                   const std::vector<std::string>& targets)
     : panel_(panel),
+      desktop_(desktop),
       dice_(dice),
       generator_(generator),
+      targets_(targets),
+      folder_(targets.back()),
       answers_(ModalAnswers::ForAll([this](Window dialog) { Answer(dialog); })) {
     KeepWindowsAway();
     KeepRegistryAway();
@@ -69,9 +74,15 @@ void FuzzUser::KeepWindowsAway() {
         FAKE_CALL(CreateProcessA,
                   [](LPCSTR, LPSTR, LPSECURITY_ATTRIBUTES, LPSECURITY_ATTRIBUTES, BOOL, DWORD, LPVOID, LPCSTR,
                      LPSTARTUPINFOA, LPPROCESS_INFORMATION) -> BOOL { return FALSE; }));
-    fakes_.push_back(FAKE_CALL(TrackPopupMenu, [this](HMENU, UINT, int, int, int, HWND, const RECT*) -> BOOL {
-        return std::exchange(chosen_, 0);
-    }));
+    fakes_.push_back(
+        FAKE_CALL(TrackPopupMenu, [this](HMENU menu, UINT, int, int, int, HWND, const RECT*) -> BOOL {
+            const int chosen = std::exchange(chosen_, 0);
+            // An entry of the submenu is out of reach where that is.
+            const bool inside = chosen >= IDM_FILE_OPERATIONS && chosen <= IDM_FILE_OPERATIONS + app::kDelete;
+            const UINT state = inside ? GetMenuState(menu, app::kFileOperations, MF_BYPOSITION)
+                                      : GetMenuState(menu, static_cast<UINT>(chosen), MF_BYCOMMAND);
+            return state != UINT(-1) && (state & (MF_GRAYED | MF_DISABLED)) != 0 ? 0 : chosen;
+        }));
     fakes_.push_back(FAKE_CALL(EnumProcesses, [](DWORD*, DWORD, LPDWORD needed) -> BOOL {
         *needed = 0;
         return TRUE;
@@ -129,7 +140,7 @@ void FuzzUser::LookAround() {
 }
 
 std::string FuzzUser::Act() {
-    static constexpr std::array<std::pair<const char*, void (FuzzUser::*)()>, 10> kCommands{
+    static constexpr std::array<std::pair<const char*, void (FuzzUser::*)()>, 18> kCommands{
         {{"list", &FuzzUser::UseList},
          {"organize", &FuzzUser::Organize},
          {"options", &FuzzUser::UseOptions},
@@ -139,8 +150,17 @@ std::string FuzzUser::Act() {
          {"free", &FuzzUser::Free},
          {"move", &FuzzUser::Move},
          {"double click", &FuzzUser::DoubleClick},
-         {"switch tab", &FuzzUser::SwitchTab}}};
+         {"switch tab", &FuzzUser::SwitchTab},
+         {"drop on a button", &FuzzUser::DropOnAButton},
+         {"drop on the list", &FuzzUser::DropOnTheList},
+         {"paste", &FuzzUser::Paste},
+         {"pick", &FuzzUser::Pick},
+         {"operate on a file", &FuzzUser::OperateOnAFile},
+         {"change the icon", &FuzzUser::ChangeIcon},
+         {"keys", &FuzzUser::PressKeys},
+         {"dock", &FuzzUser::DockAndComeOut}}};
     named_ = {};
+    filesMayMove_ = false;
     mayFail_ = HasImpossibleButton();
     answersAreNames_ = false;
     ShownErrors().clear();
@@ -220,6 +240,7 @@ void FuzzUser::EditGroup() {
 void FuzzUser::Rename() {
     const int index = AnyUsedButton();
     NameButton(index);
+    named_.kept.insert(Folded(Button(index).Text()));
     Click(Button(index));
     panel_.PressKey(WM_KEYDOWN, VK_F2);
     const Window box = panel_.Window().Child(kRenameBox);
@@ -238,6 +259,7 @@ void FuzzUser::Free() {
 void FuzzUser::Move() {
     const int source = AnyUsedButton();
     NameButton(source);
+    named_.kept.insert(Folded(Button(source).Text()));
     answersAreNames_ = true;
     {
         const app::HeldModifierKeys held({VK_CONTROL, VK_SHIFT});

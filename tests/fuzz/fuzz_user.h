@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "res/resource.h"
+#include "tests/fuzz/desktop_around.h"
 #include "tests/fuzz/dice.h"
 #include "tests/fuzz/fuzz_oracle.h"
 #include "tests/fuzz/ini_generator.h"
@@ -25,7 +26,9 @@ namespace testkit {
 
 class FuzzUser {
   public:
-    FuzzUser(app::PanelHarness& panel, Dice& dice, IniGenerator& generator);
+    /// `targets` are paths that exist, the last of them a folder to move files to.
+    FuzzUser(app::PanelHarness& panel, DesktopAround& desktop, Dice& dice, IniGenerator& generator,
+             const std::vector<std::string>& targets);
     ~FuzzUser();
     FuzzUser(const FuzzUser&) = delete;
     FuzzUser& operator=(const FuzzUser&) = delete;
@@ -39,6 +42,8 @@ class FuzzUser {
     /// Whether the last command may have shown an error: a line of "Buttons" that belongs to no button
     /// ends the work on its shortcut, and a delay may be no number.
     bool MayFail() const { return mayFail_; }
+    /// Whether the last command may have moved, renamed or deleted a file.
+    bool FilesMayMove() const { return filesMayMove_; }
     /// The errors that have been shown since Act() began.
     static const std::vector<std::string>& Errors();
 
@@ -56,6 +61,17 @@ class FuzzUser {
     void Move();
     void DoubleClick();
     void SwitchTab();
+    void DropOnAButton();
+    void DropOnTheList();
+    void Paste();
+    void Pick();
+    void OperateOnAFile();
+    void ChangeIcon();
+    void PressKeys();
+    void DockAndComeOut();
+    std::string AnyTarget();
+    void NameTarget(const std::string& target);
+    void Offer(DataObject& data, const std::string& target);
 
     void Answer(Window dialog);
     void AnswerMessage(Window box);
@@ -64,6 +80,7 @@ class FuzzUser {
     void UseGroupEditor(Window dialog);
     void UseTabEditor(Window dialog);
     void UseOptionsDialog(Window dialog);
+    void UseIconChooser(Window dialog);
     /// Presses a button of a dialog; when that leaves the dialog open, presses the other one.
     void Finish(Window dialog, int accept, int cancel);
 
@@ -82,9 +99,13 @@ class FuzzUser {
     void HoverAt(Window picture);
 
     app::PanelHarness& panel_;
+    DesktopAround& desktop_;
     Dice& dice_;
     IniGenerator& generator_;
+    std::vector<std::string> targets_;
+    std::string folder_;
     Named named_;
+    bool filesMayMove_ = false;
     bool mayFail_ = false;
     /// Whether what is typed into a question is a shortcut's name.
     bool answersAreNames_ = false;

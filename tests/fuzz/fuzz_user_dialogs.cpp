@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include "dialogs/icon_chooser.h"
 #include "model/storable_name.h"
 #include "res/resource.h"
+#include "sys/utility.h"
 #include "tests/fuzz/fuzz_user.h"
 #include "win/text.h"
 
@@ -69,6 +71,8 @@ void FuzzUser::Answer(Window dialog) {
         UseGroupEditor(dialog);
     else if (dialog.FindChild(kTabLabel))
         UseTabEditor(dialog);
+    else if (dialog.FindChild(dialogs::IcoChooser::Image1))
+        UseIconChooser(dialog);
     else if (dialog.FindChild(kOptionsAccept))
         UseOptionsDialog(dialog);
     else {
@@ -81,6 +85,10 @@ void FuzzUser::AnswerMessage(Window box) {
     const Window input = box.Child(kInput);
     if (input.IsVisible()) {
         if (dice_.Once(2)) Type(input);
+        const std::string typed = win::WindowText(input.Handle());
+        for (const std::string& folder : {folder_, sys::PathPart(folder_, sys::kFolder)})
+            for (const char* ending : {"", ".txt", ".exe", ".htm"})
+                if (filesMayMove_) named_.AddShortcut(folder + "\\" + typed + ending);
         if (answersAreNames_) named_.AddShortcut(model::StorableName(win::WindowText(input.Handle())));
     }
     int buttons = 0;

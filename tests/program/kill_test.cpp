@@ -82,6 +82,7 @@ void Apply(Records& records, const std::vector<Change>& changes) {
 /// A panel with two full tabs and one of free buttons.
 QuonIni FilledIni() {
     QuonIni ini;
+    ini.click_shows = true;
     for (int tab = 1; tab <= kTabs; ++tab) {
         ini.buttons.emplace_back(std::to_string(10 * tab),
                                  "Tab " + std::to_string(tab) + "|with a description");
@@ -117,6 +118,7 @@ class BusySession {
         if (!record || record->empty()) return SwitchTab(1 + static_cast<int>(random_() % (kTabs - 1)));
         const std::string name = record->substr(0, record->find('|'));
         if (kind < 6 && freed_ < kMostFreed) return Free(button, name);
+        if (kind < 7 && freed_ < kMostFreed) return Delete(button, name);
         return Rename(button, name);
     }
 
@@ -218,9 +220,54 @@ class BusySession {
         };
         return {"free " + name,
                 {{"Buttons", Key(button), ""}, {"Cuts", name, std::nullopt}, {"Switch", name, std::nullopt}},
-                false,
+                true,
                 run};
     }
+
+    /// Deletes a button's shortcut in the organiser; its switch stays.
+    Command Delete(int button, const std::string& name) {
+        ++freed_;
+        const auto run = [this, button, name] {
+            PostClick(quon_.ImageButton(2), WM_LBUTTONDOWN, WM_LBUTTONUP);
+            Await("the menu", [&] { return PopupMenu::OpenCount(quon_.Id()) == 1; });
+            for (const WPARAM key : {VK_DOWN, VK_RETURN})
+                quon_.Main().Post(WM_KEYDOWN, key);
+            const Window organiser =
+                AwaitDialog("Organize shortcuts - " + ShortcutCount() + " shortcuts found");
+            const Window list = organiser.Child(frmCuts_pBasket);
+            list.Post(WM_KEYDOWN, VK_HOME);
+            for (std::string before; list.Text() != name; before = list.Text()) {
+                list.Post(WM_KEYDOWN, VK_DOWN);
+                Await("the next row", [&] { return list.Text() != before || list.Text() == name; });
+            }
+            organiser.Child(frmCuts_Command1 + 1).Post(BM_CLICK);
+            Window question;
+            Await("the question", [&] {
+                question =
+                    quon_.Program().FindWindow({.class_name = "#32770", .title = MessageBoxWindow::kCaption});
+                return question.Exists() && question.Owner() == organiser;
+            });
+            question.Child(frmMsg_b1).Post(BM_CLICK);
+            Await("the row goes", [&] { return !question.Exists() && organiser.IsEnabled(); });
+            organiser.Post(WM_COMMAND, IDCANCEL);
+            Await("the button is free", [&] { return quon_.Button(button).Text() == "Empty"; });
+            Await("the organiser closes", [&] { return !organiser.Exists() && quon_.Main().IsEnabled(); });
+            // The panel has docked out of its way.
+            quon_.Main().Post(WM_LBUTTONDOWN, 0, MAKELPARAM(1, 1));
+            Await("the panel comes out", [&] { return quon_.IsOut(); });
+        };
+        return {"delete " + name, {{"Buttons", Key(button), ""}, {"Cuts", name, std::nullopt}}, true, run};
+    }
+
+    Window AwaitDialog(const std::string& title) {
+        Window dialog;
+        Await(title, [&] {
+            dialog = quon_.Program().FindWindow({.title = title});
+            return dialog.Exists();
+        });
+        return dialog;
+    }
+    std::string ShortcutCount() const { return std::to_string(records_.at("Cuts").size()); }
 
     QuonPanel quon_;
     Records records_;

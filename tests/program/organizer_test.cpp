@@ -31,6 +31,18 @@ class OrganizerTest : public ::testing::Test {
         folder_.WriteIniText(ini.Text());
         return QuonPanel(folder_);
     }
+    QuonPanel StartWithAHundred() const {
+        QuonIni ini;
+        for (int index = 0; index < 100; ++index)
+            ini.cuts.emplace_back("n" + std::to_string(index), "C:\\windows");
+        return Start(ini);
+    }
+    /// With the pointer on the list.
+    static Window OpenUnderThePointer(QuonPanel& quon) {
+        const Window organiser = Open(quon, 100);
+        mouse::MoveTo(organiser.Child(dialogs::frmCuts::pFrame).Centre());
+        return organiser;
+    }
     static Window Open(QuonPanel& quon, int shortcuts) {
         mouse::Click(quon.ImageButton(2));
         PopupMenu::Wait(quon.Id()).Choose("Organize shortcuts");
@@ -99,12 +111,8 @@ TEST_F(OrganizerTest, AGroupRenamedHereIsRenamedOnItsButton) {
 }
 
 TEST_F(OrganizerTest, TheRealWheelScrollsTheList) {
-    QuonIni ini;
-    for (int index = 0; index < 100; ++index)
-        ini.cuts.emplace_back("n" + std::to_string(index), "C:\\windows");
-    QuonPanel quon = Start(ini);
-    const Window organiser = Open(quon, 100);
-    mouse::MoveTo(organiser.Child(dialogs::frmCuts::pFrame).Centre());
+    QuonPanel quon = StartWithAHundred();
+    const Window organiser = OpenUnderThePointer(quon);
     mouse::Wheel(-1);
     WaitFor("the list scrolls", [&] { return BarValue(organiser) == 102; });
     mouse::Wheel(1);
@@ -117,12 +125,8 @@ TEST_F(OrganizerTest, TheRealWheelScrollsTheList) {
 }
 
 TEST_F(OrganizerTest, SmallStepsOfTheWheelAddUp) {
-    QuonIni ini;
-    for (int index = 0; index < 100; ++index)
-        ini.cuts.emplace_back("n" + std::to_string(index), "C:\\windows");
-    QuonPanel quon = Start(ini);
-    const Window organiser = Open(quon, 100);
-    mouse::MoveTo(organiser.Child(dialogs::frmCuts::pFrame).Centre());
+    QuonPanel quon = StartWithAHundred();
+    const Window organiser = OpenUnderThePointer(quon);
     for (int step = 0; step < 12; ++step)
         mouse::Turn(-10);
     WaitFor("the list scrolls", [&] { return BarValue(organiser) == 102; });

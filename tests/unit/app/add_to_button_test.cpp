@@ -333,19 +333,31 @@ class DropOnButtonTest : public AddToButtonFixture {};
 TEST_F(DropOnButtonTest, SelectsTheButtonAndAddsTheTargetToIt) {
     Start("[Settings]\r\n");
     Record();
-    DropOnButton(state_, 7, {false, file_});
+    DropOnButton(state_, {2, 7}, {false, file_});
     EXPECT_EQ(state_.Context.CurrentButtonIndex, 7);
     EXPECT_EQ(state_.Context.CurrentButtonKey, "27");
     EXPECT_EQ(Ini("Buttons", "27"), "Заметки|0");
     EXPECT_EQ(state_.PopCount, 10);
 }
 
+TEST_F(DropOnButtonTest, FillsTheButtonItWasDroppedOnAfterTheTabHasChanged) {
+    Start("[Buttons]\r\n13=Other|0\r\n[Cuts]\r\nOther=" + other_ + "\r\n");
+    Record({"Replace"});
+    DropOnButton(state_, {1, 7}, {false, file_});
+    DropOnButton(state_, {1, 3}, {false, file_});
+    EXPECT_EQ(log_.Count("message box"), 1u) << "the hidden button is used, too";
+    EXPECT_EQ(Ini("Buttons", "17"), "Заметки|0");
+    EXPECT_EQ(Ini("Buttons", "13"), "Заметки|0");
+    EXPECT_EQ(state_.Context.CurrentButtonKey, "21");
+    EXPECT_TRUE(state_.Button(7).IsFree());
+}
+
 TEST_F(DropOnButtonTest, TakesAUrlAFolderAndATextThatNamesAFile) {
     Start("[Settings]\r\n");
     Record();
-    DropOnButton(state_, 1, {true, "https://example.org/страница.html\n"});
-    DropOnButton(state_, 2, {false, folder_.MakeFolder("папка")});
-    DropOnButton(state_, 3, {true, file_ + "\r\n"});
+    DropOnButton(state_, {2, 1}, {true, "https://example.org/страница.html\n"});
+    DropOnButton(state_, {2, 2}, {false, folder_.MakeFolder("папка")});
+    DropOnButton(state_, {2, 3}, {true, file_ + "\r\n"});
     EXPECT_EQ(Ini("Cuts", "страница"), "https://example.org/страница.html");
     EXPECT_EQ(Ini("Buttons", "22"), "папка|0");
     EXPECT_EQ(Ini("Cuts", "Заметки"), file_);
@@ -374,7 +386,7 @@ TEST_F(DropOnButtonTest, SaysWhatItCannotMakeAndChangesNothing) {
     for (const sys::DroppedData& data : kBad) {
         state_.PopCount = 0;
         Record({"OK"});
-        DropOnButton(state_, 1, data);
+        DropOnButton(state_, {2, 1}, data);
         EXPECT_THAT(log_.Lines(), ElementsAre("message box")) << data.value.substr(0, 80);
         EXPECT_EQ(folder_.IniBytes(), before) << data.value.substr(0, 80);
         EXPECT_EQ(state_.PopCount, 10) << data.value.substr(0, 80);
@@ -389,7 +401,7 @@ TEST_F(DropOnButtonTest, SaysThatALinksArgumentsWereLeftOut) {
                   "The command switch of this shortcut is too long. Quon has left it out.");
         box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
     }});
-    DropOnButton(state_, 1,
+    DropOnButton(state_, {2, 1},
                  {false, folder_.MakeLink("a.lnk", {.target = file_, .arguments = std::string(600, 'x')})});
     EXPECT_EQ(Ini("Buttons", "21"), "Заметки|0");
     EXPECT_EQ(Ini("Switch", "Заметки"), std::nullopt);
@@ -398,7 +410,7 @@ TEST_F(DropOnButtonTest, SaysThatALinksArgumentsWereLeftOut) {
 TEST_F(DropOnButtonTest, AUrlWithABarMakesASingleShortcut) {
     Start("[Settings]\r\n");
     Record();
-    DropOnButton(state_, 1, {true, "https://example.org/a|b.html"});
+    DropOnButton(state_, {2, 1}, {true, "https://example.org/a|b.html"});
     EXPECT_EQ(state_.Button(1).FilePath, "https://example.org/a%7Cb.html");
     EXPECT_FALSE(state_.Button(1).Group);
 }
@@ -408,11 +420,11 @@ TEST_F(DropOnButtonTest, TakesATargetThatCanBeReadBackWholeAndNoLongerOne) {
     const std::string start = "https://example.org/";
     const std::string longest = start + std::string(554 - start.size(), 'x');
     Record();
-    DropOnButton(state_, 1, {true, longest});
+    DropOnButton(state_, {2, 1}, {true, longest});
     EXPECT_EQ(state_.Button(1).FilePath, longest);
     StopRecording();
     Record({"OK"});
-    DropOnButton(state_, 2, {true, longest + "x"});
+    DropOnButton(state_, {2, 2}, {true, longest + "x"});
     EXPECT_EQ(Ini("Buttons", "22"), "") << "a free button's record";
 }
 

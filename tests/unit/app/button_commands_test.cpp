@@ -122,7 +122,7 @@ class ButtonCommandsDesktopTest : public PanelParts {
 TEST_F(ButtonCommandsDesktopTest, AddsThePickedFileUnderItsBareName) {
     Load("[Settings]\r\n");
     answer_ = folder_.MakeFile("Писмо č.final.txt", "text");
-    commands_.Run(kAddFile);
+    commands_.Run(kAddFile, state_.CurrentPlace());
     EXPECT_EQ(folder_.IniValue("Cuts", "Писмо č.final"), answer_);
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "Писмо č.final|0");
     EXPECT_EQ(state_.Button(1).FilePath, answer_);
@@ -133,20 +133,20 @@ TEST_F(ButtonCommandsDesktopTest, AddsThePickedFileUnderItsBareName) {
 TEST_F(ButtonCommandsDesktopTest, AddsThePickedFolderUnderItsWholeName) {
     Load("[Settings]\r\n");
     answer_ = folder_.MakeFolder("Фасцикла.v2");
-    commands_.Run(kAddFolder);
+    commands_.Run(kAddFolder, state_.CurrentPlace());
     EXPECT_EQ(folder_.IniValue("Cuts", "Фасцикла.v2"), answer_);
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "Фасцикла.v2|0");
     answer_ = "C:\\";
     state_.Context.Select(2);
-    commands_.Run(kAddFolder);
+    commands_.Run(kAddFolder, state_.CurrentPlace());
     EXPECT_EQ(folder_.IniValue("Buttons", "12"), "C:|0") << "a drive has no name but its own";
 }
 
 TEST_F(ButtonCommandsDesktopTest, AddNothingWhenThePickerIsCancelled) {
     Load("[Settings]\r\n");
     const std::string before = folder_.IniBytes();
-    commands_.Run(kAddFile);
-    commands_.Run(kAddFolder);
+    commands_.Run(kAddFile, state_.CurrentPlace());
+    commands_.Run(kAddFolder, state_.CurrentPlace());
     EXPECT_EQ(folder_.IniBytes(), before);
     EXPECT_THAT(log_.Lines(), ElementsAre("file?", "folder?"));
 }
@@ -155,7 +155,7 @@ TEST_F(ButtonCommandsDesktopTest, KeepTheirButtonWhateverHappensWhileThePickerIs
     Load("[Settings]\r\n");
     answer_ = folder_.MakeFile("a.txt");
     meanwhile_ = [this] { state_.Context.Select(7); };
-    commands_.Run(kAddFile);
+    commands_.Run(kAddFile, state_.CurrentPlace());
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "a|0");
     EXPECT_NE(state_.Button(7).Naziv, "a");
 }
@@ -163,7 +163,7 @@ TEST_F(ButtonCommandsDesktopTest, KeepTheirButtonWhateverHappensWhileThePickerIs
 TEST_F(ButtonCommandsDesktopTest, MakeThePanelTopmostAgainAfterAPicker) {
     Load("[Settings]\r\n");
     win::SetTopmost(true, host_.Handle());
-    commands_.Run(kAddFile);
+    commands_.Run(kAddFile, state_.CurrentPlace());
     EXPECT_TRUE(Window(host_.Handle()).IsTopmost());
     EXPECT_TRUE(IsWindowEnabled(host_.Handle()));
 }
@@ -172,7 +172,7 @@ TEST_F(ButtonCommandsDesktopTest, RefuseATargetThatCannotBeReadBackWhole) {
     Load("[Settings]\r\n");
     const std::string before = folder_.IniBytes();
     const ModalAnswers user({Note("Couldn't make this shortcut, sorry.")});
-    commands_.Assign("C:\\" + std::string(552, 'x'));
+    commands_.Assign("C:\\" + std::string(552, 'x'), state_.CurrentPlace());
     EXPECT_EQ(folder_.IniBytes(), before);
 }
 
@@ -180,32 +180,32 @@ TEST_F(ButtonCommandsDesktopTest, AskWhatToDoWithAUsedButton) {
     LoadSingle("http://a/");
     answer_ = folder_.MakeFile("b.txt");
     const ModalAnswers user({[](Window box) { box.Child(dialogs::frmMsg::b1 + 1).Send(BM_CLICK); }});
-    commands_.Run(kAddFile);
+    commands_.Run(kAddFile, state_.CurrentPlace());
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "b|0");
 }
 
 TEST_F(ButtonCommandsDesktopTest, AssignARunningProgramByItsPath) {
     Load("[Settings]\r\n");
     const std::string program = folder_.MakeFile("Ручно č.exe");
-    commands_.Assign(program);
+    commands_.Assign(program, state_.CurrentPlace());
     EXPECT_EQ(folder_.IniValue("Cuts", "Ручно č"), program);
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "Ручно č|0");
     const std::string before = folder_.IniBytes();
-    commands_.Assign("");
+    commands_.Assign("", state_.CurrentPlace());
     EXPECT_EQ(folder_.IniBytes(), before);
 }
 
 TEST_F(ButtonCommandsDesktopTest, ShowPropertiesAndFindTheTargetOfAButtonThatHasOne) {
     LoadSingle("http://a b/");
-    commands_.Run(kProperties);
-    commands_.Run(kFindTarget);
+    commands_.Run(kProperties, state_.CurrentPlace());
+    commands_.Run(kFindTarget, state_.CurrentPlace());
     EXPECT_THAT(log_.Lines(), ElementsAre("properties http://a b/", "start explorer /select,http://a b/ 1"));
     log_.Clear();
     state_.Context.Select(2);
     for (const int command : {int{kProperties}, int{kFindTarget}, int{kChangeIcon}, 3, 5, 8, 9, 10})
-        commands_.Run(command);
+        commands_.Run(command, state_.CurrentPlace());
     for (const int command : {0, 1, 2, 3, 4, 5})
-        commands_.RunFileCommand(command);
+        commands_.RunFileCommand(command, state_.CurrentPlace());
     EXPECT_THAT(log_.Lines(), IsEmpty()) << "nothing to act on, separators and submenus";
 }
 
@@ -224,7 +224,7 @@ TEST_F(ButtonCommandsDesktopTest, EditAGroupWithThePanelOutAndBindAFreeButtonToW
         editor.Child(dialogs::frmEditB::t1 + 0).SetText("Нова");
         editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
     }});
-    commands_.Run(kGroup);
+    commands_.Run(kGroup, state_.CurrentPlace());
     EXPECT_TRUE(InOrder(log_, {"topmost", "editor", "topmost", "write 11 Нова|0"})) << log_.Text();
     EXPECT_FALSE(dock_.Hidden()) << "brought out once more";
     EXPECT_EQ(state_.PopCount, 10);
@@ -242,7 +242,7 @@ TEST_F(ButtonCommandsDesktopTest, MakeAGroupOfASingleShortcutAndShowIt) {
                                  box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
                                  Window(box.Owner()).Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
                              }});
-    commands_.Run(kGroup);
+    commands_.Run(kGroup, state_.CurrentPlace());
     EXPECT_EQ(folder_.IniValue("Cuts", "Име"), "http://a/|http://b/");
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "Име|2") << "the record names the group already";
     EXPECT_TRUE(state_.Button(1).Group);
@@ -256,7 +256,7 @@ TEST_F(ButtonCommandsDesktopTest, FreeAButtonWhoseGroupIsLeftEmptyAndBindNoneToA
             editor.Child(dialogs::frmEditB::c1 + 5).Send(BM_CLICK);
             editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
         }});
-        commands_.Run(kGroup);
+        commands_.Run(kGroup, state_.CurrentPlace());
         EXPECT_TRUE(state_.Button(button).IsFree()) << button;
         EXPECT_EQ(folder_.IniValue("Buttons", state_.Context.CurrentButtonKey), "") << button;
         EXPECT_EQ(state_.Context.Records.At(state_.Context.CurrentButtonKey), "") << button;
@@ -274,7 +274,7 @@ TEST_F(ButtonCommandsDesktopTest, ShowTheEditedGroupOnAllItsButtons) {
             editor.Child(dialogs::frmEditB::t1 + 0).SetText(name);
             editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
         }});
-        commands_.Run(kGroup);
+        commands_.Run(kGroup, state_.CurrentPlace());
         EXPECT_EQ(state_.Context.CurrentButtonIndex, button);
     };
     state_.Button(2).FilePath = "not read again";
@@ -291,7 +291,7 @@ TEST_F(ButtonCommandsDesktopTest, ChangeNothingWhenTheGroupEditorIsCancelled) {
     LoadSingle("http://a/");
     const std::string before = folder_.IniBytes();
     const ModalAnswers user({[](Window editor) { editor.Child(dialogs::frmEditB::c1 + 3).Post(BM_CLICK); }});
-    commands_.Run(kGroup);
+    commands_.Run(kGroup, state_.CurrentPlace());
     EXPECT_EQ(folder_.IniBytes(), before);
     EXPECT_EQ(state_.PopCount, 10);
 }
@@ -316,7 +316,7 @@ TEST_F(ButtonCommandsDesktopTest, OfferTheIconsOfTheProgramThatOpensTheTarget) {
         chooser.Child(dialogs::IcoChooser::p2 + 1).Post(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
         chooser.Child(dialogs::IcoChooser::p2 + 1).Post(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
     }});
-    commands_.Run(kChangeIcon);
+    commands_.Run(kChangeIcon, state_.CurrentPlace());
     EXPECT_THAT(asked, ::testing::IsSupersetOf({"C:\\viewer.exe 0", "C:\\viewer.exe 3"}));
     EXPECT_EQ(asked.back(), "C:\\viewer.exe 1") << "the face is painted with the new icon";
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "Име|1");
@@ -329,7 +329,7 @@ TEST_F(ButtonCommandsDesktopTest, KeepTheIconWhenTheChooserIsDismissed) {
     LoadSingle("http://a/");
     const std::string before = folder_.IniBytes();
     const ModalAnswers user({[](Window chooser) { chooser.Post(WM_COMMAND, IDCANCEL); }});
-    commands_.Run(kChangeIcon);
+    commands_.Run(kChangeIcon, state_.CurrentPlace());
     EXPECT_EQ(folder_.IniBytes(), before);
 }
 
@@ -339,11 +339,11 @@ TEST_F(ButtonCommandsDesktopTest, CopyIntoThePickedFolderAndLeaveTheButton) {
     const std::string before = folder_.IniBytes();
     {
         const ModalAnswers user({Note(kDone)});
-        commands_.RunFileCommand(kCopyTo);
+        commands_.RunFileCommand(kCopyTo, state_.CurrentPlace());
     }
     result_ = 5;
     const ModalAnswers user({Note(kFailed)});
-    commands_.RunFileCommand(kCopyTo);
+    commands_.RunFileCommand(kCopyTo, state_.CurrentPlace());
     EXPECT_EQ(folder_.IniBytes(), before);
     EXPECT_EQ(log_.Count("operation 2 C:\\Док\\a.txt > D:\\циљ"), 2u);
 }
@@ -351,8 +351,8 @@ TEST_F(ButtonCommandsDesktopTest, CopyIntoThePickedFolderAndLeaveTheButton) {
 TEST_F(ButtonCommandsDesktopTest, SayNothingWhenNoFolderIsPicked) {
     LoadSingle("C:\\a.txt");
     const std::string before = folder_.IniBytes();
-    commands_.RunFileCommand(kCopyTo);
-    commands_.RunFileCommand(kMoveTo);
+    commands_.RunFileCommand(kCopyTo, state_.CurrentPlace());
+    commands_.RunFileCommand(kMoveTo, state_.CurrentPlace());
     EXPECT_EQ(log_.Count("operation"), 0u);
     EXPECT_EQ(folder_.IniBytes(), before);
 }
@@ -365,7 +365,7 @@ TEST_F(ButtonCommandsDesktopTest, PointTheButtonToTheMovedFileEvenIfItCouldNotBe
         result_ = result;
         meanwhile_ = [this] { state_.Context.Select(4); };
         const ModalAnswers user({Note(result == 0 ? kDone : kFailed)});
-        commands_.RunFileCommand(kMoveTo);
+        commands_.RunFileCommand(kMoveTo, state_.CurrentPlace());
         EXPECT_EQ(state_.Button(1).FilePath, "D:\\циљ\\a b.txt");
         EXPECT_EQ(state_.TipButton, 0);
         EXPECT_EQ(folder_.IniValue("Buttons", "11"), "D:\\циљ\\a b.txt|2");
@@ -383,7 +383,7 @@ TEST_F(ButtonCommandsDesktopTest, FollowAFileThatWasMovedWithEverythingThatLeads
     answer_ = folder_.FullPath("циљ");
     meanwhile_ = [&] { MoveFileW(testkit::Wide(path).c_str(), testkit::Wide(moved).c_str()); };
     const ModalAnswers user({Note(kDone)});
-    commands_.RunFileCommand(kMoveTo);
+    commands_.RunFileCommand(kMoveTo, state_.CurrentPlace());
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), moved + "|2");
     EXPECT_EQ(folder_.IniValue("Cuts", moved), moved);
     EXPECT_EQ(folder_.IniValue("Cuts", "Име"), moved);
@@ -406,7 +406,7 @@ TEST_F(ButtonCommandsDesktopTest, ChangeNoShortcutWhenTheFileStayedWhereItWas) {
             LoadSingle(path);
             result_ = result;
             const ModalAnswers user({Note(result == 0 ? kDone : kFailed)});
-            commands_.RunFileCommand(kMoveTo);
+            commands_.RunFileCommand(kMoveTo, state_.CurrentPlace());
             EXPECT_EQ(folder_.IniValue("Buttons", "11"), other + "|2");
             EXPECT_EQ(folder_.IniValue("Cuts", "Име"), path);
             EXPECT_EQ(folder_.IniValue("Cuts", other), path);
@@ -434,7 +434,7 @@ TEST_F(ButtonCommandsDesktopTest, FollowAFileThatIsThereWhateverElseCannotBeSeen
                                     });
         meanwhile_ = [&] { MoveFileW(testkit::Wide(path).c_str(), testkit::Wide(moved).c_str()); };
         const ModalAnswers user({Note(failed ? kFailed : kDone)});
-        commands_.RunFileCommand(kMoveTo);
+        commands_.RunFileCommand(kMoveTo, state_.CurrentPlace());
         EXPECT_EQ(folder_.IniValue("Buttons", "11"), moved + "|2") << failed;
         EXPECT_EQ(folder_.IniValue("Cuts", moved), moved) << failed;
         EXPECT_EQ(folder_.IniValue("Cuts", "Име"), moved) << failed;
@@ -452,7 +452,7 @@ TEST_F(ButtonCommandsDesktopTest, FollowAMovedFileAsSoonAsThatCanBeStored) {
         const testkit::HeldFile held(folder_.IniPath());
         meanwhile_ = [&] { MoveFileW(testkit::Wide(path).c_str(), testkit::Wide(moved).c_str()); };
         const ModalAnswers user({Note(kDone)});
-        commands_.RunFileCommand(kMoveTo);
+        commands_.RunFileCommand(kMoveTo, state_.CurrentPlace());
         meanwhile_ = nullptr;
         EXPECT_EQ(state_.Button(1).FilePath, moved) << "it opens its file";
     }
@@ -473,14 +473,14 @@ TEST_F(ButtonCommandsDesktopTest, LeaveAButtonAloneThatGotSomethingElseMeanwhile
         LoadSingle(path);
         meanwhile_ = [this] { EXPECT_TRUE(state_.Store().PutRecord({1, 1}, "Other|0")); };
         const ModalAnswers user({Note(kDone)});
-        commands_.RunFileCommand(command);
+        commands_.RunFileCommand(command, state_.CurrentPlace());
         EXPECT_EQ(folder_.IniValue("Buttons", "11"), "Other|0") << command;
     }
 }
 
 TEST_F(ButtonCommandsDesktopTest, FreeEveryShownButtonOfAShortcutThatIsFreed) {
     Load("[Buttons]\r\n11=A|0\r\n12=B|0\r\n13=a|0\r\n[Cuts]\r\nA=http://a/\r\nB=http://b/\r\n");
-    commands_.Run(kFree);
+    commands_.Run(kFree, state_.CurrentPlace());
     EXPECT_TRUE(state_.Button(1).IsFree());
     EXPECT_TRUE(state_.Button(3).IsFree());
     EXPECT_EQ(Window(Button(3)).Text(), "Empty");
@@ -497,7 +497,7 @@ TEST_F(ButtonCommandsDesktopTest, KeepTheButtonThatCouldNotBeFreed) {
     {
         const testkit::HeldFile held(folder_.IniPath());
         const ULONGLONG begun = GetTickCount64();
-        commands_.Run(kFree);
+        commands_.Run(kFree, state_.CurrentPlace());
         EXPECT_LT(GetTickCount64() - begun, 3000u) << "it must not be tried anew for every shortcut";
     }
     EXPECT_EQ(folder_.IniBytes(), before);
@@ -511,7 +511,7 @@ TEST_F(ButtonCommandsDesktopTest, OpenNoEditorOnAGroupThatCannotBeRead) {
     const ModalAnswers nobody({});
     {
         const testkit::HeldFile held(folder_.IniPath());
-        commands_.Run(kGroup);
+        commands_.Run(kGroup, state_.CurrentPlace());
     }
     EXPECT_EQ(folder_.IniBytes(), before);
 }
@@ -520,7 +520,7 @@ TEST_F(ButtonCommandsDesktopTest, PointToAFileInARootByOneSeparator) {
     LoadSingle("C:\\Док\\a.txt");
     answer_ = "D:\\";
     const ModalAnswers user({Note(kDone)});
-    commands_.RunFileCommand(kMoveTo);
+    commands_.RunFileCommand(kMoveTo, state_.CurrentPlace());
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "D:\\a.txt|2");
 }
 
@@ -552,7 +552,7 @@ TEST_F(ButtonCommandsDesktopTest, RenameWithTheOldExtensionOrTheNewOne) {
                  box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
              },
              Note(kDone)});
-        commands_.RunFileCommand(kRename);
+        commands_.RunFileCommand(kRename, state_.CurrentPlace());
         EXPECT_EQ(log_.Count(std::string("operation 1 ") + it.path + " > " + it.renamed), 1u) << log_.Text();
         EXPECT_EQ(state_.Button(1).FilePath, it.renamed);
         EXPECT_EQ(folder_.IniValue("Buttons", "11"), std::string(it.renamed) + "|2");
@@ -568,7 +568,7 @@ TEST_F(ButtonCommandsDesktopTest, PointTheButtonToTheNewNameEvenIfTheFileKeptIts
                                  box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
                              },
                              Note(kFailed)});
-    commands_.RunFileCommand(kRename);
+    commands_.RunFileCommand(kRename, state_.CurrentPlace());
     EXPECT_EQ(state_.Button(1).FilePath, "C:\\Док\\notes.txt");
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "C:\\Док\\notes.txt|2");
 }
@@ -580,10 +580,12 @@ TEST_F(ButtonCommandsDesktopTest, RefuseAButtonOutsideTheNine) {
     for (const int index : {-1, 0, 10}) {
         state_.Context.Select(index);
         for (const int command : {kAddFile, kAddFolder, kGroup, kFree, kProperties, kFindTarget, kChangeIcon})
-            EXPECT_THROW(commands_.Run(command), win::SubscriptError) << index << " " << command;
-        EXPECT_THROW(commands_.Assign(answer_), win::SubscriptError) << index;
+            EXPECT_THROW(commands_.Run(command, state_.CurrentPlace()), win::SubscriptError)
+                << index << " " << command;
+        EXPECT_THROW(commands_.Assign(answer_, state_.CurrentPlace()), win::SubscriptError) << index;
         for (const int command : {kCopyTo, kMoveTo, kRename, kRecycle, kDelete})
-            EXPECT_THROW(commands_.RunFileCommand(command), win::SubscriptError) << index << " " << command;
+            EXPECT_THROW(commands_.RunFileCommand(command, state_.CurrentPlace()), win::SubscriptError)
+                << index << " " << command;
     }
     EXPECT_EQ(folder_.IniBytes(), before);
 }
@@ -595,7 +597,7 @@ TEST_F(ButtonCommandsDesktopTest, RenameNothingForNoNameOrCancel) {
                              [](Window box) { box.Child(dialogs::frmMsg::b1 + 1).Send(BM_CLICK); },
                              [](Window box) { box.Post(WM_COMMAND, IDCANCEL); }});
     for (int time = 0; time < 3; ++time)
-        commands_.RunFileCommand(kRename);
+        commands_.RunFileCommand(kRename, state_.CurrentPlace());
     EXPECT_EQ(folder_.IniBytes(), before);
     EXPECT_EQ(log_.Count("operation"), 0u);
 }
@@ -609,7 +611,7 @@ TEST_F(ButtonCommandsDesktopTest, RefuseANameThatWouldLeadElsewhere) {
                                      box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
                                  },
                                  Note(kFailed)});
-        commands_.RunFileCommand(kRename);
+        commands_.RunFileCommand(kRename, state_.CurrentPlace());
     }
     EXPECT_EQ(folder_.IniBytes(), before);
     EXPECT_EQ(log_.Count("operation"), 0u);
@@ -618,9 +620,9 @@ TEST_F(ButtonCommandsDesktopTest, RefuseANameThatWouldLeadElsewhere) {
 
 TEST_F(ButtonCommandsDesktopTest, DoNothingForTheSeparators) {
     LoadSingle("C:\\a.txt");
-    commands_.RunFileCommand(3);
+    commands_.RunFileCommand(3, state_.CurrentPlace());
     for (const int separator : {3, 5, 8})
-        commands_.Run(separator);
+        commands_.Run(separator, state_.CurrentPlace());
     EXPECT_THAT(log_.Lines(), IsEmpty());
     EXPECT_EQ(state_.Current().FilePath, "C:\\a.txt");
 }
@@ -631,7 +633,7 @@ TEST_F(ButtonCommandsDesktopTest, FreeTheButtonOfARecycledFileEvenIfItFailed) {
         result_ = result;
         meanwhile_ = [this] { state_.Context.Select(4); };
         const ModalAnswers user({Note(result == 0 ? kDone : kFailed)});
-        commands_.RunFileCommand(kRecycle);
+        commands_.RunFileCommand(kRecycle, state_.CurrentPlace());
         EXPECT_TRUE(InOrder(log_, {"operation 3 C:\\a.txt > nowhere", "topmost", "write 11 "}));
         EXPECT_TRUE(state_.Button(1).IsFree());
         EXPECT_EQ(Window(Button(1)).Text(), "Empty");
@@ -645,7 +647,7 @@ TEST_F(ButtonCommandsDesktopTest, DeleteAFileOnceThePanelIsNoLongerTopmost) {
     LoadSingle("C:\\a.txt");
     state_.TipButton = 1;
     const ModalAnswers user({Note(kDone)});
-    commands_.RunFileCommand(kDelete);
+    commands_.RunFileCommand(kDelete, state_.CurrentPlace());
     EXPECT_THAT(log_.Lines(), ElementsAre("not topmost", "operation 3 C:\\a.txt > nowhere", "write 11 "));
     EXPECT_FALSE(Window(host_.Handle()).IsTopmost()) << "until the panel is shown the next time";
     EXPECT_TRUE(state_.Button(1).IsFree());

@@ -16,8 +16,8 @@ class ButtonDragTest : public PanelParts {
         Load(
             "[Buttons]\r\n11=Име|0\r\n31=C|0\r\n[Cuts]\r\nИме=http://a/\r\nC=http://c/\r\n[Switch]\r\nИме=/"
             "x\r\n");
-        drag_.onDrop = [this](int target, const DragSource& source) {
-            log_.Add("drop", target, source.Key, source.FilePath, source.Naziv, source.Switch);
+        drag_.onDrop = [this](const model::ButtonPlace& target, const DragSource& source) {
+            log_.Add("drop", target.Key(), source.Place.Key(), source.FilePath, source.Naziv, source.Switch);
         };
         before_ = folder_.IniBytes();
     }
@@ -99,7 +99,7 @@ TEST_F(ButtonDragTest, TheRightButtonLetGoDropsNothing) {
     EXPECT_THAT(log_.Lines(), IsEmpty());
     EXPECT_TRUE(drag_.Active());
     ReleaseAt(Button(5));
-    EXPECT_EQ(log_.Count("drop 5"), 1u);
+    EXPECT_EQ(log_.Count("drop 15"), 1u);
 }
 
 TEST_F(ButtonDragTest, LeavesTheRightButtonToTheMenuWhateverIsHeld) {
@@ -124,14 +124,14 @@ TEST_F(ButtonDragTest, HandsOverACopyOfWhatTheSourceHeld) {
     state_.Button(1).Naziv = "changed";
     state_.Button(1).Switch = "changed";
     ReleaseAt(Button(5));
-    EXPECT_THAT(log_.Lines(), ElementsAre("drop 5 11 http://a/ Име /x"));
+    EXPECT_THAT(log_.Lines(), ElementsAre("drop 15 11 http://a/ Име /x"));
     EXPECT_FALSE(drag_.Active());
 }
 
 TEST_F(ButtonDragTest, DropsOnItselfToo) {
     Start();
     ReleaseAt(Button(1));
-    EXPECT_THAT(log_.Lines(), ElementsAre("drop 1 11 http://a/ Име /x"));
+    EXPECT_THAT(log_.Lines(), ElementsAre("drop 11 11 http://a/ Име /x"));
 }
 
 TEST_F(ButtonDragTest, ShowsATabOnceWhenThePointerEntersItsHeader) {
@@ -149,7 +149,7 @@ TEST_F(ButtonDragTest, ShowsATabOnceWhenThePointerEntersItsHeader) {
     MoveTo(Header(3));
     EXPECT_EQ(state_.PopCount, 10);
     ReleaseAt(Button(2));
-    EXPECT_THAT(log_.Lines(), ElementsAre("drop 2 11 http://a/ Име /x"));
+    EXPECT_THAT(log_.Lines(), ElementsAre("drop 32 11 http://a/ Име /x"));
 }
 
 TEST_F(ButtonDragTest, ShowsTheTabOfTheSameHeaderInTheNextMoveToo) {

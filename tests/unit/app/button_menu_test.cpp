@@ -71,32 +71,32 @@ class ButtonMenuPreparedTest : public ButtonMenuTest {
 TEST_F(ButtonMenuPreparedTest, SuitsFreeSingleAndGroupButtons) {
     Load("[Buttons]\r\n11=G|0\r\n12=S|0\r\n[Cuts]\r\nG=http://a/|http://b/\r\nS=http://a/\r\n");
     running_ = true;
-    menu_.Prepare();
+    menu_.Prepare(state_.CurrentPlace());
     EXPECT_EQ(menu_.mnuButton[2].caption, "Edit group");
     EXPECT_THAT(Disabled(menu_.mnuButton), ElementsAre(6, 7, 10, 12));
     for (const int button : {2, 3}) {
         state_.Context.Select(button);
-        menu_.Prepare();
+        menu_.Prepare(state_.CurrentPlace());
         EXPECT_EQ(menu_.mnuButton[2].caption, "Add group to button") << button;
         EXPECT_THAT(Disabled(menu_.mnuButton), IsEmpty()) << button;
         state_.Context.Select(1);
-        menu_.Prepare();
+        menu_.Prepare(state_.CurrentPlace());
     }
     EXPECT_THAT(Disabled(menu_.mnuButB), IsEmpty());
 }
 
 TEST_F(ButtonMenuPreparedTest, OffersRunningProgramsOnlyWhenThereAreSome) {
-    menu_.Prepare();
+    menu_.Prepare(state_.CurrentPlace());
     EXPECT_THAT(Disabled(menu_.mnuButton), ElementsAre(9));
     EXPECT_THAT(Captions(menu_.mnuButAct), ElementsAre("Item1"));
     running_ = true;
     menu_.mnuButAct.Load(1).caption = "of the time before";
-    menu_.Prepare();
+    menu_.Prepare(state_.CurrentPlace());
     EXPECT_THAT(Disabled(menu_.mnuButton), IsEmpty());
     EXPECT_THAT(Captions(menu_.mnuButAct), ElementsAre(""));
     running_ = false;
     menu_.mnuButAct[0].tag = "C:\\old.exe";
-    menu_.Prepare();
+    menu_.Prepare(state_.CurrentPlace());
     EXPECT_THAT(Captions(menu_.mnuButAct), ElementsAre("Item1"));
     EXPECT_EQ(menu_.mnuButAct[0].tag, "");
 }
@@ -104,17 +104,17 @@ TEST_F(ButtonMenuPreparedTest, OffersRunningProgramsOnlyWhenThereAreSome) {
 TEST_F(ButtonMenuPreparedTest, AsksForHiddenWindowsAsTheSettingSays) {
     running_ = true;
     config::Settings.TaskbarProcessesOnly = true;
-    menu_.Prepare();
+    menu_.Prepare(state_.CurrentPlace());
     EXPECT_THAT(Captions(menu_.mnuButAct), ElementsAre("Item1"));
     config::Settings.TaskbarProcessesOnly = false;
-    menu_.Prepare();
+    menu_.Prepare(state_.CurrentPlace());
     EXPECT_THAT(Captions(menu_.mnuButAct), ElementsAre(""));
 }
 
 TEST_F(ButtonMenuPreparedTest, OffersNoneOfItsOwnWindows) {
     running_ = true;
     owner_ = GetCurrentProcessId();
-    menu_.Prepare();
+    menu_.Prepare(state_.CurrentPlace());
     EXPECT_THAT(Captions(menu_.mnuButAct), ElementsAre("Item1"));
 }
 
@@ -135,14 +135,14 @@ TEST_F(ButtonMenuPreparedTest, RunsWhatIsChosenOnTheButtonItWasOpenedFor) {
         log_.Add("properties", record->lpFile);
         return TRUE;
     });
-    menu_.PopUp({30, 40});
+    menu_.PopUp(state_.CurrentPlace(), {30, 40});
     command = 2506;
     state_.Context.Select(1);
-    menu_.PopUp({30, 40});
+    menu_.PopUp(state_.CurrentPlace(), {30, 40});
     EXPECT_THAT(log_.Lines(), ElementsAre("menu 30 40", "menu 30 40", "properties http://s/"));
     command = 2700;
     state_.Context.Select(3);
-    menu_.PopUp({0, 0});
+    menu_.PopUp(state_.CurrentPlace(), {0, 0});
     EXPECT_EQ(folder_.IniValue("Buttons", "13"), "p|0");
 }
 
@@ -151,7 +151,7 @@ TEST_F(ButtonMenuTest, FreesAButtonWithItsTargetAndItsSwitch) {
         "[Buttons]\r\n11=Име|0\r\n12=B|0\r\n[Cuts]\r\nИме=http://a/\r\nB=http://b/?x=1\r\n"
         "[Switch]\r\nИме=/x\r\nB=/y=z\r\n");
     state_.TipButton = 1;
-    menu_.FreeButton();
+    menu_.FreeButton(state_.CurrentPlace());
     EXPECT_EQ(state_.TipButton, 0) << "the next hover has to build the tip anew";
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "");
     EXPECT_EQ(folder_.Ini().Keys("Cuts"), std::vector<std::string>{"B"});
@@ -166,7 +166,7 @@ TEST_F(ButtonMenuTest, FreesAButtonWithItsTargetAndItsSwitch) {
 
 TEST_F(ButtonMenuTest, LeavesASwitchUnderTheNameOfAGroup) {
     Load("[Buttons]\r\n11=G|0\r\n[Cuts]\r\nG=http://a/|http://b/\r\n[Switch]\r\nG=/x\r\n");
-    menu_.FreeButton();
+    menu_.FreeButton(state_.CurrentPlace());
     EXPECT_TRUE(state_.Button(1).IsFree());
     EXPECT_EQ(folder_.IniValue("Cuts", "G"), std::nullopt);
     EXPECT_EQ(folder_.IniValue("Switch", "G"), "/x") << "a group has no switch of its own";
@@ -184,7 +184,7 @@ TEST_F(ButtonMenuTest, DeletesSwitchThenTargetThenTheButtonsRecord) {
             if (std::string_view(name) == "Buttons") log_.Add("write", key, value);
             return ORIGINAL_CALL(WritePrivateProfileStringA)(name, key, value, file);
         });
-    menu_.FreeButton();
+    menu_.FreeButton(state_.CurrentPlace());
     EXPECT_TRUE(InOrder(log_, {"empty Switch", "empty Cuts", "write 11 ", "refill"}));
 }
 
@@ -192,7 +192,7 @@ TEST_F(ButtonMenuTest, LeavesAFreeButtonUntouched) {
     Load("[Buttons]\r\n11=A|0\r\n[Cuts]\r\nA=http://a/\r\nEmpty=http://e/\r\n[Switch]\r\nEmpty=/e\r\n");
     state_.Context.Select(3);
     const std::string before = folder_.IniBytes();
-    menu_.FreeButton();
+    menu_.FreeButton(state_.CurrentPlace());
     EXPECT_EQ(folder_.IniBytes(), before);
     EXPECT_THAT(log_.Lines(), IsEmpty());
 }

@@ -461,7 +461,9 @@ TEST_F(ButtonMouseTest, OpensTheButtonsMenuForARightPressOnTheHoverPicture) {
 
 TEST_F(ButtonMouseTest, MovesTheButtonThatTheHoverPictureStandsOn) {
     const HWND hover = buttons_.HoverPicture().Handle();
-    drag_.onDrop = [this](int target, const DragSource& source) { log_.Add("drop", target, source.Key); };
+    drag_.onDrop = [this](const model::ButtonPlace& target, const DragSource& source) {
+        log_.Add("drop", target.Key(), source.Place.Key());
+    };
     SendMessageW(Button(1), WM_MOUSEMOVE, 0, MAKELPARAM(5, 5));
     Press(hover, {VK_CONTROL, VK_SHIFT});
     EXPECT_TRUE(drag_.Ready());
@@ -472,7 +474,7 @@ TEST_F(ButtonMouseTest, MovesTheButtonThatTheHoverPictureStandsOn) {
     EXPECT_NE(GetWindowLongPtrW(hover, GWL_STYLE) & WS_VISIBLE, 0) << "it holds the mouse";
     pointer_ = Inside(Button(6));
     Release(hover);
-    EXPECT_THAT(log_.Lines(), ElementsAre("drop 6 11"));
+    EXPECT_THAT(log_.Lines(), ElementsAre("drop 36 11"));
     tabs_.b1_MouseUp(1, win::MouseButton::kLeft, 0, 0, 0);
     Press(hover, {VK_CONTROL, VK_SHIFT});
     ASSERT_TRUE(drag_.Ready());

@@ -162,6 +162,25 @@ TEST_F(ButtonPanelTest, AButtonStaysAsItIsWhileItCannotBeReadAgain) {
     EXPECT_EQ(state_.Button(1).FileIcon, 3);
 }
 
+TEST_F(ButtonPanelTest, AFileThatIsOnlyWrittenInPartFreesNoButton) {
+    const std::string settings = std::string("[Settings]\r\n") + kPlainSettings;
+    const std::string part = settings + "[Buttons]\r\n11=A|3\r\n12=B|0\r\n";
+    const std::string rest = "[Cuts]\r\nA=http://a/\r\nB=http://b/\r\n";
+    Load(part + rest);
+    config::LoadMainSettings();
+    for (const std::string& written :
+         {std::string("[Buttons]\r\n11=A|3\r\n"), std::string("; mine\r\n"), std::string("[Settings]\r\n")}) {
+        folder_.WriteIniText(written);
+        buttons_.RefreshShownTab();
+        EXPECT_EQ(folder_.IniBytes(), written);
+        EXPECT_EQ(state_.Button(1).Naziv, "A");
+        EXPECT_EQ(state_.Context.Records.At("12"), "B|0");
+    }
+    folder_.WriteIniText(part + rest);
+    buttons_.RefreshShownTab();
+    EXPECT_EQ(state_.Button(2).FilePath, "http://b/");
+}
+
 TEST_F(ButtonPanelTest, HasTheirContainerAtTheLeftEdge) {
     const HWND container = GetParent(Button(1));
     EXPECT_EQ(testkit::Window(container).Id(), 200);

@@ -4,6 +4,8 @@
 
 #include "tests/support/held_file.h"
 #include "tests/unit/app/panel_parts.h"
+#include "win/text.h"
+#include "win/window.h"
 
 namespace app {
 namespace {
@@ -177,6 +179,17 @@ class RenameBoxTest : public ButtonRenameTest {
   protected:
     RenameBoxTest() { ShowWindow(host_.Handle(), SW_SHOWNOACTIVATE); }
 };
+
+TEST_F(RenameBoxTest, RenamesNothingOnATabThatWasShownMeanwhile) {
+    rename_.Begin();
+    ASSERT_TRUE(rename_.IsOpen());
+    win::SetText(rename_.Box(), "new");
+    config::Settings.CurrentTab = 2;
+    const std::string before = folder_.IniBytes();
+    rename_.Accept();
+    EXPECT_EQ(folder_.IniBytes(), before);
+    EXPECT_FALSE(rename_.IsOpen());
+}
 
 TEST_F(RenameBoxTest, OpensOverTheButtonWithItsNameSelected) {
     rename_.Begin();

@@ -13,6 +13,7 @@
 #include "dialogs/message_box.h"
 #include "dialogs/options.h"
 #include "res/resource.h"
+#include "tests/support/held_file.h"
 #include "tests/support/modal_answers.h"
 #include "tests/support/wait.h"
 #include "tests/unit/app/panel_harness.h"
@@ -121,6 +122,24 @@ TEST(CloseRequestTest, DeletesTheTrayIconAndThenWritesTheFourSettings) {
                             "write Settings popdelay 250", "write Settings poptf True",
                             "write Settings clickshow True"));
     EXPECT_TRUE(TakeQuitMessage());
+}
+
+TEST(CloseRequestTest, TakesThePanelAwayBeforeItWaitsForAHeldFile) {
+    for (const bool session : {false, true}) {
+        ClosingPanel panel(kEnds);
+        std::vector<std::string> steps;
+        const auto show = FAKE_CALL(ShowWindow, [&](HWND window, int command) {
+            if (testkit::Window(window).Class() == "QuonMain")
+                steps.push_back("show " + std::to_string(command));
+            return ORIGINAL_CALL(ShowWindow)(window, command);
+        });
+        const auto pause = FAKE_CALL(Sleep, [&](DWORD) { steps.emplace_back("wait"); });
+        const testkit::HeldFile held(panel.Folder().IniPath());
+        panel.Window().Send(session ? WM_ENDSESSION : WM_CLOSE, session ? TRUE : 0);
+        ASSERT_GE(steps.size(), 2u);
+        EXPECT_EQ(steps[0], "show 0");
+        EXPECT_EQ(steps[1], "wait");
+    }
 }
 
 TEST(CloseRequestTest, LetsGoOfTheMainWindow) {

@@ -53,7 +53,7 @@ class PasteTest : public PanelParts {
     }
     void Paste() {
         ButtonCommands commands(state_, dock_);
-        commands.Run(kPaste);
+        commands.Run(kPaste, state_.CurrentPlace());
     }
     static void NothingReadable(Window box) {
         EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), "Couldn't read file path or URL from Clipboard.");

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "config/ini.h"
 #include "tests/support/recorded_call.h"
@@ -162,6 +163,42 @@ TEST_F(HeldFileTest, AFileThatIsMissingOrEmptyGivesNoAnswer) {
     EXPECT_EQ(pauses_, 0);
     const config::IniStart start;
     EXPECT_EQ(config::TryReadIni("Settings", "Main"), "") << "a start says itself what is missing";
+}
+
+TEST_F(HeldFileTest, AFileThatIsNotYetWholeGivesNoAnswer) {
+    const std::string whole = "[Settings]\r\nMain=1\r\n[Cuts]\r\na=1\r\nb=2\r\n";
+    folder_.WriteIniText("[Cuts]\r\na=1\r\n");
+    EXPECT_EQ(config::TryReadIni("Cuts", "b"), "") << "before it is known what belongs to a whole file";
+    folder_.WriteIniText(whole);
+    EXPECT_EQ(config::ReadRequired("Settings", "Main"), "1");
+    EXPECT_EQ(config::TryReadIni("Cuts", "c"), "");
+    folder_.WriteIniText("[Cuts]\r\na=1\r\n");
+    EXPECT_EQ(config::TryReadIni("Cuts", "b"), std::nullopt);
+    EXPECT_EQ(config::TryReadIniSection("Switch"), std::nullopt);
+    EXPECT_FALSE(config::RemoveRecord("Switch", "b"));
+    EXPECT_EQ(config::TryReadIni("Cuts", "a"), "1") << "what is there is there";
+    folder_.WriteIniText(whole);
+    EXPECT_EQ(config::TryReadIni("Cuts", "b"), "2");
+    EXPECT_EQ(config::TryReadIni("Cuts", "c"), "");
+    // What belongs to this file says nothing of another one.
+    const testkit::ScopedIniPath other(folder_.MakeFile("other.ini", "[Cuts]\r\na=1\r\n"));
+    EXPECT_EQ(config::TryReadIni("Cuts", "b"), "");
+}
+
+TEST_F(HeldFileTest, AFileThatHasBecomeWholeMeanwhileIsAskedOnceMore) {
+    const std::string whole = "[Settings]\r\nMain=1\r\n[Cuts]\r\na=1\r\nb=2\r\n";
+    for (const char* before : {"", "[Cuts]\r\na=1\r\n"}) {
+        folder_.WriteIniText(whole + "c=3\r\n");
+        EXPECT_EQ(config::ReadRequired("Settings", "Main"), "1");
+        folder_.WriteIniText(before);
+        bool first = true;
+        const RecordedCall look =
+            FAKE_CALL(GetFileAttributesExA, [&](LPCSTR name, GET_FILEEX_INFO_LEVELS level, LPVOID data) {
+                if (std::exchange(first, false)) folder_.WriteIniText(whole);
+                return ORIGINAL_CALL(GetFileAttributesExA)(name, level, data);
+            });
+        EXPECT_EQ(config::TryReadIni("Cuts", "b"), "2") << before;
+    }
 }
 
 TEST_F(HeldFileTest, ANewWaitBeginsAfterItWasRead) {

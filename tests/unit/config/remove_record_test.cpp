@@ -206,6 +206,36 @@ TEST_F(RemoveRecordTest, RemovesNothingElseWhereAnotherProgramHasRemovedItMeanwh
     }
 }
 
+TEST_F(RemoveRecordTest, ReadsWhatItRewritesOnce) {
+    folder_.WriteIniText("[Cuts]\r\na=1\r\nb=2\r\nc=3=x\r\n");
+    std::vector<std::string> read;
+    const RecordedCall section =
+        FAKE_CALL(GetPrivateProfileSectionA, [&](LPCSTR name, LPSTR text, DWORD size, LPCSTR file) {
+            if (folder_.IniPath() != file) read.emplace_back(name);
+            return ORIGINAL_CALL(GetPrivateProfileSectionA)(name, text, size, file);
+        });
+    EXPECT_TRUE(config::RemoveRecord("Cuts", "b"));
+    EXPECT_THAT(read, ElementsAre("Cuts")) << "what is read twice may have changed in between";
+}
+
+TEST_F(RemoveRecordTest, KeepsWhatAnotherProgramHasAddedBeforeItIsDone) {
+    for (const char* after : {"[Cuts]\r\na=1\r\nb=2\r\nc=3=x\r\nother=5=y\r\n",
+                              "[Cuts]\r\nother=5=y\r\n; mine\r\na=1\r\nc=3=x\r\n"}) {
+        folder_.WriteIniText("[Cuts]\r\na=1\r\nb=2\r\nc=3=x\r\n");
+        int saves = 1;
+        const RecordedCall flush = FAKE_CALL(FlushFileBuffers, [&](HANDLE file) {
+            if (saves-- > 0) folder_.WriteIniText(after);
+            return ORIGINAL_CALL(FlushFileBuffers)(file);
+        });
+        config::IniUnit unit;
+        EXPECT_TRUE(config::WriteIni("Switch", "z", "/z"));
+        EXPECT_TRUE(config::RemoveRecord("Cuts", "b"));
+        EXPECT_TRUE(unit.Finish());
+        EXPECT_THAT(Lines("Cuts"), testing::UnorderedElementsAre("a=1", "c=3=x", "other=5=y"));
+        EXPECT_THAT(Lines("Switch"), ElementsAre("z=/z"));
+    }
+}
+
 TEST_F(RemoveRecordTest, LosesNoRecordWhereOneCannotBeWrittenBack) {
     for (int failing = 1; failing <= 2; ++failing) {
         folder_.WriteIniText("[Cuts]\r\na=1\r\nb=2\r\nc=3=x\r\nd=4\r\n");

@@ -144,6 +144,41 @@ TEST_F(DefineTabTest, StaysOpenWithWhatWasTypedWhenItCannotBeStored) {
     EXPECT_EQ(folder_.IniValue("Buttons", "30"), "new|");
 }
 
+TEST_F(DefineTabTest, TakesNoDescriptionThatCouldNotBeReadBackWhole) {
+    const std::string longest = std::string(528, 'x') + "Жж";
+    Open(3, [&](Window dialog) {
+        dialog.Child(kLabel).SetText("文文文文文文文");
+        dialog.Child(kDescription).SetText(longest + "x");
+        EXPECT_EQ(dialog.Child(kDescription).Text(), host_.tab.Description) << "a paste is taken back whole";
+        dialog.Child(kDescription).SetText(longest);
+        dialog.Child(kDescription).Send(EM_SETSEL, 3, 3);
+        dialog.Child(kDescription).Send(WM_CHAR, L'y');
+        EXPECT_EQ(dialog.Child(kDescription).Text(), longest);
+        // A shorter label leaves more room.
+        dialog.Child(kLabel).SetText("a");
+        dialog.Child(kDescription).SetText(longest + std::string(20, 'x'));
+        dialog.Child(kApply).Send(BM_CLICK);
+    });
+    model::ButtonRecords records;
+    records.LoadButtonRecords();
+    EXPECT_EQ(records.At("30"), "a|" + longest + std::string(20, 'x'));
+    EXPECT_EQ(records.At("30").size(), 554u);
+}
+
+TEST_F(DefineTabTest, StaysOpenWhereALongDescriptionLeavesNoRoomForTheLabel) {
+    const std::string description(552, 'x');
+    host_.tab.INIstring("a|" + description);
+    Open(3, [&](Window dialog) {
+        dialog.Child(kLabel).SetText("ab");
+        dialog.Child(kApply).Send(BM_CLICK);
+        EXPECT_TRUE(dialog.IsVisible());
+        EXPECT_EQ(folder_.IniValue("Buttons", "30"), std::nullopt);
+        dialog.Child(kLabel).SetText("b");
+        dialog.Child(kApply).Send(BM_CLICK);
+    });
+    EXPECT_EQ(folder_.IniValue("Buttons", "30"), "b|" + description);
+}
+
 TEST_F(DefineTabTest, PaintsTheNewLabelOnTheHeader) {
     const testkit::HiddenWindow parent;
     win::PictureBox header;

@@ -2,109 +2,19 @@
 
 #include <windows.h>
 
-#include <commdlg.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <shlobj.h>
 
-#include <algorithm>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "config/ini.h"
-#include "dialogs/message_box.h"
-#include "res/resource.h"
-#include "tests/support/held_file.h"
-#include "tests/support/hidden_window.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/scoped_ini_path.h"
-#include "tests/support/text.h"
-#include "tests/support/window.h"
-#include "win/dialog.h"
-#include "win/handles.h"
-#include "win/text.h"
+#include "tests/unit/dialogs/edit_group_fixture.h"
 
 namespace dialogs {
 namespace {
 
-using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::Not;
-using testkit::ModalAnswers;
-using testkit::Window;
-using Step = ModalAnswers::Step;
-
-void Click(Window dialog, int id) { dialog.Child(id).Send(BM_CLICK); }
-Window List(Window dialog) { return dialog.Child(dialogs::frmEditB::pBasket); }
-void SelectRow(Window dialog, int row) {
-    List(dialog).Send(WM_KEYDOWN, VK_HOME);
-    for (int index = 0; index < row; ++index)
-        List(dialog).Send(WM_KEYDOWN, VK_DOWN);
-}
-
-class EditGroupTest : public ::testing::Test {
-  protected:
-    EditGroupTest() {
-        win::SetMainWindow(owner_.Handle());
-        fakes_.push_back(FAKE_CALL(GetOpenFileNameW, [this](LPOPENFILENAMEW record) -> WINBOOL {
-            enabledMeanwhile_ = IsWindowEnabled(win::ModalOwner()) != 0;
-            std::wcscpy(record->lpstrFile, testkit::Wide(picked_).c_str());
-            return picked_.empty() ? FALSE : TRUE;
-        }));
-        fakes_.push_back(FAKE_CALL(SHBrowseForFolderW, [this](LPBROWSEINFOW) -> LPITEMIDLIST {
-            return picked_.empty() ? nullptr : reinterpret_cast<LPITEMIDLIST>(CoTaskMemAlloc(2));
-        }));
-        fakes_.push_back(FAKE_CALL(SHGetPathFromIDListEx,
-                                   [this](LPCITEMIDLIST, LPWSTR path, DWORD, GPFIDL_FLAGS) -> WINBOOL {
-                                       std::wcscpy(path, testkit::Wide(picked_).c_str());
-                                       return TRUE;
-                                   }));
-    }
-    ~EditGroupTest() override { win::SetMainWindow(nullptr); }
-
-    /// Replaces the configuration file and reads the record table from it.
-    void Load(std::string_view ini) {
-        folder_.WriteIniText(ini);
-        context_.Records.LoadButtonRecords();
-    }
-    /// Opens the editor on a group; the steps answer it and what it opens.
-    void Edit(const std::string& name, std::vector<Step> steps) {
-        const ModalAnswers user(std::move(steps));
-        editor_.PrepareWindow(name);
-        editor_.Show(owner_.Handle());
-    }
-    /// Edits and applies.
-    void EditAndApply(const std::string& name, const std::function<void(Window)>& act) {
-        Edit(name, {[&](Window dialog) {
-                 act(dialog);
-                 Click(dialog, dialogs::frmEditB::c1 + 2);
-             }});
-    }
-    /// Answers the note that says so, and cancels the editor, which is still open.
-    static void CannotBeMade(Window box) {
-        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
-        EXPECT_EQ(box.Owner().Text(), "Edit group");
-        box.Owner().Child(dialogs::frmEditB::c1 + 3).Post(BM_CLICK);
-        Click(box, dialogs::frmMsg::b1);
-    }
-    std::string Stored(const std::string& name) const {
-        return folder_.IniValue("Cuts", name).value_or("none");
-    }
-
-    testkit::ProgramFolder folder_;
-    testkit::ScopedIniPath ini_{folder_.IniPath()};
-    testkit::HiddenWindow owner_;
-    std::string picked_;
-    bool enabledMeanwhile_ = true;
-    testkit::RecordedCalls fakes_;
-    model::ButtonContext context_;
-    frmEditB editor_{context_};
-};
 
 TEST_F(EditGroupTest, ShowsTheGroupsNameSelectedAndInItsField) {
     Load("[Cuts]\r\nWork=C:\\a|C:\\b\r\n");
@@ -271,68 +181,6 @@ TEST_F(EditGroupTest, AGroupThatCannotBeReadIsNotEdited) {
     EXPECT_TRUE(editor_.PrepareWindow("Work"));
 }
 
-TEST_F(EditGroupTest, AddsNothingThatCouldNotBeReadBack) {
-    const std::string item = "C:\\" + std::string(300, 'x');
-    Load("[Cuts]\r\nWork=" + item + "\r\n");
-    const auto refuse = [](Window box) {
-        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
-        Click(box, dialogs::frmMsg::b1);
-    };
-    // 303 + 1 + 251 bytes are one too many.
-    picked_ = "C:\\" + std::string(248, 'y');
-    Edit("Work", {[](Window dialog) { Click(dialog, dialogs::frmEditB::c1 + 0); },
-                  [&](Window box) {
-                      refuse(box);
-                      box.Owner().Child(dialogs::frmEditB::c1 + 1).Post(BM_CLICK);
-                  },
-                  [&](Window box) {
-                      refuse(box);
-                      box.Owner().Child(dialogs::frmEditB::c1 + 4).Post(BM_CLICK);
-                  },
-                  [](Window box) {
-                      box.Child(dialogs::frmMsg::Text1).SetText("http://" + std::string(244, 'z'));
-                      Click(box, dialogs::frmMsg::b1);
-                  },
-                  [&](Window box) {
-                      refuse(box);
-                      EXPECT_EQ(editor_.ItemCount(), 1);
-                      picked_.pop_back();
-                      Click(box.Owner(), dialogs::frmEditB::c1 + 0);
-                      EXPECT_EQ(editor_.ItemCount(), 2);
-                      box.Owner().Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
-                  }});
-    EXPECT_EQ(Stored("Work"), item + "|" + picked_);
-    EXPECT_EQ(config::ReadIni("Cuts", "Work").size(), 554u);
-}
-
-TEST_F(EditGroupTest, AddsNothingToAGroupThatIsTooLongAlready) {
-    const std::string item = "C:\\" + std::string(397, 'x');
-    Load("[Cuts]\r\nWork=" + item + "|" + item + "\r\n");
-    picked_ = "C:\\" + std::string(180, 'y');
-    Edit("Work", {[](Window dialog) {
-                      Click(dialog, dialogs::frmEditB::c1 + dialogs::frmEditB::kDeleteItem);
-                      Click(dialog, dialogs::frmEditB::c1 + dialogs::frmEditB::kAddFile);
-                  },
-                  [&](Window box) {
-                      EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
-                      Click(box, dialogs::frmMsg::b1);
-                      EXPECT_EQ(editor_.ItemCount(), 1);
-                      box.Owner().Child(dialogs::frmEditB::c1 + dialogs::frmEditB::kCancel).Post(BM_CLICK);
-                  }});
-    EXPECT_EQ(Stored("Work"), item + "|" + item);
-}
-
-TEST_F(EditGroupTest, AUrlWithABarStaysOneItem) {
-    Load("[Cuts]\r\nWork=C:\\a\r\n");
-    Edit("Work", {[](Window dialog) { Click(dialog, dialogs::frmEditB::c1 + 4); },
-                  [](Window box) {
-                      box.Child(dialogs::frmMsg::Text1).SetText("http://a/b|c");
-                      box.Owner().Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
-                      Click(box, dialogs::frmMsg::b1);
-                  }});
-    EXPECT_EQ(Stored("Work"), "C:\\a|http://a/b%7Cc");
-}
-
 TEST_F(EditGroupTest, ANameThatDiffersInItsCaseOnlyIsAnotherName) {
     Load("[Buttons]\r\n23=Work|7\r\n[Cuts]\r\nWork=C:\\a|C:\\b\r\n");
     EditAndApply("Work", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText("WORK"); });
@@ -418,141 +266,6 @@ TEST_F(EditGroupTest, EnterApplies) {
              PostMessageW(dialog.Child(dialogs::frmEditB::t1 + 0).Handle(), WM_KEYDOWN, VK_RETURN, 0);
          }});
     EXPECT_EQ(editor_.StoredName(), "Work");
-}
-
-TEST_F(EditGroupTest, PickedFilesAndFoldersBecomeRowsAtTheEnd) {
-    Load("[Cuts]\r\nWork=C:\\a\r\n");
-    EditAndApply("Work", [&](Window dialog) {
-        picked_ = "C:\\Докуме́нти\\文.txt";
-        Click(dialog, dialogs::frmEditB::c1 + 0);
-        picked_ = "C:\\фасцикла";
-        Click(dialog, dialogs::frmEditB::c1 + 1);
-        picked_ = "";
-        Click(dialog, dialogs::frmEditB::c1 + 0);
-        Click(dialog, dialogs::frmEditB::c1 + 1);
-        EXPECT_FALSE(enabledMeanwhile_);
-        EXPECT_TRUE(dialog.IsEnabled());
-        EXPECT_TRUE(dialog.IsTopmost());
-    });
-    EXPECT_EQ(Stored("Work"), "C:\\a|C:\\Докуме́нти\\文.txt|C:\\фасцикла");
-}
-
-TEST_F(EditGroupTest, AUrlIsAskedForWithItsBeginning) {
-    Load("[Cuts]\r\nWork=C:\\a\r\n");
-    Window editor;
-    Edit("Work", {[&](Window dialog) {
-                      editor = dialog;
-                      dialog.Child(dialogs::frmEditB::c1 + 4).Post(BM_CLICK);
-                  },
-                  [&](Window box) {
-                      EXPECT_EQ(box.Owner(), editor);
-                      EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
-                                "Enter complete URL (please include 'http://' or similar if exists): ");
-                      EXPECT_EQ(box.Child(dialogs::frmMsg::Text1).Text(), "http://");
-                      EXPECT_EQ(box.Child(dialogs::frmMsg::b1).Text(), "OK");
-                      EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 1).Text(), "Cancel");
-                      EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 2).IsVisible());
-                      box.Child(dialogs::frmMsg::Text1).SetText("https://пример.example/文?a=b");
-                      Click(box, dialogs::frmMsg::b1);
-                      editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
-                  }});
-    EXPECT_EQ(Stored("Work"), "C:\\a|https://пример.example/文?a=b");
-}
-
-TEST_F(EditGroupTest, CancelInTheUrlPromptAddsNothingAndSaysNothing) {
-    Load("[Cuts]\r\nWork=C:\\a\r\n");
-    Window editor;
-    Edit("Work", {[&](Window dialog) {
-                      editor = dialog;
-                      dialog.Child(dialogs::frmEditB::c1 + 4).Post(BM_CLICK);
-                  },
-                  [&](Window box) {
-                      Click(box, dialogs::frmMsg::b1 + 1);
-                      editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
-                  }});
-    EXPECT_EQ(Stored("Work"), "C:\\a");
-}
-
-TEST_F(EditGroupTest, WhatIsNoUrlIsRefused) {
-    Load("[Cuts]\r\nWork=C:\\a\r\n");
-    for (const std::string text : {"not a url", "", "C:\\b"}) {
-        Window editor;
-        Edit("Work", {[&](Window dialog) {
-                          editor = dialog;
-                          dialog.Child(dialogs::frmEditB::c1 + 4).Post(BM_CLICK);
-                      },
-                      [&](Window box) {
-                          box.Child(dialogs::frmMsg::Text1).SetText(text);
-                          Click(box, dialogs::frmMsg::b1);
-                      },
-                      [&](Window box) {
-                          EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
-                                    "Sorry, couldn't recognize this as valid URL.\n"
-                                    "Quon will not be able to open it, and so can not add it to the group.");
-                          EXPECT_EQ(box.Child(dialogs::frmMsg::b1).Text(), "OK");
-                          EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 1).IsVisible());
-                          Click(box, dialogs::frmMsg::b1);
-                          editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
-                      }});
-        EXPECT_EQ(Stored("Work"), "C:\\a");
-    }
-}
-
-TEST_F(EditGroupTest, DeleteItemRemovesTheSelectedRowOrTheFirstWhenNoneWasChosen) {
-    Load("[Cuts]\r\nWork=C:\\a|C:\\b|C:\\c|C:\\d\r\n");
-    EditAndApply("Work", [](Window dialog) {
-        SelectRow(dialog, 2);
-        Click(dialog, dialogs::frmEditB::c1 + 5);
-    });
-    EXPECT_EQ(Stored("Work"), "C:\\a|C:\\b|C:\\d");
-    EditAndApply("Work", [](Window dialog) { Click(dialog, dialogs::frmEditB::c1 + 5); });
-    EXPECT_EQ(Stored("Work"), "C:\\b|C:\\d");
-    EditAndApply("Work", [](Window dialog) {
-        SelectRow(dialog, 1);
-        List(dialog).Send(WM_KEYDOWN, VK_DELETE);
-    });
-    EXPECT_EQ(Stored("Work"), "C:\\b");
-}
-
-TEST_F(EditGroupTest, DeletingTheOnlyItemStoresAnEmptyValue) {
-    Load("[Cuts]\r\nWork=C:\\a\r\n");
-    EditAndApply("Work", [](Window dialog) {
-        Click(dialog, dialogs::frmEditB::c1 + 5);
-        Click(dialog, dialogs::frmEditB::c1 + 5);
-        EXPECT_EQ(List(dialog).Text(), "");
-    });
-    EXPECT_EQ(Stored("Work"), "");
-    EXPECT_EQ(editor_.StoredName(), "Work");
-}
-
-TEST_F(EditGroupTest, AMemberWithASeparatorIsTwoMembersTheNextTime) {
-    Load("[Cuts]\r\nWork=C:\\a\r\n");
-    EditAndApply("Work", [&](Window dialog) {
-        picked_ = "C:\\b|c";
-        Click(dialog, dialogs::frmEditB::c1 + 0);
-        SelectRow(dialog, 1);
-        EXPECT_EQ(List(dialog).Text(), "C:\\b|c");
-    });
-    Edit("Work", {[](Window dialog) {
-             SelectRow(dialog, 2);
-             EXPECT_EQ(List(dialog).Text(), "c");
-             Click(dialog, dialogs::frmEditB::c1 + 3);
-         }});
-}
-
-TEST_F(EditGroupTest, AGroupOfTwoHundredLongPathsIsKeptWhole) {
-    std::vector<std::string> members;
-    for (int index = 0; index < 200; ++index)
-        members.push_back("C:\\Программы\\" + std::string(60, 'x') + std::to_string(index) + ".exe");
-    const std::string value = win::Join(members, '|');
-    ASSERT_LT(value.size(), 19900U);
-    Load("[Cuts]\r\nWork=" + value + "\r\n");
-    EditAndApply("Work", [&](Window dialog) {
-        EXPECT_TRUE(dialog.Child(dialogs::frmEditB::Scr).IsEnabled());
-        SelectRow(dialog, 199);
-        EXPECT_EQ(List(dialog).Text(), members.back());
-    });
-    EXPECT_EQ(Stored("Work"), value);
 }
 
 TEST_F(EditGroupTest, TheBarScrollsFiftyRowsByItsSteps) {

@@ -2,33 +2,13 @@
 
 #include <windows.h>
 
-#include <commctrl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "dialogs/edit_group.h"
-#include "dialogs/edit_shortcut.h"
-#include "dialogs/message_box.h"
-#include "res/resource.h"
-#include "tests/support/held_file.h"
-#include "tests/support/hidden_window.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/paint_log.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/scoped_ini_path.h"
-#include "tests/support/text.h"
-#include "tests/support/wait.h"
-#include "tests/support/window.h"
-#include "tests/unit/dialogs/dialog_parts.h"
-#include "win/dialog.h"
-#include "win/handles.h"
-#include "win/text.h"
+#include "tests/unit/dialogs/organize_shortcuts_fixture.h"
 
 namespace dialogs {
 namespace {
@@ -36,53 +16,14 @@ namespace {
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using testkit::ModalAnswers;
-using testkit::Window;
-using Step = ModalAnswers::Step;
 
-constexpr const char* kShortcuts =
-    "[Buttons]\r\n23=Notes|4\r\n[Cuts]\r\nNotes=C:\\notes.txt\r\nWork=C:\\a|C:\\b\r\nЂорђе "
-    "文件=http://a.example/?x=y\r\n";
-
-void Click(Window dialog, int id) { dialog.Child(id).Send(BM_CLICK); }
-Window List(Window organiser) { return organiser.Child(dialogs::frmCuts::pBasket); }
-void Press(Window organiser, WPARAM key) { List(organiser).Send(WM_KEYDOWN, key); }
-void Quit(Window organiser) { organiser.Child(dialogs::frmCuts::Command1 + 2).Post(BM_CLICK); }
-
-/// The names that the organiser has listed.
-std::vector<std::string> Names(Window organiser) {
-    const HWND box = organiser.Child(dialogs::frmCuts::List1).Handle();
-    std::vector<std::string> names;
-    for (LRESULT index = 0; index < SendMessageW(box, LB_GETCOUNT, 0, 0); ++index) {
-        std::wstring name(
-            static_cast<size_t>(SendMessageW(box, LB_GETTEXTLEN, static_cast<WPARAM>(index), 0)) + 1, L'\0');
-        SendMessageW(box, LB_GETTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(name.data()));
-        name.pop_back();
-        names.push_back(testkit::Utf8(name));
-    }
-    return names;
+/// A file with so many shortcuts.
+std::string Many(int count) {
+    std::string ini = "[Cuts]\r\n";
+    for (int index = 0; index < count; ++index)
+        ini += "n" + std::to_string(index) + "=C:\\" + std::to_string(index) + "\r\n";
+    return ini;
 }
-
-class OrganizeShortcutsTest : public ::testing::Test {
-  protected:
-    OrganizeShortcutsTest() { win::SetMainWindow(owner_.Handle()); }
-    ~OrganizeShortcutsTest() override { win::SetMainWindow(nullptr); }
-
-    void Organize(std::string_view ini, std::vector<Step> steps) {
-        folder_.WriteIniText(ini);
-        context_.Records.LoadButtonRecords();
-        const ModalAnswers user(std::move(steps));
-        organiser_.Show(owner_.Handle());
-    }
-    std::vector<std::string> Keys() const { return folder_.Ini().Keys("Cuts"); }
-
-    testkit::ProgramFolder folder_;
-    testkit::ScopedIniPath ini_{folder_.IniPath()};
-    testkit::HiddenWindow owner_;
-    model::ButtonContext context_;
-    frmCuts organiser_{context_};
-};
 
 TEST_F(OrganizeShortcutsTest, ListsAllShortcutsInTheirOrder) {
     Organize(kShortcuts, {[this](Window organiser) {
@@ -203,19 +144,6 @@ TEST_F(OrganizeShortcutsTest, LinesWithoutATargetAreNoShortcutsAndQuotesNoPartOf
              }});
 }
 
-TEST_F(OrganizeShortcutsTest, DeletesAShortcutThatIsOnNoButtonWithoutAQuestion) {
-    Organize(kShortcuts, {[](Window organiser) {
-                 Press(organiser, VK_DOWN);
-                 Click(organiser, dialogs::frmCuts::Command1 + 1);
-                 EXPECT_EQ(organiser.Text(), "Organize shortcuts - 2 shortcuts found");
-                 EXPECT_THAT(Names(organiser), ElementsAre("Notes", "Ђорђе 文件"));
-                 Quit(organiser);
-             }});
-    EXPECT_THAT(Keys(), ElementsAre("Notes", "Ђорђе 文件"));
-    EXPECT_EQ(folder_.IniValue("Cuts", "Ђорђе 文件"), "http://a.example/?x=y");
-    EXPECT_EQ(folder_.IniValue("Buttons", "23"), "Notes|4");
-}
-
 TEST_F(OrganizeShortcutsTest, GoesByTheKeyboard) {
     Organize(kShortcuts, {[](Window organiser) {
                  EXPECT_THAT(TabOrder(organiser, frmCuts::pBasket),
@@ -223,99 +151,6 @@ TEST_F(OrganizeShortcutsTest, GoesByTheKeyboard) {
                                          frmCuts::Command1 + 2));
                  PressInFocus(VK_ESCAPE);
              }});
-}
-
-TEST_F(OrganizeShortcutsTest, FreesTheButtonBeforeItDeletesTheShortcut) {
-    testkit::CallLog log;
-    const testkit::RecordedCall section =
-        FAKE_CALL(WritePrivateProfileSectionA, [&](LPCSTR name, LPCSTR text, LPCSTR file) {
-            log.Add("section", name);
-            return ORIGINAL_CALL(WritePrivateProfileSectionA)(name, text, file);
-        });
-    const testkit::RecordedCall write =
-        FAKE_CALL(WritePrivateProfileStringA, [&](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR file) {
-            log.Add("write", name, key, value);
-            return ORIGINAL_CALL(WritePrivateProfileStringA)(name, key, value, file);
-        });
-    Window organiser;
-    Organize(kShortcuts, {[&](Window shown) {
-                              organiser = shown;
-                              shown.Child(dialogs::frmCuts::Command1 + 1).Post(BM_CLICK);
-                          },
-                          [&](Window box) {
-                              EXPECT_THAT(log.Lines(), IsEmpty()) << "not before the answer";
-                              Click(box, dialogs::frmMsg::b1);
-                              Quit(organiser);
-                          }});
-    EXPECT_TRUE(InOrder(log, {"write Buttons 23 ", "section Cuts"}));
-}
-
-TEST_F(OrganizeShortcutsTest, AsksBeforeItDeletesWhatIsOnAButton) {
-    Window organiser;
-    Organize(kShortcuts, {[&](Window shown) {
-                              organiser = shown;
-                              shown.Child(dialogs::frmCuts::Command1 + 1).Post(BM_CLICK);
-                          },
-                          [&](Window box) {
-                              EXPECT_EQ(box.Owner(), organiser);
-                              EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
-                                        "You have this shortcut on the button too (Tab 2, button 3).\n"
-                                        "Please confirm deletion.");
-                              EXPECT_EQ(box.Child(dialogs::frmMsg::b1).Text(), "Delete");
-                              EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 1).Text(), "Cancel");
-                              EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 2).IsVisible());
-                              Click(box, dialogs::frmMsg::b1);
-                              Quit(organiser);
-                          }});
-    EXPECT_EQ(folder_.IniValue("Buttons", "23"), "");
-    EXPECT_EQ(context_.Records.At("23"), "");
-    EXPECT_THAT(Keys(), ElementsAre("Work", "Ђорђе 文件"));
-}
-
-TEST_F(OrganizeShortcutsTest, CancelAndAClosedQuestionKeepTheShortcut) {
-    for (const bool closed : {false, true}) {
-        Window organiser;
-        Organize(kShortcuts, {[&](Window shown) {
-                                  organiser = shown;
-                                  List(shown).Post(WM_KEYDOWN, VK_DELETE);
-                              },
-                              [&](Window box) {
-                                  if (closed)
-                                      box.Send(WM_SYSCOMMAND, SC_CLOSE);
-                                  else
-                                      Click(box, dialogs::frmMsg::b1 + 1);
-                                  Quit(organiser);
-                              }});
-        EXPECT_EQ(folder_.IniValue("Buttons", "23"), "Notes|4");
-        EXPECT_EQ(context_.Records.At("23"), "Notes|4");
-        EXPECT_EQ(Keys().size(), 3U);
-    }
-}
-
-TEST_F(OrganizeShortcutsTest, TellsWhichShortcutsHaveChanged) {
-    std::vector<std::string> changed;
-    context_.onChanged = [&](const std::vector<std::string>& names) {
-        changed.insert(changed.end(), names.begin(), names.end());
-    };
-    Window organiser;
-    Organize(kShortcuts, {[&](Window shown) {
-                              organiser = shown;
-                              shown.Child(dialogs::frmCuts::Command1 + 0).Post(BM_CLICK);
-                          },
-                          [&](Window editor) {
-                              editor.Child(dialogs::frmEdit::t1 + 0).SetText("Other");
-                              Click(editor, dialogs::frmEdit::c1 + 2);
-                              Press(organiser, VK_HOME);
-                              organiser.Child(dialogs::frmCuts::Command1 + 0).Post(BM_CLICK);
-                          },
-                          [&](Window editor) {
-                              editor.Child(dialogs::frmEditB::t1 + 0).SetText("Play");
-                              Click(editor, dialogs::frmEditB::c1 + 2);
-                              Press(organiser, VK_HOME);
-                              organiser.Child(dialogs::frmCuts::Command1 + 1).Post(BM_CLICK);
-                              Quit(organiser);
-                          }});
-    EXPECT_THAT(changed, ElementsAre("Notes", "Other", "Work", "Play", "Ђорђе 文件"));
 }
 
 TEST_F(OrganizeShortcutsTest, ReadsItsListAgainSoonWhenItCannotBeRead) {
@@ -332,146 +167,6 @@ TEST_F(OrganizeShortcutsTest, ReadsItsListAgainSoonWhenItCannotBeRead) {
         Quit(organiser);
     }});
     organiser_.Show(owner_.Handle());
-}
-
-TEST_F(OrganizeShortcutsTest, DeletesAndEditsNothingThatCannotBeRead) {
-    Organize(kShortcuts, {[&](Window organiser) {
-                 {
-                     const testkit::HeldFile held(folder_.IniPath());
-                     Click(organiser, dialogs::frmCuts::Command1 + 1);
-                 }
-                 Quit(organiser);
-             }});
-    EXPECT_EQ(Keys().size(), 3U);
-    EXPECT_EQ(folder_.IniValue("Buttons", "23"), "Notes|4");
-    EXPECT_EQ(context_.Records.At("23"), "Notes|4");
-}
-
-TEST_F(OrganizeShortcutsTest, DeletingTheLastShortcutShowsThatThereAreNone) {
-    Organize("[Cuts]\r\na=C:\\a\r\n", {[](Window organiser) {
-                 Press(organiser, VK_DELETE);
-                 EXPECT_EQ(organiser.Child(dialogs::frmCuts::Label1).Text(), "No shortcuts found");
-                 EXPECT_TRUE(organiser.Child(dialogs::frmCuts::Command1 + 2).IsFocused());
-                 Quit(organiser);
-             }});
-    EXPECT_THAT(Keys(), IsEmpty());
-}
-
-TEST_F(OrganizeShortcutsTest, AGroupIsEditedInTheGroupEditor) {
-    Window organiser;
-    Organize(kShortcuts, {[&](Window shown) {
-                              organiser = shown;
-                              Press(shown, VK_DOWN);
-                              shown.Child(dialogs::frmCuts::Command1 + 0).Post(BM_CLICK);
-                          },
-                          [&](Window editor) {
-                              EXPECT_EQ(editor.Text(), "Edit group");
-                              EXPECT_EQ(editor.Owner(), organiser);
-                              EXPECT_EQ(editor.Child(dialogs::frmEditB::t1 + 0).Text(), "Work");
-                              editor.Child(dialogs::frmEditB::t1 + 0).SetText("Play");
-                              Click(editor, dialogs::frmEditB::c1 + 2);
-                              Quit(organiser);
-                          }});
-    EXPECT_THAT(Keys(), ElementsAre("Notes", "Ђорђе 文件", "Play"));
-}
-
-TEST_F(OrganizeShortcutsTest, ASingleShortcutIsEditedInItsOwnEditorAndTheListReadAgain) {
-    Window organiser;
-    Organize(kShortcuts, {[&](Window shown) {
-                              organiser = shown;
-                              Press(shown, VK_END);
-                              PostMessageW(List(shown).Handle(), WM_KEYDOWN, VK_RETURN, 0);
-                          },
-                          [&](Window editor) {
-                              EXPECT_EQ(editor.Text(), "Edit shortcut");
-                              EXPECT_EQ(editor.Owner(), organiser);
-                              EXPECT_EQ(editor.Child(dialogs::frmEdit::t1 + 0).Text(), "Ђорђе 文件");
-                              EXPECT_EQ(editor.Child(dialogs::frmEdit::t1 + 1).Text(),
-                                        "http://a.example/?x=y");
-                              editor.Child(dialogs::frmEdit::t1 + 0).SetText("Page");
-                              Click(editor, dialogs::frmEdit::c1 + 2);
-                              organiser.Post(WM_NULL);
-                              Quit(organiser);
-                          }});
-    EXPECT_THAT(Keys(), ElementsAre("Notes", "Work", "Page"));
-}
-
-TEST_F(OrganizeShortcutsTest, TheListIsReadAgainAfterAnEditor) {
-    const auto name = [](const char* text) {
-        return [text](Window editor) {
-            editor.Child(dialogs::frmEdit::t1 + 0).SetText(text);
-            Click(editor, dialogs::frmEdit::c1 + 2);
-        };
-    };
-    Organize(kShortcuts, {[](Window organiser) {
-                              Press(organiser, VK_END);
-                              Click(organiser, dialogs::frmCuts::Command1 + 0);
-                              EXPECT_THAT(Names(organiser), ElementsAre("Notes", "Work", "Page"));
-                              EXPECT_EQ(List(organiser).Text(), "Page");
-                              // It gets the name of another one: there is one shortcut less.
-                              Click(organiser, dialogs::frmCuts::Command1 + 0);
-                              EXPECT_EQ(organiser.Text(), "Organize shortcuts - 2 shortcuts found");
-                              EXPECT_THAT(Names(organiser), ElementsAre("Notes", "Work"));
-                              Quit(organiser);
-                          },
-                          name("Page"), name("NOTES")});
-}
-
-TEST_F(OrganizeShortcutsTest, TheEditorsBoxesHaveTheColourOfTheRow) {
-    std::vector<COLORREF> colors;
-    const Step look = [&](Window editor) {
-        const win::MemoryDc dc(CreateCompatibleDC(nullptr));
-        const HWND box = editor.Child(dialogs::frmEdit::t1 + 1).Handle();
-        editor.Send(WM_CTLCOLOREDIT, reinterpret_cast<WPARAM>(dc.Get()), reinterpret_cast<LPARAM>(box));
-        colors.push_back(GetBkColor(dc.Get()));
-        Click(editor, dialogs::frmEdit::c1 + 3);
-    };
-    Organize("[Cuts]\r\na=C:\\a\r\nb=C:\\b\r\n", {[](Window organiser) {
-                                                      Click(organiser, dialogs::frmCuts::Command1 + 0);
-                                                      Press(organiser, VK_DOWN);
-                                                      Click(organiser, dialogs::frmCuts::Command1 + 0);
-                                                      Quit(organiser);
-                                                  },
-                                                  look, look});
-    EXPECT_THAT(colors, ElementsAre(RGB(0xFF, 0xFF, 0xFF), RGB(0xF1, 0xF5, 0xF1)));
-}
-
-TEST_F(OrganizeShortcutsTest, ATargetThatIsReadCutShortIsEditedWhole) {
-    const std::string longTarget = "C:\\" + std::string(300, 'x');
-    const std::string ini =
-        "[Cuts]\r\nfirst=C:\\" + std::string(19800, 'f') + "\r\nlast=" + longTarget + "\r\n";
-    Organize(ini, {[](Window organiser) {
-                       Press(organiser, VK_END);
-                       EXPECT_EQ(List(organiser).Text(), "last");
-                       Click(organiser, dialogs::frmCuts::Command1 + 0);
-                       Quit(organiser);
-                   },
-                   [&](Window editor) {
-                       EXPECT_EQ(editor.Child(dialogs::frmEdit::t1 + 1).Text(), longTarget);
-                       Click(editor, dialogs::frmEdit::c1 + 2);
-                   }});
-    EXPECT_EQ(folder_.IniValue("Cuts", "last"), longTarget);
-}
-
-TEST_F(OrganizeShortcutsTest, ADoubleClickEditsARow) {
-    Window organiser;
-    Organize(kShortcuts, {[&](Window shown) {
-                              organiser = shown;
-                              List(shown).Post(WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(50, 60));
-                          },
-                          [&](Window editor) {
-                              EXPECT_EQ(editor.Child(dialogs::frmEditB::t1 + 0).Text(), "Work");
-                              Click(editor, dialogs::frmEditB::c1 + 3);
-                              Quit(organiser);
-                          }});
-}
-
-/// A file with so many shortcuts.
-std::string Many(int count) {
-    std::string ini = "[Cuts]\r\n";
-    for (int index = 0; index < count; ++index)
-        ini += "n" + std::to_string(index) + "=C:\\" + std::to_string(index) + "\r\n";
-    return ini;
 }
 
 TEST_F(OrganizeShortcutsTest, TheWheelScrollsByItsNotchAndNeverPastTheEnds) {
@@ -541,6 +236,22 @@ TEST_F(OrganizeShortcutsTest, AThousandShortcutsAreListedAtOnceAndReachedToTheLa
                  EXPECT_EQ(organiser.Text(), "Organize shortcuts - 1000 shortcuts found");
                  Press(organiser, VK_END);
                  EXPECT_EQ(List(organiser).Text(), "n999");
+                 Quit(organiser);
+             }});
+}
+
+TEST_F(OrganizeShortcutsTest, OnAFileThatIsEmptyForAMomentItWaitsForTheListAndKeepsTheRecords) {
+    Organize(kShortcuts, {[&](Window organiser) {
+                 const std::string whole = folder_.IniBytes();
+                 folder_.WriteIniText("");
+                 organiser_.ReadShortcuts();
+                 EXPECT_EQ(organiser.Child(frmCuts::Label1).Text(), "Refreshing list...");
+                 EXPECT_FALSE(organiser.Child(frmCuts::Command1 + frmCuts::kDelete).IsEnabled());
+                 EXPECT_TRUE(organiser.Child(frmCuts::Command1 + frmCuts::kQuit).IsFocused());
+                 EXPECT_EQ(folder_.IniBytes(), "");
+                 folder_.WriteIniText(whole);
+                 organiser.Send(WM_TIMER, 1);
+                 EXPECT_THAT(Names(organiser), ElementsAre("Notes", "Work", "Ђорђе 文件"));
                  Quit(organiser);
              }});
 }

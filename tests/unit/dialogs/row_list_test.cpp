@@ -6,8 +6,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <shellapi.h>
+#include <shlwapi.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "model/launching.h"
@@ -353,6 +355,27 @@ TEST_F(RowListTest, AMissingFileHasTheIconOfItsKind) {
     Paint(list_, {0, 0, kFrameWidth, kFrameHeight});
     EXPECT_THAT(asked_, ElementsAre("C:\\gone.txt", "kind of C:\\gone.txt"));
     EXPECT_THAT(Drawn("Image"), ElementsAre("Image 2 4 6"));
+}
+
+TEST_F(RowListTest, AServerThatDoesNotAnswerIsAskedOnceForAllRows) {
+    int waits = 0;
+    const auto look = FAKE_CALL(PathFileExistsA, [&](LPCSTR path) -> BOOL {
+        if (std::string_view(path).starts_with("\\\\silent\\")) {
+            ++waits;
+            SetLastError(ERROR_BAD_NETPATH);
+            return FALSE;
+        }
+        return TRUE;
+    });
+    const std::vector<Row> rows{
+        {"", "\\\\silent\\a\\1.txt", ""}, {"", "\\\\silent\\b\\2.txt", ""}, {"", "C:\\c", ""}};
+    list_.Assign(rows);
+    Paint(list_, {0, 0, kFrameWidth, kFrameHeight});
+    EXPECT_EQ(waits, 1);
+    EXPECT_THAT(asked_, ElementsAre("kind of \\\\silent\\a\\1.txt", "kind of \\\\silent\\b\\2.txt", "C:\\c"));
+    list_.Assign(rows);
+    Paint(list_, {0, 0, kFrameWidth, kFrameHeight});
+    EXPECT_EQ(waits, 2) << "rows that are read anew ask again";
 }
 
 TEST_F(RowListTest, ARowShowsItsIconAndItsNameAndTheSelectedOneItsBar) {

@@ -100,6 +100,19 @@ TEST_F(ShortcutStoreTest, RenamesTargetSwitchAndAllButtons) {
     EXPECT_EQ(records_.At("23"), "Other|1");
 }
 
+TEST_F(ShortcutStoreTest, ChangingTheFirstOfTwoRecordsOfANameKeepsTheSecond) {
+    const std::string ini = "[Cuts]\r\nA=C:\\1\r\nB=C:\\b\r\na=C:\\2\r\n";
+    for (const char* name : {"A", "a"}) {
+        Load(ini);
+        EXPECT_TRUE(store_.Rename({"A", name, "C:\\3"}));
+        EXPECT_THAT(Section("Cuts"),
+                    ElementsAre(Entry{"A", "C:\\3"}, Entry{"B", "C:\\b"}, Entry{"a", "C:\\2"}));
+    }
+    Load(ini);
+    EXPECT_TRUE(store_.Rename({"A", "C", "C:\\3"}));
+    EXPECT_THAT(Section("Cuts"), ElementsAre(Entry{"B", "C:\\b"}, Entry{"a", "C:\\2"}, Entry{"C", "C:\\3"}));
+}
+
 TEST_F(ShortcutStoreTest, RenamingOntoATakenNameDropsItsOldSwitch) {
     EXPECT_TRUE(store_.Rename({"Notes", "Other", "C:\\n"}));
     EXPECT_EQ(folder_.IniValue("Switch", "Other"), "/n");

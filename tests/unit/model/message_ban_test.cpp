@@ -1,0 +1,50 @@
+// What is called while a unit of writes is open must not let messages run: the shell's icons, the opening of
+// a target.
+#include "win/message_ban.h"
+
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <shellapi.h>
+
+#include <string>
+#include <vector>
+
+#include "model/launching.h"
+#include "model/target_icon.h"
+#include "tests/support/recorded_call.h"
+
+namespace model {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+std::vector<std::string> g_breaches;
+
+TEST(ModelMessageBanTest, IsBrokenByIconsAndByOpening) {
+    g_breaches.clear();
+    const auto shell = FAKE_CALL(ShellExecuteA, [](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
+        return reinterpret_cast<HINSTANCE>(INT_PTR{42});
+    });
+    win::SetBanBreachHandler([](const char* routine) noexcept { g_breaches.emplace_back(routine); });
+    const auto letMessagesRun = [] {
+        static_cast<void>(TargetIcon("C:\\gone.txt", 0));
+        static_cast<void>(IconOfKind("C:\\gone.txt"));
+        std::string target = "C:\\gone.txt";
+        int show = SW_SHOWNORMAL;
+        LaunchTarget(target, false, show, "");
+    };
+    letMessagesRun();
+    EXPECT_THAT(g_breaches, IsEmpty());
+    {
+        const win::MessageBan ban;
+        letMessagesRun();
+    }
+    win::SetBanBreachHandler(nullptr);
+    EXPECT_THAT(g_breaches, ElementsAre("TargetIcon", "IconOfKind", "LaunchTarget"));
+}
+
+}  // namespace
+}  // namespace model
