@@ -30,7 +30,7 @@ TEST(ModelMessageBanTest, IsBrokenByIconsAndByOpening) {
     });
     win::SetBanBreachHandler([](const char* routine) noexcept { g_breaches.emplace_back(routine); });
     const auto letMessagesRun = [] {
-        static_cast<void>(TargetIcon("C:\\gone.txt", 0));
+        static_cast<void>(TargetIcon("C:\\gone.txt", 0, 32));
         static_cast<void>(IconOfKind("C:\\gone.txt"));
         std::string target = "C:\\gone.txt";
         int show = SW_SHOWNORMAL;
