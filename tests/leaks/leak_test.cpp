@@ -142,12 +142,10 @@ std::string LeakTest::Stretch(const std::function<void()>& round, int rounds) {
     // What the test has written down so far counts, what it will write down below does not.
     const HeapCount heapBefore = CountHeap();
     const Growth growth = GrowthOf(round, rounds);
+    // A timer that is about to end has an entry in the ledger.
+    testkit::HappensWithin(kSettleTime, [&] { return Count() == before; });
     const HeapCount heapAfter = CountHeap();
-    Ledger::Counts after;
-    testkit::HappensWithin(kSettleTime, [&] {
-        after = Count();
-        return after == before;
-    });
+    Ledger::Counts after = Count();
     AddHeap(heapBefore, before);
     AddHeap(heapAfter, after);
     std::cout << rounds << " rounds: " << after["window"] << " windows, "
