@@ -38,6 +38,15 @@ void RegisterOnce(const WindowOptions& options, WNDPROC procedure) {
     RegisterClassExW(&record);
 }
 
+BOOL CALLBACK CollectWindow(HWND window, LPARAM windows) noexcept {
+    try {
+        reinterpret_cast<std::vector<HWND>*>(windows)->push_back(window);
+        return TRUE;
+    } catch (const std::exception&) {
+        return FALSE;
+    }
+}
+
 }  // namespace
 
 HINSTANCE ModuleInstance() noexcept { return GetModuleHandleW(nullptr); }
@@ -104,15 +113,7 @@ void SetTopmost(bool topmost, HWND window) noexcept {
 
 std::vector<HWND> ThreadWindows() {
     std::vector<HWND> windows;
-    const auto collect = [](HWND window, LPARAM into) -> BOOL {
-        try {
-            reinterpret_cast<std::vector<HWND>*>(into)->push_back(window);
-            return TRUE;
-        } catch (const std::exception&) {
-            return FALSE;
-        }
-    };
-    EnumThreadWindows(GetCurrentThreadId(), collect, reinterpret_cast<LPARAM>(&windows));
+    EnumThreadWindows(GetCurrentThreadId(), &CollectWindow, reinterpret_cast<LPARAM>(&windows));
     return windows;
 }
 
