@@ -445,6 +445,7 @@ TEST_F(OptionsDialogTest, AHotKeyBringsThePanelOutAndDocksItFromEverywhere) {
     mouse::RightClick(quon.Button(1));
     PopupMenu::Wait(quon.Id()).Choose("Add file to button");
     const Window picker = quon.Program().WaitForWindow({.title = "Select file"});
+    WaitFor("the picker comes up in front", [&] { return picker.IsForeground(); });
     typing.AsWindow().Activate();
     keyboard::Chord({VK_CONTROL, VK_MENU, 'J'});
     WaitFor("the picker is in front", [&] { return picker.IsForeground(); });

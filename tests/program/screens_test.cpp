@@ -111,7 +111,7 @@ TEST_F(ScreensTest, APanelThatDocksInFrontHandsTheForegroundOn) {
     WaitFor("the neighbour is in front", [&] { return neighbour.MainWindow().IsForeground(); });
     // A panel that was not in front takes the foreground from nobody.
     ClickTrayIcon(quon);
-    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    WaitFor("the panel comes out to the front", [&] { return quon.IsOut() && quon.Main().IsForeground(); });
     const OtherWindow typing({100, 100, 300, 200});
     typing.AsWindow().Activate();
     WaitFor("the other window is in front", [&] { return typing.AsWindow().IsForeground(); });

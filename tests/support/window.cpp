@@ -126,8 +126,11 @@ void Window::Post(UINT message, WPARAM wparam, LPARAM lparam) const {
 }
 
 void Window::Activate() const {
-    SetForegroundWindow(Checked());
-    WaitFor(Describe() + " comes to the foreground", [this] { return IsForeground(); });
+    // Asked for again, because what has just been opened may still take the foreground.
+    WaitFor(Describe() + " comes to the foreground", [this] {
+        if (!IsForeground()) SetForegroundWindow(Checked());
+        return IsForeground();
+    });
 }
 
 void Window::SetText(const std::string& text) const {
