@@ -1,0 +1,112 @@
+// The commands of a button's menu, with the shell's part played by the test.
+#pragma once
+
+#include <windows.h>
+
+#include <commdlg.h>
+#include <shellapi.h>
+#include <shlobj.h>
+
+#include <cstring>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "app/button_commands.h"
+#include "dialogs/message_box.h"
+#include "tests/support/modal_answers.h"
+#include "tests/support/text.h"
+#include "tests/unit/app/panel_parts.h"
+#include "win/window.h"
+
+namespace app {
+
+class ButtonCommandsFixture : public PanelParts {
+  protected:
+    ButtonCommandsFixture() {
+        commands_.Attach(host_.Handle());
+        ShowWindow(host_.Handle(), SW_SHOWNOACTIVATE);
+        RecordShell();
+        RecordWindow();
+    }
+
+    void RecordShell() {
+        fakes_.push_back(FAKE_CALL(GetOpenFileNameW, [this](LPOPENFILENAMEW record) -> BOOL {
+            NoteQuestion("file?");
+            std::wcscpy(record->lpstrFile, testkit::Wide(answer_).c_str());
+            return answer_.empty() ? FALSE : TRUE;
+        }));
+        fakes_.push_back(FAKE_CALL(SHBrowseForFolderW, [this](LPBROWSEINFOW) -> LPITEMIDLIST {
+            NoteQuestion("folder?");
+            return answer_.empty() ? nullptr : static_cast<LPITEMIDLIST>(CoTaskMemAlloc(2));
+        }));
+        fakes_.push_back(
+            FAKE_CALL(SHGetPathFromIDListEx, [this](LPCITEMIDLIST, LPWSTR path, DWORD, GPFIDL_FLAGS) -> BOOL {
+                std::wcscpy(path, testkit::Wide(answer_).c_str());
+                return TRUE;
+            }));
+        fakes_.push_back(FAKE_CALL(SHFileOperationA, [this](LPSHFILEOPSTRUCTA record) {
+            NoteQuestion("operation " + std::to_string(record->wFunc) + " " + record->pFrom + " > " +
+                         (record->pTo != nullptr ? record->pTo : "nowhere"));
+            return result_;
+        }));
+        fakes_.push_back(FAKE_CALL(ShellExecuteExA, [this](SHELLEXECUTEINFOA* record) -> BOOL {
+            log_.Add("properties", record->lpFile);
+            return TRUE;
+        }));
+        fakes_.push_back(
+            FAKE_CALL(CreateProcessA,
+                      [this](LPCSTR, LPSTR line, LPSECURITY_ATTRIBUTES, LPSECURITY_ATTRIBUTES, BOOL, DWORD,
+                             LPVOID, LPCSTR, LPSTARTUPINFOA startup, LPPROCESS_INFORMATION) -> BOOL {
+                          log_.Add("start", line, startup->wShowWindow);
+                          return FALSE;
+                      }));
+        fakes_.push_back(
+            FAKE_CALL(WritePrivateProfileStringA, [this](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR file) {
+                if (std::string_view(name) == "Buttons") log_.Add("write", key, value);
+                return ORIGINAL_CALL(WritePrivateProfileStringA)(name, key, value, file);
+            }));
+    }
+
+    void RecordWindow() {
+        fakes_.push_back(FAKE_CALL(SetWindowPos,
+                                   [this](HWND window, HWND after, int x, int y, int cx, int cy, UINT flags) {
+                                       if (window == host_.Handle() && (flags & SWP_NOMOVE) != 0)
+                                           log_.Add(after == HWND_TOPMOST ? "topmost" : "not topmost");
+                                       return ORIGINAL_CALL(SetWindowPos)(window, after, x, y, cx, cy, flags);
+                                   }));
+    }
+
+    /// A window of the system is open: the panel must be out of its way, and events run.
+    void NoteQuestion(const std::string& what) {
+        log_.Add(what);
+        EXPECT_FALSE(IsWindowEnabled(host_.Handle())) << what;
+        EXPECT_FALSE(testkit::Window(host_.Handle()).IsTopmost()) << what;
+        if (meanwhile_) meanwhile_();
+    }
+
+    /// A button of tab 1 with a single target.
+    void LoadSingle(const std::string& target) {
+        Load("[Buttons]\r\n11=Име|2\r\n[Cuts]\r\nИме=" + target + "\r\n");
+        win::SetTopmost(true, host_.Handle());
+        log_.Clear();
+    }
+
+    /// Answers a note with its button after comparing its text.
+    static testkit::ModalAnswers::Step Note(const std::string& text) {
+        return [text](testkit::Window box) {
+            EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), text);
+            box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
+        };
+    }
+
+    static constexpr const char* kDone = "Operation completed.";
+    static constexpr const char* kFailed = "Couldn't perform the operation, sorry.";
+
+    std::string answer_;
+    int result_ = 0;
+    std::function<void()> meanwhile_;
+    ButtonCommands commands_{state_, dock_};
+};
+
+}  // namespace app
