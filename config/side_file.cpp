@@ -92,31 +92,17 @@ win::File OpenToWrite(const std::string& path) {
     }
 }
 
-/// Who may do what with a file; nothing when Windows does not tell.
-std::vector<std::byte> AccessRights(const std::string& path) {
-    DWORD size = 0;
-    GetFileSecurityA(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
-    std::vector<std::byte> rights(size);
-    if (size == 0 ||
-        GetFileSecurityA(path.c_str(), DACL_SECURITY_INFORMATION, rights.data(), size, &size) == 0)
-        return {};
-    return rights;
-}
-
-/// Gives `to` what a copy does not take over from `from`: who may do what with it, and when it was created.
-/// Whatever Windows does not let us set stays as the folder gives it.
-void CopyIdentity(const std::string& from, const std::string& to) {
-    WIN32_FILE_ATTRIBUTE_DATA data{};
-    if (GetFileAttributesExA(from.c_str(), GetFileExInfoStandard, &data) != 0) {
-        const win::File file = Open(to, FILE_WRITE_ATTRIBUTES);
-        if (file) SetFileTime(file.Get(), &data.ftCreationTime, nullptr, nullptr);
-        if (GetFileAttributesA(to.c_str()) != data.dwFileAttributes)
-            SetFileAttributesA(to.c_str(), data.dwFileAttributes);
+/// Who may do what with an open file, as Windows writes it; nothing when Windows does not tell.
+std::vector<std::byte> AccessRights(HANDLE file) {
+    constexpr size_t kUsualSize = 1024;
+    std::vector<std::byte> rights(kUsualSize);
+    DWORD needed = 0;
+    while (GetKernelObjectSecurity(file, DACL_SECURITY_INFORMATION, rights.data(),
+                                   static_cast<DWORD>(rights.size()), &needed) == 0) {
+        if (GetLastError() != ERROR_INSUFFICIENT_BUFFER || needed <= rights.size()) return {};
+        rights.assign(needed, std::byte{});
     }
-    std::vector<std::byte> rights = AccessRights(from);
-    // Where they are the same already, setting them could only lose what a system stores by other means.
-    if (!rights.empty() && rights != AccessRights(to))
-        SetFileSecurityA(to.c_str(), DACL_SECURITY_INFORMATION, rights.data());
+    return rights;
 }
 
 /// Whether a failure to take a file's place may be over in a moment.
@@ -136,6 +122,7 @@ SideFileResult SideFile::Make(const std::string& path) {
     target_ = path;
     targetIsNew_ = false;
     state_.reset();
+    identity_.reset();
     const DWORD attributes = GetFileAttributesA(path.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) {
         targetIsNew_ = GetLastError() == ERROR_FILE_NOT_FOUND;
@@ -149,6 +136,7 @@ SideFileResult SideFile::Make(const std::string& path) {
         target_ = *resolved;
         // Before the copy: what is written while it is made counts as a change.
         state_ = StateOf(target_);
+        identity_ = IdentityOf(file.Get());
     }
     return MakeUnderAName();
 }
@@ -158,9 +146,9 @@ SideFileResult SideFile::MakeUnderAName() {
         const std::string name = SideName(target_, number);
         // Not every function of every system refuses such a name, but enough of them do.
         if (win::ToWide(name).size() >= MAX_PATH) break;
-        DeleteFileA(name.c_str());
         bool made = false;
         do {
+            if (Exists(name)) DeleteFileA(name.c_str());
             made = targetIsNew_ ? static_cast<bool>(win::File(CreateFileA(name.c_str(), GENERIC_WRITE, 0,
                                                                           nullptr, CREATE_NEW, 0, nullptr)))
                                 : CopyFileA(target_.c_str(), name.c_str(), TRUE) != 0;
@@ -219,17 +207,35 @@ bool SideFile::TargetWasEmptied() const noexcept {
     return !now || now->Size == 0;
 }
 
+std::optional<SideFile::Identity> SideFile::IdentityOf(HANDLE file) {
+    BY_HANDLE_FILE_INFORMATION information{};
+    if (GetFileInformationByHandle(file, &information) == 0) return std::nullopt;
+    return Identity{information.dwFileAttributes, information.ftCreationTime, AccessRights(file)};
+}
+
+void SideFile::TakeOverIdentity(HANDLE file) const {
+    if (!identity_) return;
+    SetFileTime(file, &identity_->Created, nullptr, nullptr);
+    if (GetFileAttributesA(path_.c_str()) != identity_->Attributes)
+        SetFileAttributesA(path_.c_str(), identity_->Attributes);
+    // Where they are the same already, setting them could only lose what a system stores by other means.
+    std::vector<std::byte> rights = identity_->Rights;
+    if (!rights.empty() && rights != AccessRights(file))
+        SetFileSecurityA(path_.c_str(), DACL_SECURITY_INFORMATION, rights.data());
+}
+
 bool SideFile::Flush() const {
     if (!HasRoomToGrow(target_)) {
         SetLastError(ERROR_DISK_FULL);
         return false;
     }
     const win::File file = Open(path_, GENERIC_WRITE);
-    return file && FlushFileBuffers(file.Get()) != 0;
+    if (!file) return false;
+    TakeOverIdentity(file.Get());
+    return FlushFileBuffers(file.Get()) != 0;
 }
 
 bool SideFile::Replace() {
-    if (!targetIsNew_) CopyIdentity(target_, path_);
     kept_.Reset();
     for (;;) {
         if (TargetHasChanged()) {

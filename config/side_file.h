@@ -1,7 +1,11 @@
 #pragma once
 
+#include <windows.h>
+
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "win/handles.h"
 
@@ -49,12 +53,12 @@ class SideFile {
     /// Whether the target is empty now or not there, and was neither when the copy was made.
     [[nodiscard]] bool TargetWasEmptied() const noexcept;
 
-    /// Writes what Windows still keeps in memory to the disk (FlushFileBuffers). False for a full disk, too;
-    /// the last error says why.
+    /// Gives the file the target's attributes, access rights and creation time and writes what Windows still
+    /// keeps in memory to the disk (FlushFileBuffers). False for a full disk, too; the last error says why.
     [[nodiscard]] bool Flush() const;
 
-    /// Takes the target's place with its attributes, access rights and creation time: in one step
-    /// (MoveFileExA), or where that cannot be done by ReplaceFileA, which takes two. A target that has
+    /// Takes the target's place: in one step (MoveFileExA), or where that cannot be done by ReplaceFileA,
+    /// which takes two. A target that has
     /// changed is not replaced. False when it failed: the last error says why, and both files are as they
     /// were, unless TargetIsLost().
     [[nodiscard]] bool Replace();
@@ -78,12 +82,23 @@ class SideFile {
         bool operator==(const State&) const = default;
     };
     static std::optional<State> StateOf(const std::string& path) noexcept;
+
+    /// What the new file takes over from the old one beside its text. Whatever Windows does not let us set
+    /// stays as the folder gives it.
+    struct Identity {
+        DWORD Attributes;
+        FILETIME Created;
+        std::vector<std::byte> Rights;  ///< who may do what with it, as Windows writes it; none: unknown
+    };
+    static std::optional<Identity> IdentityOf(HANDLE file);
+    void TakeOverIdentity(HANDLE file) const;
     [[nodiscard]] bool Keep(const std::string& path);
 
     std::string target_;
     std::string path_;
     win::File kept_;              ///< keeps others from deleting the file
     std::optional<State> state_;  ///< of the target, before it was copied
+    std::optional<Identity> identity_;
     bool targetIsNew_ = false;
 };
 

@@ -344,13 +344,14 @@ TEST_F(IniUnitTest, AnAttributeIsKept) {
 
 TEST_F(IniUnitTest, TheTimeOfItsCreationAndTheAccessRightsAreKept) {
     // Not every file system stores them, so what it is asked to store is compared.
+    constexpr DWORD kLongRights = 3000;
     FILETIME stored{};
     std::vector<SECURITY_INFORMATION> rights;
     bool same = true;
-    const RecordedCall attributes =
-        FAKE_CALL(GetFileAttributesExA, [](LPCSTR file, GET_FILEEX_INFO_LEVELS level, LPVOID data) {
-            const BOOL done = ORIGINAL_CALL(GetFileAttributesExA)(file, level, data);
-            static_cast<WIN32_FILE_ATTRIBUTE_DATA*>(data)->ftCreationTime = {0x1234, 0x01d00000};
+    const RecordedCall information =
+        FAKE_CALL(GetFileInformationByHandle, [](HANDLE file, LPBY_HANDLE_FILE_INFORMATION data) {
+            const BOOL done = ORIGINAL_CALL(GetFileInformationByHandle)(file, data);
+            data->ftCreationTime = {0x1234, 0x01d00000};
             return done;
         });
     const RecordedCall time = FAKE_CALL(
@@ -359,19 +360,25 @@ TEST_F(IniUnitTest, TheTimeOfItsCreationAndTheAccessRightsAreKept) {
             stored = *creation;
             return TRUE;
         });
-    const RecordedCall get =
-        FAKE_CALL(GetFileSecurityA,
-                  [&](LPCSTR file, SECURITY_INFORMATION what, PSECURITY_DESCRIPTOR rightsOf, DWORD size,
-                      LPDWORD needed) -> BOOL {
-                      EXPECT_EQ(what, SECURITY_INFORMATION{DACL_SECURITY_INFORMATION});
-                      *needed = 1;
-                      if (size != 0)
-                          *static_cast<char*>(rightsOf) = file == folder_.IniPath() || same ? 'a' : 'b';
-                      return size != 0;
-                  });
+    const RecordedCall get = FAKE_CALL(
+        GetKernelObjectSecurity,
+        [&](HANDLE file, SECURITY_INFORMATION what, PSECURITY_DESCRIPTOR rightsOf, DWORD size,
+            LPDWORD needed) -> BOOL {
+            EXPECT_EQ(what, SECURITY_INFORMATION{DACL_SECURITY_INFORMATION});
+            *needed = kLongRights;
+            if (size < kLongRights) {
+                SetLastError(ERROR_INSUFFICIENT_BUFFER);
+                return FALSE;
+            }
+            std::string path(MAX_PATH, '\0');
+            path.resize(GetFinalPathNameByHandleA(file, path.data(), MAX_PATH, 0));
+            static_cast<char*>(rightsOf)[kLongRights - 1] = path.ends_with("Quon.ini") || same ? 'a' : 'b';
+            return TRUE;
+        });
     const RecordedCall set =
-        FAKE_CALL(SetFileSecurityA, [&](LPCSTR file, SECURITY_INFORMATION what, PSECURITY_DESCRIPTOR) {
+        FAKE_CALL(SetFileSecurityA, [&](LPCSTR file, SECURITY_INFORMATION what, PSECURITY_DESCRIPTOR given) {
             EXPECT_EQ(file, folder_.FullPath(kSide));
+            EXPECT_EQ(static_cast<char*>(given)[kLongRights - 1], 'a');
             rights.push_back(what);
             return TRUE;
         });
