@@ -56,12 +56,14 @@ std::string AsRead(std::string value) {
     return value.substr(0, end);
 }
 
-/// What becomes of it when it is stored under another key: no control character gets into the file again.
+/// What becomes of it when it is stored under another key: no control character gets into the file again, and
+/// the blank in the place of one at either end is not read back.
 std::string AsStored(std::string value) {
     std::replace_if(
         value.begin(), value.end(),
         [](char character) { return std::iscntrl(static_cast<unsigned char>(character)) != 0; }, ' ');
-    return value;
+    const std::size_t first = value.find_first_not_of(kBlanks);
+    return first == std::string::npos ? std::string() : Trimmed(value.substr(first));
 }
 
 std::string First(const Records& records, const std::string& key) {
