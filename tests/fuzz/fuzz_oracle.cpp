@@ -35,6 +35,11 @@ constexpr const char* kBlanks = "\t\n\v\f\r\x1A ";
 /// has rewritten the file.
 std::string Trimmed(const std::string& text) { return text.substr(0, text.find_last_not_of(kBlanks) + 1); }
 
+std::string WithoutOuterBlanks(const std::string& text) {
+    const std::size_t first = text.find_first_not_of(kBlanks);
+    return first == std::string::npos ? std::string() : Trimmed(text.substr(first));
+}
+
 Records ReadRecords(const char* section) {
     Records records;
     for (const std::string& line : Lines(section))
@@ -62,8 +67,7 @@ std::string AsStored(std::string value) {
     std::replace_if(
         value.begin(), value.end(),
         [](char character) { return std::iscntrl(static_cast<unsigned char>(character)) != 0; }, ' ');
-    const std::size_t first = value.find_first_not_of(kBlanks);
-    return first == std::string::npos ? std::string() : Trimmed(value.substr(first));
+    return WithoutOuterBlanks(value);
 }
 
 std::string First(const Records& records, const std::string& key) {
@@ -133,11 +137,7 @@ bool MayChange(const std::string& key, const std::string& record, const Content&
 
 }  // namespace
 
-std::string Folded(const std::string& key) {
-    const std::string upper = Utf8(win::UpperCase(key));
-    const std::size_t first = upper.find_first_not_of(kBlanks);
-    return first == std::string::npos ? std::string() : Trimmed(upper.substr(first));
-}
+std::string Folded(const std::string& key) { return WithoutOuterBlanks(Utf8(win::UpperCase(key))); }
 
 void Named::AddShortcut(const std::string& name) { shortcuts.insert(Folded(name)); }
 
