@@ -84,6 +84,8 @@ void FuzzUser::Answer(Window dialog) {
 void FuzzUser::AnswerMessage(Window box) {
     const Window input = box.Child(kInput);
     if (input.IsVisible()) {
+        // A group without a name that can be stored keeps the name that stands here at first.
+        if (answersAreNames_) named_.AddShortcut(win::WindowText(input.Handle()));
         if (dice_.Once(2)) Type(input);
         const std::string typed = win::WindowText(input.Handle());
         for (const std::string& folder : {folder_, sys::PathPart(folder_, sys::kFolder)})
