@@ -1,13 +1,10 @@
 #include "tests/fuzz/desktop_around.h"
 
-#include <commdlg.h>
 #include <gtest/gtest.h>
 #include <ole2.h>
 #include <shellapi.h>
-#include <shlobj.h>
 
-#include <cwchar>
-
+#include "tests/support/pickers.h"
 #include "tests/support/text.h"
 
 namespace testkit {
@@ -61,18 +58,7 @@ void DesktopAround::PlayClipboard() {
 }
 
 void DesktopAround::PlayPickers() {
-    fakes_.push_back(FAKE_CALL(GetOpenFileNameW, [this](LPOPENFILENAMEW record) -> WINBOOL {
-        std::wcscpy(record->lpstrFile, Wide(picked_).c_str());
-        return picked_.empty() ? FALSE : TRUE;
-    }));
-    fakes_.push_back(FAKE_CALL(SHBrowseForFolderW, [this](LPBROWSEINFOW) -> LPITEMIDLIST {
-        return picked_.empty() ? nullptr : static_cast<LPITEMIDLIST>(CoTaskMemAlloc(2));
-    }));
-    fakes_.push_back(
-        FAKE_CALL(SHGetPathFromIDListEx, [this](LPCITEMIDLIST, LPWSTR path, DWORD, GPFIDL_FLAGS) -> WINBOOL {
-            std::wcscpy(path, Wide(picked_).c_str());
-            return TRUE;
-        }));
+    AnswerPickers(fakes_, [this](Picker) { return picked_; });
 }
 
 void DesktopAround::PlayFileOperations() {

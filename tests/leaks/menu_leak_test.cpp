@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 #include <shellapi.h>
-#include <shlobj.h>
 
 #include <cstring>
 
@@ -13,6 +12,7 @@
 #include "sys/process_list.h"
 #include "tests/leaks/panel_leak_test.h"
 #include "tests/support/hidden_window.h"
+#include "tests/support/pickers.h"
 #include "tests/support/text.h"
 
 namespace leaks {
@@ -82,7 +82,7 @@ TEST_F(MenuLeakTest, MenusOfButtons) {
 }
 
 TEST_F(MenuLeakTest, SubmenusOfAButtonsMenu) {
-    fakes_.push_back(FAKE_CALL(SHBrowseForFolderW, [](LPBROWSEINFOW) -> LPITEMIDLIST { return nullptr; }));
+    testkit::AnswerPickers(fakes_, [](testkit::Picker) { return std::string(); });
     Repeat([this] {
         // The programs that run, before the last three items: the first of them is assigned.
         PressInMenu(4, VK_UP);
@@ -141,13 +141,7 @@ TEST_F(MenuLeakTest, TheListOfProcesses) {
 }
 
 TEST_F(MenuLeakTest, AssigningFileOperationsAndProperties) {
-    fakes_.push_back(FAKE_CALL(SHBrowseForFolderW,
-                               [](LPBROWSEINFOW) { return static_cast<LPITEMIDLIST>(CoTaskMemAlloc(8)); }));
-    fakes_.push_back(
-        FAKE_CALL(SHGetPathFromIDListEx, [this](LPCITEMIDLIST, LPWSTR path, DWORD, GPFIDL_FLAGS) {
-            std::wcscpy(path, testkit::Wide(targets_.Path()).c_str());
-            return TRUE;
-        }));
+    testkit::AnswerPickers(fakes_, [this](testkit::Picker) { return targets_.Path(); });
     fakes_.push_back(FAKE_CALL(SHFileOperationA, [](LPSHFILEOPSTRUCTA) { return 0; }));
     fakes_.push_back(FAKE_CALL(ShellExecuteExA, [](SHELLEXECUTEINFOA* record) {
         record->hProcess = OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, GetProcessId(GetCurrentProcess()));

@@ -3,9 +3,7 @@
 
 #include <windows.h>
 
-#include <commdlg.h>
 #include <shellapi.h>
-#include <shlobj.h>
 
 #include <cstring>
 #include <functional>
@@ -15,6 +13,7 @@
 #include "app/button_commands.h"
 #include "dialogs/message_box.h"
 #include "tests/support/modal_answers.h"
+#include "tests/support/pickers.h"
 #include "tests/support/text.h"
 #include "tests/unit/app/panel_parts.h"
 #include "win/window.h"
@@ -31,20 +30,10 @@ class ButtonCommandsFixture : public PanelParts {
     }
 
     void RecordShell() {
-        fakes_.push_back(FAKE_CALL(GetOpenFileNameW, [this](LPOPENFILENAMEW record) -> BOOL {
-            NoteQuestion("file?");
-            std::wcscpy(record->lpstrFile, testkit::Wide(answer_).c_str());
-            return answer_.empty() ? FALSE : TRUE;
-        }));
-        fakes_.push_back(FAKE_CALL(SHBrowseForFolderW, [this](LPBROWSEINFOW) -> LPITEMIDLIST {
-            NoteQuestion("folder?");
-            return answer_.empty() ? nullptr : static_cast<LPITEMIDLIST>(CoTaskMemAlloc(2));
-        }));
-        fakes_.push_back(
-            FAKE_CALL(SHGetPathFromIDListEx, [this](LPCITEMIDLIST, LPWSTR path, DWORD, GPFIDL_FLAGS) -> BOOL {
-                std::wcscpy(path, testkit::Wide(answer_).c_str());
-                return TRUE;
-            }));
+        testkit::AnswerPickers(fakes_, [this](testkit::Picker picker) {
+            NoteQuestion(picker == testkit::Picker::kFile ? "file?" : "folder?");
+            return answer_;
+        });
         fakes_.push_back(FAKE_CALL(SHFileOperationA, [this](LPSHFILEOPSTRUCTA record) {
             NoteQuestion("operation " + std::to_string(record->wFunc) + " " + record->pFrom + " > " +
                          (record->pTo != nullptr ? record->pTo : "nowhere"));

@@ -3,10 +3,8 @@
 
 #include <windows.h>
 
-#include <commdlg.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <shlobj.h>
 
 #include <algorithm>
 #include <string>
@@ -20,6 +18,7 @@
 #include "tests/support/held_file.h"
 #include "tests/support/hidden_window.h"
 #include "tests/support/modal_answers.h"
+#include "tests/support/pickers.h"
 #include "tests/support/program_folder.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/scoped_ini_path.h"
@@ -46,19 +45,10 @@ class EditGroupTest : public ::testing::Test {
 
     EditGroupTest() {
         win::SetMainWindow(owner_.Handle());
-        fakes_.push_back(FAKE_CALL(GetOpenFileNameW, [this](LPOPENFILENAMEW record) -> WINBOOL {
+        testkit::AnswerPickers(fakes_, [this](testkit::Picker) {
             enabledMeanwhile_ = IsWindowEnabled(win::ModalOwner()) != 0;
-            std::wcscpy(record->lpstrFile, testkit::Wide(picked_).c_str());
-            return picked_.empty() ? FALSE : TRUE;
-        }));
-        fakes_.push_back(FAKE_CALL(SHBrowseForFolderW, [this](LPBROWSEINFOW) -> LPITEMIDLIST {
-            return picked_.empty() ? nullptr : reinterpret_cast<LPITEMIDLIST>(CoTaskMemAlloc(2));
-        }));
-        fakes_.push_back(FAKE_CALL(SHGetPathFromIDListEx,
-                                   [this](LPCITEMIDLIST, LPWSTR path, DWORD, GPFIDL_FLAGS) -> WINBOOL {
-                                       std::wcscpy(path, testkit::Wide(picked_).c_str());
-                                       return TRUE;
-                                   }));
+            return picked_;
+        });
     }
     ~EditGroupTest() override { win::SetMainWindow(nullptr); }
 

@@ -2,7 +2,6 @@
 
 #include <windows.h>
 
-#include <commdlg.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <shellapi.h>
@@ -20,6 +19,7 @@
 #include "res/resource.h"
 #include "tests/support/hidden_window.h"
 #include "tests/support/modal_answers.h"
+#include "tests/support/pickers.h"
 #include "tests/support/program_folder.h"
 #include "tests/support/scoped_ini_path.h"
 #include "tests/support/text.h"
@@ -200,10 +200,8 @@ TEST_F(EditShortcutTest, DrawsTheIconOfAPickedFileOnAClearedPictureAndShowsIt) {
         const RECT all{0, 0, 32, 32};
         return FillRect(dc, &all, brush.Get());
     });
-    const auto file = FAKE_CALL(GetOpenFileNameW, [](LPOPENFILENAMEW record) -> BOOL {
-        std::wcscpy(record->lpstrFile, L"C:\\picked.txt");
-        return TRUE;
-    });
+    testkit::RecordedCalls pickers;
+    testkit::AnswerPickers(pickers, [](testkit::Picker) { return "C:\\picked.txt"; });
     Open("Стари", "C:\\d.txt\n", [&](Window dialog) {
         const HWND picture = dialog.Child(kIcon).Handle();
         UpdateWindow(picture);
@@ -274,30 +272,22 @@ TEST_F(EditShortcutTest, SelectsTheNameAtAClickOnAnyLabel) {
 
 TEST_F(EditShortcutTest, TakesWhatIsPickedAndNothingFromACancelledPicker) {
     std::string picked = "C:\\изабрано.txt";
-    const auto file = FAKE_CALL(GetOpenFileNameW, [&](LPOPENFILENAMEW record) -> BOOL {
-        std::wcscpy(record->lpstrFile, testkit::Wide(picked).c_str());
-        return !picked.empty();
-    });
-    const auto browse = FAKE_CALL(SHBrowseForFolderW, [&](LPBROWSEINFOW) -> LPITEMIDLIST {
-        LPITEMIDLIST list = nullptr;
-        if (!picked.empty()) SHGetSpecialFolderLocation(nullptr, CSIDL_WINDOWS, &list);
-        return list;
-    });
+    testkit::RecordedCalls pickers;
+    testkit::AnswerPickers(pickers, [&](testkit::Picker) { return picked; });
     Open("Стари", "C:\\old\n", [&](Window dialog) {
         calls_.Clear();
         dialog.Child(kSelectFile).Send(BM_CLICK);
         EXPECT_EQ(dialog.Child(kFile).Text(), picked);
         EXPECT_EQ(calls_.Lines().front(), "associated " + picked);
         EXPECT_EQ(calls_.Lines().back(), "draw 0 0 true");
+        picked = "C:\\windows";
         dialog.Child(kSelectFolder).Send(BM_CLICK);
-        const std::string windows = dialog.Child(kFile).Text();
-        EXPECT_NE(windows, picked);
-        EXPECT_TRUE(windows.starts_with("C:\\"));
+        EXPECT_EQ(dialog.Child(kFile).Text(), "C:\\windows");
         picked.clear();
         calls_.Clear();
         dialog.Child(kSelectFile).Send(BM_CLICK);
         dialog.Child(kSelectFolder).Send(BM_CLICK);
-        EXPECT_EQ(dialog.Child(kFile).Text(), windows);
+        EXPECT_EQ(dialog.Child(kFile).Text(), "C:\\windows");
         EXPECT_TRUE(calls_.Lines().empty());
         dialog.Child(kCancel).Send(BM_CLICK);
     });
