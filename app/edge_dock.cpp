@@ -13,6 +13,7 @@
 #include "win/handles.h"
 #include "win/modal_windows.h"
 #include "win/scale.h"
+#include "win/shell_call.h"
 
 namespace app {
 namespace {
@@ -20,6 +21,7 @@ namespace {
 constexpr UINT kTimerInterval = 500;  // milliseconds
 constexpr UINT kRaiseInterval = 250;  // milliseconds
 constexpr DWORD kHoverWait = 100;     // milliseconds
+constexpr UINT kFrontDelay = 1000;    // milliseconds: the shell takes its time to see a full screen
 constexpr int kAsideLeft = -5300;     // twips
 constexpr std::string_view kCaptionStart = "Quon";
 
@@ -67,6 +69,7 @@ void EdgeDock::BringOut() {
     behindFullScreen_ = false;
     SetWindowRgn(window_, nullptr, TRUE);
     Raise();
+    WatchFront();
 }
 
 void EdgeDock::Dock(bool bUnTimer) {
@@ -75,6 +78,7 @@ void EdgeDock::Dock(bool bUnTimer) {
     EnableTimer(!bUnTimer);
     Raise();
     hidden_ = true;
+    WatchFront();
     // Posted, because the caller may be about to open a dialog, which a program in the background could not
     // bring to the front.
     if (outOfSight_ && GetForegroundWindow() == window_) PostMessageW(window_, WM_QUON_HAND_ON, 0, 0);
@@ -102,14 +106,18 @@ void EdgeDock::PlaceAtEdge() {
 }
 
 void EdgeDock::Raise() {
-    // What waits for an answer would be covered.
-    raiseOwed_ = win::SystemAsks();
+    raiseOwed_ = KeptBack();
     if (raiseOwed_) {
         SetTimer(window_, kRaiseTimer, kRaiseInterval, nullptr);
         return;
     }
     behindQuestion_ = nullptr;
     win::SetTopmost(true, window_);
+}
+
+bool EdgeDock::KeptBack() const noexcept {
+    // What waits for an answer would be covered, by a panel that is out even where it is not in front.
+    return win::SystemAsks() || (!outOfSight_ && win::LaunchQuestion() != nullptr);
 }
 
 void EdgeDock::OnDeactivated() const {
@@ -123,7 +131,7 @@ void EdgeDock::OnRaiseTimer() {
         behindQuestion_ = question;
         raiseOwed_ = true;
     }
-    if (raiseOwed_ ? win::SystemAsks() : GetForegroundWindow() == nullptr) return;
+    if (raiseOwed_ ? KeptBack() : GetForegroundWindow() == nullptr) return;
     KillTimer(window_, kRaiseTimer);
     if (raiseOwed_) Raise();
 }
@@ -182,21 +190,40 @@ void EdgeDock::MoveAside() {
 }
 
 void EdgeDock::EnableTimer(bool enabled) {
+    ticking_ = enabled;
     if (enabled)
         SetTimer(window_, Timer1, kTimerInterval, nullptr);
     else
         KillTimer(window_, Timer1);
+    WatchFront();
+}
+
+void EdgeDock::WatchFront() {
+    if (!hidden_ || ticking_)
+        watch_.reset();
+    else if (!watch_)
+        watch_.emplace(window_, kFrontTimer, kFrontDelay);
+}
+
+bool EdgeDock::GoBehindFullScreen() {
+    if (!win::FullScreenProgramInFront()) return false;
+    // Only once: after that the programs decide their own order.
+    if (!behindFullScreen_) behindFullScreen_ = win::PutBehindForeground(window_, StripOnScreen());
+    return true;
 }
 
 void EdgeDock::OnTimer() {
-    if (!hidden_) return;
-    if (!win::FullScreenProgramInFront()) {
-        behindFullScreen_ = false;
-        Raise();
-    } else if (!behindFullScreen_) {
-        // Only once: after that the programs decide their own order.
-        behindFullScreen_ = win::PutBehindForeground(window_, StripOnScreen());
-    }
+    if (!hidden_ || GoBehindFullScreen()) return;
+    behindFullScreen_ = false;
+    Raise();
+}
+
+void EdgeDock::OnFrontTimer() {
+    KillTimer(window_, kFrontTimer);
+    // Without Timer1 the strip does not rise by itself, only to where it was.
+    if (!hidden_ || GoBehindFullScreen() || !behindFullScreen_) return;
+    behindFullScreen_ = false;
+    Raise();
 }
 
 void EdgeDock::OnHover() {

@@ -3,9 +3,11 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 
+#include "win/front_watch.h"
 #include "win/geometry.h"
 #include "win/window.h"
 
@@ -16,6 +18,10 @@ constexpr UINT_PTR Timer1 = 1;
 
 /// The timer of the main window that raises a panel again which a question of the system's kept back.
 constexpr UINT_PTR kRaiseTimer = 2;
+
+/// The timer of the main window that comes when another window is in front of a docked panel without Timer1,
+/// or the one in front has changed its size.
+constexpr UINT_PTR kFrontTimer = 3;
 
 /// How many waits of 100 ms a hover delay takes: the quotient rounded to the nearest, ties to even.
 int HoverWaits(std::int32_t delay);
@@ -54,6 +60,10 @@ class EdgeDock {
     /// The tick of Timer1: keeps the docked strip on top, but behind a program that fills the screen.
     void OnTimer();
 
+    /// kFrontTimer's tick: without Timer1, puts the docked strip behind a program that fills the screen, and
+    /// back on top after it.
+    void OnFrontTimer();
+
     /// The window is not the active one any more: should the shell's question be what has come up, the panel
     /// makes way.
     void OnDeactivated() const;
@@ -84,7 +94,10 @@ class EdgeDock {
     void BringOut();
     void Dock(bool bUnTimer);
     void PlaceAtEdge();
+    void WatchFront();
+    bool GoBehindFullScreen();
     void Raise();
+    [[nodiscard]] bool KeptBack() const noexcept;
     [[nodiscard]] bool SavedPlaceCounts() const;
     [[nodiscard]] int StripWidth() const noexcept;
     [[nodiscard]] RECT StripOnScreen() const;
@@ -96,6 +109,8 @@ class EdgeDock {
     win::MessageFilter preTranslate_;
     bool hidden_ = false;
     bool outOfSight_ = false;
+    bool ticking_ = false;  // Timer1 is on
+    std::optional<win::FrontWatch> watch_;
     bool behindFullScreen_ = false;
     bool raiseOwed_ = false;
     HWND behindQuestion_ = nullptr;

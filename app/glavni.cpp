@@ -14,6 +14,7 @@
 #include "win/geometry.h"
 #include "win/key_repeat.h"
 #include "win/modal_windows.h"
+#include "win/shell_call.h"
 #include "win/text.h"
 
 namespace app {
@@ -36,6 +37,12 @@ bool WorksDocked(const MSG& message) {
     if (message.message == WM_KEYDOWN || message.message == WM_KEYUP) return message.wParam == VK_F1;
     const bool system = message.message == WM_SYSKEYDOWN || message.message == WM_SYSKEYUP;
     return system && message.wParam == VK_F4 && win::HeldModifiers() == win::kAlt;
+}
+
+/// The window that the user is to answer first, were it in another program; the main window without one.
+HWND WhatWaits() {
+    const HWND asked = win::LaunchQuestion();
+    return asked != nullptr ? asked : win::WaitingWindow();
 }
 
 }  // namespace
@@ -242,13 +249,13 @@ void Glavni::OnMouseMove(WPARAM wParam, LPARAM lParam) {
 void Glavni::BringForward() {
     // Not this window while a dialog or a question is open: it takes no input then, and would cover the
     // dialog.
-    SetForegroundWindow(win::WaitingWindow());
+    SetForegroundWindow(WhatWaits());
 }
 
 void Glavni::OnHotKey() {
     EndMenu();
-    // A dialog or a picker that keeps the panel from taking input comes to the front instead.
-    if (IsWindowEnabled(Handle()) == 0) {
+    // A dialog, a picker or a question comes to the front instead.
+    if (IsWindowEnabled(Handle()) == 0 || WhatWaits() != Handle()) {
         BringForward();
         return;
     }
@@ -270,13 +277,16 @@ void Glavni::OnTrayRightClick() {
     if (!byMouse && !NotificationAreaHasKeyboard()) return;
     const POINT place = byMouse ? win::PointerPlace() : tray_.Place();
     dock_.ShowQuon(true, true);
-    // Without the foreground the menu would stay open when the user clicks elsewhere.
-    BringForward();
+    // Without the foreground the menu would stay open when the user clicks elsewhere. A window of another
+    // program cannot give it that.
+    SetForegroundWindow(win::WaitingWindow());
     const int command = win::TrackMenu(*mnuTrayParent.submenu, place, win::ModalOwner());
     if (mnuTray.IndexOf(command) == kShowQuon) dock_.ShowQuon(true, false);
     if (mnuTray.IndexOf(command) == kClose) {
         closeButtonCloses_ = true;
         CloseRequest(UnloadMode::kCode);
+    } else if (win::LaunchQuestion() != nullptr) {
+        BringForward();
     }
 }
 

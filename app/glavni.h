@@ -34,7 +34,7 @@ enum class UnloadMode : std::uint8_t {
 };
 
 /// Timers of the main window beside those of the docking.
-enum PanelTimer : UINT_PTR { kEndTimer = kRaiseTimer + 1, kTrayTimer, kScreenTimer };
+enum PanelTimer : UINT_PTR { kEndTimer = kFrontTimer + 1, kTrayTimer, kScreenTimer };
 
 /// The main window: the panel, made of its parts, which it creates and joins.
 class Glavni : public win::Window, public dialogs::PanelHost {

@@ -102,6 +102,7 @@ void Glavni::ShowFirst() {
 void Glavni::OnTimer(WPARAM timer) {
     switch (timer) {
         case Timer1: dock_.OnTimer(); return;
+        case kFrontTimer: dock_.OnFrontTimer(); return;
         case kRaiseTimer: dock_.OnRaiseTimer(); return;
         case kEndTimer: Unload(); return;
         case kTrayTimer:

@@ -65,6 +65,17 @@ bool FillsMonitor(HWND window) {
     return EqualRect(&common, &monitor.rcMonitor) != 0;
 }
 
+/// Can be answered where it is. Windows shows some of its questions without a taskbar button.
+bool CanBeAnswered(const WindowTraits& window) {
+    return window.visible && window.enabled && !window.minimized && !window.cloaked && !window.empty;
+}
+
+BOOL CALLBACK MatchShellQuestion(HWND window, LPARAM found) noexcept {
+    if (!CanBeAnswered(TraitsOf(window)) || !AsksForShell(window)) return TRUE;
+    *reinterpret_cast<HWND*>(found) = window;
+    return FALSE;
+}
+
 }  // namespace
 
 bool IsCloaked(HWND window) noexcept {
@@ -82,6 +93,12 @@ bool AsksForShell(HWND window) noexcept {
         return CompareStringOrdinal(name.data(), static_cast<int>(name.size()), asking, -1, TRUE) ==
                CSTR_EQUAL;
     });
+}
+
+HWND ShownShellQuestion() noexcept {
+    HWND found = nullptr;
+    EnumWindows(&MatchShellQuestion, reinterpret_cast<LPARAM>(&found));
+    return found;
 }
 
 void HandOnForeground(HWND window) noexcept {

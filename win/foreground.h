@@ -30,6 +30,10 @@ bool IsCloaked(HWND window) noexcept;
 /// whether one that came from elsewhere may be started.
 bool AsksForShell(HWND window) noexcept;
 
+/// The frontmost window on the screen that asks for the shell (AsksForShell), whatever lies in front of it;
+/// null without one.
+HWND ShownShellQuestion() noexcept;
+
 /// Makes the next window behind this one that another program shows to the user the foreground window
 /// (SetForegroundWindow). Without one, everything stays as it is.
 void HandOnForeground(HWND window) noexcept;

@@ -59,6 +59,7 @@ inline void GdiObject(HGDIOBJ handle) noexcept { DeleteObject(handle); }
 inline void KernelObject(HANDLE handle) noexcept { CloseHandle(handle); }
 inline void RegistryKey(HKEY handle) noexcept { RegCloseKey(handle); }
 inline void MessageHook(HHOOK handle) noexcept { UnhookWindowsHookEx(handle); }
+inline void EventHook(HWINEVENTHOOK handle) noexcept { UnhookWinEvent(handle); }
 }  // namespace close
 
 /// Owners of what Windows hands out to be given back: icons by DestroyIcon, menus by DestroyMenu (their
@@ -81,6 +82,9 @@ using RegistryKey = Handle<NullHandleTraits<HKEY, close::RegistryKey>>;
 
 /// A hook into messages (UnhookWindowsHookEx).
 using MessageHook = Handle<NullHandleTraits<HHOOK, close::MessageHook>>;
+
+/// A hook into what happens to windows (UnhookWinEvent).
+using EventHook = Handle<NullHandleTraits<HWINEVENTHOOK, close::EventHook>>;
 
 /// How a file's handle is given back; INVALID_HANDLE_VALUE stands for "none".
 struct FileTraits {

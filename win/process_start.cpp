@@ -1,10 +1,18 @@
 #include "win/process_start.h"
 
+#include <optional>
+
 #include "win/handles.h"
 #include "win/text.h"
 #include "win/trace.h"
 
 namespace win {
+namespace {
+
+/// The process's error mode (SEM_ flags) before it was made quiet.
+std::optional<UINT> g_startMode;
+
+}  // namespace
 
 bool StartProcess(const std::string& commandLine, WORD showCommand) {
     std::string line = commandLine;
@@ -13,8 +21,8 @@ bool StartProcess(const std::string& commandLine, WORD showCommand) {
     startup.dwFlags = STARTF_USESHOWWINDOW;
     startup.wShowWindow = showCommand;
     PROCESS_INFORMATION process{};
-    const BOOL done = CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                                     &startup, &process);
+    const BOOL done = CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, CREATE_DEFAULT_ERROR_MODE,
+                                     nullptr, nullptr, &startup, &process);
     if (!Traced(done, "CreateProcessA")) return false;
     const KernelObject thread(process.hThread);
     const KernelObject started(process.hProcess);
@@ -22,8 +30,18 @@ bool StartProcess(const std::string& commandLine, WORD showCommand) {
 }
 
 void KeepDriveErrorsQuiet() noexcept {
-    SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, nullptr);
+    constexpr UINT kQuiet = SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX;
+    SetThreadErrorMode(kQuiet, nullptr);
+    const UINT mode = GetErrorMode();
+    g_startMode = mode;
+    SetErrorMode(mode | kQuiet);
 }
+
+InheritedErrorMode::InheritedErrorMode() noexcept : former_(GetErrorMode()) {
+    SetErrorMode(g_startMode.value_or(former_));
+}
+
+InheritedErrorMode::~InheritedErrorMode() { SetErrorMode(former_); }
 
 std::string ProgramPath() {
     std::wstring path(MAX_PATH, L'\0');

@@ -256,6 +256,8 @@ void Ledger::RecordWindowParts() {
         }));
     Makes<OF(SetWindowsHookExW)>(hooks_, "hook");
     EndsUnlessNull<OF(UnhookWindowsHookEx)>(hooks_);
+    Makes<OF(SetWinEventHook)>(eventHooks_, "event hook");
+    EndsUnlessNull<OF(UnhookWinEvent)>(eventHooks_);
 }
 
 void Ledger::RecordMemory() {
@@ -340,8 +342,8 @@ Ledger::Counts Ledger::Held() {
     Settle();
     Counts counts;
     for (const Account* account : {&icons_, &menus_, &drawing_, &memoryDcs_, &windowDcs_, &paints_, &kernel_,
-                                   &searches_, &keys_, &timers_, &subclasses_, &hooks_, &dropTargets_,
-                                   &shellMemory_, &global_, &locks_, &texts_, &dispatches_})
+                                   &searches_, &keys_, &timers_, &subclasses_, &hooks_, &eventHooks_,
+                                   &dropTargets_, &shellMemory_, &global_, &locks_, &texts_, &dispatches_})
         account->AddTo(counts);
     for (const auto& [kind, count] : others_)
         if (count != 0) counts[kind] += count;

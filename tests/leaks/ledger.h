@@ -109,6 +109,7 @@ class Ledger {
     Account timers_;
     Account subclasses_;
     Account hooks_{"hook"};
+    Account eventHooks_{"event hook"};
     Account dropTargets_{"drop target"};
     Account shellMemory_{"shell memory"};
     Account global_{"global memory"};

@@ -174,6 +174,8 @@ LRESULT CALLBACK Unchanged(HWND window, UINT message, WPARAM wParam, LPARAM lPar
     return DefSubclassProc(window, message, wParam, lParam);
 }
 
+void CALLBACK Ignore(HWINEVENTHOOK, DWORD, HWND, LONG, LONG, DWORD, DWORD) {}
+
 LRESULT CALLBACK PassOn(int code, WPARAM wParam, LPARAM lParam) {
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
@@ -192,6 +194,13 @@ TEST_F(LedgerTest, SeesTimersSubclassesAndHooks) {
     Expect(
         "hook", [] { return SetWindowsHookExW(WH_GETMESSAGE, &PassOn, nullptr, GetCurrentThreadId()); },
         [](HHOOK hook) { UnhookWindowsHookEx(hook); });
+    Expect(
+        "event hook",
+        [] {
+            return SetWinEventHook(EVENT_SYSTEM_FOREGROUND, EVENT_SYSTEM_FOREGROUND, nullptr, &Ignore, 0, 0,
+                                   WINEVENT_OUTOFCONTEXT);
+        },
+        [](HWINEVENTHOOK hook) { UnhookWinEvent(hook); });
     SetTimer(window, 8, 1000, nullptr);
     window_.Destroy();
     EXPECT_THAT(ledger_.Held(), IsEmpty()) << "a window takes its timers along";

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <functional>
 #include <string>
 
 #include "tests/program/other_window.h"
@@ -214,6 +215,37 @@ TEST_F(ScreensTest, ThePanelMakesWayForAQuestionThatTheShellAsksInAProgramOfItsO
         EXPECT_TRUE(HoldsThroughout(milliseconds(700), [&] { return !quon.Main().IsTopmost(); }));
     }
     WaitFor("the panel is topmost again", [&] { return quon.Main().IsTopmost(); });
+}
+
+TEST_F(ScreensTest, TheTrayIconAndTheHotKeyBringTheShellsQuestionAboutALaunchForward) {
+    // Opened by name, what the shell would ask with in its own time.
+    const std::string asking = folder_.CopyIn(TestTargetExe(), "OpenWith.exe");
+    QuonIni ini;
+    ini.AddShortcut("11", "Strange file", asking);
+    std::string text = ini.Text();
+    text.insert(text.find("Main="), "hotkey=1610\r\n");
+    folder_.WriteIniText(text);
+    QuonPanel quon(folder_);
+    quon.OpenButton(1);
+    RunningProgram asker = RunningProgram::Attach(WaitForTargetLaunches(asking, 1).front().process_id);
+    const Window question = asker.WaitForWindow({.title = ""});
+    const OtherWindow elsewhere({600, 300, 700, 400});
+    const std::function<void()> requests[] = {[&] { ClickTrayIcon(quon); },
+                                              [] {
+                                                  keyboard::Chord({VK_CONTROL, VK_MENU, 'J'});
+                                              }};
+    for (const auto& request : requests) {
+        elsewhere.AsWindow().Activate();
+        WaitFor("the other window is in front", [&] { return elsewhere.AsWindow().IsForeground(); });
+        request();
+        WaitFor("the question is in front", [&] { return question.IsForeground(); });
+        WaitFor("the panel makes way", [&] { return !quon.Main().IsTopmost(); });
+        EXPECT_TRUE(HoldsThroughout(milliseconds(700),
+                                    [&] { return question.IsForeground() && !quon.Main().IsTopmost(); }));
+    }
+    asker.Terminate();
+    WaitFor("the panel is topmost again", [&] { return quon.Main().IsTopmost(); });
+    EXPECT_TRUE(quon.IsOut());
 }
 
 }  // namespace

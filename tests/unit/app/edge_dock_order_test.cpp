@@ -11,6 +11,7 @@
 #include "tests/unit/app/docking_fixture.h"
 #include "win/dialog.h"
 #include "win/input_pause.h"
+#include "win/shell_call.h"
 #include "win/step_back.h"
 #include "win/window.h"
 
@@ -41,53 +42,6 @@ TEST_F(RaisingTest, IsToldToLeaveTheTopmostWindowsWithTheSameFlags) {
                 ElementsAre("after " + std::to_string(SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE)));
 }
 
-TEST_F(RaisingTest, GoesBehindAProgramThatFillsTheScreenOnceAndComesBackAfterwards) {
-    Dock(kLeftEdge);
-    QUERY_USER_NOTIFICATION_STATE state = QUNS_BUSY;
-    const auto query = FAKE_CALL(SHQueryUserNotificationState, [&](QUERY_USER_NOTIFICATION_STATE* answer) {
-        *answer = state;
-        return S_OK;
-    });
-    const testkit::HiddenWindow game;
-    bool covers = true;
-    const auto foreground = FAKE_CALL(GetForegroundWindow, [&] { return game.Handle(); });
-    const auto owner = FAKE_CALL(GetWindowThreadProcessId, [](HWND, LPDWORD process) -> DWORD {
-        *process = 1;
-        return 1;
-    });
-    const auto place = FAKE_CALL(GetWindowRect, [&](HWND window, LPRECT rect) -> BOOL {
-        if (window != game.Handle()) return ORIGINAL_CALL(GetWindowRect)(window, rect);
-        *rect = covers ? RECT{0, 0, 1000, 800} : RECT{};
-        return TRUE;
-    });
-    dock_.OnTimer();
-    dock_.OnTimer();
-    EXPECT_THAT(log_.Lines(),
-                ElementsAre("after " + std::to_string(SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE)));
-    log_.Clear();
-    state = QUNS_ACCEPTS_NOTIFICATIONS;
-    dock_.OnTimer();
-    EXPECT_THAT(log_.Lines(), ElementsAre(kTopmost));
-    log_.Clear();
-    state = QUNS_RUNNING_D3D_FULL_SCREEN;
-    dock_.OnTimer();
-    EXPECT_EQ(log_.Count("after"), 1u) << "the next one again";
-    for (const bool out : {true, false}) {
-        if (out) dock_.ShowQuon(true, true);
-        dock_.ShowQuon(false, true);
-        log_.Clear();
-        dock_.OnTimer();
-        EXPECT_EQ(log_.Count("after"), 1u) << "the panel was raised above it";
-    }
-    dock_.ShowQuon(false, true);
-    covers = false;
-    dock_.OnTimer();
-    log_.Clear();
-    covers = true;
-    dock_.OnTimer();
-    EXPECT_EQ(log_.Count("after"), 1u) << "it had not been put behind it yet";
-}
-
 TEST_F(RaisingTest, IsNotRaisedAboveAWindowOfTheSystemThatWaitsForAnAnswer) {
     {
         const win::InputPause pause;
@@ -112,8 +66,9 @@ class QuestionTest : public RaisingTest {
             return 1;
         }));
         fakes_.push_back(FAKE_CALL(OpenProcess, [](DWORD access, BOOL inherit, DWORD process) {
-            EXPECT_EQ(process, 1u);
-            return ORIGINAL_CALL(OpenProcess)(access, inherit, GetCurrentProcessId());
+            // No other program tells its name.
+            return process == 1 ? ORIGINAL_CALL(OpenProcess)(access, inherit, GetCurrentProcessId())
+                                : nullptr;
         }));
         fakes_.push_back(
             FAKE_CALL(QueryFullProcessImageNameW, [this](HANDLE, DWORD, LPWSTR name, PDWORD size) -> BOOL {
@@ -152,6 +107,29 @@ TEST_F(QuestionTest, OfAnotherProgramKeepsTheWindowBackUntilItIsAnswered) {
     EXPECT_EQ(log_.Count("after"), 1u) << "a strip that was above it before";
     log_.Clear();
     front_ = window_;
+    dock_.OnRaiseTimer();
+    EXPECT_THAT(log_.Lines(), ElementsAre("no timer", kTopmost));
+}
+
+TEST_F(QuestionTest, AboutWhatWasOpenedKeepsAPanelBackThatIsOutWhereverItIs) {
+    bool open = true;
+    fakes_.push_back(FAKE_CALL(IsWindowVisible, [&](HWND window) -> BOOL {
+        return window == other_.Handle() ? open : ORIGINAL_CALL(IsWindowVisible)(window);
+    }));
+    fakes_.push_back(FAKE_CALL(ShellExecuteA, [](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
+        return reinterpret_cast<HINSTANCE>(33);
+    }));
+    win::OpenInShell(nullptr, "a", nullptr, nullptr, SW_SHOWNORMAL);
+    front_ = GetDesktopWindow();
+    dock_.ShowQuon(true, true);
+    dock_.OnRaiseTimer();
+    EXPECT_EQ(log_.Count("topmost"), 0u);
+    Dock(kLeftEdge);
+    dock_.OnTimer();
+    EXPECT_EQ(log_.Count("topmost"), 1u) << "the strip covers nothing";
+    dock_.ShowQuon(true, true);
+    log_.Clear();
+    open = false;
     dock_.OnRaiseTimer();
     EXPECT_THAT(log_.Lines(), ElementsAre("no timer", kTopmost));
 }

@@ -11,6 +11,7 @@
 #include "tests/support/call_log.h"
 #include "tests/support/recorded_call.h"
 #include "tests/unit/app/panel_harness.h"
+#include "tests/unit/app/shell_question.h"
 
 namespace app {
 namespace {
@@ -180,6 +181,18 @@ TEST_F(PanelHotKeyTest, BringsAPickerToTheFrontThatNoneOfOursOwns) {
     EXPECT_EQ(panel_.Log().Count("place"), 0u);
     EnableWindow(panel_.Window().Handle(), TRUE);
     DestroyWindow(picker);
+}
+
+TEST_F(PanelHotKeyTest, BringsTheShellsQuestionAboutALaunchToTheFrontAsTheIconDoes) {
+    ShellQuestion question;
+    panel_.Log().Clear();
+    Press();
+    EXPECT_EQ(foreground_, question.Handle());
+    EXPECT_EQ(panel_.Log().Count("place"), 0u);
+    question.Close();
+    Press();
+    EXPECT_EQ(foreground_, panel_.Window().Handle());
+    EXPECT_EQ(panel_.Log().Count("place"), 1u);
 }
 
 TEST_F(PanelHotKeyTest, ClosesAnOpenMenuFirst) {

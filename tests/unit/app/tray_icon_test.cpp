@@ -15,6 +15,7 @@
 #include "tests/support/recorded_call.h"
 #include "tests/support/text.h"
 #include "tests/unit/app/panel_harness.h"
+#include "tests/unit/app/shell_question.h"
 #include "win/shell_call.h"
 
 namespace app {
@@ -217,6 +218,25 @@ TEST_F(TrayEventTest, BringsAQuestionOfTheShellsForwardAndRaisesNoPanelAboveIt) 
     EXPECT_THAT(order_, ElementsAre("another in front"));
     EXPECT_EQ(panel_.Log().Count("topmost"), 0u);
     DestroyWindow(question);
+    order_.clear();
+    Send(WM_LBUTTONUP);
+    EXPECT_THAT(order_, ElementsAre("foreground"));
+    EXPECT_EQ(panel_.Log().Count("topmost"), 1u);
+}
+
+TEST_F(TrayEventTest, BringsTheShellsQuestionAboutALaunchForwardThoughItIsNotInFront) {
+    ShellQuestion question;
+    Send(WM_LBUTTONUP);
+    EXPECT_TRUE(Shown());
+    EXPECT_THAT(order_, ElementsAre("another in front"));
+    EXPECT_EQ(panel_.Log().Count("topmost"), 0u);
+    order_.clear();
+    underMouse_ = "Notification";
+    Send(WM_RBUTTONUP);
+    EXPECT_THAT(order_, ElementsAre("foreground", "menu", "another in front"))
+        << "behind a window of another program the menu would stay open";
+    EXPECT_EQ(panel_.Log().Count("topmost"), 0u);
+    question.Close();
     order_.clear();
     Send(WM_LBUTTONUP);
     EXPECT_THAT(order_, ElementsAre("foreground"));

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <shellapi.h>
 
+#include <algorithm>
 #include <cstring>
 #include <cwchar>
 #include <map>
@@ -151,6 +152,34 @@ TEST_F(WindowOrderTest, AWindowStaysBeforeOneThatDoesNotCoverItOrIsNoProgram) {
     front_ = 0;
     EXPECT_FALSE(PutBehindForeground(Number(9), {96, 0, 100, 100}));
     EXPECT_THAT(log_.Lines(), IsEmpty());
+}
+
+TEST_F(WindowOrderTest, TheFrontmostQuestionThatTheUserCanAnswerIsTheShells) {
+    fakes_.push_back(FAKE_CALL(EnumWindows, [this](WNDENUMPROC call, LPARAM argument) -> BOOL {
+        return std::all_of(windows_.begin(), windows_.end(),
+                           [&](const auto& window) { return call(Number(window.first), argument) != FALSE; });
+    }));
+    fakes_.push_back(FAKE_CALL(OpenProcess, [](DWORD access, BOOL inherit, DWORD) {
+        return ORIGINAL_CALL(OpenProcess)(access, inherit, GetCurrentProcessId());
+    }));
+    std::wstring program = L"C:\\Windows\\System32\\OpenWith.exe";
+    fakes_.push_back(
+        FAKE_CALL(QueryFullProcessImageNameW, [&](HANDLE, DWORD, LPWSTR name, PDWORD size) -> BOOL {
+            *size = static_cast<DWORD>(program.copy(name, *size));
+            return TRUE;
+        }));
+    windows_[1] = {.visible = false};
+    windows_[2] = {.enabled = false};
+    windows_[3] = {.minimized = true};
+    windows_[4] = {.cloaked = 2};
+    windows_[5] = {.own = true};
+    windows_[6] = {.place = {5, 5, 5, 40}};
+    EXPECT_EQ(ShownShellQuestion(), nullptr);
+    windows_[7] = {.style = WS_EX_TOOLWINDOW};
+    windows_[8] = {};
+    EXPECT_EQ(ShownShellQuestion(), Number(7)) << "it may have no taskbar button";
+    program = L"C:\\Windows\\notepad.exe";
+    EXPECT_EQ(ShownShellQuestion(), nullptr);
 }
 
 /// Whether a window of another program at this path asks for the shell.

@@ -17,23 +17,25 @@ using testkit::RecordedCall;
 TEST(ProcessStartTest, PassesTheCommandLineAsItStandsWithTheWindowState) {
     for (const WORD show : {WORD{SW_SHOWNORMAL}, WORD{SW_SHOWMINIMIZED}}) {
         int calls = 0;
-        const RecordedCall create = FAKE_CALL(
-            CreateProcessA,
-            [&](LPCSTR program, LPSTR line, LPSECURITY_ATTRIBUTES, LPSECURITY_ATTRIBUTES, BOOL inherit, DWORD,
-                LPVOID environment, LPCSTR folder, LPSTARTUPINFOA startup, LPPROCESS_INFORMATION) -> BOOL {
-                ++calls;
-                EXPECT_EQ(program, nullptr);
-                EXPECT_STREQ(line, "C:\\My Tools\\a.exe \"файл 文件\"");
-                EXPECT_EQ(inherit, FALSE);
-                EXPECT_EQ(environment, nullptr);
-                EXPECT_EQ(folder, nullptr);
-                EXPECT_EQ(startup->cb, sizeof *startup);
-                EXPECT_EQ(startup->dwFlags, DWORD{STARTF_USESHOWWINDOW});
-                EXPECT_EQ(startup->wShowWindow, show);
-                // The system writes into the line.
-                line[0] = '\0';
-                return FALSE;
-            });
+        const RecordedCall create =
+            FAKE_CALL(CreateProcessA,
+                      [&](LPCSTR program, LPSTR line, LPSECURITY_ATTRIBUTES, LPSECURITY_ATTRIBUTES,
+                          BOOL inherit, DWORD flags, LPVOID environment, LPCSTR folder,
+                          LPSTARTUPINFOA startup, LPPROCESS_INFORMATION) -> BOOL {
+                          ++calls;
+                          EXPECT_EQ(program, nullptr);
+                          EXPECT_STREQ(line, "C:\\My Tools\\a.exe \"файл 文件\"");
+                          EXPECT_EQ(inherit, FALSE);
+                          EXPECT_EQ(flags, DWORD{CREATE_DEFAULT_ERROR_MODE});
+                          EXPECT_EQ(environment, nullptr);
+                          EXPECT_EQ(folder, nullptr);
+                          EXPECT_EQ(startup->cb, sizeof *startup);
+                          EXPECT_EQ(startup->dwFlags, DWORD{STARTF_USESHOWWINDOW});
+                          EXPECT_EQ(startup->wShowWindow, show);
+                          // The system writes into the line.
+                          line[0] = '\0';
+                          return FALSE;
+                      });
         const std::string line = "C:\\My Tools\\a.exe \"файл 文件\"";
         EXPECT_FALSE(win::StartProcess(line, show));
         EXPECT_EQ(line, "C:\\My Tools\\a.exe \"файл 文件\"");
@@ -41,13 +43,23 @@ TEST(ProcessStartTest, PassesTheCommandLineAsItStandsWithTheWindowState) {
     }
 }
 
-TEST(ProcessStartTest, KeepsDriveErrorsQuietWithoutHandingThatDown) {
-    const UINT process = GetErrorMode();
-    const DWORD before = GetThreadErrorMode();
+TEST(ProcessStartTest, KeepsDriveErrorsQuietInAllThreadsWithoutHandingThatDown) {
+    constexpr UINT kQuiet = SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX;
+    constexpr UINT kStarters = SEM_NOGPFAULTERRORBOX;
+    const UINT process = SetErrorMode(kStarters);
+    const DWORD thread = GetThreadErrorMode();
     win::KeepDriveErrorsQuiet();
-    EXPECT_EQ(GetThreadErrorMode(), DWORD{SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX});
-    EXPECT_EQ(GetErrorMode(), process) << "what a program that is started inherits";
-    SetThreadErrorMode(before, nullptr);
+    EXPECT_EQ(GetErrorMode(), kStarters | kQuiet);
+    {
+        const win::InheritedErrorMode inherited;
+        EXPECT_EQ(GetErrorMode(), kStarters) << "what a program that is started inherits";
+        EXPECT_EQ(GetThreadErrorMode(), kQuiet) << "this thread may ask for drives meanwhile";
+        { const win::InheritedErrorMode within; }
+        EXPECT_EQ(GetErrorMode(), kStarters);
+    }
+    EXPECT_EQ(GetErrorMode(), kStarters | kQuiet);
+    SetErrorMode(process);
+    SetThreadErrorMode(thread, nullptr);
 }
 
 TEST(ProcessStartTest, ClosesBothHandlesOfWhatItStarted) {

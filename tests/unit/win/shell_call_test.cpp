@@ -5,10 +5,14 @@
 #include <gmock/gmock.h>
 #include <shellapi.h>
 
+#include <string_view>
+
 #include "tests/support/call_log.h"
+#include "tests/support/hidden_window.h"
 #include "tests/support/modal_answers.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/window.h"
+#include "win/process_start.h"
 #include "win/step_back.h"
 
 namespace {
@@ -46,6 +50,77 @@ TEST(ShellCallTest, TheSystemIsAtWorkOnlyMeanwhile) {
     win::OpenInShell(nullptr, "a", nullptr, nullptr, 1);
     EXPECT_TRUE(meanwhile);
     EXPECT_FALSE(win::StepBack::Any());
+}
+
+TEST(ShellCallTest, AStartedProgramDoesNotInheritThatDrivesAreQuiet) {
+    const UINT process = SetErrorMode(SEM_NOGPFAULTERRORBOX);
+    const DWORD thread = GetThreadErrorMode();
+    win::KeepDriveErrorsQuiet();
+    const UINT quiet = GetErrorMode();
+    const RecordedCall shell = FAKE_CALL(ShellExecuteA, [](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
+        EXPECT_EQ(GetErrorMode(), UINT{SEM_NOGPFAULTERRORBOX});
+        return reinterpret_cast<HINSTANCE>(33);
+    });
+    win::OpenInShell(nullptr, "a", nullptr, nullptr, 1);
+    EXPECT_EQ(GetErrorMode(), quiet);
+    SetErrorMode(process);
+    SetThreadErrorMode(thread, nullptr);
+}
+
+/// One visible window, of a program that asks for the shell, at a time that the test tells.
+class LaunchQuestionTest : public testing::Test {
+  protected:
+    LaunchQuestionTest() {
+        fakes_.push_back(FAKE_CALL(EnumWindows, [this](WNDENUMPROC call, LPARAM argument) -> BOOL {
+            return !open_ || call(question_.Handle(), argument);
+        }));
+        fakes_.push_back(FAKE_CALL(IsWindowVisible, [](HWND) -> BOOL { return TRUE; }));
+        fakes_.push_back(FAKE_CALL(GetWindowThreadProcessId, [](HWND, LPDWORD process) -> DWORD {
+            *process = 1;
+            return 1;
+        }));
+        fakes_.push_back(FAKE_CALL(OpenProcess, [](DWORD access, BOOL inherit, DWORD) {
+            return ORIGINAL_CALL(OpenProcess)(access, inherit, GetCurrentProcessId());
+        }));
+        fakes_.push_back(FAKE_CALL(QueryFullProcessImageNameW, [](HANDLE, DWORD, LPWSTR name, PDWORD size) {
+            *size = static_cast<DWORD>(std::wstring_view(L"C:\\OpenWith.exe").copy(name, *size));
+            return TRUE;
+        }));
+        fakes_.push_back(FAKE_CALL(ShellExecuteA, [](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
+            return reinterpret_cast<HINSTANCE>(33);
+        }));
+        fakes_.push_back(FAKE_CALL(GetTickCount64, [this] { return now_; }));
+        // What an earlier test has opened is over.
+        open_ = false;
+        win::LaunchQuestion();
+        open_ = true;
+        now_ = 1000;
+    }
+
+    const testkit::HiddenWindow question_;
+    bool open_ = true;
+    ULONGLONG now_ = ~ULONGLONG{0} / 2;
+    testkit::RecordedCalls fakes_;
+};
+
+TEST_F(LaunchQuestionTest, IsNoneBeforeSomethingHasBeenOpened) {
+    EXPECT_EQ(win::LaunchQuestion(), nullptr);
+    win::OpenInShell(nullptr, "a", nullptr, nullptr, 1);
+    EXPECT_EQ(win::LaunchQuestion(), question_.Handle());
+}
+
+TEST_F(LaunchQuestionTest, MayComeUpForHalfAMinuteAndStaysAsLongAsItIsOpen) {
+    win::OpenInShell(nullptr, "a", nullptr, nullptr, 1);
+    open_ = false;
+    now_ += 30000;
+    EXPECT_EQ(win::LaunchQuestion(), nullptr);
+    open_ = true;
+    now_ += 3600000;
+    EXPECT_EQ(win::LaunchQuestion(), question_.Handle());
+    open_ = false;
+    EXPECT_EQ(win::LaunchQuestion(), nullptr);
+    open_ = true;
+    EXPECT_EQ(win::LaunchQuestion(), nullptr) << "it has to do with something else";
 }
 
 TEST(ShellCallTest, LeavesNoHookBehind) {
