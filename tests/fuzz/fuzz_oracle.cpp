@@ -107,7 +107,8 @@ void ExpectRecordsKept(const char* section, const Records& before, const Records
 void ExpectValuesKept(const char* section, const Records& before, const Records& after,
                       const std::set<std::string>& keys) {
     for (const std::string& key : keys) {
-        const std::string value = AsStored(First(before, key));
+        // A pair of quotes around a target is not read back, so that a quoted path can be given.
+        const std::string value = AsRead(AsStored(First(before, key)));
         EXPECT_TRUE(std::any_of(after.begin(), after.end(),
                                 [&](const auto& record) {
                                     return AsStored(AsRead(record.second)).find(value) != std::string::npos;
