@@ -40,11 +40,14 @@ std::string WithoutOuterBlanks(const std::string& text) {
     return first == std::string::npos ? std::string() : Trimmed(text.substr(first));
 }
 
+/// A line without "=" counts as a key that holds nothing: that is what Wine reads under it.
 Records ReadRecords(const char* section) {
     Records records;
-    for (const std::string& line : Lines(section))
-        if (line.find('=') != std::string::npos)
-            records.emplace(Folded(win::Before(line, '=')), Trimmed(win::After(line, '=')));
+    for (const std::string& line : Lines(section)) {
+        const bool hasValue = line.find('=') != std::string::npos;
+        records.emplace(Folded(win::Before(line, '=')),
+                        hasValue ? Trimmed(win::After(line, '=')) : std::string());
+    }
     return records;
 }
 
