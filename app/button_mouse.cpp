@@ -36,7 +36,10 @@ void ButtonMouse::AttachTo(win::PictureBox& picture, int index) {
     picture.onMouseLeave = [this] { buttons_.HideHoverOutside(); };
     picture.onCaptureLost = [this] { drag_.Cancel(); };
     picture.onKeyDown = [this, index](WPARAM key) { return Key(index, key); };
-    picture.onFocus = [this, index] { Select(index); };
+    picture.onFocus = [this, index] {
+        Select(index);
+        buttons_.StopAt(index);
+    };
     picture.onContextKey = [this, &picture, index] {
         RECT place{};
         GetWindowRect(picture.Handle(), &place);
@@ -165,6 +168,8 @@ bool ButtonMouse::Key(int index, WPARAM key) {
         case VK_RIGHT: MoveFocus(index, 1, 0); return true;
         case VK_UP: MoveFocus(index, 0, -1); return true;
         case VK_DOWN: MoveFocus(index, 0, 1); return true;
+        case VK_HOME: FocusOn(1); return true;
+        case VK_END: FocusOn(model::kButtonCount); return true;
         case VK_RETURN:
         case VK_SPACE: OpenByKey(index); return true;
         default: return false;
@@ -175,7 +180,9 @@ void ButtonMouse::MoveFocus(int index, int columns, int rows) {
     const int column = (index - 1) % layout::kColumns + columns;
     const int row = (index - 1) / layout::kColumns + rows;
     if (column < 0 || column >= layout::kColumns || row < 0 || row >= layout::kRows) return;
-    SetFocus(buttons_.Picture(row * layout::kColumns + column + 1).Handle());
+    FocusOn(row * layout::kColumns + column + 1);
 }
+
+void ButtonMouse::FocusOn(int index) { SetFocus(buttons_.Picture(index).Handle()); }
 
 }  // namespace app

@@ -47,6 +47,7 @@ class ButtonMouse {
     void MouseMove(int index);
     bool Key(int index, WPARAM key);
     void MoveFocus(int index, int columns, int rows);
+    void FocusOn(int index);
     void RunAction();
     void Launch(int showCommand);
     void EditSwitch();

@@ -108,6 +108,7 @@ void ButtonPanel::CreateOn(HWND parent) {
     state_.Context.onUnread = [this] { container_.ReadAgainSoon(); };
     for (int index = 1; index <= model::kButtonCount; ++index)
         Picture(index).CreateOn(container_.Handle(), IDC_BUTTON + index, scale(ButtonPlace(index)));
+    StopAt(1);
     hover_.CreateOn(parent, IDC_HOVER_PICTURE, scale(layout::At(0, 0, kHoverSize, kHoverSize)), false);
     ShowWindow(hover_.Handle(), SW_HIDE);
     DrawHoverPicture();
@@ -136,6 +137,11 @@ win::PictureBox& ButtonPanel::Picture(int index) {
     if (index < 1 || index > model::kButtonCount)
         throw win::SubscriptError("There is no button " + std::to_string(index));
     return pb1_.at(static_cast<size_t>(index) - 1);
+}
+
+void ButtonPanel::StopAt(int index) {
+    for (int button = 1; button <= model::kButtonCount; ++button)
+        Picture(button).SetTabStop(button == index);
 }
 
 void ButtonPanel::RefreshShownTab() {

@@ -64,6 +64,9 @@ class ButtonPanel {
     /// The picture of a button, 1 to 9; throws SubscriptError for another index.
     win::PictureBox& Picture(int index);
 
+    /// Makes a button the one of the nine that the Tab key stops at; the first until then.
+    void StopAt(int index);
+
     /// The small picture in the corner of the hovered button.
     win::PictureBox& HoverPicture() noexcept { return hover_; }
 

@@ -2,6 +2,7 @@
 
 #include "model/storable_name.h"
 #include "res/resource.h"
+#include "win/accessible.h"
 #include "win/errors.h"
 #include "win/text.h"
 #include "win/window.h"
@@ -39,6 +40,7 @@ void ButtonRename::CreateOn(HWND parent) {
                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(IDC_RENAME)), win::ModuleInstance(),
                           nullptr);
     if (t1_ == nullptr) throw win::RuntimeError("Could not create the rename box");
+    label_ = win::AddHiddenLabel(parent, "New name");
     Rescale();
 }
 
@@ -56,6 +58,8 @@ void ButtonRename::Begin() {
     const int margin = scale(kBoxMargin);
     SetWindowPos(t1_, HWND_TOP, place.left + margin, place.top + scale(kBoxTop),
                  place.right - place.left - 2 * margin, scale(kBoxHeight), SWP_SHOWWINDOW);
+    // The label stays directly before the box that it names.
+    SetWindowPos(label_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     win::SetText(t1_, state_.Button(place_.slot).Naziv);
     SendMessageW(t1_, EM_SETSEL, 0, -1);
     SetFocus(t1_);

@@ -46,6 +46,7 @@ class ButtonRename {
     PanelState& state_;
     ButtonPanel& buttons_;
     HWND t1_ = nullptr;
+    HWND label_ = nullptr;
     // The button that the box belongs to, wherever the mouse goes meanwhile.
     model::ButtonPlace place_;
 };

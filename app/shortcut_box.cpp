@@ -11,6 +11,7 @@
 #include "model/storable_name.h"
 #include "model/text_shortcut.h"
 #include "res/resource.h"
+#include "win/accessible.h"
 #include "win/handles.h"
 #include "win/picture_box.h"
 #include "win/text.h"
@@ -28,10 +29,17 @@ bool IsNameKey(WPARAM key) { return (key >= '0' && key <= '9') || (key >= 'A' &&
 }  // namespace
 
 void ShortcutBox::CreateOn(HWND parent) {
-    cMain_.CreateOn(parent, IDC_SHORTCUTS, win::Scale::Of(parent)(kPlace));
+    const win::Scale scale = win::Scale::Of(parent);
+    win::AddHiddenLabel(parent, "Shortcuts");
+    cMain_.CreateOn(parent, IDC_SHORTCUTS, scale(kPlace));
+    cMain_.SetHeight(scale(layout::kShortcutsHeight));
 }
 
-void ShortcutBox::Rescale() { cMain_.Rescale(win::Scale::Of(GetParent(cMain_.Handle()))(kPlace)); }
+void ShortcutBox::Rescale() {
+    const win::Scale scale = win::Scale::Of(GetParent(cMain_.Handle()));
+    cMain_.Rescale(scale(kPlace));
+    cMain_.SetHeight(scale(layout::kShortcutsHeight));
+}
 
 void ShortcutBox::Attach(HWND window) {
     // The edit field covers most of the box: a drop there must not depend on the search for a parent that

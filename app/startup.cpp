@@ -178,6 +178,8 @@ void Glavni::SaveAtEnd() {
 bool Glavni::KeyDown(WPARAM key, win::ShiftState shift) {
     switch (key) {
         case VK_TAB:
+        case VK_HOME:
+        case VK_END:
         case VK_LEFT:
         case VK_UP:
         case VK_RIGHT:

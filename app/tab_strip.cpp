@@ -50,15 +50,20 @@ void TabStrip::CreateOn(HWND parent) {
     for (int index = 1; index <= model::kTabCount; ++index) {
         win::PictureBox& header = Header(index);
         header.CreateOn(parent, IDC_TAB_HEADER + index, scale(HeaderPlace(index)));
+        header.SetAccessible(ROLE_SYSTEM_PAGETAB, "Tab " + std::to_string(index));
         header.onMouseUp = [this, index](const win::PictureBox::Mouse& mouse) {
             b1_MouseUp(index, mouse.button, mouse.shift, static_cast<float>(mouse.at.x),
                        static_cast<float>(mouse.at.y));
         };
         header.onMouseMove = [this, index](const win::PictureBox::Mouse&) { OnHover(index); };
         header.onKeyDown = [this, index](WPARAM key) { return OnKey(index, key); };
+        header.onFocus = [this, index] { StopAt(index); };
+        // Tab comes back to the tab that is shown, wherever the arrows have been.
+        header.onFocusLost = [this] { StopAt(config::Settings.CurrentTab); };
         header.onContextKey = [this, index] { b1_MouseUp(index, win::MouseButton::kRight, 0, 0, 0); };
         header.onOverlay = [&header](HDC dc, RECT all) { DrawFrame(header, dc, all); };
     }
+    StopAt(1);
 }
 
 void TabStrip::Rescale() {
@@ -92,6 +97,7 @@ void TabStrip::ShowTab(int index) {
     Header(config::Settings.CurrentTab).SetFrame(0);
     config::Settings.CurrentTab = static_cast<std::int16_t>(index);
     header.SetFrame(1);
+    StopAt(index);
     buttons_.HideHover();
     buttons_.RefreshShownTab();
 }
@@ -105,12 +111,21 @@ void TabStrip::OnHover(int index) {
 
 bool TabStrip::OnKey(int index, WPARAM key) {
     switch (key) {
-        case VK_LEFT: SetFocus(Header(index == 1 ? model::kTabCount : index - 1).Handle()); return true;
-        case VK_RIGHT: SetFocus(Header(index == model::kTabCount ? 1 : index + 1).Handle()); return true;
+        case VK_LEFT: FocusOn(index == 1 ? model::kTabCount : index - 1); return true;
+        case VK_RIGHT: FocusOn(index == model::kTabCount ? 1 : index + 1); return true;
+        case VK_HOME: FocusOn(1); return true;
+        case VK_END: FocusOn(model::kTabCount); return true;
         case VK_RETURN:
         case VK_SPACE: b1_MouseUp(index, win::MouseButton::kLeft, 0, 0, 0); return true;
         default: return false;
     }
+}
+
+void TabStrip::FocusOn(int index) { SetFocus(Header(index).Handle()); }
+
+void TabStrip::StopAt(int index) {
+    for (int header = 1; header <= model::kTabCount; ++header)
+        Header(header).SetTabStop(header == index);
 }
 
 std::optional<int> TabStrip::HeaderAt(POINT screen) const {

@@ -40,6 +40,9 @@ class TabStrip {
     void ShowTab(int index);
     void OnHover(int index);
     bool OnKey(int index, WPARAM key);
+    void FocusOn(int index);
+    /// Makes this header the one that the Tab key stops at.
+    void StopAt(int index);
 
     PanelState& state_;
     ButtonPanel& buttons_;

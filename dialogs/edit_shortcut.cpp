@@ -50,6 +50,8 @@ void frmEdit::CreatePicture() {
     MapWindowPoints(nullptr, Handle(), reinterpret_cast<POINT*>(&place), 2);
     const int size = DialogScale()(kIconSize);
     picture_.CreateOn(Handle(), p1, {place.left, place.top, place.left + size, place.top + size}, false);
+    picture_.SetMeaning("Icon");
+    picture_.SetAccessible(ROLE_SYSTEM_GRAPHIC);
 }
 
 bool frmEdit::OnCommand(int id, int notification) {

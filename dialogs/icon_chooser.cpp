@@ -104,9 +104,19 @@ void IcoChooser::LayOut() {
     RECT inside{};
     GetClientRect(view, &inside);
     visibleWidth_ = inside.right;
-    strip_ = Item(p1);
-    SetParent(strip_, view);
-    scroll_.Attach(Item(HScr), scale(kBoxStep), visibleWidth_);
+    MakeStrip();
+    scroll_.Attach(Item(HScr), {scale(kBoxStep), visibleWidth_, visibleWidth_});
+}
+
+void IcoChooser::MakeStrip() {
+    strip_.SetBackColor(GetSysColor(COLOR_WINDOW));
+    strip_.CreateBareOn(Item(View), p1, {0, 0, visibleWidth_, DialogScale()(kStripHeight)}, false);
+    strip_.SetMeaning("Icons");
+    strip_.SetAccessible(ROLE_SYSTEM_LIST);
+    // The boxes are painted for themselves, and the Tab key finds them.
+    SetWindowLongPtrW(strip_.Handle(), GWL_STYLE,
+                      GetWindowLongPtrW(strip_.Handle(), GWL_STYLE) | WS_CLIPCHILDREN);
+    SetWindowLongPtrW(strip_.Handle(), GWL_EXSTYLE, WS_EX_CONTROLPARENT);
 }
 
 void IcoChooser::PlaceBeside(int height) {
@@ -126,7 +136,7 @@ void IcoChooser::MakeBoxes() {
     for (int index = 0; index < IconCount(); ++index)
         MakeBox(index);
     const int width = BoxLeft(IconCount());
-    MoveWindow(strip_, 0, 0, std::min(width, kLongestStrip), DialogScale()(kStripHeight), FALSE);
+    strip_.Rescale({0, 0, std::min(width, kLongestStrip), DialogScale()(kStripHeight)});
     scroll_.SetMaximum(width - visibleWidth_);
     stripStart_ = 0;
     PlaceBoxes();
@@ -160,7 +170,7 @@ void IcoChooser::MakeBox(int index) {
     const int left = BoxLeft(index);
     const int top = scale(2);
     // Only one of them is a stop of the Tab key; the arrows walk over the others.
-    box.CreateBareOn(strip_, p2 + FirstIcon + index,
+    box.CreateBareOn(strip_.Handle(), p2 + FirstIcon + index,
                      {left, top, left + scale(kBoxSize), top + scale(kBoxSize)}, index == 0);
     box.SetMeaning("Icon " + std::to_string(FirstIcon + index));
     HICON icon = IconFor(index);
@@ -212,8 +222,12 @@ bool IcoChooser::OnCommand(int id, int /*notification*/) {
     return true;
 }
 
-INT_PTR IcoChooser::OnMessage(UINT message, WPARAM wParam, LPARAM /*lParam*/) {
+INT_PTR IcoChooser::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
+        case WM_CTLCOLORSTATIC:
+            // What is seen beside a short strip.
+            if (reinterpret_cast<HWND>(lParam) != Item(View)) return FALSE;
+            return reinterpret_cast<INT_PTR>(GetSysColorBrush(COLOR_WINDOW));
         case WM_HSCROLL: Scroll(LOWORD(wParam)); return TRUE;
         case WM_MOUSEWHEEL: OnWheel(GET_WHEEL_DELTA_WPARAM(wParam)); return TRUE;
         case WM_ACTIVATE:
@@ -239,7 +253,8 @@ void IcoChooser::PlaceStrip() {
     // A strip that slides no farther carries other boxes from there on.
     const int start = value + visibleWidth_ <= kLongestStrip ? 0 : value / kStretch * kStretch;
     if (std::exchange(stripStart_, start) != start) PlaceBoxes();
-    SetWindowPos(strip_, nullptr, start - value, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    SetWindowPos(strip_.Handle(), nullptr, start - value, 0, 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void IcoChooser::Pick(int index) {

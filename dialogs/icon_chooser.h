@@ -62,6 +62,7 @@ class IcoChooser : public win::Dialog {
                                        DWORD_PTR chooser) noexcept;
 
     void LayOut();
+    void MakeStrip();
     void MakeBoxes();
     void MakeBox(int index);
     [[nodiscard]] int BoxLeft(int index) const noexcept;
@@ -76,7 +77,7 @@ class IcoChooser : public win::Dialog {
     void FocusOn(int index);
 
     HWND owner_ = nullptr;
-    HWND strip_ = nullptr;
+    win::PictureBox strip_;
     int visibleWidth_ = 0;
     /// How far from the first box the strip begins, in pixels: 0 unless there are too many for one strip.
     int stripStart_ = 0;

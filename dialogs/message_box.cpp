@@ -1,9 +1,12 @@
 #include "dialogs/message_box.h"
 
+#include <oleacc.h>
+
 #include <algorithm>
 #include <utility>
 
 #include "res/resource.h"
+#include "win/accessible.h"
 #include "win/colors.h"
 #include "win/geometry.h"
 #include "win/icons.h"
@@ -22,7 +25,9 @@ namespace {
 constexpr int kButtonLimit = 3;
 constexpr const char* kSupportPage = "https://quon.example/support";
 constexpr const char* kHomePage = "https://quon.example/";
-constexpr int kPictureSize = 64;  // layout pixels
+// Layout pixels.
+constexpr int kPictureSize = 64;
+constexpr int kMarkWidth = 2;
 
 bool IsLink(HWND control) {
     const int id = GetDlgCtrlID(control);
@@ -123,7 +128,7 @@ void frmMsg::FillAbout() {
     font.lfUnderline = TRUE;
     linkFont_.Reset(CreateFontIndirectW(&font));
     for (const int id : {SupportLink, WebLink})
-        SendMessageW(Item(id), WM_SETFONT, reinterpret_cast<WPARAM>(linkFont_.Get()), FALSE);
+        win::TellRole(Item(id), ROLE_SYSTEM_LINK);
     supportTip_.SetTipText(" If you have questions, suggestions, or just want to say hi ");
     supportTip_.SetParentControl(Item(SupportLink));
     supportTip_.Create();
@@ -205,13 +210,19 @@ INT_PTR frmMsg::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             // The title bar's button: no answer at all, unlike Esc, which presses "Cancel".
             End(0);
             return TRUE;
-        case WM_DESTROY: --OpenDialogCount; return FALSE;
+        case WM_DESTROY:
+            --OpenDialogCount;
+            if (about_)
+                for (const int id : {SupportLink, WebLink})
+                    win::ForgetTold(Item(id));
+            return FALSE;
         case WM_PAINT: win::SetTopmost(true, Handle()); return FALSE;
-        case WM_CTLCOLORSTATIC:
-            if (!IsLink(reinterpret_cast<HWND>(lParam))) return FALSE;
-            SetTextColor(reinterpret_cast<HDC>(wParam), win::ColorOf(win::Color::kLink));
-            SetBkMode(reinterpret_cast<HDC>(wParam), TRANSPARENT);
-            return reinterpret_cast<INT_PTR>(GetSysColorBrush(COLOR_BTNFACE));
+        case WM_DRAWITEM: DrawLink(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam)); return TRUE;
+        case DM_GETDEFID:
+            // Enter opens the link that has the focus; only real buttons take Enter of themselves.
+            if (!IsLink(GetFocus())) return FALSE;
+            SetWindowLongPtrW(Handle(), DWLP_MSGRESULT, MAKELONG(GetDlgCtrlID(GetFocus()), DC_HASDEFID));
+            return TRUE;
         case WM_SETCURSOR:
             if (!IsLink(reinterpret_cast<HWND>(wParam))) return FALSE;
             SetCursor(LoadCursor(nullptr, IDC_HAND));
@@ -219,6 +230,18 @@ INT_PTR frmMsg::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return TRUE;
         default: return FALSE;
     }
+}
+
+void frmMsg::DrawLink(const DRAWITEMSTRUCT& item) const {
+    RECT place = item.rcItem;
+    FillRect(item.hDC, &place, GetSysColorBrush(COLOR_BTNFACE));
+    const win::Selection font(item.hDC, linkFont_.Get());
+    SetBkMode(item.hDC, TRANSPARENT);
+    SetTextColor(item.hDC, win::ColorOf(win::Color::kLink));
+    win::DrawPlainText(item.hDC, win::WindowText(item.hwndItem), place, DT_CENTER | DT_WORDBREAK);
+    if ((item.itemState & ODS_FOCUS) == 0 || (item.itemState & ODS_NOFOCUSRECT) != 0) return;
+    place = item.rcItem;
+    win::DrawSystemFrame(item.hDC, place, DialogScale()(kMarkWidth), COLOR_HIGHLIGHT);
 }
 
 void frmMsg::Answer(int index) {

@@ -68,6 +68,7 @@ class frmMsg : public win::Dialog {
   private:
     void FillMessage();
     void FillAbout();
+    void DrawLink(const DRAWITEMSTRUCT& item) const;
     void Answer(int index);
     void Dismiss();
     [[nodiscard]] int MessageHeight() const;

@@ -63,6 +63,8 @@ struct Tip {
     const char* text;
 };
 
+constexpr Tip kDelayTip{"", "One second = 1000 ms"};
+
 constexpr Tip kHotKeyTip{"Default: none",
                          "Press the keys that bring Quon out, ready for typing a name, wherever you are.\n"
                          "Pressed again, they send it back to the edge. Backspace clears them."};
@@ -70,6 +72,7 @@ constexpr Tip kHotKeyTip{"Default: none",
 constexpr int kPopOnHover = 8;
 constexpr int kClickShows = 9;
 constexpr int kEdgeCount = 4;
+constexpr UINT_PTR kTipTimer = 1;
 constexpr int kWarningWidth = 2;    // layout pixels
 constexpr int kCheckMarkSize = 13;  // layout pixels, beside the caption of a check box
 
@@ -124,9 +127,13 @@ bool frmSettings::OnInit() {
     PlaceInCaptionGap(Item(chSet + kPopOnHover), Item(Text1), CheckMarkSize());
     ShapeWarning();
     ShowSettings();
-    delayTip_.SetTipText("One second = 1000 ms");
+    delayTip_.SetTipText(kDelayTip.text);
     delayTip_.SetParentControl(Item(Text1));
     delayTip_.Create();
+    for (int index = 0; index < kNoOption; ++index)
+        WatchFocusOf(chSet + index);
+    WatchFocusOf(Text1);
+    WatchFocusOf(HotKey);
     return true;
 }
 
@@ -185,12 +192,58 @@ INT_PTR frmSettings::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_CTLCOLORSTATIC:
             if (reinterpret_cast<HWND>(lParam) != Item(Picture2)) return FALSE;
             return reinterpret_cast<INT_PTR>(warningBrush_.Get());
+        case WM_TIMER: HideFocusTip(); return TRUE;
         case WM_DESTROY: Unload(); return FALSE;
         default: return FALSE;
     }
 }
 
+void frmSettings::WatchFocusOf(int control) {
+    SetWindowSubclass(Item(control), &frmSettings::WatchFocus, 0, reinterpret_cast<DWORD_PTR>(this));
+}
+
+LRESULT CALLBACK frmSettings::WatchFocus(HWND control, UINT message, WPARAM wParam, LPARAM lParam,
+                                         UINT_PTR id, DWORD_PTR options) noexcept {
+    const LRESULT result = DefSubclassProc(control, message, wParam, lParam);
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the subclass's own value.
+    auto* self = reinterpret_cast<frmSettings*>(options);
+    if (message == WM_NCDESTROY) RemoveWindowSubclass(control, &frmSettings::WatchFocus, id);
+    if (message == WM_KILLFOCUS) self->HideFocusTip();
+    if (message != WM_SETFOCUS) return result;
+    return win::Guarded(control, result, [&] {
+        self->OnFocus(control);
+        return result;
+    });
+}
+
+/// Explains the control that the keyboard has come to; the mouse has the explanations under its pointer.
+void frmSettings::OnFocus(HWND control) {
+    const bool marked = (SendMessageW(control, WM_QUERYUISTATE, 0, 0) & UISF_HIDEFOCUS) == 0;
+    const bool pressed = GetKeyState(VK_LBUTTON) < 0;
+    if (!marked || pressed || IsWindowVisible(Handle()) == 0) return;
+    PrepareTip(GetDlgCtrlID(control) - chSet);
+    tip_->ShowBelow();
+    hovered_ = kNoOption;
+    tipOfFocus_ = true;
+    pointerThen_ = win::PointerPlace();
+    // As long as Windows lets a tip stand under the pointer.
+    SetTimer(Handle(), kTipTimer, GetDoubleClickTime() * 10, nullptr);
+}
+
+void frmSettings::HideFocusTip() {
+    if (!tipOfFocus_) return;
+    tipOfFocus_ = false;
+    KillTimer(Handle(), kTipTimer);
+    tip_.reset();
+}
+
 void frmSettings::OnPointer(HWND window) {
+    if (tipOfFocus_) {
+        // Windows sends a move to a pointer that rests, too, when a tip comes up.
+        const POINT now = win::PointerPlace();
+        if (now.x == pointerThen_.x && now.y == pointerThen_.y) return;
+        HideFocusTip();
+    }
     const int index = GetDlgCtrlID(window) - chSet;
     const bool explained = index == kHotKey || (index >= 0 && index < kNoOption);
     if (window == Handle()) {
@@ -202,14 +255,24 @@ void frmSettings::OnPointer(HWND window) {
 }
 
 void frmSettings::ShowTip(int index) {
-    const auto tipOf = [](const Option& option) { return Tip{option.title, option.text}; };
-    const Tip tip = index == kHotKey ? kHotKeyTip : tipOf(kOptions.at(static_cast<size_t>(index)));
+    PrepareTip(index);
+    tip_->Create();
+    hovered_ = index;
+}
+
+/// Gives the tip the texts for a control; it is still to be made.
+void frmSettings::PrepareTip(int index) {
+    const auto tipOf = [index] {
+        if (index == kHotKey) return kHotKeyTip;
+        if (index == kDelay) return kDelayTip;
+        const Option& option = kOptions.at(static_cast<size_t>(index));
+        return Tip{option.title, option.text};
+    };
+    const Tip tip = tipOf();
     if (!tip_) tip_ = std::make_unique<sys::clsToolTip>();
     tip_->SetTitle(tip.title);
     tip_->SetTipText(tip.text);
     tip_->SetParentControl(Item(chSet + index));
-    tip_->Create();
-    hovered_ = index;
 }
 
 void frmSettings::WarnOfUnreachablePanel() {

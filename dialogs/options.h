@@ -41,11 +41,19 @@ class frmSettings : public win::Dialog {
     /// The hot key's number among the controls with a tip: as for the check boxes, its identifier less that
     /// of the first.
     static constexpr int kHotKey = 60;
+    /// The same of the delay's box, which has a tip of its own under the pointer.
+    static constexpr int kDelay = 20;
 
     [[nodiscard]] int CheckMarkSize() const noexcept;
     void ShowSettings();
     void ShapeWarning();
     void OnPointer(HWND window);
+    static LRESULT CALLBACK WatchFocus(HWND control, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                       DWORD_PTR options) noexcept;
+    void WatchFocusOf(int control);
+    void OnFocus(HWND control);
+    void HideFocusTip();
+    void PrepareTip(int index);
     void ShowTip(int index);
     void WarnOfUnreachablePanel();
     [[nodiscard]] bool Checked(int index) const;
@@ -62,6 +70,10 @@ class frmSettings : public win::Dialog {
     /// The control whose tip was built last.
     int hovered_ = kNoOption;
     std::unique_ptr<sys::clsToolTip> tip_;
+    /// True while the tip stands there for the control that has the focus.
+    bool tipOfFocus_ = false;
+    /// Where the pointer rested when it came up.
+    POINT pointerThen_{};
     sys::clsToolTip delayTip_;
     win::Brush warningBrush_;
 };

@@ -1,6 +1,7 @@
 #include "dialogs/row_list.h"
 
 #include <commctrl.h>
+#include <oleacc.h>
 #include <shellapi.h>
 #include <windowsx.h>
 
@@ -9,6 +10,7 @@
 
 #include "model/launching.h"
 #include "sys/utility.h"
+#include "win/accessible.h"
 #include "win/colors.h"
 #include "win/geometry.h"
 #include "win/handles.h"
@@ -23,6 +25,8 @@ namespace {
 // Layout pixels.
 constexpr int kRightMargin = 4;
 constexpr int kIconSize = 16;
+constexpr int kMarkWidth = 2;
+constexpr int kEdgeWidth = 2;  // pixels
 // Windows keeps the coordinates of a window in 16 bits.
 constexpr int kHighestWindow = 30000;
 
@@ -70,7 +74,7 @@ void RowList::CreateOn(HWND frame, HWND scrollBar, int id) {
     options.id = id;
     options.classStyle = CS_DBLCLKS;
     Create(options);
-    scroll_.Attach(scrollBar, look_.smallStep, look_.largeStep);
+    scroll_.Attach(scrollBar, {look_.smallStep, look_.largeStep, static_cast<int>(inside.bottom)});
     Layout();
 }
 
@@ -184,10 +188,18 @@ void RowList::Reveal(int index) {
         ScrollTo(bottom - FrameHeight());
 }
 
-void RowList::TellName() const {
+void RowList::TellScreenReader() {
+    told_ = true;
+    win::TellRole(Handle(), ROLE_SYSTEM_LIST);
+    const Row* row = SelectedRow();
+    win::TellName(Handle(), row == nullptr ? "No items" : row->name);
+}
+
+void RowList::TellName() {
     const Row* row = SelectedRow();
     const std::string name = row == nullptr ? std::string() : row->name;
     if (win::WindowText(Handle()) != name) win::SetText(Handle(), name);
+    if (told_) TellScreenReader();
 }
 
 void RowList::Repaint() const noexcept {
@@ -200,6 +212,13 @@ std::optional<LRESULT> RowList::OnMessage(UINT message, WPARAM wParam, LPARAM lP
         case WM_PAINT: OnPaint(); return 0;
         case WM_PRINTCLIENT: Print(reinterpret_cast<HDC>(wParam)); return 0;
         case WM_ERASEBKGND: return 1;
+        case WM_GETOBJECT:
+            // Told only when somebody wants to know, because it takes COM.
+            if (static_cast<LONG>(lParam) == OBJID_CLIENT && !told_) TellScreenReader();
+            return std::nullopt;
+        case WM_DESTROY:
+            if (std::exchange(told_, false)) win::ForgetTold(Handle());
+            return std::nullopt;
         case WM_LBUTTONDOWN:
         case WM_RBUTTONDOWN: OnPress(GET_Y_LPARAM(lParam)); return 0;
         case WM_LBUTTONDBLCLK:
@@ -361,10 +380,12 @@ void RowList::DrawLine(HDC dc, const std::string& text, int left, int top, int r
 void RowList::DrawFocus(HDC dc) const {
     if (GetFocus() != Handle()) return;
     if ((SendMessageW(Handle(), WM_QUERYUISTATE, 0, 0) & UISF_HIDEFOCUS) != 0) return;
-    const RECT mark = HighlightPlace(selected_);
-    SetTextColor(dc, RGB(0, 0, 0));
-    SetBkColor(dc, RGB(255, 255, 255));
-    DrawFocusRect(dc, &mark);
+    RECT mark = HighlightPlace(selected_);
+    // Inside the edge, whose width is the same at every scale.
+    if (look_.framed) InflateRect(&mark, -kEdgeWidth, -kEdgeWidth);
+    win::DrawSystemFrame(dc, mark, scale_(kMarkWidth), COLOR_HIGHLIGHT);
+    // Within the bar, whose colour is the same, only a line inside lets the mark be seen.
+    win::DrawSystemFrame(dc, mark, scale_(1), COLOR_HIGHLIGHTTEXT);
 }
 
 }  // namespace dialogs

@@ -118,7 +118,9 @@ class RowList : public win::Window {
     void Scr_Scroll();
     void PlaceContent();
     void Reveal(int index);
-    void TellName() const;
+    void TellName();
+    /// The same, and what the list is, for screen readers.
+    void TellScreenReader();
     void Repaint() const noexcept;
     bool OnKey(WPARAM key, bool repeated);
     /// False below the last row, where there is nothing to select.
@@ -144,6 +146,7 @@ class RowList : public win::Window {
     /// What did not answer while icons were fetched for these rows.
     sys::SilentPlaces silent_;
     int selected_ = 0;
+    bool told_ = false;
     /// How much higher the content is painted than the window stands, because Windows limits a window's
     /// height.
     int paintOffset_ = 0;

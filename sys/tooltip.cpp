@@ -6,6 +6,8 @@
 #include <string_view>
 
 #include "win/colors.h"
+#include "win/geometry.h"
+#include "win/scale.h"
 #include "win/text.h"
 #include "win/window.h"
 
@@ -17,6 +19,8 @@ constexpr LPARAM kUnlimitedWidth = 0x7FFF;
 
 // A tooltip takes no longer title: given one, it shows none at all.
 constexpr size_t kLongestTitle = 99;
+
+constexpr int kGap = 2;  // layout pixels, between a control and the tip below it
 
 /// The 8-bit messages read a text in the code page of the tip's font, which need not be the process's. Only a
 /// text that has the same bytes in all code pages can go through them.
@@ -49,7 +53,7 @@ Record clsToolTip::ToolRecord() const noexcept {
     Record record{};
     // The record ends with the application value: older tooltips do not know the field behind it.
     record.cbSize = TTTOOLINFOA_V2_SIZE;
-    record.uFlags = TTF_SUBCLASS;
+    record.uFlags = flags_;
     record.hwnd = parentControl_;
     record.uId = 0;
     GetClientRect(parentControl_, &record.rect);
@@ -80,8 +84,36 @@ void clsToolTip::SendTitle() {
 }
 
 bool clsToolTip::Create() {
+    Make(TTF_SUBCLASS);
+    return false;
+}
+
+void clsToolTip::ShowBelow() {
+    Make(TTF_TRACK | TTF_ABSOLUTE);
+    if (window_ == nullptr) return;
+    RECT control{};
+    GetWindowRect(parentControl_, &control);
+    const LONG gap = win::Scale::Of(parentControl_)(kGap);
+    Track({control.left, control.bottom + gap});
+    const auto record = ToolRecord<TTTOOLINFOA>();
+    SendMessageA(window_, TTM_TRACKACTIVATE, TRUE, reinterpret_cast<LPARAM>(&record));
+    // Only now it has its size.
+    RECT tip{};
+    GetWindowRect(window_, &tip);
+    const RECT area = win::WorkAreaOf(parentControl_);
+    const LONG left = std::max(area.left, std::min(tip.left, area.right - win::Width(tip)));
+    const bool above = tip.bottom > area.bottom;
+    Track({left, above ? control.top - gap - win::Height(tip) : tip.top});
+}
+
+void clsToolTip::Track(POINT place) const noexcept {
+    SendMessageA(window_, TTM_TRACKPOSITION, 0, MAKELPARAM(place.x, place.y));
+}
+
+void clsToolTip::Make(UINT flags) {
     DestroyTip();
-    if (parentControl_ == nullptr) return false;
+    flags_ = flags;
+    if (parentControl_ == nullptr) return;
     window_ = CreateWindowExA(0, "tooltips_class32", nullptr, TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT,
                               CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, parentControl_, nullptr,
                               win::ModuleInstance(), nullptr);
@@ -92,7 +124,6 @@ bool clsToolTip::Create() {
     SendTitle();
     SendMessageA(window_, TTM_SETMAXTIPWIDTH, 0, kUnlimitedWidth);
     SetColors();
-    return false;
 }
 
 void clsToolTip::SetColors() const noexcept {

@@ -22,6 +22,10 @@ class clsToolTip {
     /// The answer is always false and has no meaning.
     bool Create();
 
+    /// Makes the tooltip window anew and shows it below its control at once, wherever the pointer is; above
+    /// it where the screen ends. It stays until it is made anew or destroyed.
+    void ShowBelow();
+
     /// The control the tip belongs to; null for none.
     void SetParentControl(HWND control) noexcept { parentControl_ = control; }
 
@@ -49,6 +53,8 @@ class clsToolTip {
     [[nodiscard]] HWND Handle() const noexcept { return window_; }
 
   private:
+    void Make(UINT flags);
+    void Track(POINT place) const noexcept;
     template <class Record>
     [[nodiscard]] Record ToolRecord() const noexcept;
     void SendTool(UINT message, UINT wideMessage);
@@ -60,6 +66,7 @@ class clsToolTip {
     HWND parentControl_ = nullptr;
     HWND window_ = nullptr;
     std::string tipText_;
+    UINT flags_ = TTF_SUBCLASS;
 };
 
 }  // namespace sys

@@ -67,6 +67,13 @@ bool ContrastTheme() noexcept {
 
 void ForgetColors() noexcept { g_contrast.reset(); }
 
+void DrawSystemFrame(HDC dc, RECT& rect, int width, int color) noexcept {
+    for (int line = 0; line < width; ++line) {
+        FrameRect(dc, &rect, GetSysColorBrush(color));
+        InflateRect(&rect, -1, -1);
+    }
+}
+
 bool IsDark(COLORREF ground) noexcept {
     // How bright a colour looks, in thousandths of white.
     const int brightness =

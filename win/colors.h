@@ -38,6 +38,10 @@ bool ContrastTheme() noexcept;
 /// To be called when the theme may have changed: it is asked for anew.
 void ForgetColors() noexcept;
 
+/// Draws a frame of so many pixels in a colour of the system (COLOR_) and shrinks the rectangle to what is
+/// left inside it.
+void DrawSystemFrame(HDC dc, RECT& rect, int width, int color) noexcept;
+
 /// True for a ground that dark strokes are hard to see on.
 bool IsDark(COLORREF ground) noexcept;
 

@@ -1,6 +1,7 @@
 #include "win/combo_box.h"
 
 #include "win/errors.h"
+#include "win/geometry.h"
 #include "win/text.h"
 #include "win/window.h"
 
@@ -26,6 +27,18 @@ void ComboBox::Rescale(RECT place) {
     SendMessageW(handle_, WM_SETFONT, reinterpret_cast<WPARAM>(MessageFont(scale)), FALSE);
     SetWindowPos(handle_, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
                  SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void ComboBox::SetHeight(int height) {
+    constexpr auto kField = static_cast<WPARAM>(-1);
+    LRESULT field = SendMessageW(handle_, CB_GETITEMHEIGHT, kField, 0);
+    // The field that is asked for does not have the same borders everywhere: what is missing shows then.
+    for (int round = 0; round < 2; ++round) {
+        RECT place{};
+        GetWindowRect(handle_, &place);
+        field += height - Height(place);
+        SendMessageW(handle_, CB_SETITEMHEIGHT, kField, field);
+    }
 }
 
 bool ComboBox::IsOpen() const noexcept { return SendMessageW(handle_, CB_GETDROPPEDSTATE, 0, 0) != 0; }

@@ -26,6 +26,10 @@ class ComboBox {
     /// Puts the control elsewhere and gives it the font of the scale that its parent has by now.
     void Rescale(RECT place);
 
+    /// Makes the closed control so many pixels high (CB_SETITEMHEIGHT). A font that it is given later brings
+    /// its own height.
+    void SetHeight(int height);
+
     /// The control's window; null before CreateOn.
     [[nodiscard]] HWND Handle() const noexcept { return handle_; }
 

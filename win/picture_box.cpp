@@ -2,6 +2,10 @@
 
 #include <windowsx.h>
 
+#include <utility>
+
+#include "win/accessible.h"
+#include "win/colors.h"
 #include "win/key_repeat.h"
 #include "win/text.h"
 
@@ -32,6 +36,8 @@ void ShowFocusMarks() noexcept {
     InvalidateRect(GetFocus(), nullptr, FALSE);
 }
 
+PictureBox::~PictureBox() { ForgetScreenReader(); }
+
 void PictureBox::CreateOn(HWND parent, int id, RECT place, bool tabStop) {
     CreateBareOn(parent, id, place, tabStop);
     MakePicture();
@@ -41,6 +47,7 @@ void PictureBox::CreateOn(HWND parent, int id, RECT place, bool tabStop) {
 void PictureBox::CreateBareOn(HWND parent, int id, RECT place, bool tabStop) {
     size_ = {place.right - place.left, place.bottom - place.top};
     scale_ = Scale::Of(parent);
+    takesFocus_ = tabStop;
     WindowOptions options;
     options.className = L"QuonPicture";
     options.style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | (tabStop ? WS_TABSTOP : 0U);
@@ -49,6 +56,12 @@ void PictureBox::CreateBareOn(HWND parent, int id, RECT place, bool tabStop) {
     options.id = id;
     options.classStyle = CS_DBLCLKS;
     Create(options);
+}
+
+void PictureBox::SetTabStop(bool stop) noexcept {
+    const auto style = static_cast<DWORD>(GetWindowLongPtrW(Handle(), GWL_STYLE));
+    const DWORD wanted = stop ? style | WS_TABSTOP : style & ~DWORD{WS_TABSTOP};
+    if (wanted != style) SetWindowLongPtrW(Handle(), GWL_STYLE, static_cast<LONG_PTR>(wanted));
 }
 
 void PictureBox::Rescale(RECT place) {
@@ -93,13 +106,32 @@ void PictureBox::SetFrame(int frame) noexcept {
 }
 
 void PictureBox::SetMeaning(const std::string& text) {
-    if (WindowText(Handle()) != text) SetText(Handle(), text);
+    if (WindowText(Handle()) == text) return;
+    SetText(Handle(), text);
+    if (told_) TellScreenReader();
+}
+
+void PictureBox::SetAccessible(long role, std::string nameWithoutMeaning) {
+    role_ = role;
+    nameWithoutMeaning_ = std::move(nameWithoutMeaning);
+}
+
+void PictureBox::TellScreenReader() {
+    told_ = true;
+    TellRole(Handle(), role_);
+    const std::string meaning = WindowText(Handle());
+    TellName(Handle(), meaning.empty() ? nameWithoutMeaning_ : meaning);
 }
 
 std::optional<LRESULT> PictureBox::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_PAINT: OnPaint(); return 0;
         case WM_ERASEBKGND: return 1;
+        case WM_GETOBJECT:
+            // Told only when somebody wants to know: it takes COM, which would slow down every start.
+            if (static_cast<LONG>(lParam) == OBJID_CLIENT && !told_) TellScreenReader();
+            return std::nullopt;
+        case WM_DESTROY: ForgetScreenReader(); return std::nullopt;
         case WM_MOUSEMOVE: OnMouseMoved(MouseOf(MouseButton::kLeft, lParam)); return 0;
         case WM_MOUSELEAVE:
             hovered_ = false;
@@ -138,7 +170,10 @@ std::optional<LRESULT> PictureBox::OnMessage(UINT message, WPARAM wParam, LPARAM
             Refresh();
             if (onFocus) onFocus();
             return 0;
-        case WM_KILLFOCUS: Refresh(); return 0;
+        case WM_KILLFOCUS:
+            Refresh();
+            if (onFocusLost) onFocusLost();
+            return 0;
         case WM_CAPTURECHANGED:
             // When we release the mouse ourselves, the mark has been cleared before.
             if (!pressed_) return 0;
@@ -148,6 +183,10 @@ std::optional<LRESULT> PictureBox::OnMessage(UINT message, WPARAM wParam, LPARAM
             return 0;
         default: return std::nullopt;
     }
+}
+
+void PictureBox::ForgetScreenReader() noexcept {
+    if (std::exchange(told_, false)) ForgetTold(Handle());
 }
 
 void PictureBox::OnPaint() {
@@ -163,10 +202,7 @@ void PictureBox::OnPaint() {
     if (g_focusMarks && GetFocus() == Handle()) {
         RECT mark = all;
         InflateRect(&mark, -scale_(kMarkInset), -scale_(kMarkInset));
-        for (int line = 0; line < scale_(kMarkWidth); ++line) {
-            FrameRect(paint.Dc(), &mark, GetSysColorBrush(COLOR_HIGHLIGHT));
-            InflateRect(&mark, -1, -1);
-        }
+        DrawSystemFrame(paint.Dc(), mark, scale_(kMarkWidth), COLOR_HIGHLIGHT);
     }
 }
 
@@ -181,7 +217,7 @@ void PictureBox::OnMouseMoved(const Mouse& mouse) {
 }
 
 void PictureBox::OnLeftDown(const Mouse& mouse) {
-    if ((GetWindowLongPtrW(Handle(), GWL_STYLE) & WS_TABSTOP) != 0) SetFocus(Handle());
+    if (takesFocus_) SetFocus(Handle());
     SetCapture(Handle());
     pressed_ = true;
     Refresh();

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <oleacc.h>
+
 #include <functional>
 #include <optional>
 #include <string>
@@ -38,6 +40,13 @@ class PictureBox : public Window {
         POINT at{};
     };
 
+    PictureBox() = default;
+    PictureBox(const PictureBox&) = delete;
+    PictureBox& operator=(const PictureBox&) = delete;
+    PictureBox(PictureBox&&) = delete;
+    PictureBox& operator=(PictureBox&&) = delete;
+    ~PictureBox() override;
+
     // Events; an empty one is ignored.
 
     /// The left button was pressed and let go inside the box; not for the second press of a double click.
@@ -56,6 +65,8 @@ class PictureBox : public Window {
     std::function<bool(WPARAM)> onKeyDown;
     /// The box has got the focus of the keyboard.
     std::function<void()> onFocus;
+    /// The box has lost the focus of the keyboard.
+    std::function<void()> onFocusLost;
     /// The mouse was taken away while the left button was held.
     std::function<void()> onCaptureLost;
     /// Draws over the picture each time it is painted, without changing it.
@@ -63,12 +74,16 @@ class PictureBox : public Window {
     /// Called for a WM_CONTEXTMENU that comes from the keyboard.
     std::function<void()> onContextKey;
 
-    /// Creates the box on `parent`, in the parent's client pixels and at its scale.
+    /// Creates the box on `parent`, in the parent's client pixels and at its scale. With `tabStop` it is a
+    /// stop of the Tab key and takes the focus when it is pressed.
     void CreateOn(HWND parent, int id, RECT place, bool tabStop = true);
 
     /// Creates a box without a picture of its own: it shows only the background and what onOverlay draws. For
     /// boxes in great numbers.
     void CreateBareOn(HWND parent, int id, RECT place, bool tabStop);
+
+    /// Makes the box a stop of the Tab key, or none: of several boxes that the arrow keys walk over, one is.
+    void SetTabStop(bool stop) noexcept;
 
     /// The device context of the picture.
     [[nodiscard]] HDC Dc() const noexcept { return dc_.Get(); }
@@ -110,11 +125,17 @@ class PictureBox : public Window {
     /// Sets the meaning of the box if it differs.
     void SetMeaning(const std::string& text);
 
+    /// What screen readers are told when one asks: what the box is (ROLE_SYSTEM_), a push button unless set,
+    /// and what it is called as long as its meaning is empty.
+    void SetAccessible(long role, std::string nameWithoutMeaning = {});
+
   protected:
     std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
     void MakePicture();
+    void TellScreenReader();
+    void ForgetScreenReader() noexcept;
     void OnPaint();
     void OnMouseMoved(const Mouse& mouse);
     void OnLeftDown(const Mouse& mouse);
@@ -129,6 +150,10 @@ class PictureBox : public Window {
     Scale scale_;
     std::optional<COLORREF> backColor_;
     int frame_ = 0;
+    long role_ = ROLE_SYSTEM_PUSHBUTTON;
+    std::string nameWithoutMeaning_;
+    bool told_ = false;
+    bool takesFocus_ = false;
     bool hovered_ = false;
     bool pressed_ = false;
 };

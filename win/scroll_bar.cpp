@@ -14,10 +14,9 @@ SCROLLINFO Record(UINT mask) noexcept {
 
 }  // namespace
 
-void ScrollBar::Attach(HWND bar, int smallStep, int largeStep) noexcept {
+void ScrollBar::Attach(HWND bar, const Steps& steps) noexcept {
     bar_ = bar;
-    smallStep_ = smallStep;
-    largeStep_ = largeStep;
+    steps_ = steps;
     value_ = 0;
     SetMaximum(0);
 }
@@ -25,7 +24,9 @@ void ScrollBar::Attach(HWND bar, int smallStep, int largeStep) noexcept {
 void ScrollBar::SetMaximum(int maximum) noexcept {
     maximum_ = std::max(0, maximum);
     SCROLLINFO info = Record(SIF_RANGE | SIF_PAGE);
-    info.nMax = maximum_;
+    // The greatest value that Windows lets the thumb reach is less than the range's end by the page.
+    info.nPage = maximum_ > 0 ? static_cast<UINT>(steps_.page) : 0;
+    info.nMax = maximum_ + std::max(0, static_cast<int>(info.nPage) - 1);
     SetScrollInfo(bar_, SB_CTL, &info, TRUE);
     EnableWindow(bar_, maximum_ > 0 ? TRUE : FALSE);
     SetValue(value_);
@@ -41,10 +42,10 @@ void ScrollBar::SetValue(int value) noexcept {
 void ScrollBar::Act(int code) noexcept {
     // Named for vertical bars; those of a horizontal one are the same numbers.
     switch (code) {
-        case SB_LINEUP: SetValue(value_ - smallStep_); return;
-        case SB_LINEDOWN: SetValue(value_ + smallStep_); return;
-        case SB_PAGEUP: SetValue(value_ - largeStep_); return;
-        case SB_PAGEDOWN: SetValue(value_ + largeStep_); return;
+        case SB_LINEUP: SetValue(value_ - steps_.small); return;
+        case SB_LINEDOWN: SetValue(value_ + steps_.small); return;
+        case SB_PAGEUP: SetValue(value_ - steps_.large); return;
+        case SB_PAGEDOWN: SetValue(value_ + steps_.large); return;
         case SB_TOP: SetValue(0); return;
         case SB_BOTTOM: SetValue(maximum_); return;
         case SB_THUMBTRACK:

@@ -4,11 +4,19 @@
 
 namespace win {
 
-/// A scroll bar control that starts at 0. Where there is nothing to scroll it takes no input.
+/// A scroll bar control that starts at 0. Its thumb takes as much of the shaft as is seen of the whole. Where
+/// there is nothing to scroll it takes no input.
 class ScrollBar {
   public:
-    /// Takes over a control (SetScrollInfo); the steps are those of its arrows and of its shaft.
-    void Attach(HWND bar, int smallStep, int largeStep) noexcept;
+    /// What a bar scrolls by, and how much is seen at once.
+    struct Steps {
+        int small = 0;  ///< of its arrows
+        int large = 0;  ///< of its shaft
+        int page = 0;   ///< seen at once; 0 leaves the thumb as Windows makes it
+    };
+
+    /// Takes over a control (SetScrollInfo).
+    void Attach(HWND bar, const Steps& steps) noexcept;
 
     /// Sets the greatest value; the present one is kept inside.
     void SetMaximum(int maximum) noexcept;
@@ -27,8 +35,7 @@ class ScrollBar {
 
   private:
     HWND bar_ = nullptr;
-    int smallStep_ = 0;
-    int largeStep_ = 0;
+    Steps steps_;
     int maximum_ = 0;
     int value_ = 0;
 };

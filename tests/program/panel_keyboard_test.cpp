@@ -54,16 +54,17 @@ class PanelKeyboardTest : public ::testing::Test {
     ProgramFolder folder_;
 };
 
-TEST_F(PanelKeyboardTest, TabGoesThroughEverythingAndArrowsThroughItsKind) {
+TEST_F(PanelKeyboardTest, TabGoesFromKindToKindAndArrowsThroughEach) {
     QuonPanel quon = Start({});
-    for (const int id :
-         {pb1 + 2,  pb1 + 3,  pb1 + 4, pb1 + 5, pb1 + 6, pb1 + 7, pb1 + 8, pb1 + 9, iBut + 0, iBut + 1,
-          iBut + 2, iBut + 3, cMain,   b1 + 1,  b1 + 2,  b1 + 3,  b1 + 4,  b1 + 5,  b1 + 6,   pb1 + 1})
+    for (const int id : {iBut + 0, iBut + 1, iBut + 2, iBut + 3, cMain, b1 + 1, pb1 + 1})
         PressAndExpectFocus(quon, {VK_TAB}, id);
     // The image buttons and the headers each make a circle, the buttons a field with borders.
-    PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, b1 + 6);
-    PressAndExpectFocus(quon, {VK_RIGHT}, b1 + 1);
+    PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, b1 + 1);
     PressAndExpectFocus(quon, {VK_LEFT}, b1 + 6);
+    PressAndExpectFocus(quon, {VK_RIGHT}, b1 + 1);
+    PressAndExpectFocus(quon, {VK_END}, b1 + 6);
+    PressAndExpectFocus(quon, {VK_HOME}, b1 + 1);
+    PressAndExpectFocus(quon, {VK_RIGHT}, b1 + 2);
     PressAndExpectFocus(quon, {VK_TAB}, pb1 + 1);
     PressAndExpectFocus(quon, {VK_LEFT}, pb1 + 1);
     PressAndExpectFocus(quon, {VK_UP}, pb1 + 1);
@@ -73,15 +74,32 @@ TEST_F(PanelKeyboardTest, TabGoesThroughEverythingAndArrowsThroughItsKind) {
     PressAndExpectFocus(quon, {VK_DOWN}, pb1 + 8);
     PressAndExpectFocus(quon, {VK_RIGHT}, pb1 + 9);
     PressAndExpectFocus(quon, {VK_RIGHT}, pb1 + 9);
-    PressAndExpectFocus(quon, {VK_TAB}, iBut + 0);
-    for (const int id : {iBut + 1, iBut + 2, iBut + 3, iBut + 0})
-        PressAndExpectFocus(quon, {VK_RIGHT}, id);
-    for (const int id : {iBut + 3, iBut + 2})
-        PressAndExpectFocus(quon, {VK_LEFT}, id);
-    for (const int id : {iBut + 1, iBut + 0, pb1 + 9})
-        PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, id);
+    PressAndExpectFocus(quon, {VK_HOME}, pb1 + 1);
+    PressAndExpectFocus(quon, {VK_END}, pb1 + 9);
     PressAndExpectFocus(quon, {VK_UP}, pb1 + 6);
+    PressAndExpectFocus(quon, {VK_TAB}, iBut + 0);
+    for (const int id : {iBut + 1, iBut + 2, iBut + 3, iBut + 0, iBut + 1})
+        PressAndExpectFocus(quon, {VK_RIGHT}, id);
+    for (const int id : {iBut + 0, iBut + 3, iBut + 2})
+        PressAndExpectFocus(quon, {VK_LEFT}, id);
+    // Tab comes back to the button that was left.
+    for (const int id : {iBut + 1, iBut + 0, pb1 + 6})
+        PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, id);
     PressAndExpectFocus(quon, {VK_LEFT}, pb1 + 5);
+}
+
+TEST_F(PanelKeyboardTest, TabComesBackToTheTabThatIsShownAndToTheButtonThatWasPressed) {
+    QuonPanel quon = Start({});
+    mouse::Click(quon.Header(4));
+    WaitFor("the header has the focus", [&] { return FocusId(quon) == b1 + 4; });
+    PressAndExpectFocus(quon, {VK_RIGHT}, b1 + 5);
+    PressAndExpectFocus(quon, {VK_TAB}, pb1 + 1);
+    PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, b1 + 4);
+    mouse::Click(quon.Button(8));
+    WaitFor("the button has the focus", [&] { return FocusId(quon) == pb1 + 8; });
+    PressAndExpectFocus(quon, {VK_TAB}, iBut + 0);
+    PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, pb1 + 8);
+    PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, b1 + 4);
 }
 
 TEST_F(PanelKeyboardTest, EnterAndSpaceOpenButtonsAndShowTabs) {
@@ -105,7 +123,8 @@ TEST_F(PanelKeyboardTest, EnterAndSpaceOpenButtonsAndShowTabs) {
     RunningProgram::Attach(minimized.process_id).CloseAndWait();
     quon.Main().Activate();
     PressAndExpectFocus(quon, {VK_LEFT}, pb1 + 1);
-    PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, b1 + 6);
+    PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, b1 + 1);
+    PressAndExpectFocus(quon, {VK_LEFT}, b1 + 6);
     keyboard::Press(VK_SPACE);
     quon.ExpectName(1, "Sixth");
     PressAndExpectFocus(quon, {VK_RIGHT}, b1 + 1);
@@ -257,10 +276,10 @@ TEST_F(PanelKeyboardTest, F1OpensTheManualWhereverTheFocusIs) {
         RunningProgram::Attach(launch.process_id).CloseAndWait();
     };
     press();
-    for (const int id : {b1 + 6, b1 + 5, b1 + 4, b1 + 3, b1 + 2, b1 + 1, cMain, iBut + 3}) {
+    for (const int id : {b1 + 1, cMain, iBut + 3}) {
         quon.Main().Activate();
         PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, id);
-        if (id == b1 + 6 || id == cMain || id == iBut + 3) press();
+        press();
     }
     // In a dialog too.
     quon.OpenButton(1, {VK_MENU, VK_CONTROL});

@@ -88,8 +88,7 @@ TEST_F(ImageButtonMenuTest, EachOpensByTheKeyboard) {
     QuonPanel quon = Start({});
     quon.Main().Activate();
     WaitFor("the first button has the focus", [&] { return quon.Button(1).IsFocused(); });
-    for (int step = 0; step < 9; ++step)
-        keyboard::Press(VK_TAB);
+    keyboard::Press(VK_TAB);
     for (const int button : {0, 1, 2}) {
         WaitFor("the image button has the focus", [&] { return quon.ImageButton(button).IsFocused(); });
         keyboard::Press(button == 1 ? VK_SPACE : VK_RETURN);

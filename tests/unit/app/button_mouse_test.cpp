@@ -482,5 +482,39 @@ TEST_F(ButtonMouseTest, MovesTheButtonThatTheHoverPictureStandsOn) {
     EXPECT_FALSE(drag_.Ready()) << "the mouse was taken away";
 }
 
+TEST_F(ButtonMouseTest, TheTabKeyStopsAtTheButtonThatHadTheFocusLast) {
+    const auto stops = [&] {
+        std::vector<int> found;
+        for (int index = 1; index <= 9; ++index)
+            if ((GetWindowLongPtrW(Button(index), GWL_STYLE) & WS_TABSTOP) != 0) found.push_back(index);
+        return found;
+    };
+    EXPECT_THAT(stops(), ElementsAre(1));
+    SendMessageW(Button(5), WM_SETFOCUS, 0, 0);
+    SendMessageW(Button(5), WM_KILLFOCUS, 0, 0);
+    EXPECT_THAT(stops(), ElementsAre(5));
+}
+
+TEST_F(ButtonMouseTest, APressTakesTheFocusWhereTabDoesNotStop) {
+    HWND focused = nullptr;
+    const auto focus = FAKE_CALL(SetFocus, [&](HWND window) { return focused = window; });
+    Press(Button(7));
+    Release(Button(7));
+    EXPECT_EQ(focused, Button(7));
+}
+
+TEST_F(ButtonMouseTest, ArrowsHomeAndEndMoveTheFocusInsideTheField) {
+    std::vector<int> focused;
+    const auto focus = FAKE_CALL(SetFocus, [&](HWND window) -> HWND {
+        focused.push_back(GetDlgCtrlID(window) - IDC_BUTTON);
+        return nullptr;
+    });
+    for (const WPARAM key : {VK_LEFT, VK_UP, VK_RIGHT, VK_DOWN, VK_HOME, VK_END})
+        SendMessageW(Button(5), WM_KEYDOWN, key, 0);
+    SendMessageW(Button(3), WM_KEYDOWN, VK_RIGHT, 0);
+    SendMessageW(Button(7), WM_KEYDOWN, VK_DOWN, 0);
+    EXPECT_THAT(focused, ElementsAre(4, 2, 6, 8, 1, 9));
+}
+
 }  // namespace
 }  // namespace app

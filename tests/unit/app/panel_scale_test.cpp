@@ -70,6 +70,9 @@ class PanelScaleTest : public ::testing::Test {
         EXPECT_EQ(image.right, scale(5 + 60 + 28));
         const RECT list = ClientPlace(GetDlgItem(panel, IDC_SHORTCUTS), panel);
         EXPECT_EQ(list.left, scale(5));
+        const RECT go = ClientPlace(GetDlgItem(panel, IDC_IMAGE_BUTTON + 3), panel);
+        EXPECT_EQ(list.top, go.top);
+        EXPECT_EQ(list.bottom, go.bottom) << "the closed list is as high as the button beside it";
         for (const int id : {IDC_SHORTCUTS, IDC_RENAME})
             EXPECT_EQ(SendMessageW(GetDlgItem(panel, id), WM_GETFONT, 0, 0),
                       reinterpret_cast<LRESULT>(win::MessageFont(scale)));

@@ -165,5 +165,34 @@ TEST_F(TabStripTest, IsReachedByTheKeyboard) {
     EXPECT_EQ(config::Settings.CurrentTab, 3);
 }
 
+TEST_F(TabStripTest, TheTabKeyStopsAtOneHeaderWhichIsThatOfTheShownTabUnlessAnotherHasTheFocus) {
+    const auto stops = [&] {
+        std::vector<int> found;
+        for (int index = 1; index <= 6; ++index)
+            if ((GetWindowLongPtrW(Header(index), GWL_STYLE) & WS_TABSTOP) != 0) found.push_back(index);
+        return found;
+    };
+    EXPECT_THAT(stops(), ElementsAre(1));
+    tabs_.b1_MouseUp(3, win::MouseButton::kLeft, 0, 0, 0);
+    EXPECT_THAT(stops(), ElementsAre(3));
+    SendMessageW(Header(5), WM_SETFOCUS, 0, 0);
+    EXPECT_THAT(stops(), ElementsAre(5));
+    SendMessageW(Header(5), WM_KILLFOCUS, 0, 0);
+    EXPECT_THAT(stops(), ElementsAre(3));
+}
+
+TEST_F(TabStripTest, ArrowsHomeAndEndMoveTheFocusOnly) {
+    std::vector<HWND> focused;
+    const auto focus = FAKE_CALL(SetFocus, [&](HWND window) -> HWND {
+        focused.push_back(window);
+        return nullptr;
+    });
+    for (const WPARAM key : {VK_LEFT, VK_RIGHT, VK_HOME, VK_END})
+        SendMessageW(Header(1), WM_KEYDOWN, key, 0);
+    SendMessageW(Header(6), WM_KEYDOWN, VK_RIGHT, 0);
+    EXPECT_THAT(focused, ElementsAre(Header(6), Header(2), Header(1), Header(6), Header(1)));
+    EXPECT_EQ(config::Settings.CurrentTab, 1);
+}
+
 }  // namespace
 }  // namespace app

@@ -13,12 +13,15 @@
 #include "tests/support/modal_answers.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/window.h"
+#include "tests/unit/dialogs/dialog_parts.h"
 #include "version.h"
+#include "win/handles.h"
 
 namespace dialogs {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using testkit::CallLog;
 using testkit::ModalAnswers;
@@ -87,6 +90,56 @@ TEST(AboutBoxTest, OpensAPageOnceForADoubleClick) {
     }});
     frmMsg().AboutQuon();
     EXPECT_EQ(log.Count("ShellExecuteA"), 2u);
+}
+
+TEST(AboutBoxTest, TheLinksAreReachedByTabAndOpenedByEnterAndSpace) {
+    CallLog log;
+    const auto shell = STUB_CALL(log, ShellExecuteA, reinterpret_cast<HINSTANCE>(33));
+    const auto press = [](HWND control, WORD key) {
+        SetFocus(control);
+        for (const UINT message : {WM_KEYDOWN, WM_KEYUP}) {
+            MSG sent{control, message, key, message == WM_KEYUP ? LPARAM{0xC0000001} : LPARAM{1}, 0, {}};
+            if (IsDialogMessageW(GetParent(control), &sent) == 0) DispatchMessageW(&sent);
+        }
+    };
+    ModalAnswers user({[&](Window box) {
+        EXPECT_THAT(TabOrder(box, frmMsg::b2), ElementsAre(frmMsg::b2, frmMsg::SupportLink, frmMsg::WebLink));
+        press(box.Child(frmMsg::SupportLink).Handle(), VK_RETURN);
+        press(box.Child(frmMsg::WebLink).Handle(), VK_SPACE);
+        EXPECT_TRUE(box.IsVisible());
+        press(box.Child(frmMsg::b2).Handle(), VK_RETURN);
+        EXPECT_FALSE(box.IsVisible()) << "Enter still closes from the button";
+    }});
+    frmMsg().AboutQuon();
+    EXPECT_EQ(log.Count("ShellExecuteA"), 2U);
+    EXPECT_THAT(log.Lines().front(), HasSubstr("support"));
+}
+
+TEST(AboutBoxTest, ALinkWithTheFocusIsFramedInTheHighlightColour) {
+    ModalAnswers user({[&](Window box) {
+        const Window link = box.Child(frmMsg::WebLink);
+        const win::WindowDc screen(nullptr);
+        const win::Bitmap bitmap(CreateCompatibleBitmap(screen.Get(), 200, 40));
+        const win::MemoryDc dc(CreateCompatibleDC(screen.Get()));
+        const win::Selection selected(dc.Get(), bitmap.Get());
+        DRAWITEMSTRUCT item{};
+        item.CtlType = ODT_BUTTON;
+        item.hwndItem = link.Handle();
+        item.hDC = dc.Get();
+        GetClientRect(link.Handle(), &item.rcItem);
+        const auto corner = [&](UINT state, int inset) {
+            item.itemState = state;
+            box.Send(WM_DRAWITEM, frmMsg::WebLink, reinterpret_cast<LPARAM>(&item));
+            return GetPixel(dc.Get(), inset, inset);
+        };
+        EXPECT_EQ(corner(0, 0), GetSysColor(COLOR_BTNFACE));
+        EXPECT_EQ(corner(ODS_FOCUS, 0), GetSysColor(COLOR_HIGHLIGHT));
+        EXPECT_EQ(corner(ODS_FOCUS, 1), GetSysColor(COLOR_HIGHLIGHT));
+        EXPECT_EQ(corner(ODS_FOCUS, 2), GetSysColor(COLOR_BTNFACE));
+        EXPECT_EQ(corner(ODS_FOCUS | ODS_NOFOCUSRECT, 0), GetSysColor(COLOR_BTNFACE));
+        Close(box);
+    }});
+    frmMsg().AboutQuon();
 }
 
 TEST(AboutBoxTest, ThePointerIsAHandOverTheLinksAlone) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "config/ini.h"
+#include "tests/support/scroll_end.h"
 #include "tests/unit/dialogs/edit_group_fixture.h"
 
 namespace dialogs {
@@ -277,11 +278,8 @@ TEST_F(EditGroupTest, TheBarScrollsFiftyRowsByItsSteps) {
              GetClientRect(List(dialog).Handle(), &content);
              // Fifty rows with their gaps, and what is above and below.
              EXPECT_EQ(content.bottom, 4 + 50 * 18 + 49 * 6 + 5);
-             int low = 0;
-             int high = 0;
              const HWND bar = dialog.Child(dialogs::frmEditB::Scr).Handle();
-             GetScrollRange(bar, SB_CTL, &low, &high);
-             EXPECT_EQ(high, content.bottom - frame.bottom);
+             EXPECT_EQ(testkit::ScrollEnd(bar), content.bottom - frame.bottom);
              dialog.Send(WM_VSCROLL, SB_LINEDOWN, reinterpret_cast<LPARAM>(bar));
              EXPECT_EQ(GetScrollPos(bar, SB_CTL), 20);
              dialog.Send(WM_VSCROLL, SB_PAGEDOWN, reinterpret_cast<LPARAM>(bar));

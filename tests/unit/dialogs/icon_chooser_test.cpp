@@ -15,8 +15,10 @@
 #include "tests/support/modal_answers.h"
 #include "tests/support/program_folder.h"
 #include "tests/support/recorded_call.h"
+#include "tests/support/scroll_end.h"
 #include "tests/support/window.h"
 #include "win/errors.h"
+#include "win/handles.h"
 #include "win/process_start.h"
 
 namespace dialogs {
@@ -179,10 +181,8 @@ TEST_F(IconChooserTest, BoxesStandFortyFiveApartInAStripThatHoldsThem) {
         GetClientRect(strip.Parent().Handle(), &visible);
         RECT content{};
         GetClientRect(strip.Handle(), &content);
-        int low = -1;
-        int high = -1;
-        GetScrollRange(chooser.Child(dialogs::IcoChooser::HScr).Handle(), SB_CTL, &low, &high);
-        EXPECT_EQ(high, content.right - visible.right);
+        EXPECT_EQ(testkit::ScrollEnd(chooser.Child(dialogs::IcoChooser::HScr).Handle()),
+                  content.right - visible.right);
         Dismiss(chooser);
     });
 }
@@ -400,6 +400,31 @@ TEST(IconFileTest, TheIconsOfARealFileAreRead) {
     const std::string copy = folder.CopyIn(win::ProgramPath(), "文件 Ђ.dll");
     chooser.ReadIcons(copy);
     EXPECT_EQ(chooser.IconCount(), 6);
+}
+
+TEST_F(IconChooserTest, TheStripHasTheSystemsGround) {
+    constexpr COLORREF kGround = RGB(10, 20, 30);
+    const testkit::RecordedCall system = FAKE_CALL(GetSysColor, [](int color) -> DWORD {
+        return color == COLOR_WINDOW ? kGround : ORIGINAL_CALL(GetSysColor)(color);
+    });
+    std::set<COLORREF> filled;
+    Choose(1, [&](Window chooser) {
+        const testkit::RecordedCall fill = FAKE_CALL(FillRect, [&](HDC dc, const RECT* rect, HBRUSH brush) {
+            LOGBRUSH record{};
+            GetObjectW(brush, sizeof record, &record);
+            filled.insert(record.lbColor);
+            return ORIGINAL_CALL(FillRect)(dc, rect, brush);
+        });
+        RedrawWindow(Strip(chooser).Handle(), nullptr, nullptr,
+                     RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+        const Window view = Strip(chooser).Parent();
+        const win::WindowDc dc(view.Handle());
+        EXPECT_EQ(chooser.Send(WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc.Get()),
+                               reinterpret_cast<LPARAM>(view.Handle())),
+                  reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW)));
+        Dismiss(chooser);
+    });
+    EXPECT_THAT(filled, ElementsAre(kGround));
 }
 
 }  // namespace

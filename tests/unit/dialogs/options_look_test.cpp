@@ -162,6 +162,86 @@ TEST_F(OptionsLookTest, MakesATipAnewOnlyForAnotherBoxOrAfterTheBackground) {
     });
 }
 
+/// The tip that stands there now; an empty Window when none does.
+Window ShownTip() {
+    const auto tips =
+        testkit::FindTopWindows({.class_name = "tooltips_class32", .process_id = GetCurrentProcessId()});
+    return tips.empty() ? Window() : tips.front();
+}
+
+/// Moves the focus as the Tab key does.
+void GoTo(Window dialog, int id) {
+    dialog.Send(WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(dialog.Child(id).Handle()), TRUE);
+}
+
+TEST_F(OptionsLookTest, ExplainsTheControlThatTheKeyboardComesTo) {
+    const auto marks = FAKE_CALL(SendMessageW, [](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        return message == WM_QUERYUISTATE ? 0 : ORIGINAL_CALL(SendMessageW)(window, message, wParam, lParam);
+    });
+    TipLog log;
+    Open([&](Window dialog) {
+        EXPECT_FALSE(ShownTip()) << "nothing was pressed yet";
+        for (const int id : {frmSettings::chSet + 6, int{frmSettings::HotKey}, int{frmSettings::Text1}}) {
+            GoTo(dialog, id);
+            ASSERT_TRUE(ShownTip()) << id;
+            EXPECT_EQ(std::stoi(log.Tips().back()), id);
+            EXPECT_GE(ShownTip().Rect().top, dialog.Child(id).Rect().bottom) << "the control stays in sight";
+        }
+        EXPECT_EQ(log.Tips().back(), Tip(frmSettings::Text1, "|One second = 1000 ms"));
+        GoTo(dialog, frmSettings::o1 + 1);
+        EXPECT_FALSE(ShownTip()) << "there is nothing to explain";
+        GoTo(dialog, frmSettings::chSet + 0);
+        EXPECT_EQ(log.Tips().back(),
+                  Tip(frmSettings::chSet + 0,
+                      "Default: unchecked|If checked, Quon will start when you turn on your computer."));
+        dialog.Send(WM_TIMER, 1);
+        EXPECT_FALSE(ShownTip()) << "it has stood long enough";
+        Click(dialog, kCancelButton);
+    });
+    EXPECT_EQ(TipLog::WindowCount(), 0);
+}
+
+TEST_F(OptionsLookTest, TheExplanationOfTheFocusMakesWayForThePointerButNotForOneThatRests) {
+    POINT pointer{500, 500};
+    const auto place = FAKE_CALL(GetCursorPos, [&](LPPOINT point) -> WINBOOL {
+        *point = pointer;
+        return TRUE;
+    });
+    const auto marks = FAKE_CALL(SendMessageW, [](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        return message == WM_QUERYUISTATE ? 0 : ORIGINAL_CALL(SendMessageW)(window, message, wParam, lParam);
+    });
+    Open([&](Window dialog) {
+        GoTo(dialog, frmSettings::chSet + 6);
+        PointAt(dialog, dialog);
+        EXPECT_TRUE(ShownTip());
+        ++pointer.x;
+        PointAt(dialog, dialog);
+        EXPECT_FALSE(ShownTip());
+        Click(dialog, kCancelButton);
+    });
+}
+
+TEST_F(OptionsLookTest, ExplainsNothingByTheFocusToWhoUsesTheMouse) {
+    LRESULT state = UISF_HIDEFOCUS;
+    SHORT button = 0;
+    const auto marks = FAKE_CALL(SendMessageW, [&](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        return message == WM_QUERYUISTATE ? state
+                                          : ORIGINAL_CALL(SendMessageW)(window, message, wParam, lParam);
+    });
+    const auto key = FAKE_CALL(GetKeyState, [&](int which) -> SHORT {
+        return which == VK_LBUTTON ? button : ORIGINAL_CALL(GetKeyState)(which);
+    });
+    Open([&](Window dialog) {
+        GoTo(dialog, frmSettings::chSet + 6);
+        EXPECT_FALSE(ShownTip()) << "no marks are shown";
+        state = 0;
+        button = -1;
+        GoTo(dialog, frmSettings::chSet + 5);
+        EXPECT_FALSE(ShownTip()) << "the focus came by a press";
+        Click(dialog, kCancelButton);
+    });
+}
+
 constexpr char kNote[] =
     "Please note:\n\nSince you cleared both settings for poping-up Quon, (framed in red), the only way to "
     "call it is clicking on the tray icon.";

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/scroll_end.h"
 #include "tests/unit/dialogs/organize_shortcuts_fixture.h"
 
 namespace dialogs {
@@ -75,8 +76,8 @@ TEST_F(OrganizeShortcutsTest, ARowShowsItsIconItsNameAndItsTargetInAFrame) {
                          });
                      list.Send(WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc.Get()), PRF_CLIENT);
                  }
-                 EXPECT_THAT(log.Lines(), Contains("Edge 0 0 " + width + " 47 type 9 flags 15"));
-                 EXPECT_THAT(log.Lines(), Contains("Edge 0 51 " + width + " 98 type 9 flags 15"));
+                 EXPECT_THAT(log.Lines(), Contains("Edge 0 4 " + width + " 51 type 9 flags 15"));
+                 EXPECT_THAT(log.Lines(), Contains("Edge 0 55 " + width + " 102 type 9 flags 15"));
                  Quit(organiser);
              }});
     EXPECT_EQ(log.Count("Image"), 3u);
@@ -172,9 +173,7 @@ TEST_F(OrganizeShortcutsTest, ReadsItsListAgainSoonWhenItCannotBeRead) {
 TEST_F(OrganizeShortcutsTest, TheWheelScrollsByItsNotchAndNeverPastTheEnds) {
     Organize(Many(10), {[this](Window organiser) {
                  const HWND bar = organiser.Child(dialogs::frmCuts::Scr).Handle();
-                 int low = 0;
-                 int high = 0;
-                 GetScrollRange(bar, SB_CTL, &low, &high);
+                 const int high = testkit::ScrollEnd(bar);
                  ASSERT_GT(high, 102);
                  ASSERT_LT(high, 3 * 102);
                  const auto turn = [&](int rotation) {

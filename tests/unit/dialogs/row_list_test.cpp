@@ -16,6 +16,7 @@
 #include "tests/support/hidden_window.h"
 #include "tests/support/paint_log.h"
 #include "tests/support/recorded_call.h"
+#include "tests/support/scroll_end.h"
 #include "tests/support/window.h"
 #include "win/handles.h"
 #include "win/text.h"
@@ -88,13 +89,7 @@ class RowListTest : public ::testing::Test {
     static void Click(const RowList& list, int y, UINT message = WM_LBUTTONDOWN) {
         SendMessageW(list.Handle(), message, MK_LBUTTON, MAKELPARAM(50, y));
     }
-    int BarMaximum() const {
-        int low = -1;
-        int high = -1;
-        GetScrollRange(bar_, SB_CTL, &low, &high);
-        EXPECT_EQ(low, 0);
-        return high;
-    }
+    int BarMaximum() const { return testkit::ScrollEnd(bar_); }
     /// Paints a part of the list; what is drawn is written to the log.
     void Paint(const RowList& list, RECT part) {
         const win::WindowDc screen(nullptr);
@@ -388,6 +383,58 @@ TEST_F(RowListTest, ARowShowsItsIconAndItsNameAndTheSelectedOneItsBar) {
     EXPECT_THAT(Drawn("Fill"), Contains("Fill 22 30 200 50"));
     EXPECT_THAT(Drawn("Fill"), Not(Contains("Fill 22 4 200 24")));
     EXPECT_THAT(Drawn("Edge"), IsEmpty());
+}
+
+/// What a list with the focus looks like; `show` gives Windows' answer to whether marks are to be hidden.
+class FocusMarkTest : public RowListTest {
+  protected:
+    FocusMarkTest() {
+        SelectObject(dc_.Get(), bitmap_.Get());
+        fakes_.push_back(FAKE_CALL(GetFocus, [this]() -> HWND { return focus_; }));
+        fakes_.push_back(
+            FAKE_CALL(SendMessageW, [this](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+                if (message == WM_QUERYUISTATE) return marks_ ? LRESULT{0} : LRESULT{UISF_HIDEFOCUS};
+                return ORIGINAL_CALL(SendMessageW)(window, message, wParam, lParam);
+            }));
+    }
+    /// The colours from a point of the left edge inwards, of which `count` are told.
+    std::vector<COLORREF> Inwards(const RowList& list, POINT edge, int count) {
+        focus_ = list.Handle();
+        SendMessageA(list.Handle(), WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc_.Get()), PRF_CLIENT);
+        std::vector<COLORREF> colors;
+        for (int step = 0; step < count; ++step)
+            colors.push_back(GetPixel(dc_.Get(), edge.x + step, edge.y));
+        return colors;
+    }
+
+    const COLORREF kMark = GetSysColor(COLOR_HIGHLIGHT);
+    const COLORREF kInner = GetSysColor(COLOR_HIGHLIGHTTEXT);
+    bool marks_ = true;
+    HWND focus_ = nullptr;
+    const win::WindowDc screen_{nullptr};
+    const win::Bitmap bitmap_{CreateCompatibleBitmap(screen_.Get(), kFrameWidth, kFrameHeight)};
+    const win::MemoryDc dc_{CreateCompatibleDC(screen_.Get())};
+    testkit::RecordedCalls fakes_;
+};
+
+TEST_F(FocusMarkTest, IsASolidFrameThatALineSetsOffFromTheBar) {
+    list_.Assign(Numbered(3));
+    list_.Select(1);
+    EXPECT_THAT(Inwards(list_, {22, 40}, 4), ElementsAre(kMark, kMark, kInner, kMark));
+    marks_ = false;
+    EXPECT_THAT(Inwards(list_, {22, 40}, 4), ElementsAre(kMark, kMark, kMark, kMark));
+}
+
+TEST_F(FocusMarkTest, LeavesTheRowsEdge) {
+    UseLook(kFramed);
+    Other().Assign(Numbered(1));
+    EXPECT_THAT(Inwards(Other(), {2, 25}, 4), ElementsAre(kMark, kMark, kInner, kMark));
+}
+
+TEST_F(FocusMarkTest, IsSeenInAnEmptyListToo) {
+    list_.Assign({});
+    const COLORREF ground = GetSysColor(COLOR_WINDOW);
+    EXPECT_THAT(Inwards(list_, {21, 15}, 3), ElementsAre(ground, kMark, kMark));
 }
 
 TEST_F(RowListTest, AFramedRowShowsItsTargetBelowTheNameInAnEdge) {

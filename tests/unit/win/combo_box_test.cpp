@@ -12,6 +12,7 @@
 #include "tests/support/recorded_call.h"
 #include "tests/support/window.h"
 #include "win/errors.h"
+#include "win/geometry.h"
 #include "win/text.h"
 
 namespace win {
@@ -39,6 +40,19 @@ TEST_F(ComboBoxTest, IsAnEditableDropDown) {
     EXPECT_EQ(window.Send(WM_GETFONT), reinterpret_cast<LRESULT>(MessageFont()));
     EXPECT_EQ(testkit::Window(list_.Edit()).Class(), "Edit");
     EXPECT_TRUE(testkit::Window(list_.Edit()).IsDescendantOf(window));
+}
+
+TEST_F(ComboBoxTest, IsAsHighAsItIsMade) {
+    const testkit::Window window(list_.Handle());
+    for (const int height : {24, 36, 30}) {
+        list_.SetHeight(height);
+        EXPECT_EQ(Height(window.Rect()), height);
+    }
+    // Without its list it keeps the width, and the list stays as it was.
+    EXPECT_EQ(Width(window.Rect()), 200);
+    RECT open{};
+    window.Send(CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&open));
+    EXPECT_GE(Height(open), 200);
 }
 
 TEST_F(ComboBoxTest, KeepsItsItemsInTheOrderGiven) {

@@ -12,7 +12,7 @@ namespace {
 
 class ScrollBarTest : public ::testing::Test {
   protected:
-    ScrollBarTest() { bar_.Attach(control_, 20, 60); }
+    ScrollBarTest() { bar_.Attach(control_, {.small = 20, .large = 60, .page = 100}); }
 
     testkit::HiddenWindow host_;
     HWND control_ = CreateWindowExW(0, L"SCROLLBAR", L"", WS_CHILD | WS_VISIBLE | SBS_VERT, 0, 0, 17, 100,
@@ -38,8 +38,29 @@ TEST_F(ScrollBarTest, TheControlShowsRangeAndValue) {
     info.fMask = SIF_ALL;
     ASSERT_TRUE(GetScrollInfo(control_, SB_CTL, &info));
     EXPECT_EQ(info.nMin, 0);
-    EXPECT_EQ(info.nMax, 100000);
+    EXPECT_EQ(info.nMax - static_cast<int>(info.nPage) + 1, 100000);
     EXPECT_EQ(info.nPos, 70000);
+}
+
+TEST_F(ScrollBarTest, TheThumbTakesAsMuchOfTheShaftAsIsSeenOfTheWhole) {
+    const auto record = [&] {
+        SCROLLINFO info{};
+        info.cbSize = sizeof info;
+        info.fMask = SIF_ALL;
+        GetScrollInfo(control_, SB_CTL, &info);
+        return info;
+    };
+    // 400 of which 100 are seen.
+    bar_.SetMaximum(300);
+    EXPECT_EQ(record().nPage * 4, static_cast<UINT>(record().nMax - record().nMin + 1));
+    // Windows lets the thumb come to the last value and no farther.
+    bar_.SetValue(300);
+    EXPECT_EQ(record().nPos, 300);
+    SetScrollPos(control_, SB_CTL, 301, FALSE);
+    EXPECT_EQ(record().nPos, 300);
+    bar_.SetMaximum(0);
+    EXPECT_EQ(record().nMax, 0);
+    EXPECT_EQ(record().nPage, 0U);
 }
 
 TEST_F(ScrollBarTest, TheValueStaysBetweenTheEnds) {

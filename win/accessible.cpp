@@ -1,0 +1,54 @@
+#include "win/accessible.h"
+
+#include <windows.h>
+
+#include <oleacc.h>
+
+#include <array>
+
+#include "win/com.h"
+#include "win/text.h"
+#include "win/window.h"
+
+namespace win {
+namespace {
+
+ComPtr<IAccPropServices> Annotations() noexcept {
+    ComPtr<IAccPropServices> services;
+    CoCreateInstance(CLSID_AccPropServices, nullptr, CLSCTX_INPROC_SERVER, IID_IAccPropServices,
+                     services.ReceiveVoid());
+    return services;
+}
+
+constexpr DWORD kClient = static_cast<DWORD>(OBJID_CLIENT);
+
+}  // namespace
+
+HWND AddHiddenLabel(HWND parent, std::string_view text) {
+    return CreateWindowExW(0, L"STATIC", ToWide(text).c_str(), WS_CHILD, 0, 0, 0, 0, parent, nullptr,
+                           ModuleInstance(), nullptr);
+}
+
+void TellRole(HWND window, long role) noexcept {
+    const ComPtr<IAccPropServices> services = Annotations();
+    if (!services) return;
+    VARIANT value{};
+    value.vt = VT_I4;
+    value.lVal = role;
+    services->SetHwndProp(window, kClient, CHILDID_SELF, PROPID_ACC_ROLE, value);
+}
+
+void TellName(HWND window, std::string_view name) {
+    const ComPtr<IAccPropServices> services = Annotations();
+    if (!services) return;
+    services->SetHwndPropStr(window, kClient, CHILDID_SELF, PROPID_ACC_NAME, ToWide(name).c_str());
+}
+
+void ForgetTold(HWND window) noexcept {
+    const ComPtr<IAccPropServices> services = Annotations();
+    if (!services) return;
+    const std::array told{PROPID_ACC_ROLE, PROPID_ACC_NAME};
+    services->ClearHwndProps(window, kClient, CHILDID_SELF, told.data(), static_cast<int>(told.size()));
+}
+
+}  // namespace win

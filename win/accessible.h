@@ -1,0 +1,24 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string_view>
+
+namespace win {
+
+/// Adds a label that nobody sees. An edit field or a list that is created next on `parent`, or put directly
+/// behind the label, is called by its text: that is where screen readers look for the name of a control whose
+/// own text is its content. Null when Windows refuses.
+HWND AddHiddenLabel(HWND parent, std::string_view text);
+
+/// Tells screen readers what a window is (ROLE_SYSTEM_), whatever its class is (IAccPropServices). Where
+/// Windows refuses, it stays what its class is.
+void TellRole(HWND window, long role) noexcept;
+
+/// Tells screen readers what a window is called, in place of its text.
+void TellName(HWND window, std::string_view name);
+
+/// Takes both back, as has to be done before the window goes.
+void ForgetTold(HWND window) noexcept;
+
+}  // namespace win
