@@ -52,9 +52,7 @@ void KeepOnScreen(HWND dialog) noexcept {
 INT_PTR Dialog::ShowModal(HWND owner, int templateId) {
     if (IsEnding()) return kNotMade;
     AssertMayPump("a dialog");
-    // The templates have the font that messages usually have.
-    const std::vector<WORD> copy =
-        TextPercent() == 100 ? std::vector<WORD>() : TemplateInMessageFont(templateId);
+    const std::vector<WORD> copy = TemplateInMessageFont(templateId);
     const auto self = reinterpret_cast<LPARAM>(this);
     // Better in the template's own font than not at all.
     const INT_PTR answer =

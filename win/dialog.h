@@ -27,9 +27,9 @@ class Dialog {
     [[nodiscard]] HWND Item(int id) const noexcept { return GetDlgItem(handle_, id); }
 
   protected:
-    /// Shows the dialog and returns when it is closed (DialogBoxParamW). The answer is what End was given, or
-    /// -1 when Windows could not make the dialog, when OnInit threw (which has been reported), or when the
-    /// program is ending.
+    /// Shows the dialog and returns when it is closed (DialogBoxIndirectParamW). The answer is what End was
+    /// given, or -1 when Windows could not make the dialog, when OnInit threw (which has been reported), or
+    /// when the program is ending.
     INT_PTR ShowModal(HWND owner, int templateId);
 
     /// Closes the dialog.

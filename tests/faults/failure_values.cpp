@@ -24,6 +24,7 @@ const std::map<std::string, Failure>& Failures() {
         {"CreateFileA", {kInvalidHandle, ERROR_SHARING_VIOLATION}},
         {"CreateToolhelp32Snapshot", {kInvalidHandle}},
         {"DeleteFileA", {0, ERROR_SHARING_VIOLATION}},
+        {"DialogBoxIndirectParamW", {kInvalidHandle}},
         {"DialogBoxParamW", {kInvalidHandle}},
         {"FindExecutableA", {SE_ERR_NOASSOC}},
         {"FindFirstFileA", {kInvalidHandle, ERROR_ACCESS_DENIED}},

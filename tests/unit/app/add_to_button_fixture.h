@@ -56,11 +56,12 @@ class AddToButtonFixture : public ::testing::Test {
                                        return ORIGINAL_CALL(WritePrivateProfileStringA)(section, key, value,
                                                                                         file);
                                    }));
-        calls_.push_back(FAKE_CALL(DialogBoxParamW, [this](HINSTANCE module, LPCWSTR name, HWND owner,
-                                                           DLGPROC procedure, LPARAM data) {
-            log_.Add("message box");
-            return ORIGINAL_CALL(DialogBoxParamW)(module, name, owner, procedure, data);
-        }));
+        calls_.push_back(FAKE_CALL(
+            DialogBoxIndirectParamW,
+            [this](HINSTANCE module, LPCDLGTEMPLATEW name, HWND owner, DLGPROC procedure, LPARAM data) {
+                log_.Add("message box");
+                return ORIGINAL_CALL(DialogBoxIndirectParamW)(module, name, owner, procedure, data);
+            }));
     }
     void StopRecording() {
         calls_.clear();

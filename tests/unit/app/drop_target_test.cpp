@@ -243,7 +243,7 @@ TEST(ButtonDropsTest, ActsOnADropOnlyWhenItsMessageComes) {
         return ORIGINAL_CALL(RegisterDragDrop)(target, object);
     });
     CallLog log;
-    const RecordedCall box = STUB_CALL(log, DialogBoxParamW, 0);
+    const RecordedCall box = STUB_CALL(log, DialogBoxIndirectParamW, 0);
     ButtonDrops drops(state, buttons);
     drops.Attach(window);
     ASSERT_EQ(targets.size(), 10u);
@@ -257,10 +257,10 @@ TEST(ButtonDropsTest, ActsOnADropOnlyWhenItsMessageComes) {
     MSG message = {};
     ASSERT_TRUE(PeekMessageW(&message, window, WM_QUON_DROP, WM_QUON_DROP, PM_REMOVE));
     drops.Act();
-    EXPECT_EQ(log.Count("DialogBoxParamW"), 1u);
+    EXPECT_EQ(log.Count("DialogBoxIndirectParamW"), 1u);
     EXPECT_EQ(state.Context.CurrentButtonIndex, 4);
     drops.Act();
-    EXPECT_EQ(log.Count("DialogBoxParamW"), 1u) << "a drop is acted on once";
+    EXPECT_EQ(log.Count("DialogBoxIndirectParamW"), 1u) << "a drop is acted on once";
     // On the hover picture it is meant for the button below.
     buttons.Hover(8);
     effect = kCopy;

@@ -32,8 +32,8 @@ class MessageBanTest : public ::testing::Test {
 
     /// Everything that lets messages run, once.
     void LetMessagesRun() {
-        const auto dialog =
-            FAKE_CALL(DialogBoxParamW, [](HINSTANCE, LPCWSTR, HWND, DLGPROC, LPARAM) { return INT_PTR{1}; });
+        const auto dialog = FAKE_CALL(DialogBoxIndirectParamW, [](HINSTANCE, LPCDLGTEMPLATEW, HWND, DLGPROC,
+                                                                  LPARAM) { return INT_PTR{1}; });
         const auto menu =
             FAKE_CALL(TrackPopupMenu, [](HMENU, UINT, int, int, int, HWND, const RECT*) { return 0; });
         class Nothing : public Dialog {
