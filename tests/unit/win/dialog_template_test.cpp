@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "res/resource.h"
+#include "tests/support/caption_room.h"
 #include "tests/support/recorded_call.h"
 #include "win/handles.h"
 #include "win/text.h"
@@ -101,36 +102,6 @@ TEST(DialogTemplateTest, TakesTheSystemsMessageFontInItsSize) {
     EXPECT_EQ(made.height, -24);
 }
 
-/// How many pixels a control lacks for its caption; 0 when it fits.
-LONG Missing(HWND control) {
-    wchar_t name[32]{};
-    GetClassNameW(control, name, static_cast<int>(std::size(name)));
-    const bool button = std::wcscmp(name, L"Button") == 0;
-    const std::string caption = WindowText(control);
-    if (caption.empty() || (!button && std::wcscmp(name, L"Static") != 0)) return 0;
-    const WindowDc dc(control);
-    const Selection font(dc.Get(), reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)));
-    RECT client{};
-    GetClientRect(control, &client);
-    LONG width = TextWidth(dc.Get(), caption);
-    const LONG_PTR type = GetWindowLongPtrW(control, GWL_STYLE) & BS_TYPEMASK;
-    constexpr LONG kMark = 13;
-    constexpr LONG kFace = 6;
-    if (button && (GetWindowLongPtrW(control, GWL_STYLE) & BS_MULTILINE) != 0) {
-        RECT lines{0, 0, client.right - kMark - TextWidth(dc.Get(), "0") / 2, 0};
-        DrawPlainText(dc.Get(), caption, lines, DT_CALCRECT | DT_WORDBREAK);
-        return std::max({LONG{0}, lines.right - client.right + kMark, lines.bottom - client.bottom});
-    }
-    if (button && type == BS_GROUPBOX) return std::max<LONG>(0, width + 2 * kMark - client.right);
-    if (button && type != BS_PUSHBUTTON && type != BS_DEFPUSHBUTTON)
-        width += kMark + TextWidth(dc.Get(), "0") / 2;
-    else if (button)
-        width += kFace;
-    SIZE line{};
-    GetTextExtentPoint32W(dc.Get(), L"Mg", 2, &line);
-    return std::max({LONG{0}, width - client.right, line.cy - client.bottom});
-}
-
 TEST(DialogTemplateTest, FitsOnTheSmallestScreens) {
     struct Screen {
         int width;
@@ -171,7 +142,8 @@ TEST(DialogTemplateTest, HasRoomForEveryCaptionAtEverySizeOfTheText) {
                 ASSERT_NE(dialog, nullptr);
                 for (HWND child = GetWindow(dialog, GW_CHILD); child != nullptr;
                      child = GetWindow(child, GW_HWNDNEXT))
-                    EXPECT_EQ(Missing(child), 0) << id << ", " << points << " points: " << WindowText(child);
+                    EXPECT_EQ(testkit::MissingRoom(child), 0)
+                        << id << ", " << points << " points: " << WindowText(child);
                 DestroyWindow(dialog);
             }
         }

@@ -1,0 +1,226 @@
+// Whether every text can be read on its ground, in the ordinary colours and in the contrast themes of
+// Windows.
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tests/support/recorded_call.h"
+#include "win/colors.h"
+
+namespace win {
+namespace {
+
+/// How bright a colour is, 0 to 1, weighed as the eye does (WCAG's relative luminance).
+double Luminance(COLORREF color) {
+    const auto linear = [](BYTE channel) {
+        const double value = channel / 255.0;
+        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(GetRValue(color)) + 0.7152 * linear(GetGValue(color)) +
+           0.0722 * linear(GetBValue(color));
+}
+
+/// The contrast of two colours, 1 to 21, whichever of them is the text, rounded to two digits.
+double Contrast(COLORREF one, COLORREF other) {
+    const double brighter = std::max(Luminance(one), Luminance(other));
+    const double darker = std::min(Luminance(one), Luminance(other));
+    return std::round((brighter + 0.05) / (darker + 0.05) * 100) / 100;
+}
+
+TEST(ContrastTest, IsThatOfTheKnownPairs) {
+    EXPECT_DOUBLE_EQ(Contrast(RGB(0, 0, 0), RGB(255, 255, 255)), 21);
+    EXPECT_DOUBLE_EQ(Contrast(RGB(255, 255, 255), RGB(0, 0, 0)), 21);
+    EXPECT_DOUBLE_EQ(Contrast(RGB(0x76, 0x76, 0x76), RGB(255, 255, 255)), 4.54);
+    EXPECT_DOUBLE_EQ(Contrast(RGB(255, 0, 0), RGB(255, 255, 255)), 4);
+    EXPECT_DOUBLE_EQ(Contrast(RGB(1, 2, 3), RGB(1, 2, 3)), 1);
+}
+
+struct Theme {
+    const char* name;
+    bool contrast;
+    std::map<int, COLORREF> colors;
+};
+
+/// The colours that Windows 10 and 11 bring, as far as the program's texts and their grounds go.
+const std::vector<Theme>& Themes() {
+    constexpr COLORREF kBlack = RGB(0, 0, 0);
+    constexpr COLORREF kWhite = RGB(255, 255, 255);
+    constexpr COLORREF kYellow = RGB(255, 255, 0);
+    constexpr COLORREF kGreen = RGB(0, 255, 0);
+    static const std::vector<Theme> themes{{"ordinary",
+                                            false,
+                                            {{COLOR_WINDOW, kWhite},
+                                             {COLOR_WINDOWTEXT, kBlack},
+                                             {COLOR_BTNFACE, RGB(240, 240, 240)},
+                                             {COLOR_BTNTEXT, kBlack},
+                                             {COLOR_HIGHLIGHT, RGB(0, 120, 215)},
+                                             {COLOR_HIGHLIGHTTEXT, kWhite},
+                                             {COLOR_HOTLIGHT, RGB(0, 102, 204)},
+                                             {COLOR_INFOBK, RGB(255, 255, 225)},
+                                             {COLOR_INFOTEXT, kBlack}}},
+                                           {"High Contrast #1",
+                                            true,
+                                            {{COLOR_WINDOW, kBlack},
+                                             {COLOR_WINDOWTEXT, kYellow},
+                                             {COLOR_BTNFACE, kBlack},
+                                             {COLOR_BTNTEXT, kYellow},
+                                             {COLOR_HIGHLIGHT, RGB(0, 128, 0)},
+                                             {COLOR_HIGHLIGHTTEXT, kWhite},
+                                             {COLOR_HOTLIGHT, RGB(128, 128, 255)},
+                                             {COLOR_INFOBK, kBlack},
+                                             {COLOR_INFOTEXT, kYellow}}},
+                                           {"High Contrast #2",
+                                            true,
+                                            {{COLOR_WINDOW, kBlack},
+                                             {COLOR_WINDOWTEXT, kGreen},
+                                             {COLOR_BTNFACE, kBlack},
+                                             {COLOR_BTNTEXT, kGreen},
+                                             {COLOR_HIGHLIGHT, RGB(0, 0, 255)},
+                                             {COLOR_HIGHLIGHTTEXT, kWhite},
+                                             {COLOR_HOTLIGHT, RGB(128, 128, 255)},
+                                             {COLOR_INFOBK, kBlack},
+                                             {COLOR_INFOTEXT, kGreen}}},
+                                           {"High Contrast Black",
+                                            true,
+                                            {{COLOR_WINDOW, kBlack},
+                                             {COLOR_WINDOWTEXT, kWhite},
+                                             {COLOR_BTNFACE, kBlack},
+                                             {COLOR_BTNTEXT, kWhite},
+                                             {COLOR_HIGHLIGHT, RGB(26, 235, 255)},
+                                             {COLOR_HIGHLIGHTTEXT, kBlack},
+                                             {COLOR_HOTLIGHT, kYellow},
+                                             {COLOR_INFOBK, kBlack},
+                                             {COLOR_INFOTEXT, kWhite}}},
+                                           {"High Contrast White",
+                                            true,
+                                            {{COLOR_WINDOW, kWhite},
+                                             {COLOR_WINDOWTEXT, kBlack},
+                                             {COLOR_BTNFACE, kWhite},
+                                             {COLOR_BTNTEXT, kBlack},
+                                             {COLOR_HIGHLIGHT, RGB(55, 0, 110)},
+                                             {COLOR_HIGHLIGHTTEXT, kWhite},
+                                             {COLOR_HOTLIGHT, RGB(0, 0, 159)},
+                                             {COLOR_INFOBK, kWhite},
+                                             {COLOR_INFOTEXT, kBlack}}}};
+    return themes;
+}
+
+/// A theme as long as it lives.
+class ScopedTheme {
+  public:
+    explicit ScopedTheme(const Theme& theme)
+        : colors_(FAKE_CALL(GetSysColor, [&theme](int index) -> DWORD { return theme.colors.at(index); })),
+          contrast_(FAKE_CALL(
+              SystemParametersInfoW, [&theme](UINT what, UINT size, PVOID value, UINT flags) -> WINBOOL {
+                  if (what != SPI_GETHIGHCONTRAST)
+                      return ORIGINAL_CALL(SystemParametersInfoW)(what, size, value, flags);
+                  static_cast<HIGHCONTRASTW*>(value)->dwFlags = theme.contrast ? HCF_HIGHCONTRASTON : 0;
+                  return TRUE;
+              })) {
+        ForgetColors();
+    }
+    ~ScopedTheme() { ForgetColors(); }
+    ScopedTheme(const ScopedTheme&) = delete;
+    ScopedTheme& operator=(const ScopedTheme&) = delete;
+
+  private:
+    testkit::RecordedCall colors_;
+    testkit::RecordedCall contrast_;
+};
+
+/// A text or its ground: one of the program's colours, or one of the system's.
+class Paint {
+  public:
+    Paint(Color color) : color_(color) {}             // NOLINT(google-explicit-constructor)
+    Paint(int systemColor) : system_(systemColor) {}  // NOLINT(google-explicit-constructor)
+    COLORREF Now() const { return color_ ? ColorOf(*color_) : GetSysColor(system_); }
+
+  private:
+    std::optional<Color> color_;
+    int system_ = 0;
+};
+
+struct Pair {
+    const char* what;
+    Paint text;
+    Paint ground;
+};
+
+/// All texts that the program draws in colours of its own, or on grounds of its own.
+const std::vector<Pair>& Pairs() {
+    static const std::vector<Pair> pairs{
+        {"the name in the panel's head", Color::kLabel, COLOR_BTNFACE},
+        {"a tab's label", Color::kLabel, COLOR_BTNFACE},
+        {"a button's name and mark", COLOR_BTNTEXT, COLOR_BTNFACE},
+        {"a link", Color::kLink, COLOR_BTNFACE},
+        {"a label", COLOR_BTNTEXT, COLOR_BTNFACE},
+        {"a row's name", COLOR_WINDOWTEXT, Color::kEvenRow},
+        {"an odd row's name", COLOR_WINDOWTEXT, Color::kOddRow},
+        {"a row's target", Color::kRemark, Color::kEvenRow},
+        {"an odd row's target", Color::kRemark, Color::kOddRow},
+        {"the selected row", COLOR_HIGHLIGHTTEXT, COLOR_HIGHLIGHT},
+        {"a free name", Color::kFree, COLOR_WINDOW},
+        {"a free name in the colour of its row", Color::kFree, Color::kOddRow},
+        {"a target in the colour of its row", COLOR_WINDOWTEXT, Color::kOddRow},
+    };
+    return pairs;
+}
+
+constexpr double kReadable = 4.5;
+
+TEST(ContrastTest, EveryTextCanBeReadInEveryTheme) {
+    for (const Theme& theme : Themes()) {
+        const ScopedTheme scoped(theme);
+        for (const Pair& pair : Pairs())
+            EXPECT_GE(Contrast(pair.text.Now(), pair.ground.Now()), kReadable)
+                << theme.name << ": " << pair.what;
+    }
+}
+
+TEST(ContrastTest, TheSelectedRowOfAListWithoutTheFocusCanBeRead) {
+    for (const Theme& theme : Themes()) {
+        const ScopedTheme scoped(theme);
+        // Under a contrast theme its bar is the highlight, so its texts are those of the highlight.
+        const std::vector<COLORREF> texts =
+            theme.contrast ? std::vector<COLORREF>{GetSysColor(COLOR_HIGHLIGHTTEXT)}
+                           : std::vector<COLORREF>{GetSysColor(COLOR_WINDOWTEXT), ColorOf(Color::kRemark)};
+        for (const COLORREF text : texts)
+            EXPECT_GE(Contrast(text, ColorOf(Color::kQuietBar)), kReadable) << theme.name;
+    }
+}
+
+TEST(ContrastTest, TipsCanBeReadWithTheSystemsTextOnTheirGround) {
+    for (const Theme& theme : Themes()) {
+        const ScopedTheme scoped(theme);
+        EXPECT_GE(Contrast(GetSysColor(COLOR_INFOTEXT), ColorOf(Color::kTipGround)), kReadable) << theme.name;
+    }
+}
+
+/// The red of a name that exists is the one that users of the ordinary colours know, and the warning beside
+/// it says the same. Everywhere else it can be read.
+TEST(ContrastTest, ATakenNameIsTheOneExceptionAndOnlyInTheOrdinaryColours) {
+    for (const Theme& theme : Themes()) {
+        const ScopedTheme scoped(theme);
+        const double onWhite = Contrast(ColorOf(Color::kTaken), GetSysColor(COLOR_WINDOW));
+        const double onOdd = Contrast(ColorOf(Color::kTaken), ColorOf(Color::kOddRow));
+        if (theme.contrast) {
+            EXPECT_GE(onWhite, kReadable) << theme.name;
+            EXPECT_GE(onOdd, kReadable) << theme.name;
+        } else {
+            EXPECT_EQ(ColorOf(Color::kTaken), COLORREF{255});
+            EXPECT_DOUBLE_EQ(onWhite, 4);
+            EXPECT_NEAR(onOdd, 3.6, 0.05);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace win
