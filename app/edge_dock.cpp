@@ -143,13 +143,13 @@ bool EdgeDock::SavedPlaceCounts() const {
     GetWindowRect(window_, &window);
     OffsetRect(&window, win::ToPixels(static_cast<int>(savedLeft_), twips.x) - window.left,
                win::ToPixels(static_cast<int>(savedTop_), twips.y) - window.top);
-    return IsInReach(window);
+    return IsInReach(window, ScreenScale());
 }
 
-int EdgeDock::StripWidth() const noexcept {
-    // The text's size does not count: the strip is to be hit, not read.
-    return win::Scale(win::Scale::Of(window_).Dpi())(kStripPixels);
-}
+/// Without the text's size: what it is for is to be hit, not read.
+win::Scale EdgeDock::ScreenScale() const noexcept { return win::Scale(win::Scale::Of(window_).Dpi()); }
+
+int EdgeDock::StripWidth() const noexcept { return ScreenScale()(kStripPixels); }
 
 RECT EdgeDock::StripOnScreen() const {
     RECT window{};
@@ -167,7 +167,7 @@ void EdgeDock::FollowScreen() {
     }
     RECT window{};
     GetWindowRect(window_, &window);
-    if (IsInReachBesideTaskbar(window)) return;
+    if (IsInReachBesideTaskbar(window, ScreenScale())) return;
     const POINT place = PlaceInReach(window);
     SetWindowPos(window_, nullptr, place.x, place.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }

@@ -9,6 +9,7 @@
 
 #include "win/front_watch.h"
 #include "win/geometry.h"
+#include "win/scale.h"
 #include "win/window.h"
 
 namespace app {
@@ -99,6 +100,7 @@ class EdgeDock {
     void Raise();
     [[nodiscard]] bool KeptBack() const noexcept;
     [[nodiscard]] bool SavedPlaceCounts() const;
+    [[nodiscard]] win::Scale ScreenScale() const noexcept;
     [[nodiscard]] int StripWidth() const noexcept;
     [[nodiscard]] RECT StripOnScreen() const;
     void MoveTo(win::Twips place) const;

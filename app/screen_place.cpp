@@ -5,11 +5,15 @@
 namespace app {
 namespace {
 
-/// How much of a caption must show for the pointer to drag it, in pixels; the close button does not count.
+/// How much of a caption must show for the pointer to drag it, in layout pixels; the close button does not
+/// count.
 constexpr int kGripWidth = 64;
 
 /// A tool window's caption with the frame above it, in pixels.
-int CaptionHeight() { return GetSystemMetrics(SM_CYFIXEDFRAME) + GetSystemMetrics(SM_CYSMCAPTION); }
+int CaptionHeight(const win::Scale& scale) {
+    const auto dpi = static_cast<UINT>(scale.Dpi());
+    return GetSystemMetricsForDpi(SM_CYFIXEDFRAME, dpi) + GetSystemMetricsForDpi(SM_CYSMCAPTION, dpi);
+}
 
 struct Monitor {
     RECT all{};
@@ -24,8 +28,8 @@ std::optional<Monitor> MonitorAt(const RECT& place, DWORD otherwise) {
     return Monitor{info.rcMonitor, info.rcWork};
 }
 
-std::optional<Monitor> MonitorOfCaption(const RECT& window) {
-    return MonitorAt({window.left, window.top, window.right, window.top + CaptionHeight()},
+std::optional<Monitor> MonitorOfCaption(const RECT& window, const win::Scale& scale) {
+    return MonitorAt({window.left, window.top, window.right, window.top + CaptionHeight(scale)},
                      MONITOR_DEFAULTTONULL);
 }
 
@@ -58,11 +62,11 @@ RECT StripOf(std::int32_t edge, int width, int height, int strip) {
     }
 }
 
-bool CaptionInReach(const RECT& window, int captionHeight, const RECT& area) {
+bool CaptionInReach(const RECT& window, int captionHeight, const RECT& area, const win::Scale& scale) {
     const RECT caption{window.left, window.top, window.right, window.top + captionHeight};
     const LONG across = std::min(caption.right, area.right) - std::max(caption.left, area.left);
     const LONG down = std::min(caption.bottom, area.bottom) - std::max(caption.top, area.top);
-    return across >= std::min<LONG>(kGripWidth, win::Width(window)) && down >= (captionHeight + 1) / 2;
+    return across >= std::min<LONG>(scale(kGripWidth), win::Width(window)) && down >= (captionHeight + 1) / 2;
 }
 
 POINT PulledInto(const RECT& window, const RECT& area) {
@@ -71,14 +75,14 @@ POINT PulledInto(const RECT& window, const RECT& area) {
     return {std::max(left, area.left), std::max(top, area.top)};
 }
 
-bool IsInReach(const RECT& window) {
-    const std::optional<Monitor> monitor = MonitorOfCaption(window);
-    return monitor && CaptionInReach(window, CaptionHeight(), monitor->all);
+bool IsInReach(const RECT& window, const win::Scale& scale) {
+    const std::optional<Monitor> monitor = MonitorOfCaption(window, scale);
+    return monitor && CaptionInReach(window, CaptionHeight(scale), monitor->all, scale);
 }
 
-bool IsInReachBesideTaskbar(const RECT& window) {
-    const std::optional<Monitor> monitor = MonitorOfCaption(window);
-    return monitor && CaptionInReach(window, CaptionHeight(), monitor->work);
+bool IsInReachBesideTaskbar(const RECT& window, const win::Scale& scale) {
+    const std::optional<Monitor> monitor = MonitorOfCaption(window, scale);
+    return monitor && CaptionInReach(window, CaptionHeight(scale), monitor->work, scale);
 }
 
 POINT PlaceInReach(const RECT& window) {

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "win/geometry.h"
+#include "win/scale.h"
 
 namespace app {
 
@@ -27,19 +28,21 @@ win::Twips CentredPosition(win::Twips window, win::Twips screen);
 /// edge.
 RECT StripOf(std::int32_t edge, int width, int height, int strip = kStripPixels);
 
-/// Whether an area of the screen shows enough of a window's caption to drag the window by it. All in pixels
-/// of the screen; the caption is the window's uppermost `captionHeight` pixels.
-bool CaptionInReach(const RECT& window, int captionHeight, const RECT& area);
+/// Whether an area of the screen shows enough of a window's caption to drag the window by it, which is as
+/// wide at every scale. All in pixels of the screen; the caption is the window's uppermost `captionHeight`
+/// pixels.
+bool CaptionInReach(const RECT& window, int captionHeight, const RECT& area, const win::Scale& scale = {});
 
 /// The place nearest to a window's own at which an area shows all of it, or its top left if it is larger than
 /// the area. In pixels.
 POINT PulledInto(const RECT& window, const RECT& area);
 
-/// Whether any monitor shows enough of the caption of a window of ours at this place (MonitorFromRect).
-bool IsInReach(const RECT& window);
+/// Whether any monitor shows enough of the caption of a window of ours at this place and scale
+/// (MonitorFromRect).
+bool IsInReach(const RECT& window, const win::Scale& scale = {});
 
 /// The same, not counting what the taskbar covers.
-bool IsInReachBesideTaskbar(const RECT& window);
+bool IsInReachBesideTaskbar(const RECT& window, const win::Scale& scale = {});
 
 /// The place at which all of a window of ours can be seen on the monitor nearest to it.
 POINT PlaceInReach(const RECT& window);

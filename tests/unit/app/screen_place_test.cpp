@@ -96,6 +96,12 @@ TEST(ScreenPlaceTest, ACaptionIsInReachWhereThereIsEnoughToDragItBy) {
     EXPECT_FALSE(CaptionInReach(WindowAt(2000, 2000), kCaption, kArea));
 }
 
+TEST(ScreenPlaceTest, WhatIsDraggedIsAsWideAtEveryScale) {
+    constexpr win::Scale kDouble(192);
+    EXPECT_TRUE(CaptionInReach(WindowAt(-172, 100), kCaption, kArea, kDouble));
+    EXPECT_FALSE(CaptionInReach(WindowAt(-173, 100), kCaption, kArea, kDouble));
+}
+
 TEST(ScreenPlaceTest, ANarrowWindowNeedsNoMoreThanItsOwnWidth) {
     EXPECT_TRUE(CaptionInReach({0, 0, 40, 200}, kCaption, kArea));
     EXPECT_FALSE(CaptionInReach({-1, 0, 39, 200}, kCaption, kArea));
