@@ -154,15 +154,8 @@ std::optional<LRESULT> PictureBox::OnMessage(UINT message, WPARAM wParam, LPARAM
             if (lParam == -1 && onContextKey) onContextKey();
             return 0;
         case WM_KEYDOWN:
-            if (IsKeyRepeat(lParam) && ActsOnce(wParam, KeyPlace::kButton)) return 0;
-            if (onKeyDown && onKeyDown(wParam)) return 0;
-            return std::nullopt;
         case WM_SYSKEYDOWN:
-            // ALT with Enter, which no menu wants; its character would only beep.
-            if (wParam != VK_RETURN) return std::nullopt;
-            if (IsKeyRepeat(lParam) || (onKeyDown && onKeyDown(wParam))) return 0;
-            return std::nullopt;
-        case WM_SYSCHAR: return wParam == VK_RETURN ? std::optional<LRESULT>(0) : std::nullopt;
+        case WM_SYSCHAR: return OnKey(message, wParam, lParam);
         case WM_GETDLGCODE:
             // Enter is ours; Tab stays the dialog manager's.
             return DLGC_WANTARROWS | (wParam == VK_RETURN ? DLGC_WANTMESSAGE : 0);
@@ -174,19 +167,21 @@ std::optional<LRESULT> PictureBox::OnMessage(UINT message, WPARAM wParam, LPARAM
             Refresh();
             if (onFocusLost) onFocusLost();
             return 0;
-        case WM_CAPTURECHANGED:
-            // When we release the mouse ourselves, the mark has been cleared before.
-            if (!pressed_) return 0;
-            pressed_ = false;
-            Refresh();
-            if (onCaptureLost) onCaptureLost();
-            return 0;
+        case WM_CAPTURECHANGED: OnCaptureChanged(); return 0;
         default: return std::nullopt;
     }
 }
 
 void PictureBox::ForgetScreenReader() noexcept {
     if (std::exchange(told_, false)) ForgetTold(Handle());
+}
+
+std::optional<LRESULT> PictureBox::OnKey(UINT message, WPARAM key, LPARAM lParam) const {
+    // With ALT only Enter is ours, which no menu wants; its character would only beep.
+    if (message != WM_KEYDOWN && key != VK_RETURN) return std::nullopt;
+    if (message == WM_SYSCHAR) return 0;
+    if (IsKeyRepeat(lParam) && ActsOnce(key, KeyPlace::kButton)) return 0;
+    return onKeyDown && onKeyDown(key) ? std::optional<LRESULT>(0) : std::nullopt;
 }
 
 void PictureBox::OnPaint() {
@@ -231,6 +226,14 @@ void PictureBox::OnLeftUp(const Mouse& mouse) {
     Refresh();
     if (onMouseUp) onMouseUp(mouse);
     if (click && onClick) onClick();
+}
+
+void PictureBox::OnCaptureChanged() {
+    // When we release the mouse ourselves, the mark has been cleared before.
+    if (!pressed_) return;
+    pressed_ = false;
+    Refresh();
+    if (onCaptureLost) onCaptureLost();
 }
 
 bool PictureBox::Contains(POINT point) const {

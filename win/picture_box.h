@@ -136,10 +136,12 @@ class PictureBox : public Window {
     void MakePicture();
     void TellScreenReader();
     void ForgetScreenReader() noexcept;
+    [[nodiscard]] std::optional<LRESULT> OnKey(UINT message, WPARAM key, LPARAM lParam) const;
     void OnPaint();
     void OnMouseMoved(const Mouse& mouse);
     void OnLeftDown(const Mouse& mouse);
     void OnLeftUp(const Mouse& mouse);
+    void OnCaptureChanged();
     [[nodiscard]] bool Contains(POINT point) const;
     [[nodiscard]] COLORREF BackColor() const noexcept;
 

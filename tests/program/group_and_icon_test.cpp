@@ -88,6 +88,26 @@ TEST_F(GroupAndIconTest, APickedIconIsOnTheFaceAndInTheFile) {
     EXPECT_EQ(CaptureWindow(quon.Button(2)), before);
 }
 
+TEST_F(GroupAndIconTest, SmallStepsOfTheWheelAddUpInTheEditorOfAGroup) {
+    QuonIni ini;
+    std::string members = "C:\\";
+    for (int member = 1; member < 50; ++member)
+        members += "|C:\\";
+    ini.AddShortcut("11", "Many", members);
+    QuonPanel quon = Start(ini);
+    const Window editor = EditGroup(quon, 1, "Edit group");
+    mouse::MoveTo(editor.Child(frmEditB_pFrame).Centre());
+    const auto scrolled = [&] { return editor.Child(frmEditB_Scr).Send(SBM_GETPOS); };
+    for (int step = 0; step < 12; ++step) {
+        EXPECT_EQ(scrolled(), 0);
+        mouse::Turn(-10);
+        quon.Program().WaitUntilIdle();
+    }
+    WaitFor("the list scrolls", [&] { return scrolled() == 60; });
+    keyboard::Press(VK_ESCAPE);
+    ExpectGone(quon, editor);
+}
+
 TEST_F(GroupAndIconTest, ThePanelTheCrossAndEscDismissTheChooser) {
     QuonIni ini;
     ini.AddShortcut("12", "Програм", QuonExe());

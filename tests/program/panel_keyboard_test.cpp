@@ -12,6 +12,7 @@
 #include "tests/program/other_window.h"
 #include "tests/program/quon_panel.h"
 #include "tests/support/text.h"
+#include "win/handles.h"
 
 namespace testkit {
 namespace {
@@ -133,8 +134,30 @@ TEST_F(PanelKeyboardTest, EnterAndSpaceOpenButtonsAndShowTabs) {
     EXPECT_THAT(TargetLaunches(target), SizeIs(3));
 }
 
-TEST_F(PanelKeyboardTest, AHeldKeyOpensOneProgramAndStoresOnce) {
+/// The panel handles nothing as long as this lives.
+class StoppedPanel {
+  public:
+    explicit StoppedPanel(const QuonPanel& quon)
+        : thread_(OpenThread(THREAD_SUSPEND_RESUME, FALSE, quon.Main().ThreadId())) {
+        EXPECT_NE(SuspendThread(thread_.Get()), static_cast<DWORD>(-1));
+    }
+    ~StoppedPanel() { ResumeThread(thread_.Get()); }
+    StoppedPanel(const StoppedPanel&) = delete;
+    StoppedPanel& operator=(const StoppedPanel&) = delete;
+
+  private:
+    win::KernelObject thread_;
+};
+
+/// Holds a key for two seconds. Wine forgets held keys when a program's window comes up, and would take the
+/// next repeat for a press; so the panel gets all of them before it opens anything.
+void HoldForTwoSeconds(const QuonPanel& quon, WORD key) {
     constexpr int kTwoSeconds = 60;
+    const StoppedPanel stopped(quon);
+    keyboard::Hold(key, kTwoSeconds);
+}
+
+TEST_F(PanelKeyboardTest, AHeldKeyOpensOneProgramAndStoresOnce) {
     const std::string target = folder_.CopyIn(TestTargetExe(), "target.exe");
     QuonIni ini;
     ini.AddShortcut("11", "Editor", target);
@@ -148,23 +171,23 @@ TEST_F(PanelKeyboardTest, AHeldKeyOpensOneProgramAndStoresOnce) {
         quon.Main().Activate();
     };
     {
-        // Started minimised, the program leaves the keyboard to the panel, which gets all the repeats.
+        // Started minimised, the program leaves the keyboard to the panel.
         const HeldKeys alt({VK_MENU});
-        keyboard::Hold(VK_RETURN, kTwoSeconds);
+        HoldForTwoSeconds(quon, VK_RETURN);
     }
     expect_one_more("the button, minimised");
     for (const WORD key : {WORD{VK_RETURN}, WORD{VK_SPACE}}) {
-        keyboard::Hold(key, kTwoSeconds);
+        HoldForTwoSeconds(quon, key);
         expect_one_more("the button");
     }
     const Window edit = quon.Shortcuts().Descendants().front();
     mouse::Click(edit.ClientPoint(5, 5));
     WaitFor("the drop-down has the focus", [&] { return edit.IsFocused(); });
     keyboard::Type("editor");
-    keyboard::Hold(VK_RETURN, kTwoSeconds);
+    HoldForTwoSeconds(quon, VK_RETURN);
     expect_one_more("the drop-down");
     PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, iBut + 3);
-    keyboard::Hold(VK_RETURN, kTwoSeconds);
+    HoldForTwoSeconds(quon, VK_RETURN);
     expect_one_more("the Go button");
 }
 
@@ -281,6 +304,14 @@ TEST_F(PanelKeyboardTest, F1OpensTheManualWhereverTheFocusIs) {
         PressAndExpectFocus(quon, {VK_SHIFT, VK_TAB}, id);
         press();
     }
+    // Docked, too, and out again.
+    quon.Main().Post(WM_SYSCOMMAND, SC_CLOSE);
+    WaitFor("the panel docks", [&] { return quon.IsDockedAt(Edge::kBottom); });
+    quon.Program().WaitUntilIdle();
+    quon.Main().Activate();
+    press();
+    quon.Main().Post(WM_MOUSEMOVE, 1, WM_LBUTTONUP);
+    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
     // In a dialog too.
     quon.OpenButton(1, {VK_MENU, VK_CONTROL});
     const MessageBoxWindow question = MessageBoxWindow::Wait(quon.Id());

@@ -125,6 +125,10 @@ TEST_F(TypingTest, CompletesLetterByLetterAndAllAtOnce) {
     Clear();
     keyboard::Type("cal and more");
     ExpectShown("Cal and more|");
+    Clear();
+    // "[Refresh list]" is no name.
+    keyboard::Type("re");
+    ExpectShown("re|");
 }
 
 TEST_F(TypingTest, AFastTypistsKeysOverlap) {

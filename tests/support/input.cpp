@@ -252,7 +252,9 @@ void Press(WORD key, int times) {
 }
 
 void Hold(WORD key, int repeats) {
-    for (int i = 0; i <= repeats; ++i)
+    SendWithHeldKeys({KeyInput(key, false)});
+    // Wine forgets held keys when the foreground changes; the next repeat would be a press.
+    for (int i = 0; i < repeats && GetAsyncKeyState(key) < 0; ++i)
         SendWithHeldKeys({KeyInput(key, false)});
     SendWithHeldKeys({KeyInput(key, true)});
 }

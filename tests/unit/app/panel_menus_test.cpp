@@ -8,97 +8,21 @@
 #include <shellapi.h>
 #include <shlobj.h>
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
-#include "config/settings.h"
 #include "dialogs/message_box.h"
-#include "model/launching.h"
 #include "model/text_shortcut.h"
-#include "res/resource.h"
-#include "tests/support/hidden_window.h"
 #include "tests/support/modal_answers.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/text.h"
-#include "tests/support/window.h"
+#include "tests/unit/app/panel_menus_fixture.h"
 
 namespace app {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using ::testing::UnorderedElementsAre;
 
-std::vector<std::string> Captions(const win::MenuArray& menu) {
-    std::vector<std::string> captions;
-    for (int index = 0; index < menu.Count(); ++index)
-        captions.push_back(menu[index].caption);
-    return captions;
-}
-
-class PanelMenusTest : public ::testing::Test {
-  protected:
-    PanelMenusTest() {
-        config::Settings = {};
-        model::DefaultBrowserPath = "C:\\прегледач.exe";
-        const std::wstring program = testkit::Wide(folder_.FullPath("Quon.exe"));
-        fakes_.push_back(
-            FAKE_CALL(GetModuleFileNameW, [program](HMODULE module, LPWSTR name, DWORD size) -> DWORD {
-                if (module != nullptr || size <= program.size())
-                    return ORIGINAL_CALL(GetModuleFileNameW)(module, name, size);
-                std::copy_n(program.c_str(), program.size() + 1, name);
-                return static_cast<DWORD>(program.size());
-            }));
-        fakes_.push_back(FAKE_CALL(ShellExecuteA, [this](HWND owner, LPCSTR verb, LPCSTR file,
-                                                         LPCSTR parameters, LPCSTR folder, INT show) {
-            EXPECT_EQ(owner, GetDesktopWindow());
-            log_.Add("open", verb, file, parameters, folder, show);
-            return reinterpret_cast<HINSTANCE>(33);
-        }));
-        fakes_.push_back(
-            FAKE_CALL(CreateProcessA,
-                      [this](LPCSTR, LPSTR line, LPSECURITY_ATTRIBUTES, LPSECURITY_ATTRIBUTES, BOOL, DWORD,
-                             LPVOID, LPCSTR, LPSTARTUPINFOA startup, LPPROCESS_INFORMATION) -> BOOL {
-                          log_.Add("start", line, startup->wShowWindow);
-                          return FALSE;
-                      }));
-        fakes_.push_back(FAKE_CALL(Sleep, [this](DWORD time) { log_.Add("Sleep", time); }));
-        fakes_.push_back(FAKE_CALL(GetLogicalDriveStringsA, [](DWORD, LPSTR roots) -> DWORD {
-            std::copy_n("C:\\\0", 5, roots);
-            return 4;
-        }));
-        fakes_.push_back(FAKE_CALL(TrackPopupMenu, [this](HMENU, UINT, int x, int y, int, HWND, const RECT*) {
-            at_ = {x, y};
-            return chosen_;
-        }));
-        dock_.Attach(host_.Handle());
-        menus_.CreateOn(host_.Handle());
-    }
-    ~PanelMenusTest() override { config::Settings = {}; }
-
-    testkit::Window ImageButton(int index) {
-        return testkit::Window(host_.Handle()).Child(IDC_IMAGE_BUTTON + index);
-    }
-    /// Clicks an image button and chooses a command of its menu.
-    void Choose(int button, int command) {
-        chosen_ = command;
-        log_.Clear();
-        ImageButton(button).Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
-        ImageButton(button).Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
-    }
-    std::string Root() const { return folder_.Path().substr(0, 3); }
-
-    testkit::ProgramFolder folder_;
-    testkit::HiddenWindow host_;
-    testkit::CallLog log_;
-    int chosen_ = 0;
-    POINT at_{};
-    testkit::RecordedCalls fakes_;
-    EdgeDock dock_;
-    PanelMenus menus_{dock_};
-};
+class PanelMenusTest : public PanelMenusFixture {};
 
 TEST_F(PanelMenusTest, HaveTheirCommandsInOrder) {
     EXPECT_THAT(Captions(menus_.mnuPreDef),
@@ -186,142 +110,6 @@ TEST_F(PanelMenusTest, HideThePanelOnlyAfterThePauseThatTheStartedProgramGets) {
     Choose(1, 2004);
     EXPECT_THAT(hidden, ElementsAre(false));
     EXPECT_TRUE(dock_.Hidden());
-}
-
-TEST_F(PanelMenusTest, AppendTheOtherProgramsOfTheProgramFolder) {
-    for (const char* name : {"Quon.exe", "QSU.exe", "Алат 文.exe", "notes.txt"})
-        folder_.MakeFile(name, "x");
-    folder_.MakeFile("plain.exe", "x");
-    // Not every file system can take the archive attribute off a file.
-    const auto takeOff = [](LPWIN32_FIND_DATAA found) {
-        if (std::string_view(found->cFileName) == "plain.exe")
-            found->dwFileAttributes = FILE_ATTRIBUTE_NORMAL;
-    };
-    const auto first = FAKE_CALL(FindFirstFileA, [&](LPCSTR pattern, LPWIN32_FIND_DATAA found) {
-        const HANDLE listing = ORIGINAL_CALL(FindFirstFileA)(pattern, found);
-        takeOff(found);
-        return listing;
-    });
-    const auto next = FAKE_CALL(FindNextFileA, [&](HANDLE listing, LPWIN32_FIND_DATAA found) {
-        const BOOL more = ORIGINAL_CALL(FindNextFileA)(listing, found);
-        takeOff(found);
-        return more;
-    });
-    menus_.AddCompanionPrograms();
-    std::vector<std::string> added = Captions(menus_.mnuPreDef);
-    added.erase(added.begin(), added.begin() + 6);
-    EXPECT_THAT(added, UnorderedElementsAre("QSU", "Алат 文"));
-    const int index = added[0] == "QSU" ? 6 : 7;
-    EXPECT_EQ(menus_.mnuPreDef[index].tag, folder_.FullPath("QSU.exe"));
-    Choose(1, 2000 + index);
-    EXPECT_THAT(
-        log_.Lines(),
-        ElementsAre("open  " + folder_.FullPath("QSU.exe") + "  " + folder_.Path() + " 1", "Sleep 500"));
-}
-
-TEST_F(PanelMenusTest, AppendNothingThatIsFoundByItsShortNameOnly) {
-    for (const char* name : {"a.exe", "B.EXE", "c.exe-old", "d.exeold", "e.exe.bak"})
-        folder_.MakeFile(name, "x");
-    // A file system with short names finds "C~1.EXE" as well.
-    const auto first = FAKE_CALL(FindFirstFileA, [&](LPCSTR, LPWIN32_FIND_DATAA found) {
-        return ORIGINAL_CALL(FindFirstFileA)(folder_.FullPath("*.exe*").c_str(), found);
-    });
-    menus_.AddCompanionPrograms();
-    std::vector<std::string> added = Captions(menus_.mnuPreDef);
-    added.erase(added.begin(), added.begin() + 6);
-    EXPECT_THAT(added, UnorderedElementsAre("a", "B"));
-}
-
-TEST_F(PanelMenusTest, TreatAnotherSpellingOfTheProgramsNameAsAnotherProgram) {
-    folder_.MakeFile("QUON.EXE", "x");
-    menus_.AddCompanionPrograms();
-    EXPECT_EQ(menus_.mnuPreDef.Count(), 7);
-}
-
-TEST_F(PanelMenusTest, AppendNothingWithoutOtherPrograms) {
-    folder_.MakeFile("Quon.exe", "x");
-    menus_.AddCompanionPrograms();
-    EXPECT_EQ(menus_.mnuPreDef.Count(), 6);
-}
-
-TEST_F(PanelMenusTest, HideThePanelAfterAnotherProgramToo) {
-    folder_.MakeFile("QSU.exe", "x");
-    menus_.AddCompanionPrograms();
-    config::Settings.HideAfterLaunch = true;
-    Choose(1, 2006);
-    EXPECT_TRUE(dock_.Hidden());
-    EXPECT_THAT(log_.Lines(), ElementsAre(::testing::StartsWith("open  " + folder_.FullPath("QSU.exe")),
-                                          "Sleep 500", "Sleep 200"));
-}
-
-TEST_F(PanelMenusTest, RunEachOfAThousandOtherProgramsAndTheOtherMenusBesideThem) {
-    for (int number = 0; number < 1000; ++number)
-        folder_.MakeFile("p" + std::to_string(number) + ".exe");
-    menus_.AddCompanionPrograms();
-    ASSERT_EQ(menus_.mnuPreDef.Count(), 1006);
-    std::vector<std::string> listed;
-    WIN32_FIND_DATAA found{};
-    const HANDLE listing = FindFirstFileA(folder_.FullPath("*.exe").c_str(), &found);
-    do
-        listed.push_back(folder_.FullPath(found.cFileName));
-    while (FindNextFileA(listing, &found) != 0);
-    FindClose(listing);
-    ASSERT_EQ(listed.size(), 1000u);
-    // Nothing else opens along the way, such as About.
-    const testkit::ModalAnswers none({});
-    // Among them are the numbers of the other menus' elements.
-    for (const int index : {6, 199, 200, 201, 400, 401, 403, 405, 500, 600, 700, 1005}) {
-        Choose(1, 2000 + index);
-        const std::string& path = listed.at(static_cast<size_t>(index) - 6);
-        EXPECT_THAT(log_.Lines(), ElementsAre("open  " + path + "  " + folder_.Path() + " 1", "Sleep 500"));
-    }
-    EXPECT_FALSE(config::Settings.ExtensiveTooltips);
-    Choose(0, 2201);
-    EXPECT_THAT(log_.Lines(), ElementsAre("open explore C:\\ (null) " + Root() + " 1"));
-    Choose(2, 2403);
-    EXPECT_TRUE(config::Settings.ExtensiveTooltips);
-    EXPECT_THAT(log_.Lines(), IsEmpty());
-}
-
-TEST_F(PanelMenusTest, PassOverAFolderThatIsNamedLikeAProgram) {
-    folder_.MakeFolder("folder.exe");
-    const auto first = FAKE_CALL(FindFirstFileA, [&](LPCSTR pattern, LPWIN32_FIND_DATAA found) {
-        const HANDLE listing = ORIGINAL_CALL(FindFirstFileA)(pattern, found);
-        found->dwFileAttributes |= FILE_ATTRIBUTE_ARCHIVE;
-        return listing;
-    });
-    menus_.AddCompanionPrograms();
-    EXPECT_EQ(menus_.mnuPreDef.Count(), 6);
-}
-
-TEST_F(PanelMenusTest, NameAProgramInFullWhereItsBareNameWouldBeNoCaption) {
-    for (const char* name : {"-.exe", ".exe"})
-        folder_.MakeFile(name, "x");
-    menus_.AddCompanionPrograms();
-    std::vector<std::string> added = Captions(menus_.mnuPreDef);
-    added.erase(added.begin(), added.begin() + 6);
-    EXPECT_THAT(added, UnorderedElementsAre("-.exe", ".exe"));
-}
-
-TEST_F(PanelMenusTest, WorkInAFolderOnANetworkShare) {
-    folder_.MakeFile("QSU.exe", "x");
-    const auto program = FAKE_CALL(GetModuleFileNameW, [](HMODULE module, LPWSTR name, DWORD size) -> DWORD {
-        constexpr std::wstring_view kProgram = L"\\\\сервер\\share\\Quon\\Quon.exe";
-        if (module != nullptr) return ORIGINAL_CALL(GetModuleFileNameW)(module, name, size);
-        *std::copy(kProgram.begin(), kProgram.end(), name) = L'\0';
-        return static_cast<DWORD>(kProgram.size());
-    });
-    const auto first = FAKE_CALL(FindFirstFileA, [this](LPCSTR pattern, LPWIN32_FIND_DATAA found) {
-        EXPECT_STREQ(pattern, "\\\\сервер\\share\\Quon\\*.exe");
-        return ORIGINAL_CALL(FindFirstFileA)(folder_.FullPath("*.exe").c_str(), found);
-    });
-    menus_.AddCompanionPrograms();
-    Choose(1, 2006);
-    EXPECT_EQ(log_.Lines().front(), "open  \\\\сервер\\share\\Quon\\QSU.exe  \\\\сервер\\share\\Quon 1");
-    Choose(1, 2002);
-    EXPECT_THAT(log_.Lines().front(), ::testing::EndsWith(" (null) \\\\с 1"));
-    Choose(0, 2201);
-    EXPECT_THAT(log_.Lines(), ElementsAre("open explore C:\\ (null) \\\\с 1"));
 }
 
 TEST_F(PanelMenusTest, ExploreTheChosenPlaceAndStayOut) {

@@ -1,0 +1,96 @@
+// The menus of the panel on a window of their own, in a program folder that is empty but for what a test puts
+// there. What they open and start is recorded, not done.
+#pragma once
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+#include <shellapi.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "app/panel_menus.h"
+#include "config/settings.h"
+#include "model/launching.h"
+#include "res/resource.h"
+#include "tests/support/call_log.h"
+#include "tests/support/hidden_window.h"
+#include "tests/support/program_folder.h"
+#include "tests/support/recorded_call.h"
+#include "tests/support/text.h"
+#include "tests/support/window.h"
+
+namespace app {
+
+inline std::vector<std::string> Captions(const win::MenuArray& menu) {
+    std::vector<std::string> captions;
+    for (int index = 0; index < menu.Count(); ++index)
+        captions.push_back(menu[index].caption);
+    return captions;
+}
+
+class PanelMenusFixture : public ::testing::Test {
+  protected:
+    PanelMenusFixture() {
+        config::Settings = {};
+        model::DefaultBrowserPath = "C:\\прегледач.exe";
+        const std::wstring program = testkit::Wide(folder_.FullPath("Quon.exe"));
+        fakes_.push_back(
+            FAKE_CALL(GetModuleFileNameW, [program](HMODULE module, LPWSTR name, DWORD size) -> DWORD {
+                if (module != nullptr || size <= program.size())
+                    return ORIGINAL_CALL(GetModuleFileNameW)(module, name, size);
+                std::copy_n(program.c_str(), program.size() + 1, name);
+                return static_cast<DWORD>(program.size());
+            }));
+        fakes_.push_back(FAKE_CALL(ShellExecuteA, [this](HWND owner, LPCSTR verb, LPCSTR file,
+                                                         LPCSTR parameters, LPCSTR folder, INT show) {
+            EXPECT_EQ(owner, GetDesktopWindow());
+            log_.Add("open", verb, file, parameters, folder, show);
+            return reinterpret_cast<HINSTANCE>(33);
+        }));
+        fakes_.push_back(
+            FAKE_CALL(CreateProcessA,
+                      [this](LPCSTR, LPSTR line, LPSECURITY_ATTRIBUTES, LPSECURITY_ATTRIBUTES, BOOL, DWORD,
+                             LPVOID, LPCSTR, LPSTARTUPINFOA startup, LPPROCESS_INFORMATION) -> BOOL {
+                          log_.Add("start", line, startup->wShowWindow);
+                          return FALSE;
+                      }));
+        fakes_.push_back(FAKE_CALL(Sleep, [this](DWORD time) { log_.Add("Sleep", time); }));
+        fakes_.push_back(FAKE_CALL(GetLogicalDriveStringsA, [](DWORD, LPSTR roots) -> DWORD {
+            std::copy_n("C:\\\0", 5, roots);
+            return 4;
+        }));
+        fakes_.push_back(FAKE_CALL(TrackPopupMenu, [this](HMENU, UINT, int x, int y, int, HWND, const RECT*) {
+            at_ = {x, y};
+            return chosen_;
+        }));
+        dock_.Attach(host_.Handle());
+        menus_.CreateOn(host_.Handle());
+    }
+    ~PanelMenusFixture() override { config::Settings = {}; }
+
+    testkit::Window ImageButton(int index) {
+        return testkit::Window(host_.Handle()).Child(IDC_IMAGE_BUTTON + index);
+    }
+    /// Clicks an image button and chooses a command of its menu.
+    void Choose(int button, int command) {
+        chosen_ = command;
+        log_.Clear();
+        ImageButton(button).Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+        ImageButton(button).Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+    }
+    std::string Root() const { return folder_.Path().substr(0, 3); }
+
+    testkit::ProgramFolder folder_;
+    testkit::HiddenWindow host_;
+    testkit::CallLog log_;
+    int chosen_ = 0;
+    POINT at_{};
+    testkit::RecordedCalls fakes_;
+    EdgeDock dock_;
+    PanelMenus menus_{dock_};
+};
+
+}  // namespace app
