@@ -109,18 +109,19 @@ TEST(UptimeTextTest, RoundsToTheNearestSecondFirst) {
 class TextShortcutTest : public ::testing::Test {
   protected:
     TextShortcutTest() {
-        fakes_.push_back(FAKE_CALL(
-            CreateProcessA,
-            [this](LPCSTR program, LPSTR line, LPSECURITY_ATTRIBUTES process, LPSECURITY_ATTRIBUTES thread,
-                   BOOL inherit, DWORD flags, LPVOID environment, LPCSTR folder, LPSTARTUPINFOA startup,
-                   LPPROCESS_INFORMATION) -> WINBOOL {
-                EXPECT_TRUE(program == nullptr && process == nullptr && thread == nullptr &&
-                            inherit == FALSE && flags == 0 && environment == nullptr && folder == nullptr);
-                EXPECT_EQ(startup->cb, sizeof *startup);
-                EXPECT_EQ(startup->dwFlags, DWORD{STARTF_USESHOWWINDOW});
-                log_.Add("start", line, "shown", startup->wShowWindow);
-                return TRUE;
-            }));
+        fakes_.push_back(
+            FAKE_CALL(CreateProcessA,
+                      [this](LPCSTR program, LPSTR line, LPSECURITY_ATTRIBUTES process,
+                             LPSECURITY_ATTRIBUTES thread, BOOL inherit, DWORD flags, LPVOID environment,
+                             LPCSTR folder, LPSTARTUPINFOA startup, LPPROCESS_INFORMATION) -> WINBOOL {
+                          EXPECT_TRUE(program == nullptr && process == nullptr && thread == nullptr &&
+                                      inherit == FALSE && flags == CREATE_DEFAULT_ERROR_MODE &&
+                                      environment == nullptr && folder == nullptr);
+                          EXPECT_EQ(startup->cb, sizeof *startup);
+                          EXPECT_EQ(startup->dwFlags, DWORD{STARTF_USESHOWWINDOW});
+                          log_.Add("start", line, "shown", startup->wShowWindow);
+                          return TRUE;
+                      }));
         fakes_.push_back(
             FAKE_CALL(ShellExecuteA, [this](HWND, LPCSTR, LPCSTR file, LPCSTR arguments, LPCSTR, INT show) {
                 log_.Add("open", file, arguments, show);
