@@ -2,6 +2,7 @@
 
 #include <commctrl.h>
 #include <ole2.h>
+#include <oleacc.h>
 #include <shellapi.h>
 #include <shlobj.h>
 #include <tlhelp32.h>
@@ -320,7 +321,8 @@ void Ledger::RecordOle() {
 
 HRESULT Ledger::Create(REFCLSID type, LPUNKNOWN outer, DWORD context, REFIID id, LPVOID* object) {
     const HRESULT answer = ORIGINAL_CALL(CoCreateInstance)(type, outer, context, id, object);
-    if (FAILED(answer)) return answer;
+    // The accessibility's services are one object for everybody, which does not count who has it.
+    if (FAILED(answer) || IsEqualCLSID(type, CLSID_AccPropServices)) return answer;
     if (IsEqualIID(id, IID_IDispatch)) {
         *object = static_cast<IDispatch*>(new CountedDispatch(static_cast<IDispatch*>(*object), dispatches_));
     } else {
