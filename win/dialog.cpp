@@ -47,12 +47,21 @@ void KeepOnScreen(HWND dialog) noexcept {
     SetWindowPos(dialog, nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+/// The room that the client area of a dialog has on its owner's screen.
+SIZE RoomBeside(HWND owner) noexcept {
+    const RECT area = WorkAreaOf(owner);
+    RECT frame{};
+    AddFrame(frame, WS_POPUP | WS_CAPTION | DS_MODALFRAME, WS_EX_DLGMODALFRAME, Scale::Of(owner).Dpi());
+    return {Width(area) - Width(frame), Height(area) - Height(frame)};
+}
+
 }  // namespace
 
 INT_PTR Dialog::ShowModal(HWND owner, int templateId) {
     if (IsEnding()) return kNotMade;
     AssertMayPump("a dialog");
-    const std::vector<WORD> copy = TemplateInMessageFont(templateId);
+    const std::vector<WORD> copy =
+        TemplateInMessageFont(templateId, RoomBeside(owner), Scale::Of(owner).Dpi());
     const auto self = reinterpret_cast<LPARAM>(this);
     // Better in the template's own font than not at all.
     const INT_PTR answer =

@@ -2,7 +2,9 @@
 
 #include <cstdlib>
 #include <span>
+#include <string_view>
 
+#include "win/handles.h"
 #include "win/scale.h"
 #include "win/window.h"
 
@@ -16,6 +18,8 @@ constexpr int kDialogType = 5;  // RT_DIALOG, which has no wide form of its own
 constexpr size_t kSignature = 1;
 constexpr size_t kStyle = 6;
 constexpr size_t kFixedPart = 13;
+constexpr size_t kClientWidth = 11;
+constexpr size_t kClientHeight = 12;
 constexpr WORD kExtended = 0xFFFF;
 constexpr size_t kBeforeFace = 3;  // size, weight, and italic with character set
 
@@ -25,6 +29,25 @@ size_t SkipName(std::span<const WORD> words, size_t at) {
     while (at < words.size() && words[at] != 0)
         ++at;
     return at + 1;
+}
+
+constexpr int kPointsPerInch = 72;
+/// No text is made smaller than this to let a dialog fit.
+constexpr int kSmallestPoints = 8;
+
+/// The size that a client area of so many dialog units has in a font: Windows takes a quarter of the mean
+/// width of its letters and an eighth of its height for a unit.
+SIZE PixelsOf(SIZE units, LOGFONTW font, int points, int dpi) {
+    font.lfHeight = -MulDiv(points, dpi, kPointsPerInch);
+    const Font made(CreateFontIndirectW(&font));
+    const WindowDc screen(nullptr);
+    const Selection selected(screen.Get(), made.Get());
+    constexpr std::wstring_view kLetters = L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+    constexpr int kAlphabet = 26;
+    SIZE extent{};
+    GetTextExtentPoint32W(screen.Get(), kLetters.data(), static_cast<int>(kLetters.size()), &extent);
+    return {MulDiv(units.cx, static_cast<int>(extent.cx / kAlphabet + 1) / 2, 4),
+            MulDiv(units.cy, static_cast<int>(extent.cy), 8)};
 }
 
 size_t Aligned(size_t words) { return (words + 1) / 2 * 2; }
@@ -53,7 +76,7 @@ std::vector<WORD> WithFont(const WORD* dialogTemplate, size_t words, const std::
     return copy;
 }
 
-std::vector<WORD> TemplateInMessageFont(int id) {
+std::vector<WORD> TemplateInMessageFont(int id, SIZE room, int dpi) {
     const HRSRC resource =
         FindResourceW(ModuleInstance(), MAKEINTRESOURCEW(id), MAKEINTRESOURCEW(kDialogType));
     const HGLOBAL loaded = resource == nullptr ? nullptr : LoadResource(ModuleInstance(), resource);
@@ -64,10 +87,18 @@ std::vector<WORD> TemplateInMessageFont(int id) {
         SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, kPlainDpi) == FALSE)
         return {};
     const LOGFONTW& font = metrics.lfMessageFont;
-    constexpr int kPointsPerInch = 72;
-    const int points = MulDiv(std::abs(static_cast<int>(font.lfHeight)), kPointsPerInch, kPlainDpi);
-    return WithFont(words, SizeofResource(ModuleInstance(), resource) / sizeof(WORD), font.lfFaceName,
-                    static_cast<WORD>(points), static_cast<WORD>(font.lfWeight));
+    const size_t count = SizeofResource(ModuleInstance(), resource) / sizeof(WORD);
+    if (count < kFixedPart) return {};
+    const SIZE units{words[kClientWidth], words[kClientHeight]};
+    const auto fits = [&](int points) {
+        const SIZE size = PixelsOf(units, font, points, dpi);
+        return size.cx <= room.cx && size.cy <= room.cy;
+    };
+    int points = MulDiv(std::abs(static_cast<int>(font.lfHeight)), kPointsPerInch, kPlainDpi);
+    while (points > kSmallestPoints && !fits(points))
+        --points;
+    return WithFont(words, count, font.lfFaceName, static_cast<WORD>(points),
+                    static_cast<WORD>(font.lfWeight));
 }
 
 }  // namespace win

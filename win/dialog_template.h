@@ -14,7 +14,9 @@ std::vector<WORD> WithFont(const WORD* dialogTemplate, size_t words, const std::
                            WORD weight);
 
 /// A template of this module's resources with the system's message font, in the size of the system's text.
-/// Empty when there is no such resource or Windows does not tell the font.
-std::vector<WORD> TemplateInMessageFont(int id);
+/// Where the dialog's client area would not fit into `room` (pixels of a screen with `dpi` dots per inch)
+/// then, the text is as much smaller as it has to be. Empty when there is no such resource or Windows does
+/// not tell the font.
+std::vector<WORD> TemplateInMessageFont(int id, SIZE room, int dpi);
 
 }  // namespace win

@@ -32,7 +32,10 @@ std::vector<WORD> Stored(int id) {
 
 INT_PTR CALLBACK Ignore(HWND, UINT, WPARAM, LPARAM) { return FALSE; }
 
+constexpr SIZE kMuchRoom{10000, 10000};
+
 struct Made {
+    SIZE client{};
     std::vector<int> controls;
     LONG width = 0;
     std::wstring face;
@@ -48,6 +51,7 @@ Made Make(const std::vector<WORD>& words) {
         made.controls.push_back(GetDlgCtrlID(child));
     RECT client{};
     GetClientRect(dialog, &client);
+    made.client = {client.right, client.bottom};
     made.width = client.right;
     LOGFONTW font{};
     GetObjectW(reinterpret_cast<HFONT>(SendMessageW(dialog, WM_GETFONT, 0, 0)), sizeof font, &font);
@@ -85,7 +89,7 @@ TEST(DialogTemplateTest, LeavesAloneWhatIsNoSuchTemplate) {
     std::vector<WORD> fontless = stored;
     fontless[6] = static_cast<WORD>(fontless[6] & ~DS_SETFONT);
     EXPECT_TRUE(WithFont(fontless.data(), fontless.size(), L"Tahoma", 9, FW_NORMAL).empty());
-    EXPECT_TRUE(TemplateInMessageFont(4711).empty());
+    EXPECT_TRUE(TemplateInMessageFont(4711, kMuchRoom, 96).empty());
 }
 
 TEST(DialogTemplateTest, TakesTheSystemsMessageFontInItsSize) {
@@ -97,9 +101,32 @@ TEST(DialogTemplateTest, TakesTheSystemsMessageFontInItsSize) {
             std::memcpy(font.lfFaceName, L"Tahoma", sizeof L"Tahoma");
             return TRUE;
         });
-    const Made made = Make(TemplateInMessageFont(IDD_DEFINE_TAB));
+    const Made made = Make(TemplateInMessageFont(IDD_DEFINE_TAB, kMuchRoom, 96));
     EXPECT_EQ(made.face, L"Tahoma");
     EXPECT_EQ(made.height, -24);
+}
+
+TEST(DialogTemplateTest, HasSmallerTextWhereTheDialogWouldNotFitOnItsScreen) {
+    int height = -27;
+    const testkit::RecordedCall ask =
+        FAKE_CALL(SystemParametersInfoForDpi, [&](UINT, UINT, PVOID record, UINT, UINT) -> WINBOOL {
+            auto& font = static_cast<NONCLIENTMETRICSW*>(record)->lfMessageFont;
+            font.lfHeight = height;
+            std::memcpy(font.lfFaceName, L"Tahoma", sizeof L"Tahoma");
+            return TRUE;
+        });
+    for (const SIZE room : {SIZE{1300, 700}, {1000, 560}, {3000, 400}}) {
+        const Made made = Make(TemplateInMessageFont(IDD_OPTIONS, room, 96));
+        EXPECT_LE(made.client.cx, room.cx);
+        EXPECT_LE(made.client.cy, room.cy);
+        // As large as it can be: the next larger text would not fit any more.
+        EXPECT_TRUE(made.client.cx > room.cx * 85 / 100 || made.client.cy > room.cy * 85 / 100);
+    }
+    EXPECT_EQ(Make(TemplateInMessageFont(IDD_OPTIONS, kMuchRoom, 96)).height, -27);
+    // A screen that is too small for any text leaves one that can be read.
+    EXPECT_EQ(Make(TemplateInMessageFont(IDD_OPTIONS, {10, 10}, 96)).height, -11);
+    height = -12;
+    EXPECT_EQ(Make(TemplateInMessageFont(IDD_OPTIONS, {1018, 568}, 96)).height, -12);
 }
 
 TEST(DialogTemplateTest, FitsOnTheSmallestScreens) {
