@@ -373,6 +373,12 @@ TEST_F(OptionsDialogTest, GoesByTheKeyboardAlone) {
             keyboard::Press(VK_TAB);
             WaitFor("control " + std::to_string(id) + " has the focus",
                     [&] { return dialog.Child(id).IsFocused(); });
+            if (id != 431)
+                WaitFor("it is explained", [&] {
+                    const Window tip =
+                        FindTopWindow({.class_name = "tooltips_class32", .process_id = quon.Id()});
+                    return tip.Exists() && tip.Rect().top >= dialog.Child(id).Rect().bottom;
+                });
         }
         keyboard::Press(VK_SPACE);
         WaitFor("that box is checked", [&] { return IsChecked(dialog, dialogs::frmSettings::chSet + 2); });

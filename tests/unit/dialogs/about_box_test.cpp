@@ -98,7 +98,8 @@ TEST(AboutBoxTest, TheLinksAreReachedByTabAndOpenedByEnterAndSpace) {
     const auto press = [](HWND control, WORD key) {
         SetFocus(control);
         for (const UINT message : {WM_KEYDOWN, WM_KEYUP}) {
-            MSG sent{control, message, key, message == WM_KEYUP ? LPARAM{0xC0000001} : LPARAM{1}, 0, {}};
+            MSG sent{control, message, key, message == WM_KEYUP ? static_cast<LPARAM>(0xC0000001) : LPARAM{1},
+                     0,       {}};
             if (IsDialogMessageW(GetParent(control), &sent) == 0) DispatchMessageW(&sent);
         }
     };

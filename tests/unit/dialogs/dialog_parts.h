@@ -74,17 +74,16 @@ class TipLog {
     /// How many tooltip windows this thread has.
     static int WindowCount() {
         int count = 0;
-        EnumThreadWindows(
-            GetCurrentThreadId(),
-            [](HWND window, LPARAM sum) -> BOOL {
-                if (testkit::Window(window).Class() == "tooltips_class32") ++*reinterpret_cast<int*>(sum);
-                return TRUE;
-            },
-            reinterpret_cast<LPARAM>(&count));
+        EnumThreadWindows(GetCurrentThreadId(), &TipLog::CountTip, reinterpret_cast<LPARAM>(&count));
         return count;
     }
 
   private:
+    static BOOL CALLBACK CountTip(HWND window, LPARAM sum) {
+        if (testkit::Window(window).Class() == "tooltips_class32") ++*reinterpret_cast<int*>(sum);
+        return TRUE;
+    }
+
     int control_ = 0;
     std::string text_;
     std::vector<std::string> tips_;
