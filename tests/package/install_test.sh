@@ -52,6 +52,8 @@ expect "the zip holds what is needed" [ "$(unzip -Z1 "$zip" | sort | paste -sd' 
 mkdir "$QUON_DESKTOP/unpacked"
 (cd "$QUON_DESKTOP/unpacked" && unzip -q "$zip")
 expect "a fresh Quon.ini is the shipped one" cmp -s "$QUON_DESKTOP/unpacked/Fresh.ini" packaging/Quon.ini
+# The eighth field of "Main". The left edge is the one that neither the taskbar nor close buttons lie on.
+expect "the panel hides at the left edge" [ "$(sed -n 's/^Main=//p' packaging/Quon.ini | cut -d, -f8)" = 1 ]
 expect "the notices of the runtimes are in it" grep -q 'winpthreads' "$QUON_DESKTOP/unpacked/ThirdParty.txt"
 expect "its text names its version and systems" \
     grep -q "^Quon $version, .*Windows 10 version 1903 and later" "$QUON_DESKTOP/unpacked/ReadMe.txt"

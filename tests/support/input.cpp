@@ -1,5 +1,7 @@
 #include "tests/support/input.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <stdexcept>
@@ -7,6 +9,7 @@
 
 #include "tests/support/text.h"
 #include "tests/support/wait.h"
+#include "tests/support/x_keyboard.h"
 
 namespace testkit {
 namespace {
@@ -55,6 +58,13 @@ LONG OnMouseScale(LONG pixel, int screen_size) {
     return ((2 * pixel + 1) * 32768 + screen_size / 2) / screen_size;
 }
 
+/// While another process of Wine's looks for the screens anew, there is none for a moment.
+int ScreenSize(int metric) {
+    int size = 0;
+    WaitFor("a screen", [&] { return (size = GetSystemMetrics(metric)) > 0; });
+    return size;
+}
+
 bool SamePlace(POINT one, POINT other) { return one.x == other.x && one.y == other.y; }
 
 // Wine moves the pointer of its X display too. The display's echo of that waits in the program below the
@@ -91,8 +101,8 @@ void SendWithHeldKeys(const std::vector<INPUT>& inputs) {
 /// Mouse input at a place; move and button in one piece, so that nothing can come in between.
 void SendMouse(DWORD flags, POINT place, DWORD data = 0) {
     SendWithHeldKeys({MouseInput(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE | flags,
-                                 OnMouseScale(place.x, GetSystemMetrics(SM_CXSCREEN)),
-                                 OnMouseScale(place.y, GetSystemMetrics(SM_CYSCREEN)), data)});
+                                 OnMouseScale(place.x, ScreenSize(SM_CXSCREEN)),
+                                 OnMouseScale(place.y, ScreenSize(SM_CYSCREEN)), data)});
 }
 
 bool HasGoal() { return goal.since != 0 && GetTickCount64() - goal.since < kEchoTimeMs; }
@@ -144,7 +154,8 @@ POINT UncoveredCentre(Window window) {
 
 }  // namespace
 
-HeldKeys::HeldKeys(Keys keys) : keys_(std::move(keys)) {
+HeldKeys::HeldKeys(const Keys& keys) : keys_(keys) {
+    PressInXServer(keys_, [] { WakeUp(Window(GetForegroundWindow())); });
     KeysHeldNow().insert(KeysHeldNow().end(), keys_.begin(), keys_.end());
     SendWithHeldKeys({});
 }
@@ -153,8 +164,14 @@ HeldKeys::~HeldKeys() {
     std::reverse(keys_.begin(), keys_.end());
     for (const WORD key : keys_) {
         KeysHeldNow().pop_back();
+        if (IsKeyOfXServer(key)) continue;
         INPUT input = KeyInput(key, true);
         SendInput(1, &input, sizeof input);
+    }
+    try {
+        LetGoInXServer(keys_);
+    } catch (const std::exception& error) {
+        ADD_FAILURE() << error.what();
     }
 }
 

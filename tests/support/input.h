@@ -25,7 +25,7 @@ using Keys = std::vector<WORD>;
 /// Holds keys down as long as it lives: HeldKeys ctrl({VK_CONTROL});
 class HeldKeys {
   public:
-    explicit HeldKeys(Keys keys);
+    explicit HeldKeys(const Keys& keys);
     ~HeldKeys();
     HeldKeys(const HeldKeys&) = delete;
     HeldKeys& operator=(const HeldKeys&) = delete;
