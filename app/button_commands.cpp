@@ -82,6 +82,8 @@ bool HasMoved(const std::string& from, const std::string& to, bool done) {
     return done || (IsFound(there) && left == TargetKind::kMissing);
 }
 
+constexpr int kNotTried = -1;  ///< instead of the shell's result
+
 void TellResult(int result) {
     dialogs::ShowNote(result == 0 ? "Operation completed." : "Couldn't perform the operation, sorry.");
 }
@@ -226,9 +228,15 @@ void ButtonCommands::CopyFile(const File& file) {
 void ButtonCommands::MoveFile(const File& file) {
     const std::string folder = Ask(&sys::clsBmenu::GetFolder);
     if (folder.empty()) return;
+    const std::string moved = Inside(folder, sys::PathPart(file.path, sys::kFileName));
+    if (!model::IsStorableTarget(moved)) {
+        // The button could not follow its file there.
+        TellResult(kNotTried);
+        return;
+    }
     bool aborted = false;
     const int result = Operate(sys::kMoveFile, file.path, folder, &aborted);
-    PointTo(file, Inside(folder, sys::PathPart(file.path, sys::kFileName)), result == 0 && !aborted);
+    PointTo(file, moved, result == 0 && !aborted);
     TellResult(result);
 }
 
@@ -240,12 +248,13 @@ void ButtonCommands::RenameFile(const File& file) {
         2, "OK", "Cancel", "", true, "");
     if (answer.empty() || answer == "Cancel") return;
     std::string name = FileNameFrom(answer);
-    if (!CanBeFileName(name)) {
-        TellResult(-1);
-        return;
-    }
+    const bool canBeName = CanBeFileName(name);
     if (sys::PathPart(name, sys::kExtension).empty() && !extension.empty()) name += "." + extension;
     const std::string renamed = sys::PathPart(file.path, sys::kFolder) + "\\" + name;
+    if (!canBeName || !model::IsStorableTarget(renamed)) {
+        TellResult(kNotTried);
+        return;
+    }
     bool aborted = false;
     const int result = Operate(sys::kRenameFile, file.path, renamed, &aborted);
     PointTo(file, renamed, result == 0 && !aborted);

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "config/settings.h"
+#include "model/storable_name.h"
 #include "win/errors.h"
 #include "win/text.h"
 
@@ -51,6 +52,8 @@ model::CButtonShortcut* PanelState::ShownAt(const model::ButtonPlace& place) {
 bool PanelState::Follow(model::MovedFile file) {
     std::erase_if(Context.Moved, [&](const auto& moved) { return moved.place == file.place; });
     if (Store().Follow(file)) return true;
+    // That would fail as often as it is tried.
+    if (!model::IsStorableTarget(file.path)) return false;
     Context.Moved.push_back(std::move(file));
     if (StoreAgainSoon) StoreAgainSoon();
     return false;

@@ -233,6 +233,7 @@ bool ShortcutStore::Free(const std::vector<Freeing>& buttons) {
 }
 
 bool ShortcutStore::Follow(const MovedFile& file) {
+    if (!IsStorableTarget(file.path)) return false;
     const auto commandSwitch = WholeSwitch(file.name);
     const auto known = Target(file.path);
     if (!commandSwitch || !known) return false;

@@ -116,7 +116,8 @@ class ShortcutStore {
     /// Makes a button follow its file: its record gets the path for a name. Where the file has arrived, the
     /// path becomes a shortcut with the former one's switch, and the former shortcut leads there too. Where
     /// it has not, the path becomes a shortcut that leads to where the file is, unless there is one of that
-    /// name. When the path cannot be a name, the record stays as it is.
+    /// name. When the path cannot be a name, the record stays as it is. A path that could not be read back
+    /// whole changes nothing, and the answer is false.
     bool Follow(const MovedFile& file);
 
   private:

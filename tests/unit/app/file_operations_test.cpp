@@ -261,6 +261,51 @@ TEST_F(FileOperationsDesktopTest, RefuseANameThatWouldLeadElsewhere) {
     EXPECT_EQ(state_.Button(1).FilePath, "C:\\a.txt");
 }
 
+/// A text of this many bytes, three to a character.
+std::string Han(size_t bytes) {
+    std::string text;
+    while (text.size() < bytes)
+        text += "值";
+    return text;
+}
+
+TEST_F(FileOperationsDesktopTest, DoNothingToAFileThatTheButtonCouldNotFollow) {
+    // 182 characters of a folder's name make a path of 555 bytes.
+    answer_ = "D:\\" + Han(552 - 7);
+    LoadSingle("C:\\a.txt");
+    const std::string before = folder_.IniBytes();
+    {
+        const ModalAnswers user({Note(kFailed)});
+        commands_.RunFileCommand(kMoveTo, state_.CurrentPlace());
+    }
+    EXPECT_EQ(folder_.IniBytes(), before);
+    const std::string folder = "C:\\" + Han(300);
+    LoadSingle(folder + "\\a.txt");
+    const std::string second = folder_.IniBytes();
+    const ModalAnswers user({[](Window box) {
+                                 box.Child(dialogs::frmMsg::Text1).SetText(Han(249));
+                                 box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
+                             },
+                             Note(kFailed)});
+    commands_.RunFileCommand(kRename, state_.CurrentPlace());
+    EXPECT_EQ(folder_.IniBytes(), second);
+    EXPECT_EQ(log_.Count("operation"), 0u);
+    EXPECT_EQ(state_.Button(1).FilePath, folder + "\\a.txt");
+    EXPECT_TRUE(state_.Context.Moved.empty());
+}
+
+TEST_F(FileOperationsDesktopTest, FollowAFileToTheLongestPathThatCanBeStored) {
+    const std::string folder = "D:\\" + Han(543);  // 554 bytes with what follows
+    answer_ = folder + "xx";
+    LoadSingle(folder_.MakeFile("a.txt"));
+    meanwhile_ = [this] { DeleteFileA(folder_.FullPath("a.txt").c_str()); };
+    const ModalAnswers user({Note(kDone)});
+    commands_.RunFileCommand(kMoveTo, state_.CurrentPlace());
+    EXPECT_EQ(log_.Count("operation"), 1u);
+    EXPECT_EQ(state_.Button(1).FilePath, answer_ + "\\a.txt");
+    EXPECT_EQ(state_.Button(1).FilePath.size(), 554u);
+}
+
 TEST_F(FileOperationsDesktopTest, FreeTheButtonOfARecycledFileEvenIfItFailed) {
     for (const int result : {0, 2}) {
         LoadSingle("C:\\a.txt");

@@ -239,7 +239,8 @@ TEST_F(ShortcutStoreTest, AFileThatDidNotGetThereLeavesTheShortcutOfThatPathAlon
 }
 
 TEST_F(ShortcutStoreTest, LeavesTheRecordWhereThePathCanBeNoName) {
-    for (const std::string& path : {std::string("D:\\a=b.txt"), "D:\\" + std::string(600, 'x')}) {
+    // One that no record of a button could hold, though a shortcut can.
+    for (const std::string& path : {std::string("D:\\a=b.txt"), "D:\\" + std::string(551, 'x')}) {
         Load(kIni);
         EXPECT_TRUE(store_.Follow({{1, 1}, 3, "Notes", path, true}));
         EXPECT_EQ(folder_.IniValue("Buttons", "11"), "Notes|3");
@@ -247,6 +248,15 @@ TEST_F(ShortcutStoreTest, LeavesTheRecordWhereThePathCanBeNoName) {
         EXPECT_EQ(folder_.IniValue("Cuts", "Notes"), path);
         EXPECT_EQ(Section("Cuts").size(), 2u);
         EXPECT_EQ(Section("Switch").size(), 3u);
+    }
+}
+
+TEST_F(ShortcutStoreTest, FollowsNoFileToAPathThatCouldNotBeReadBackWhole) {
+    // What came back would be another path, at which nothing is.
+    for (const bool isThere : {true, false}) {
+        EXPECT_FALSE(store_.Follow({{1, 1}, 3, "Notes", "D:\\" + std::string(552, 'x'), isThere, "C:\\n"}));
+        EXPECT_EQ(folder_.IniBytes(), kIni);
+        EXPECT_EQ(records_.At("11"), "Notes|3");
     }
 }
 
