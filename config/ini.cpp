@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "config/file_bytes.h"
+#include "config/file_state.h"
 #include "config/ini_comments.h"
 #include "config/ini_unit.h"
 #include "config/patience.h"
@@ -38,21 +39,6 @@ bool g_starting = false;
                                 ? "Another program holds " + IniPath + ", so that Quon cannot read it"
                                 : "Windows error " + std::to_string(error) + " keeps Quon from reading " +
                                       IniPath);
-}
-
-/// What tells one state of a file from another.
-struct FileState {
-    ULONGLONG Size = 0;
-    ULONGLONG Written = 0;  ///< a FILETIME
-    bool operator==(const FileState&) const = default;
-};
-
-std::optional<FileState> StateOf(const std::string& path) {
-    WIN32_FILE_ATTRIBUTE_DATA data{};
-    if (GetFileAttributesExA(path.c_str(), GetFileExInfoStandard, &data) == 0) return std::nullopt;
-    const auto join = [](DWORD high, DWORD low) { return (ULONGLONG{high} << 32) | low; };
-    return FileState{join(data.nFileSizeHigh, data.nFileSizeLow),
-                     join(data.ftLastWriteTime.dwHighDateTime, data.ftLastWriteTime.dwLowDateTime)};
 }
 
 /// The record that every whole configuration file has, and the last state that was seen to have it.

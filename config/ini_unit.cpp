@@ -38,7 +38,9 @@ struct OpenUnit {
     unsigned timesMade = 0;
     SideFile side;
     std::vector<IniWrite> writes;
-    std::optional<std::string> before;  ///< what the file held, where it takes the writes itself
+    bool hasCondition = false;
+    std::optional<FileState> condition;  ///< the state of the file that the unit is made for
+    std::optional<std::string> before;   ///< what the file held, where it takes the writes itself
     std::optional<win::MessageBan> ban;
 };
 
@@ -90,18 +92,25 @@ bool ReadBefore() {
     }
 }
 
+/// Whether a file in this state is one that the unit is made for.
+bool MeetsCondition(const std::optional<FileState>& state) {
+    return !g_unit.hasCondition || (state && g_unit.condition == state);
+}
+
 bool ChooseWay() {
     if (IsStranded() && MoveFileExA(g_stranded.c_str(), IniPath.c_str(), MOVEFILE_WRITE_THROUGH) == 0)
         return false;
     g_stranded.clear();
     ++g_unit.timesMade;
     switch (g_unit.side.Make(IniPath)) {
-        case SideFileResult::kMade: g_unit.way = Way::kSideFile; return true;
+        case SideFileResult::kMade:
+            g_unit.way = Way::kSideFile;
+            return MeetsCondition(g_unit.side.CopiedState());
         case SideFileResult::kRefused: return false;
         case SideFileResult::kImpossible: break;
     }
     g_unit.way = Way::kItself;
-    return ReadBefore();
+    return ReadBefore() && MeetsCondition(StateOf(IniPath));
 }
 
 /// Makes the side file once more, because the former is kept from us or made from what has changed since,
@@ -121,6 +130,9 @@ bool MayTryAgain(DWORD error, size_t writesBefore) {
     if (g_unit.way == Way::kSideFile && (g_unit.side.IsGone() || g_unit.side.TargetHasChanged()))
         return g_unit.remakes++ < kRemakes && MakeAnew(writesBefore);
     if (!IsHeldError(error)) return false;
+    // What the file itself has taken so far is the unit's own.
+    const bool isUntouched = g_unit.way == Way::kItself && writesBefore == 0;
+    if (isUntouched && !MeetsCondition(StateOf(IniPath))) return false;
     return WaitForHeldFile() ||
            (g_unit.way == Way::kSideFile && g_unit.side.IsHeld() && MakeAnew(writesBefore));
 }
@@ -165,12 +177,18 @@ void Reset() noexcept {
     g_unit.remakes = 0;
     g_unit.timesMade = 0;
     g_unit.failed = false;
+    g_unit.hasCondition = false;
 }
 
 }  // namespace
 
 IniUnit::IniUnit() noexcept : writesBefore_(g_unit.writes.size()) {
     if (g_unit.depth++ == 0) g_unit.ban.emplace();
+}
+
+IniUnit::IniUnit(const std::optional<FileState>& onlyFor) noexcept : IniUnit() {
+    g_unit.hasCondition = true;
+    g_unit.condition = onlyFor;
 }
 
 IniUnit::~IniUnit() {

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "config/file_state.h"
+
 namespace config {
 
 /// One write to the configuration file.
@@ -28,6 +30,9 @@ struct IniWrite {
 class IniUnit {
   public:
     IniUnit() noexcept;
+    /// A unit that is made for Quon.ini in this state alone, because of what was read in it: when another
+    /// program has written the file since, or writes it before the end, the unit fails. Must be outermost.
+    explicit IniUnit(const std::optional<FileState>& onlyFor) noexcept;
     IniUnit(const IniUnit&) = delete;
     IniUnit& operator=(const IniUnit&) = delete;
     IniUnit(IniUnit&&) = delete;

@@ -188,22 +188,14 @@ bool SideFile::IsGone() const noexcept {
     return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
 }
 
-std::optional<SideFile::State> SideFile::StateOf(const std::string& path) noexcept {
-    WIN32_FILE_ATTRIBUTE_DATA data{};
-    if (GetFileAttributesExA(path.c_str(), GetFileExInfoStandard, &data) == 0) return std::nullopt;
-    const auto join = [](DWORD high, DWORD low) { return (ULONGLONG{high} << 32) | low; };
-    return State{join(data.nFileSizeHigh, data.nFileSizeLow),
-                 join(data.ftLastWriteTime.dwHighDateTime, data.ftLastWriteTime.dwLowDateTime)};
-}
-
 bool SideFile::TargetHasChanged() const noexcept {
-    const std::optional<State> now = StateOf(target_);
+    const std::optional<FileState> now = StateOf(target_);
     return now && (targetIsNew_ || (state_ && *now != *state_));
 }
 
 bool SideFile::TargetWasEmptied() const noexcept {
     if (!state_ || state_->Size == 0) return false;
-    const std::optional<State> now = StateOf(target_);
+    const std::optional<FileState> now = StateOf(target_);
     return !now || now->Size == 0;
 }
 

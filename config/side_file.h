@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "config/file_state.h"
 #include "win/handles.h"
 
 namespace config {
@@ -39,6 +40,9 @@ class SideFile {
 
     /// The file's full path; "" when there is none.
     [[nodiscard]] const std::string& Path() const noexcept { return path_; }
+
+    /// The target's state when the copy was begun; nothing where there was no target.
+    [[nodiscard]] const std::optional<FileState>& CopiedState() const noexcept { return state_; }
 
     /// Whether another program keeps the file from us.
     [[nodiscard]] bool IsHeld() const noexcept;
@@ -75,14 +79,6 @@ class SideFile {
   private:
     [[nodiscard]] SideFileResult MakeUnderAName();
 
-    /// What tells one state of the target from another.
-    struct State {
-        unsigned long long Size;
-        unsigned long long Written;  ///< a FILETIME
-        bool operator==(const State&) const = default;
-    };
-    static std::optional<State> StateOf(const std::string& path) noexcept;
-
     /// What the new file takes over from the old one beside its text. Whatever Windows does not let us set
     /// stays as the folder gives it.
     struct Identity {
@@ -96,8 +92,8 @@ class SideFile {
 
     std::string target_;
     std::string path_;
-    win::File kept_;              ///< keeps others from deleting the file
-    std::optional<State> state_;  ///< of the target, before it was copied
+    win::File kept_;                  ///< keeps others from deleting the file
+    std::optional<FileState> state_;  ///< of the target, before it was copied
     std::optional<Identity> identity_;
     bool targetIsNew_ = false;
 };

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "config/file_state.h"
 #include "config/ini.h"
 #include "model/button_record.h"
 #include "model/shortcut_store.h"
@@ -94,6 +95,9 @@ void CButtonShortcut::RefreshButtons(const std::vector<Refresh>& refreshes) {
     std::vector<Reading> readings;
     std::vector<ShortcutStore::Freeing> freed;
     StoredRecords stored;
+    // Before anything is read: what another program has written only in part so far frees no button, also
+    // when the rest of it comes in between.
+    const auto state = config::StateOf(config::IniPath);
     for (const auto& [button, key] : refreshes) {
         Reading reading = button->Read(key, silent);
         const bool isFree = reading.fate == Reading::Fate::kFree && !stored.MayHold(key);
@@ -109,13 +113,15 @@ void CButtonShortcut::RefreshButtons(const std::vector<Refresh>& refreshes) {
         }
         readings.push_back(std::move(reading));
     }
-    const bool isStored =
-        freed.empty() || ShortcutStore(refreshes.front().button->context_.Records).Free(freed);
+    ButtonContext& context = refreshes.front().button->context_;
+    const bool isStored = freed.empty() || (state && ShortcutStore(context.Records).Free(freed, state));
+    const bool hasChanged = !isStored && config::StateOf(config::IniPath) != state;
     // From here on messages may run, and with them another refresh; the later one counts.
     for (size_t index = 0; index < readings.size(); ++index) {
         CButtonShortcut& button = *refreshes[index].button;
         if (button.refresh_ == readings[index].refresh) button.Take(readings[index], isStored);
     }
+    if (hasChanged && context.onUnread) context.onUnread();
 }
 
 CButtonShortcut::Reading CButtonShortcut::Read(const std::string& key, sys::SilentPlaces& silent) const {

@@ -19,7 +19,14 @@ constexpr const char* kSwitches = "Switch";
 /// One unit of changes. The table of records changes at its end, when all of it is stored.
 class Unit {
   public:
-    explicit Unit(ButtonRecords& records) noexcept : records_(records) {}
+    explicit Unit(ButtonRecords& records) noexcept : records_(records) { unit_.emplace(); }
+    Unit(ButtonRecords& records, const std::optional<config::FileState>& onlyFor) noexcept
+        : records_(records) {
+        if (onlyFor)
+            unit_.emplace(onlyFor);
+        else
+            unit_.emplace();
+    }
 
     static void PutTarget(const std::string& name, const std::string& target) {
         config::WriteIni(kCuts, name, target);
@@ -39,7 +46,7 @@ class Unit {
     }
 
     bool Finish() {
-        if (!unit_.Finish()) return false;
+        if (!unit_->Finish()) return false;
         for (const auto& [key, record] : changed_)
             records_.Set(key, record);
         return true;
@@ -47,7 +54,7 @@ class Unit {
 
   private:
     ButtonRecords& records_;
-    config::IniUnit unit_;
+    std::optional<config::IniUnit> unit_;
     std::vector<std::pair<std::string, std::string>> changed_;
 };
 
@@ -215,13 +222,14 @@ bool ShortcutStore::RemoveWithButton(const ButtonPlace& place, const std::string
     return unit.Finish();
 }
 
-bool ShortcutStore::Free(const std::vector<Freeing>& buttons) {
+bool ShortcutStore::Free(const std::vector<Freeing>& buttons,
+                         const std::optional<config::FileState>& onlyFor) {
     // Most of them are free in the file as well, and a tab is shown again and again.
     const auto text = config::TryReadIniSection(kButtonsSection);
     // Nor is anything added to a file that another program is writing.
     if (!text || !config::IsWhole()) return false;
     const std::vector<std::string> stored = config::SectionEntries(*text);
-    Unit unit(records_);
+    Unit unit(records_, onlyFor);
     for (const Freeing& button : buttons) {
         const std::string key = button.place.Key();
         if (!button.isFree || std::find(stored.begin(), stored.end(), key + "=") == stored.end())

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "config/file_state.h"
 #include "model/button_place.h"
 #include "model/button_records.h"
 
@@ -110,8 +111,10 @@ class ShortcutStore {
         bool hadSwitch = false;        ///< a switch stored under the name of free buttons goes too
         std::string danglingShortcut;  ///< the name of a shortcut that goes as well; "" for none
     };
-    /// Frees buttons, all of them or none.
-    bool Free(const std::vector<Freeing>& buttons);
+    /// Frees buttons, all of them or none. `onlyFor` is the state of the file in which it was read that they
+    /// are to be freed: in another one they are not. Nothing where that was not read there.
+    bool Free(const std::vector<Freeing>& buttons,
+              const std::optional<config::FileState>& onlyFor = std::nullopt);
 
     /// Makes a button follow its file: its record gets the path for a name. Where the file has arrived, the
     /// path becomes a shortcut with the former one's switch, and the former shortcut leads there too. Where

@@ -222,6 +222,49 @@ TEST_F(ButtonShortcutTest, ARecordThatAnotherProgramHasChangedIsTakenInsteadOfFr
     }
 }
 
+TEST_F(ButtonShortcutTest, NothingIsFreedByAFileThatAnotherProgramGoesOnWriting) {
+    const std::string part = "[Settings]\r\nMain=1\r\n[Buttons]\r\n11=n|0\r\n";
+    const std::string whole = part + "[Cuts]\r\nn=http://example.org/\r\n";
+    int unread = 0;
+    context_.onUnread = [&] { ++unread; };
+    // The rest comes after the button has been read, while the copy is made, when it has been, and where none
+    // can be made.
+    enum Moment { kAfterReading, kAtTheCopy, kAfterTheCopy, kWithoutACopy };
+    for (const Moment moment : {kAfterReading, kAtTheCopy, kAfterTheCopy, kWithoutACopy}) {
+        Load(part);
+        unread = 0;
+        const auto rest = [&](Moment now) {
+            if (now == moment) folder_.WriteIniText(whole);
+        };
+        {
+            const RecordedCall read = FAKE_CALL(
+                GetPrivateProfileSectionA, [&](LPCSTR section, LPSTR text, DWORD size, LPCSTR file) {
+                    const DWORD count = ORIGINAL_CALL(GetPrivateProfileSectionA)(section, text, size, file);
+                    rest(kAfterReading);
+                    return count;
+                });
+            const RecordedCall copy = FAKE_CALL(CopyFileA, [&](LPCSTR from, LPCSTR to, BOOL keep) -> BOOL {
+                rest(kAtTheCopy);
+                rest(kWithoutACopy);
+                if (moment != kWithoutACopy) return ORIGINAL_CALL(CopyFileA)(from, to, keep);
+                SetLastError(ERROR_ACCESS_DENIED);
+                return FALSE;
+            });
+            const RecordedCall flush = FAKE_CALL(FlushFileBuffers, [&](HANDLE file) {
+                rest(kAfterTheCopy);
+                return ORIGINAL_CALL(FlushFileBuffers)(file);
+            });
+            button_.RefreshButton("11");
+        }
+        EXPECT_EQ(folder_.IniBytes(), whole) << moment;
+        EXPECT_EQ(context_.Records.At("11"), "n|0") << moment;
+        EXPECT_EQ(unread, 1) << moment;
+        button_.RefreshButton("11");
+        EXPECT_EQ(button_.FilePath, "http://example.org/") << moment;
+    }
+    EXPECT_EQ(unread, 1);
+}
+
 TEST_F(ButtonShortcutTest, AForeignRecordBehindWhatCanBeReadOfTheSectionIsTakenToo) {
     std::string lines;
     for (int number = 100; number < 150; ++number)
