@@ -98,8 +98,11 @@ bool MeetsCondition(const std::optional<FileState>& state) {
 }
 
 bool ChooseWay() {
-    if (IsStranded() && MoveFileExA(g_stranded.c_str(), IniPath.c_str(), MOVEFILE_WRITE_THROUGH) == 0)
-        return false;
+    if (IsStranded()) {
+        if (MoveFileExA(g_stranded.c_str(), IniPath.c_str(), MOVEFILE_WRITE_THROUGH) == 0) return false;
+        // The former file is still there under another name.
+        RemoveSideFiles(IniPath);
+    }
     g_stranded.clear();
     ++g_unit.timesMade;
     switch (g_unit.side.Make(IniPath)) {

@@ -3,6 +3,8 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstring>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -19,6 +21,7 @@ constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELE
 // Names that no user would give to a copy of his own; several, because one of the files can be kept from us.
 constexpr const char* kSuffix = ".unit-";
 constexpr int kNames = 4;
+constexpr int kBackupName = kNames + 1;  ///< of the former target while another file takes its place
 
 /// The name is this process's alone: another session may use the folder too.
 std::string SideName(const std::string& target, int number) {
@@ -111,8 +114,37 @@ bool MayPass(DWORD error) {
            error == ERROR_UNABLE_TO_MOVE_REPLACEMENT || error == ERROR_UNABLE_TO_MOVE_REPLACEMENT_2;
 }
 
+/// Whether a failure says that the system, or the file system, does not know what it was asked for.
+bool SaysUnknown(DWORD error) {
+    return error == ERROR_INVALID_PARAMETER || error == ERROR_NOT_SUPPORTED ||
+           error == ERROR_INVALID_FUNCTION || error == ERROR_INVALID_LEVEL ||
+           error == ERROR_CALL_NOT_IMPLEMENTED;
+}
+
 bool Rename(const std::string& from, const std::string& to, DWORD flags) {
     return MoveFileExA(from.c_str(), to.c_str(), flags | MOVEFILE_WRITE_THROUGH) != 0;
+}
+
+/// Renames a file onto another one, also while others have that one open and let it be deleted: they go on
+/// with the old one (SetFileInformationByHandle, FileRenameInfoEx).
+bool RenameOntoOpen(const std::string& from, const std::string& to) {
+    // The headers have these for the newest systems only.
+    constexpr auto kFileRenameInfoEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);
+    constexpr DWORD kReplaceIfExists = 1;
+    constexpr DWORD kPosixSemantics = 2;
+    constexpr DWORD kFlags = kReplaceIfExists | kPosixSemantics;
+    const win::File file = Open(from, DELETE | SYNCHRONIZE);
+    if (!file) return false;
+    const std::wstring path = win::ToWide(to);
+    const size_t length = path.size() * sizeof(wchar_t);
+    // The NUL has its room in the structure.
+    std::vector<std::byte> buffer(sizeof(FILE_RENAME_INFO) + length);
+    auto* information = reinterpret_cast<FILE_RENAME_INFO*>(buffer.data());
+    information->FileNameLength = static_cast<DWORD>(length);
+    std::memcpy(buffer.data(), &kFlags, sizeof(kFlags));
+    std::memcpy(buffer.data() + offsetof(FILE_RENAME_INFO, FileName), path.data(), length);
+    return SetFileInformationByHandle(file.Get(), kFileRenameInfoEx, information,
+                                      static_cast<DWORD>(buffer.size())) != 0;
 }
 
 }  // namespace
@@ -227,6 +259,41 @@ bool SideFile::Flush() const {
     return FlushFileBuffers(file.Get()) != 0;
 }
 
+// There are three ways into the place. The first takes one step, also where others have the target open, but
+// not every system and file system knows it. The second takes one step too, but Windows denies it while the
+// target is open to anybody. The third goes on there, but takes two steps, and a program that is killed
+// between them leaves no target: so it is for where the first is not known. The target is kept under a name
+// of ours meanwhile, for without one Windows deletes it before its successor is in its place.
+bool SideFile::TakePlace() {
+    // For a target for which it is not known, that costs nothing any more.
+    static std::string unknownFor;
+    const bool replaces = !targetIsNew_ && !TargetIsLost();
+    if (replaces && unknownFor != target_) {
+        if (RenameOntoOpen(path_, target_)) return true;
+        if (SaysUnknown(GetLastError())) unknownFor = target_;
+    }
+    // A file that has meanwhile come into the place of a missing target is not ours to replace.
+    if (Rename(path_, target_, replaces ? MOVEFILE_REPLACE_EXISTING : 0)) return true;
+    return replaces && unknownFor == target_ && ReplaceWithBackup();
+}
+
+bool SideFile::ReplaceWithBackup() {
+    const std::string backup = SideName(target_, kBackupName);
+    if (ReplaceFileA(target_.c_str(), path_.c_str(), backup.c_str(), 0, nullptr, nullptr) != 0) {
+        DeleteFileA(backup.c_str());
+        return true;
+    }
+    const DWORD error = GetLastError();
+    // It stopped between its steps: the second is made up for, or the first taken back.
+    if (TargetIsLost() && Rename(path_, target_, 0)) {
+        DeleteFileA(backup.c_str());
+        return true;
+    }
+    if (TargetIsLost()) Rename(backup, target_, 0);
+    SetLastError(error);
+    return false;
+}
+
 bool SideFile::Replace() {
     kept_.Reset();
     for (;;) {
@@ -234,14 +301,8 @@ bool SideFile::Replace() {
             SetLastError(ERROR_FILE_INVALID);
             return false;
         }
-        // A file that has meanwhile come into the place of a missing target is not ours to replace.
-        if (Rename(path_, target_, targetIsNew_ || TargetIsLost() ? 0 : MOVEFILE_REPLACE_EXISTING)) break;
-        // A file that others have open can be moved out of the way where it cannot be replaced.
-        if (!targetIsNew_ && ReplaceFileA(target_.c_str(), path_.c_str(), nullptr, 0, nullptr, nullptr) != 0)
-            break;
+        if (TakePlace()) break;
         const DWORD error = GetLastError();
-        // The replacement stopped halfway.
-        if (TargetIsLost() && Rename(path_, target_, 0)) break;
         if (MayPass(error) && !IsHeld() && WaitForHeldFile()) continue;
         SetLastError(error);
         return false;

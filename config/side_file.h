@@ -61,10 +61,9 @@ class SideFile {
     /// keeps in memory to the disk (FlushFileBuffers). False for a full disk, too; the last error says why.
     [[nodiscard]] bool Flush() const;
 
-    /// Takes the target's place: in one step (MoveFileExA), or where that cannot be done by ReplaceFileA,
-    /// which takes two. A target that has
-    /// changed is not replaced. False when it failed: the last error says why, and both files are as they
-    /// were, unless TargetIsLost().
+    /// Takes the target's place, in one step wherever Windows has one (SetFileInformationByHandle,
+    /// MoveFileExA), else in two (ReplaceFileA). A target that has changed is not replaced. False when it
+    /// failed: the last error says why, and both files are as they were, unless TargetIsLost().
     [[nodiscard]] bool Replace();
 
     /// Whether Windows has stopped halfway: there is no target any more, and this file holds everything.
@@ -78,6 +77,8 @@ class SideFile {
 
   private:
     [[nodiscard]] SideFileResult MakeUnderAName();
+    [[nodiscard]] bool TakePlace();
+    [[nodiscard]] bool ReplaceWithBackup();
 
     /// What the new file takes over from the old one beside its text. Whatever Windows does not let us set
     /// stays as the folder gives it.

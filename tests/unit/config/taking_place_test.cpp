@@ -13,6 +13,9 @@ namespace {
 using testing::ElementsAre;
 using testkit::RecordedCall;
 
+/// Of the former file while another takes its place.
+const std::string kBackup = SideName(5);
+
 /// What Windows answers when the side file is to take its place.
 class TakingPlaceTest : public IniUnitTest {
   protected:
@@ -22,6 +25,16 @@ class TakingPlaceTest : public IniUnitTest {
             if (GetFileAttributesA(to) == INVALID_FILE_ATTRIBUTES)
                 return ORIGINAL_CALL(MoveFileExA)(from, to, flags);
             SetLastError(error);
+            return FALSE;
+        });
+    }
+
+    /// Lets the replacing stop between its two steps: the former file is out of the way, and the new one has
+    /// not moved.
+    static RecordedCall StoppedHalfway() {
+        return FAKE_CALL(ReplaceFileA, [](LPCSTR to, LPCSTR, LPCSTR backup, auto...) -> BOOL {
+            EXPECT_NE(ORIGINAL_CALL(MoveFileExA)(to, backup, 0), FALSE);
+            SetLastError(ERROR_UNABLE_TO_MOVE_REPLACEMENT_2);
             return FALSE;
         });
     }
@@ -68,39 +81,62 @@ TEST_F(TakingPlaceTest, IsNotTriedAgainAfterAnErrorThatStays) {
 
 TEST_F(TakingPlaceTest, WhereWindowsStopsHalfwayTheWorkIsFinished) {
     const RecordedCall move = NoRenaming(ERROR_ACCESS_DENIED);
-    for (const DWORD error : {ERROR_UNABLE_TO_MOVE_REPLACEMENT, ERROR_UNABLE_TO_MOVE_REPLACEMENT_2}) {
-        folder_.WriteIniText(kText);
-        const RecordedCall replace = FAKE_CALL(ReplaceFileA, [&](LPCSTR to, auto...) -> BOOL {
-            DeleteFileA(to);
-            SetLastError(error);
-            return FALSE;
-        });
-        EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
-        EXPECT_EQ(folder_.IniValue("Cuts", "a"), "2");
-        EXPECT_TRUE(NothingIsLeft());
-    }
+    const RecordedCall replace = StoppedHalfway();
+    EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
+    EXPECT_EQ(folder_.IniValue("Cuts", "a"), "2");
+    EXPECT_TRUE(NothingIsLeft());
+    EXPECT_FALSE(folder_.Exists(kBackup));
 }
 
-TEST_F(TakingPlaceTest, WhereItCannotBeFinishedNothingIsLostAndTheNextUnitFinishesIt) {
+TEST_F(TakingPlaceTest, WhereItCannotBeFinishedTheFormerFileIsPutBack) {
+    const RecordedCall move = FAKE_CALL(MoveFileExA, [this](LPCSTR from, LPCSTR to, DWORD flags) -> BOOL {
+        if (from == folder_.FullPath(kBackup)) return ORIGINAL_CALL(MoveFileExA)(from, to, flags);
+        SetLastError(ERROR_ACCESS_DENIED);
+        return FALSE;
+    });
+    const RecordedCall replace = StoppedHalfway();
+    EXPECT_FALSE(config::WriteIni("Cuts", "a", "2"));
+    ExpectUnchanged();
+    EXPECT_FALSE(folder_.Exists(kBackup));
+}
+
+TEST_F(TakingPlaceTest, WhereNothingCanBeFinishedNothingIsLostAndTheNextUnitFinishesIt) {
     {
         const RecordedCall move = FAKE_CALL(MoveFileExA, [](auto...) -> BOOL {
             SetLastError(ERROR_ACCESS_DENIED);
             return FALSE;
         });
-        const RecordedCall replace = FAKE_CALL(ReplaceFileA, [](LPCSTR to, auto...) -> BOOL {
-            DeleteFileA(to);
-            SetLastError(ERROR_UNABLE_TO_MOVE_REPLACEMENT);
-            return FALSE;
-        });
+        const RecordedCall replace = StoppedHalfway();
         EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
         EXPECT_FALSE(folder_.Exists("Quon.ini"));
         EXPECT_EQ(config::ReadIni("Cuts", "a"), "2");
         EXPECT_FALSE(config::WriteIni("Cuts", "a", "3"));
         EXPECT_EQ(config::ReadIni("Cuts", "a"), "2");
+        config::RemoveInterruptedUnits();
+        EXPECT_EQ(folder_.ReadFile(kBackup), kText) << "while there is no other";
     }
     EXPECT_TRUE(config::WriteIni("Cuts", "c", "4"));
     EXPECT_THAT(Lines("Cuts"), ElementsAre("a=2", "b=x=y", "c=4"));
     EXPECT_TRUE(NothingIsLeft());
+    EXPECT_FALSE(folder_.Exists(kBackup));
+}
+
+TEST_F(TakingPlaceTest, TheFormerFileIsThereUntilItsSuccessorIs) {
+    const RecordedCall move = NoRenaming(ERROR_ACCESS_DENIED);
+    int replaced = 0;
+    const RecordedCall replace =
+        FAKE_CALL(ReplaceFileA, [&](LPCSTR to, LPCSTR from, LPCSTR backup, DWORD flags, LPVOID a, LPVOID b) {
+            ++replaced;
+            EXPECT_EQ(backup, folder_.FullPath(kBackup));
+            return ORIGINAL_CALL(ReplaceFileA)(to, from, backup, flags, a, b);
+        });
+    EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
+    EXPECT_EQ(replaced, 1);
+    EXPECT_FALSE(folder_.Exists(kBackup));
+    // One that a killed program has left goes at the next start.
+    folder_.MakeFile(kBackup, kText);
+    config::RemoveInterruptedUnits();
+    EXPECT_FALSE(folder_.Exists(kBackup));
 }
 
 }  // namespace
