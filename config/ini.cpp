@@ -76,7 +76,7 @@ Nothing MeaningOfFile() {
     // A unit's own file may well be empty.
     if (FileToRead() != IniPath) return Nothing::kNoRecord;
     if (state->Size == 0) return Nothing::kNoFile;
-    if (g_required.Path != IniPath || g_required.Seen == *state) return Nothing::kNoRecord;
+    if (!WasWhole() || g_required.Seen == *state) return Nothing::kNoRecord;
     if (!HasRequired()) return Nothing::kNoFile;
     g_required.Seen = *state;
     // It is whole by now: it may not have been so a moment ago.
@@ -292,9 +292,11 @@ std::string ReadRequired(const std::string& section, const std::string& key) {
     return value;
 }
 
+bool WasWhole() { return g_required.Path == IniPath; }
+
 bool IsWhole() {
     const std::optional<FileState> state = StateOf(IniPath);
-    return g_required.Path != IniPath || (state && *state == g_required.Seen) || HasRequired();
+    return !WasWhole() || (state && *state == g_required.Seen) || HasRequired();
 }
 
 bool WasCut(const std::string& sectionText) { return sectionText.size() + kSectionSlack >= kSectionSize; }

@@ -62,6 +62,9 @@ std::string ReadRequired(const std::string& section, const std::string& key);
 /// above.
 bool IsWhole();
 
+/// Whether the configuration file has had the record above at any time.
+bool WasWhole();
+
 /// Lives while the program starts: a configuration file that another program holds is waited for some
 /// seconds, and a read that still fails throws RuntimeError, which says what keeps us from the file.
 class IniStart {

@@ -97,6 +97,22 @@ bool MeetsCondition(const std::optional<FileState>& state) {
     return !g_unit.hasCondition || (state && g_unit.condition == state);
 }
 
+/// Whether there is no file, or nothing in it.
+bool IsAbsent() {
+    const std::optional<FileState> state = StateOf(IniPath);
+    if (state) return state->Size == 0;
+    const DWORD error = GetLastError();
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+}
+
+/// Waits for a file that was whole before and is absent now: another program is saving it, or its drive has
+/// been taken out. A new file would hold nothing but this unit. False when it stays so.
+bool AwaitFile() {
+    while (WasWhole() && IsAbsent())
+        if (!WaitForHeldFile()) return false;
+    return true;
+}
+
 bool ChooseWay() {
     if (IsStranded()) {
         if (MoveFileExA(g_stranded.c_str(), IniPath.c_str(), MOVEFILE_WRITE_THROUGH) == 0) return false;
@@ -104,6 +120,7 @@ bool ChooseWay() {
         RemoveSideFiles(IniPath);
     }
     g_stranded.clear();
+    if (!AwaitFile()) return false;
     ++g_unit.timesMade;
     switch (g_unit.side.Make(IniPath)) {
         case SideFileResult::kMade:
@@ -146,6 +163,17 @@ bool CarryOutLast() {
     return true;
 }
 
+/// Writes the file itself, because its place is denied to the side file.
+bool WriteItself() {
+    g_unit.side.Drop();
+    g_unit.way = Way::kItself;
+    if (!ReadBefore() || !MeetsCondition(StateOf(IniPath))) return false;
+    for (const IniWrite& write : g_unit.writes)
+        while (!CallProfileFunction(write))
+            if (!IsHeldError(GetLastError()) || !WaitForHeldFile()) return false;
+    return true;
+}
+
 /// Puts the side file into its place.
 bool PutInPlace() {
     for (;;) {
@@ -156,6 +184,10 @@ bool PutInPlace() {
             g_stranded = g_unit.side.Leave();
             return true;
         }
+        const bool isDenied = error == ERROR_ACCESS_DENIED && g_unit.way == Way::kSideFile;
+        if (isDenied && !g_unit.side.TargetHasChanged() && !g_unit.side.IsHeld() &&
+            !g_unit.side.IsTargetHeld())
+            return WriteItself();
         if (!MayTryAgain(error, g_unit.writes.size())) return false;
     }
 }

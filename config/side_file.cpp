@@ -58,6 +58,11 @@ bool HasRoomToGrow(const std::string& path) {
            room.QuadPart >= kLargestCluster;
 }
 
+/// The result where there can be no side file: the file itself would be truncated before it is written.
+SideFileResult WithoutSideFile(const std::string& target) {
+    return HasRoomToGrow(target) ? SideFileResult::kImpossible : SideFileResult::kRefused;
+}
+
 /// The true path of an open file or folder; "" when Windows does not tell.
 std::string FinalPath(HANDLE file) {
     std::string path(MAX_PATH, '\0');
@@ -86,12 +91,22 @@ std::optional<std::string> ResolvedPath(const std::string& path, HANDLE file) {
     return same ? path : final;
 }
 
+/// A file that is to be written.
+struct Writable {
+    win::File File;          ///< none when it may not be written
+    bool MayReplace = true;  ///< false when nothing may take its place
+};
+
 /// Opens the file as a write to it would, with some patience: the side file must not get around what is
 /// denied.
-win::File OpenToWrite(const std::string& path) {
+Writable OpenToWrite(const std::string& path) {
+    constexpr DWORD kAccess = GENERIC_READ | GENERIC_WRITE;
+    Writable writable{Open(path, kAccess | DELETE)};
+    if (writable.File) return writable;
+    writable.MayReplace = GetLastError() != ERROR_ACCESS_DENIED;
     for (;;) {
-        win::File file = Open(path, GENERIC_READ | GENERIC_WRITE);
-        if (file || !IsHeldError(GetLastError()) || !WaitForHeldFile()) return file;
+        writable.File = Open(path, kAccess);
+        if (writable.File || !IsHeldError(GetLastError()) || !WaitForHeldFile()) return writable;
     }
 }
 
@@ -161,11 +176,14 @@ SideFileResult SideFile::Make(const std::string& path) {
     } else {
         // Opening it would not tell: on some systems it works all the same.
         if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) return SideFileResult::kRefused;
-        const win::File file = OpenToWrite(path);
+        const Writable writable = OpenToWrite(path);
+        const win::File& file = writable.File;
         if (!file) return SideFileResult::kRefused;
         const std::optional<std::string> resolved = ResolvedPath(path, file.Get());
         if (!resolved) return SideFileResult::kImpossible;
         target_ = *resolved;
+        // Nor could a side file with the same rights be deleted.
+        if (!writable.MayReplace) return WithoutSideFile(target_);
         // Before the copy: what is written while it is made counts as a change.
         state_ = StateOf(target_);
         identity_ = IdentityOf(file.Get());
@@ -195,8 +213,7 @@ SideFileResult SideFile::MakeUnderAName() {
         if (IsNoRoom(error)) DeleteFileA(name.c_str());
         if (IsNoRoom(error) || IsHeldError(error)) return SideFileResult::kRefused;
     }
-    // The file itself would be truncated before it is written.
-    return HasRoomToGrow(target_) ? SideFileResult::kImpossible : SideFileResult::kRefused;
+    return WithoutSideFile(target_);
 }
 
 bool SideFile::Keep(const std::string& path) {
@@ -204,8 +221,11 @@ bool SideFile::Keep(const std::string& path) {
         // The profile functions do not share what they write with writers: this handle only reads.
         kept_ = Open(path, GENERIC_READ, FILE_ATTRIBUTE_NORMAL, FILE_SHARE_READ | FILE_SHARE_WRITE);
     } while (!kept_ && IsHeldError(GetLastError()) && WaitForHeldFile());
-    if (kept_) path_ = path;
-    return static_cast<bool>(kept_);
+    if (!kept_) return false;
+    path_ = path;
+    // From the beginning: where the folder gives new files no right to be deleted, the target's does.
+    TakeOverRights();
+    return true;
 }
 
 bool SideFile::IsHeld() const noexcept {
@@ -213,6 +233,8 @@ bool SideFile::IsHeld() const noexcept {
     const DWORD access = GENERIC_READ | GENERIC_WRITE | (kept_ ? 0 : DELETE);
     return !Open(path_, access) && IsHeldError(GetLastError());
 }
+
+bool SideFile::IsTargetHeld() const noexcept { return !Open(target_, DELETE) && IsHeldError(GetLastError()); }
 
 bool SideFile::IsGone() const noexcept {
     if (path_.empty() || Exists(path_)) return false;
@@ -242,9 +264,13 @@ void SideFile::TakeOverIdentity(HANDLE file) const {
     SetFileTime(file, &identity_->Created, nullptr, nullptr);
     if (GetFileAttributesA(path_.c_str()) != identity_->Attributes)
         SetFileAttributesA(path_.c_str(), identity_->Attributes);
+}
+
+void SideFile::TakeOverRights() const {
+    if (!identity_) return;
     // Where they are the same already, setting them could only lose what a system stores by other means.
     std::vector<std::byte> rights = identity_->Rights;
-    if (!rights.empty() && rights != AccessRights(file))
+    if (!rights.empty() && rights != AccessRights(kept_.Get()))
         SetFileSecurityA(path_.c_str(), DACL_SECURITY_INFORMATION, rights.data());
 }
 

@@ -15,7 +15,8 @@ namespace config {
 /// What became of an attempt to make a side file.
 enum class SideFileResult {
     kMade,
-    kImpossible,  ///< the folder takes no new file, or the path leaves no room for its name
+    kImpossible,  ///< the folder takes no new file, nothing may take the file's place, or the path leaves no
+                  ///< room for a longer name
     kRefused      ///< the file may not be written, or the disk is full: nothing is to be written at all
 };
 
@@ -47,6 +48,9 @@ class SideFile {
     /// Whether another program keeps the file from us.
     [[nodiscard]] bool IsHeld() const noexcept;
 
+    /// Whether another program keeps the target from being replaced.
+    [[nodiscard]] bool IsTargetHeld() const noexcept;
+
     /// Whether there is no such file any more.
     [[nodiscard]] bool IsGone() const noexcept;
 
@@ -57,7 +61,7 @@ class SideFile {
     /// Whether the target is empty now or not there, and was neither when the copy was made.
     [[nodiscard]] bool TargetWasEmptied() const noexcept;
 
-    /// Gives the file the target's attributes, access rights and creation time and writes what Windows still
+    /// Gives the file the target's attributes and creation time and writes what Windows still
     /// keeps in memory to the disk (FlushFileBuffers). False for a full disk, too; the last error says why.
     [[nodiscard]] bool Flush() const;
 
@@ -89,6 +93,7 @@ class SideFile {
     };
     static std::optional<Identity> IdentityOf(HANDLE file);
     void TakeOverIdentity(HANDLE file) const;
+    void TakeOverRights() const;
     [[nodiscard]] bool Keep(const std::string& path);
 
     std::string target_;

@@ -317,6 +317,25 @@ TEST_F(IniUnitTest, AMissingFileIsMadeAsAWhole) {
     EXPECT_TRUE(NothingIsLeft());
 }
 
+TEST_F(IniUnitTest, AFileThatWasWholeIsNotMadeAnewWithTheUnitAlone) {
+    const std::string whole = std::string(kText) + "[Settings]\r\nMain=1\r\n";
+    folder_.WriteIniText(whole);
+    EXPECT_EQ(config::ReadRequired("Settings", "Main"), "1");
+    for (const bool empty : {false, true}) {
+        folder_.RemoveFile("Quon.ini");
+        if (empty) folder_.WriteIniText("");
+        EXPECT_FALSE(config::WriteIni("Cuts", "a", "2"));
+        EXPECT_FALSE(config::SaveSettings());
+        EXPECT_EQ(folder_.Exists("Quon.ini"), empty);
+        EXPECT_TRUE(NothingIsLeft());
+        Sleep(600);
+        // It comes back while it is waited for.
+        const RecordedCall pause = FAKE_CALL(Sleep, [&](DWORD) { folder_.WriteIniText(whole); });
+        EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
+        EXPECT_THAT(Lines("Cuts"), ElementsAre("a=2", "b=x=y", "c=3"));
+    }
+}
+
 TEST_F(IniUnitTest, AHeldFileStaysAsItIs) {
     for (const DWORD share : {DWORD{0}, DWORD{FILE_SHARE_READ}, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE}}) {
         {

@@ -121,6 +121,65 @@ TEST_F(TakingPlaceTest, WhereNothingCanBeFinishedNothingIsLostAndTheNextUnitFini
     EXPECT_FALSE(folder_.Exists(kBackup));
 }
 
+TEST_F(TakingPlaceTest, WhereThePlaceIsDeniedForGoodTheFileItselfIsWritten) {
+    const RecordedCall move = NoRenaming(ERROR_ACCESS_DENIED);
+    int tries = 0;
+    const RecordedCall replace = FAKE_CALL(ReplaceFileA, [&](auto...) -> BOOL {
+        ++tries;
+        SetLastError(ERROR_ACCESS_DENIED);
+        return FALSE;
+    });
+    config::IniUnit unit;
+    EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
+    EXPECT_TRUE(config::RemoveRecord("Cuts", "b"));
+    EXPECT_EQ(folder_.IniBytes(), kText);
+    EXPECT_TRUE(unit.Finish());
+    EXPECT_GT(tries, 1) << "it might have been for a moment";
+    EXPECT_THAT(Lines("Cuts"), ElementsAre("a=2", "c=3"));
+    EXPECT_TRUE(NothingIsLeft());
+}
+
+TEST_F(TakingPlaceTest, WhereThePlaceIsDeniedForGoodAFailureIsTakenBackToo) {
+    const RecordedCall move = NoRenaming(ERROR_ACCESS_DENIED);
+    const RecordedCall replace = FAKE_CALL(ReplaceFileA, [](auto...) -> BOOL {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return FALSE;
+    });
+    const RecordedCall write = FAKE_CALL(
+        WritePrivateProfileStringA, [this](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR file) -> BOOL {
+            if (file != folder_.IniPath() || std::string(key) != "b")
+                return ORIGINAL_CALL(WritePrivateProfileStringA)(name, key, value, file);
+            SetLastError(ERROR_DISK_FULL);
+            return FALSE;
+        });
+    config::IniUnit unit;
+    EXPECT_TRUE(config::WriteIni("Cuts", "a", "much longer than before"));
+    EXPECT_TRUE(config::WriteIni("Cuts", "b", "2"));
+    EXPECT_FALSE(unit.Finish());
+    ExpectUnchanged();
+}
+
+TEST_F(TakingPlaceTest, AFileThatMayNotBeDeletedIsWrittenItself) {
+    // As in a folder in which the user may read and write, but delete nothing.
+    const RecordedCall open =
+        FAKE_CALL(CreateFileA,
+                  [](LPCSTR file, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES rights, DWORD how,
+                     DWORD flags, HANDLE like) -> HANDLE {
+                      if ((access & DELETE) == 0)
+                          return ORIGINAL_CALL(CreateFileA)(file, access, share, rights, how, flags, like);
+                      SetLastError(ERROR_ACCESS_DENIED);
+                      return INVALID_HANDLE_VALUE;
+                  });
+    const RecordedCall copy = FAKE_CALL(CopyFileA, [](auto...) -> BOOL {
+        ADD_FAILURE() << "that would stay there";
+        return FALSE;
+    });
+    EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
+    EXPECT_TRUE(config::RemoveRecord("Cuts", "b"));
+    EXPECT_THAT(Lines("Cuts"), ElementsAre("a=2", "c=3"));
+    EXPECT_TRUE(NothingIsLeft());
+}
+
 TEST_F(TakingPlaceTest, TheFormerFileIsThereUntilItsSuccessorIs) {
     const RecordedCall move = NoRenaming(ERROR_ACCESS_DENIED);
     int replaced = 0;
