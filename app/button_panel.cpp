@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/panel_layout.h"
+#include "config/patience.h"
 #include "config/settings.h"
 #include "res/resource.h"
 #include "win/errors.h"
@@ -23,10 +24,6 @@ constexpr int kHoverSize = 14;  // layout pixels
 
 constexpr UINT_PTR kPointerTimer = 1;
 constexpr UINT kPointerCheck = 200;  // milliseconds
-constexpr UINT_PTR kReadAgainTimer = 2;
-constexpr UINT kReadAgain = 200;  // milliseconds
-constexpr UINT_PTR kStoreAgainTimer = 3;
-constexpr UINT kStoreAgain = 500;  // milliseconds
 
 constexpr RECT kContainerPlace =
     layout::At(0, layout::kContainerTop, layout::kClientWidth, layout::kRows* layout::kButtonHeight);
@@ -67,16 +64,12 @@ void ButtonContainer::WatchPointer() { SetTimer(Handle(), kPointerTimer, kPointe
 
 void ButtonContainer::LeavePointer() { KillTimer(Handle(), kPointerTimer); }
 
-void ButtonContainer::ReadAgainSoon() { SetTimer(Handle(), kReadAgainTimer, kReadAgain, nullptr); }
-
-void ButtonContainer::StoreAgainSoon() { SetTimer(Handle(), kStoreAgainTimer, kStoreAgain, nullptr); }
-
 void ButtonContainer::OnTimer(UINT_PTR timer) {
     if (timer == kPointerTimer && onPointerCheck) onPointerCheck();
-    if (timer == kPointerTimer) return;
-    KillTimer(Handle(), timer);
-    if (timer == kReadAgainTimer && onReadAgain) onReadAgain();
-    if (timer == kStoreAgainTimer && onStoreAgain) onStoreAgain();
+    // Nobody waits for what is tried again by itself, and a command that comes next may need its patience.
+    const config::NoPatience hurry;
+    ReadAgain.OnTimer(Handle(), timer);
+    StoreAgain.OnTimer(Handle(), timer);
 }
 
 std::optional<LRESULT> ButtonContainer::OnMessage(UINT message, WPARAM wParam, LPARAM /*lParam*/) {
@@ -99,13 +92,13 @@ void ButtonPanel::CreateOn(HWND parent) {
     const win::Scale scale = win::Scale::Of(parent);
     container_.CreateOn(parent);
     container_.onPointerCheck = [this] { HideHoverOutside(); };
-    container_.onReadAgain = [this] {
+    container_.ReadAgain.onTry = [this] {
         RefreshShownTab();
         if (state_.RefillList) state_.RefillList();
     };
-    container_.onStoreAgain = [this] { state_.StoreMoved(); };
-    state_.StoreAgainSoon = [this] { container_.StoreAgainSoon(); };
-    state_.Context.onUnread = [this] { container_.ReadAgainSoon(); };
+    container_.StoreAgain.onTry = [this] { state_.StoreMoved(); };
+    state_.StoreAgainSoon = [this] { container_.StoreAgain.Again(container_.Handle()); };
+    state_.Context.onUnread = [this] { container_.ReadAgain.Again(container_.Handle()); };
     for (int index = 1; index <= model::kButtonCount; ++index)
         Picture(index).CreateOn(container_.Handle(), IDC_BUTTON + index, scale(ButtonPlace(index)));
     StopAt(1);

@@ -8,6 +8,7 @@
 
 #include "app/panel_state.h"
 #include "win/picture_box.h"
+#include "win/retry_timer.h"
 #include "win/window.h"
 
 namespace app {
@@ -30,17 +31,11 @@ class ButtonContainer : public win::Window {
     /// Stops calling onPointerCheck (KillTimer).
     void LeavePointer();
 
-    /// Time to read again what could not be read.
-    std::function<void()> onReadAgain;
+    /// Reads again what could not be read.
+    win::RetryTimer ReadAgain{2, 200};
 
-    /// Calls onReadAgain once, in 200 ms (SetTimer).
-    void ReadAgainSoon();
-
-    /// Time to store again what could not be stored.
-    std::function<void()> onStoreAgain;
-
-    /// Calls onStoreAgain once, in half a second (SetTimer).
-    void StoreAgainSoon();
+    /// Stores again what could not be stored.
+    win::RetryTimer StoreAgain{3, 500};
 
   protected:
     std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;

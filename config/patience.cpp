@@ -15,6 +15,7 @@ constexpr ULONGLONG kForgetting = 500;
 DWORD g_patience = kPatience;
 ULONGLONG g_waited = 0;
 ULONGLONG g_lastAsked = 0;
+bool g_never = false;
 
 }  // namespace
 
@@ -23,6 +24,7 @@ bool IsHeldError(DWORD error) noexcept {
 }
 
 bool WaitForHeldFile() noexcept {
+    if (g_never) return false;
     const ULONGLONG begin = GetTickCount64();
     if (begin - g_lastAsked > kForgetting) g_waited = 0;
     g_lastAsked = begin;
@@ -34,7 +36,13 @@ bool WaitForHeldFile() noexcept {
     return true;
 }
 
-void ForgetWaiting() noexcept { g_waited = 0; }
+void ForgetWaiting() noexcept {
+    if (!g_never) g_waited = 0;
+}
+
+NoPatience::NoPatience() noexcept : former_(std::exchange(g_never, true)) {}
+
+NoPatience::~NoPatience() { g_never = former_; }
 
 LongPatience::LongPatience(DWORD milliseconds) noexcept
     : former_(std::exchange(g_patience, std::max(milliseconds, g_patience))) {}

@@ -15,6 +15,21 @@ void ForgetWaiting() noexcept;
 /// Whether a Windows error says that another program keeps the file from us for the moment.
 bool IsHeldError(unsigned long error) noexcept;
 
+/// While it lives, a held file is not waited for, and what the user's actions may wait stays as it is. For
+/// what is tried again and again by a timer.
+class NoPatience {
+  public:
+    NoPatience() noexcept;
+    NoPatience(const NoPatience&) = delete;
+    NoPatience& operator=(const NoPatience&) = delete;
+    NoPatience(NoPatience&&) = delete;
+    NoPatience& operator=(NoPatience&&) = delete;
+    ~NoPatience();
+
+  private:
+    bool former_;
+};
+
 /// While it lives, a held file is waited for longer. For times when no window freezes meanwhile.
 class LongPatience {
   public:

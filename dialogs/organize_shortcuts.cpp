@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "config/patience.h"
 #include "dialogs/edit_group.h"
 #include "dialogs/edit_shortcut.h"
 #include "dialogs/message_box.h"
@@ -20,8 +21,6 @@ namespace {
 
 constexpr const char* kGroupTag = "g";
 constexpr int kNotch = 102;  // layout pixels
-constexpr UINT_PTR kReadAgainTimer = 1;
-constexpr UINT kReadAgain = 200;  // milliseconds
 constexpr RowLook kLook{.firstTop = 4,
                         .height = 47,
                         .gap = 4,
@@ -72,6 +71,7 @@ bool frmCuts::OnInit() {
     list_.CreateOn(Item(pFrame), Item(Scr), pBasket);
     list_.onOpen = [this] { EditShortcut(); };
     list_.onDelete = [this] { DeleteShortcut(); };
+    readAgain_.onTry = [this] { ReadShortcuts(); };
     ReadShortcuts();
     SetFocus(list_.Rows().empty() ? Item(Command1 + kQuit) : list_.Handle());
     return false;
@@ -87,7 +87,7 @@ void frmCuts::ReadShortcuts() {
         // Another program has the file for a moment.
         EnableCommands(false);
         if (focus == list_.Handle()) SetFocus(Item(Command1 + kQuit));
-        SetTimer(Handle(), kReadAgainTimer, kReadAgain, nullptr);
+        readAgain_.Again(Handle());
         return;
     }
     std::vector<Row> rows = RowsOf(*shortcuts);
@@ -136,10 +136,10 @@ bool frmCuts::OnCommand(int id, int notification) {
 INT_PTR frmCuts::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_VSCROLL: list_.OnScroll(LOWORD(wParam)); return TRUE;
-        case WM_TIMER:
-            KillTimer(Handle(), kReadAgainTimer);
-            ReadShortcuts();
-            return TRUE;
+        case WM_TIMER: {
+            const config::NoPatience hurry;
+            return readAgain_.OnTimer(Handle(), wParam) ? TRUE : FALSE;
+        }
         case WM_CTLCOLORSTATIC:
             // The frame goes on where the rows end.
             if (reinterpret_cast<HWND>(lParam) != Item(pFrame)) return FALSE;

@@ -9,6 +9,7 @@
 #include "res/resource.h"
 #include "sys/mouse_wheel.h"
 #include "win/dialog.h"
+#include "win/retry_timer.h"
 
 namespace dialogs {
 
@@ -59,6 +60,7 @@ class frmCuts : public win::Dialog {
     model::ButtonContext& context_;
     RowList list_;
     sys::WheelNotches wheel_;
+    win::RetryTimer readAgain_{1, 200};
 };
 
 }  // namespace dialogs

@@ -162,6 +162,25 @@ TEST_F(ButtonPanelTest, AButtonStaysAsItIsWhileItCannotBeReadAgain) {
     EXPECT_EQ(state_.Button(1).FileIcon, 3);
 }
 
+TEST_F(ButtonPanelTest, WhatIsReadAgainByItselfWaitsForNoFileAndEverMoreRarely) {
+    Load("[Buttons]\r\n11=A|3\r\n[Cuts]\r\nA=http://a/\r\n");
+    const HWND container = GetParent(Button(1));
+    std::vector<UINT> pauses;
+    const testkit::RecordedCall set = FAKE_CALL(SetTimer, [&](HWND, UINT_PTR id, UINT pause, TIMERPROC) {
+        pauses.push_back(pause);
+        return id;
+    });
+    const testkit::HeldFile held(folder_.IniPath());
+    buttons_.RefreshShownTab();
+    const testkit::RecordedCall sleep =
+        FAKE_CALL(Sleep, [](DWORD) { ADD_FAILURE() << "nobody waits for this"; });
+    const testkit::RecordedCall clock =
+        FAKE_CALL(GetTickCount64, [] { return ORIGINAL_CALL(GetTickCount64)() + 100'000; });
+    for (int time = 0; time < 3; ++time)
+        SendMessageW(container, WM_TIMER, 2, 0);
+    EXPECT_THAT(pauses, testing::ElementsAre(200, 400, 800, 1600));
+}
+
 TEST_F(ButtonPanelTest, AFileThatIsOnlyWrittenInPartFreesNoButton) {
     const std::string settings = std::string("[Settings]\r\n") + kPlainSettings;
     const std::string part = settings + "[Buttons]\r\n11=A|3\r\n12=B|0\r\n";

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/held_file.h"
 #include "tests/support/scroll_end.h"
 #include "tests/unit/dialogs/organize_shortcuts_fixture.h"
 
@@ -248,6 +249,12 @@ TEST_F(OrganizeShortcutsTest, OnAFileThatIsEmptyForAMomentItWaitsForTheListAndKe
                  EXPECT_FALSE(organiser.Child(frmCuts::Command1 + frmCuts::kDelete).IsEnabled());
                  EXPECT_TRUE(organiser.Child(frmCuts::Command1 + frmCuts::kQuit).IsFocused());
                  EXPECT_EQ(folder_.IniBytes(), "");
+                 {
+                     const testkit::HeldFile held(folder_.IniPath());
+                     const testkit::RecordedCall sleep =
+                         FAKE_CALL(Sleep, [](DWORD) { ADD_FAILURE() << "nobody waits for this"; });
+                     organiser.Send(WM_TIMER, 1);
+                 }
                  folder_.WriteIniText(whole);
                  organiser.Send(WM_TIMER, 1);
                  EXPECT_THAT(Names(organiser), ElementsAre("Notes", "Work", "Ђорђе 文件"));
