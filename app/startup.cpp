@@ -37,6 +37,9 @@ void Glavni::Load() {
     config::IniPath = win::ProgramFolder() + "\\Quon.ini";
     const config::IniStart start;
     config::RemoveInterruptedUnits();
+    // What a tab's label would be read from a file that is just being saved, the next "Apply" would store.
+    config::AwaitSettings();
+    config::RemoveUtf8Mark();
     LoadTabs();
     LoadButtons();
     state_.Context.Records.LoadButtonRecords();

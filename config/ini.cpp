@@ -9,7 +9,7 @@
 
 #include "config/file_bytes.h"
 #include "config/file_state.h"
-#include "config/ini_comments.h"
+#include "config/ini_text.h"
 #include "config/ini_unit.h"
 #include "config/patience.h"
 #include "win/errors.h"
@@ -31,8 +31,22 @@ constexpr size_t kSectionSlack = 8;
 constexpr size_t kValueBuffer = 1000;
 constexpr DWORD kValueSize = kLongestValue + 1;
 
-constexpr DWORD kStartPatience = 4000;  // milliseconds
+constexpr DWORD kStartPatience = 4000;  // milliseconds, as are the others
 bool g_starting = false;
+
+constexpr DWORD kGap = 1000;
+constexpr DWORD kGapPause = 20;
+ULONGLONG g_gapWaited = 0;
+
+/// Waits a moment, at most a second in all during a start, for a file that another program is just saving and
+/// that is missing, empty or not whole meanwhile. True when the caller is to look again.
+bool WaitForWholeFile() {
+    if (!g_starting || g_gapWaited >= kGap) return false;
+    const ULONGLONG begin = GetTickCount64();
+    Sleep(kGapPause);
+    g_gapWaited += std::max<ULONGLONG>(kGapPause, GetTickCount64() - begin);
+    return true;
+}
 
 [[noreturn]] void ThrowUnreadable(DWORD error) {
     throw win::RuntimeError(IsHeldError(error)
@@ -111,8 +125,11 @@ std::optional<DWORD> TryRead(Call call) {
         }
         const Nothing meaning = MeaningOf(error);
         if (meaning == Nothing::kNoRecord) return count;
-        // A start reports by itself what is missing in the file.
-        if (g_starting && meaning == Nothing::kNoFile) return count;
+        if (g_starting && meaning == Nothing::kNoFile) {
+            if (WaitForWholeFile()) continue;
+            // A start reports by itself what is missing in the file.
+            return count;
+        }
         if (meaning == Nothing::kChanged) {
             constexpr int kMostChanges = 4;
             if (++changes > kMostChanges) return std::nullopt;
@@ -244,7 +261,10 @@ bool TakeOut(const std::string& section, const std::string& key) {
 
 }  // namespace
 
-IniStart::IniStart() noexcept : patience_(kStartPatience) { g_starting = true; }
+IniStart::IniStart() noexcept : patience_(kStartPatience) {
+    g_starting = true;
+    g_gapWaited = 0;
+}
 
 IniStart::~IniStart() { g_starting = false; }
 
@@ -290,6 +310,20 @@ std::string ReadRequired(const std::string& section, const std::string& key) {
     std::string value = ReadIni(section, key);
     if (!value.empty()) g_required = {IniPath, section, key, state};
     return value;
+}
+
+void AwaitRequired(const std::string& section, const std::string& key) {
+    for (;;) {
+        // Before it is read, as above.
+        const FileState state = StateOf(IniPath).value_or(FileState{});
+        const std::optional<std::string> bytes = ReadBytes(IniPath);
+        if (bytes && SectionHasKey(*bytes, section, key)) {
+            g_required = {IniPath, section, key, state};
+            return;
+        }
+        // A file that is held is waited for when it is read.
+        if ((!bytes && StateOf(IniPath)) || !WaitForWholeFile()) return;
+    }
 }
 
 bool WasWhole() { return g_required.Path == IniPath; }

@@ -58,6 +58,10 @@ bool RemoveRecord(const std::string& section, const std::string& key);
 /// it then, and has got so far.
 std::string ReadRequired(const std::string& section, const std::string& key);
 
+/// During a start: waits for this record, at most a second in all, together with all other reads of the
+/// start. Without it another program may be just saving the file.
+void AwaitRequired(const std::string& section, const std::string& key);
+
 /// Whether the configuration file is whole, as far as is known: false where it has no longer the record
 /// above.
 bool IsWhole();
@@ -66,7 +70,8 @@ bool IsWhole();
 bool WasWhole();
 
 /// Lives while the program starts: a configuration file that another program holds is waited for some
-/// seconds, and a read that still fails throws RuntimeError, which says what keeps us from the file.
+/// seconds, and a read that still fails throws RuntimeError, which says what keeps us from the file. One that
+/// is missing, empty or not whole is waited for a second in all; then there is no such record.
 class IniStart {
   public:
     IniStart() noexcept;

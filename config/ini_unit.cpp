@@ -63,7 +63,14 @@ bool CallInNewFile(const std::string& section, const std::string& key) {
     return key.empty() || CallProfileFunction({section, key, std::nullopt});
 }
 
+bool TakeAwayUtf8Mark(const std::string& path) {
+    if (!HasUtf8Mark(path)) return true;
+    const std::optional<std::string> bytes = ReadBytes(path);
+    return bytes && bytes->starts_with(kUtf8Mark) && WriteBytes(path, bytes->substr(kUtf8Mark.size()));
+}
+
 bool CallProfileFunction(const IniWrite& write) {
+    if (write.Section.empty()) return TakeAwayUtf8Mark(FileToWrite());
     if (write.Otherwise && write.Otherwise->Reading != g_unit.timesMade)
         return CallInNewFile(write.Section, write.Otherwise->Key);
     const char* file = FileToWrite().c_str();
@@ -125,7 +132,7 @@ bool ChooseWay() {
     switch (g_unit.side.Make(IniPath)) {
         case SideFileResult::kMade:
             g_unit.way = Way::kSideFile;
-            return MeetsCondition(g_unit.side.CopiedState());
+            return MeetsCondition(g_unit.side.CopiedState()) && TakeAwayUtf8Mark(g_unit.side.Path());
         case SideFileResult::kRefused: return false;
         case SideFileResult::kImpossible: break;
     }
@@ -272,6 +279,8 @@ bool IniUnit::HasFailed() noexcept { return g_unit.failed; }
 bool IniUnit::AnyOpen() noexcept { return g_unit.depth > 0; }
 
 void RemoveInterruptedUnits() { RemoveSideFiles(IniPath); }
+
+bool RemoveUtf8Mark() { return !HasUtf8Mark(IniPath) || CarryOut({"", std::nullopt, std::nullopt}); }
 
 bool CarryOut(IniWrite write) {
     if (g_unit.depth == 0) {

@@ -139,6 +139,8 @@ bool ToBoolean(const std::string& text, const std::string& name) {
     return number != 0;
 }
 
+void AwaitSettings() { AwaitRequired(kSection, "Main"); }
+
 void LoadMainSettings() {
     const MainFields main(ReadRequired(kSection, "Main"));
     Settings.CurrentTab = To16Bit(main.Number(0), MainFieldName(0));

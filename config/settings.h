@@ -27,6 +27,10 @@ struct SettingsRecord {
 /// The one settings record of the process.
 extern SettingsRecord Settings;
 
+/// During a start: waits up to a second for a file that has "Main", in case another program is just saving
+/// it.
+void AwaitSettings();
+
 /// Reads "Main" into the record. Throws SubscriptError for a missing field, TypeMismatchError for a field
 /// that is no boolean, OverflowError for a number too large; the message names the field and its value.
 void LoadMainSettings();

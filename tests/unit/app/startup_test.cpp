@@ -154,6 +154,29 @@ TEST(LoadTest, PutsNothingBackThatAKilledRunHasLeft) {
     EXPECT_EQ(panel.Folder().ReadFile("Quon.ini.unit-mine"), "kept");
 }
 
+TEST(LoadTest, WaitsForAFileThatIsJustBeingSaved) {
+    for (const char* before : {"", "[Buttons]\r\n10=|\r\n"}) {
+        PanelHarness panel(kPlainSettings, "[Buttons]\r\n10=Work|mine\r\n");
+        const std::string whole = panel.Folder().IniBytes();
+        panel.Folder().WriteIniText(before);
+        int pauses = 0;
+        const auto pause = FAKE_CALL(Sleep, [&](DWORD) {
+            if (++pauses == 3) panel.Folder().WriteIniText(whole);
+        });
+        panel.Load();
+        EXPECT_EQ(panel.Window().Child(IDC_TAB_HEADER + 1).Text(), "Work");
+        EXPECT_EQ(pauses, 3);
+    }
+}
+
+TEST(LoadTest, TakesTheMarkOfUtf8AwayThatAnEditorHasLeft) {
+    PanelHarness panel;
+    const std::string text = panel.Folder().IniBytes();
+    panel.Folder().WriteIniText("\xEF\xBB\xBF" + text);
+    panel.Load();
+    EXPECT_EQ(panel.Folder().IniBytes().substr(0, 12), "[Settings]\r\n");
+}
+
 TEST(LoadTest, LabelsTheHeadersFromTheTabRecords) {
     PanelHarness panel(MainWith("1"), "[Buttons]\r\n10=Посао|\r\n40=书籍|opis\r\n");
     panel.Load();

@@ -201,6 +201,68 @@ TEST_F(HeldFileTest, AFileThatHasBecomeWholeMeanwhileIsAskedOnceMore) {
     }
 }
 
+TEST_F(HeldFileTest, AStartWaitsForAFileThatIsBeingSaved) {
+    const std::string part = "[Cuts]\r\na=1\r\n";
+    const std::string whole = part + "[Settings]\r\nMain=1\r\n";
+    for (const bool known : {false, true}) {
+        for (const std::string& before : {std::string("missing"), std::string(), part}) {
+            const config::IniStart start;
+            if (known) {
+                folder_.WriteIniText(whole);
+                config::AwaitRequired("Settings", "Main");
+            }
+            folder_.WriteIniText(before);
+            if (before == "missing") folder_.RemoveFile("Quon.ini");
+            int left = 5;
+            const RecordedCall pause = FAKE_CALL(Sleep, [&](DWORD) {
+                if (--left == 0) folder_.WriteIniText(whole);
+            });
+            if (!known) config::AwaitRequired("Settings", "Main");
+            EXPECT_EQ(config::ReadIni("Settings", "Main"), "1") << before;
+            EXPECT_EQ(left, 0) << before;
+        }
+    }
+    const config::IniStart start;
+    folder_.WriteIniText("[Settings]\r\nMain=\r\n");
+    config::AwaitRequired("Settings", "Main");
+    EXPECT_EQ(config::ReadIni("Settings", "Main"), "");
+    EXPECT_EQ(pauses_, 0) << "it is there, and holds nothing";
+}
+
+TEST_F(HeldFileTest, AStartWaitsASecondInAllForAFileThatIsBeingSaved) {
+    for (const bool missing : {true, false}) {
+        const config::IniStart start;
+        if (missing) folder_.RemoveFile("Quon.ini");
+        pauses_ = 0;
+        config::AwaitRequired("Settings", "Main");
+        EXPECT_EQ(pauses_, 50);
+        EXPECT_EQ(config::ReadIni("Settings", "Main"), "");
+        EXPECT_EQ(config::ReadIniSection("Buttons"), "");
+        EXPECT_EQ(pauses_, 50);
+        folder_.WriteIniText("[Cuts]\r\na=1\r\n");
+    }
+    config::AwaitRequired("Settings", "Main");
+    EXPECT_EQ(pauses_, 50) << "nobody waits after the start";
+}
+
+TEST_F(HeldFileTest, WhatATimerTriesAgainWaitsForNothingAndLeavesActionsTheirPatience) {
+    AnotherAction();
+    held_ = 5;
+    EXPECT_EQ(config::ReadIni("Cuts", "a"), "1");
+    {
+        const config::NoPatience hurry;
+        held_ = 1;
+        EXPECT_EQ(config::TryReadIni("Cuts", "a"), std::nullopt);
+        held_ = 1;
+        EXPECT_FALSE(config::WriteIni("Cuts", "a", "2"));
+        EXPECT_TRUE(config::WriteIni("Cuts", "b", "2"));
+        EXPECT_EQ(pauses_, 5);
+    }
+    held_ = 8;
+    EXPECT_EQ(config::TryReadIni("Cuts", "a"), "1");
+    EXPECT_EQ(pauses_, 5 + 8);
+}
+
 TEST_F(HeldFileTest, ANewWaitBeginsAfterItWasRead) {
     AnotherAction();
     for (int hold = 0; hold < 3; ++hold) {

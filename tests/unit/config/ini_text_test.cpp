@@ -1,4 +1,4 @@
-#include "config/ini_comments.h"
+#include "config/ini_text.h"
 
 #include <gtest/gtest.h>
 
@@ -6,6 +6,18 @@
 
 namespace config {
 namespace {
+
+TEST(IniKeyTest, IsFoundInTheSectionWhereItStands) {
+    const std::string text =
+        "; Main=0\r\n[Settings]\r\nother=Main=1\r\n  mAIN =\r\n[Cuts]\r\nMain=2\r\nx\r\n";
+    EXPECT_TRUE(SectionHasKey(text, "SETTINGS", "Main"));
+    EXPECT_TRUE(SectionHasKey("\xEF\xBB\xBF" + text, "Settings", "other"));
+    EXPECT_TRUE(SectionHasKey("\xEF\xBB\xBF[Settings]\nMain=1", "Settings", "Main"));
+    EXPECT_FALSE(SectionHasKey(text, "Switch", "Main"));
+    EXPECT_FALSE(SectionHasKey(text, "Cuts", "x"));
+    EXPECT_FALSE(SectionHasKey("[Settings]\r\n;Main=1\r\nMain", "Settings", "Main"));
+    EXPECT_TRUE(SectionHasKey("\xFF\xFE[", "Settings", "Main")) << "nothing is known of it";
+}
 
 TEST(IniCommentsTest, AreFoundInTheSectionWhereTheyStand) {
     const std::string text =

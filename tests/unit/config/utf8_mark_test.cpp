@@ -1,0 +1,77 @@
+// Quon.ini as some editors save it: with the mark of UTF-8 before its first line.
+#include <windows.h>
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <string_view>
+
+#include "config/ini.h"
+#include "config/ini_unit.h"
+#include "tests/support/paths.h"
+#include "tests/unit/config/ini_unit_fixture.h"
+
+namespace {
+
+using testkit::RecordedCall;
+
+constexpr const char* kMark = "\xEF\xBB\xBF";
+constexpr const char* kBegin = "[Settings]\r\nMain=1\r\n[Cuts]\r\na=1\r\n";
+
+/// On a system that does not see the section that begins behind the mark.
+class Utf8MarkTest : public IniUnitTest {
+  protected:
+    Utf8MarkTest() { folder_.WriteIniText(std::string(kMark) + kBegin); }
+
+    RecordedCall read_ = FAKE_CALL(
+        GetPrivateProfileStringA,
+        [this](LPCSTR section, LPCSTR key, LPCSTR none, LPSTR text, DWORD size, LPCSTR file) -> DWORD {
+            if (std::string_view(section) != "Settings" || !testkit::FileBytes(file).starts_with(kMark))
+                return ORIGINAL_CALL(GetPrivateProfileStringA)(section, key, none, text, size, file);
+            *text = '\0';
+            SetLastError(ERROR_FILE_NOT_FOUND);
+            return 0;
+        });
+};
+
+TEST_F(Utf8MarkTest, IsTakenAwaySoThatTheFirstSectionIsSeen) {
+    EXPECT_EQ(config::ReadIni("Settings", "Main"), "");
+    EXPECT_TRUE(config::RemoveUtf8Mark());
+    EXPECT_EQ(folder_.IniBytes(), kBegin);
+    EXPECT_EQ(config::ReadIni("Settings", "Main"), "1");
+    EXPECT_TRUE(NothingIsLeft());
+}
+
+TEST_F(Utf8MarkTest, IsTakenAwayByEveryUnit) {
+    config::IniUnit unit;
+    EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
+    EXPECT_EQ(config::ReadIni("Settings", "Main"), "1");
+    EXPECT_TRUE(unit.Finish());
+    EXPECT_EQ(folder_.IniBytes(), "[Settings]\r\nMain=1\r\n[Cuts]\r\na=2\r\n");
+}
+
+TEST_F(Utf8MarkTest, IsTakenAwayInTheFileItselfWhereThereCanBeNoOther) {
+    const RecordedCall copy = FAKE_CALL(CopyFileA, [](LPCSTR, LPCSTR, BOOL) -> BOOL {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return FALSE;
+    });
+    EXPECT_TRUE(config::RemoveUtf8Mark());
+    EXPECT_EQ(folder_.IniBytes(), kBegin);
+}
+
+TEST_F(Utf8MarkTest, AFileWithoutAMarkIsNotTouched) {
+    const RecordedCall copy = FAKE_CALL(CopyFileA, [](LPCSTR, LPCSTR, BOOL) -> BOOL {
+        ADD_FAILURE() << "a copy";
+        return FALSE;
+    });
+    for (const char* text : {"", "\xEF", "[Cuts]\r\na=\xEF\xBB\xBF\r\n"}) {
+        folder_.WriteIniText(text);
+        EXPECT_TRUE(config::RemoveUtf8Mark());
+        EXPECT_EQ(folder_.IniBytes(), text);
+    }
+    folder_.RemoveFile("Quon.ini");
+    EXPECT_TRUE(config::RemoveUtf8Mark());
+    EXPECT_FALSE(folder_.Exists("Quon.ini"));
+}
+
+}  // namespace
