@@ -16,6 +16,13 @@ namespace {
 constexpr const char* kCuts = "Cuts";
 constexpr const char* kSwitches = "Switch";
 
+/// The target as it must be written to be read back as it is. Quotes around a whole path may get lost, for it
+/// is the same without them; those around the first and the last of several may not.
+std::string WithOwnQuotes(const std::string& target) {
+    const bool several = !target.empty() && target.find(target.front(), 1) < target.size() - 1;
+    return several ? WithKeptQuotes(target) : target;
+}
+
 /// One unit of changes. The table of records changes at its end, when all of it is stored.
 class Unit {
   public:
@@ -29,7 +36,7 @@ class Unit {
     }
 
     static void PutTarget(const std::string& name, const std::string& target) {
-        config::WriteIni(kCuts, name, target);
+        config::WriteIni(kCuts, name, WithOwnQuotes(target));
     }
     static void RemoveTarget(const std::string& name) { config::RemoveRecord(kCuts, name); }
     static void PutSwitch(const std::string& name, const std::string& commandSwitch) {

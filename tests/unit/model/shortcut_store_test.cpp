@@ -77,6 +77,22 @@ TEST_F(ShortcutStoreTest, TheWholeTargetIsTheStoredOneOnlyWhereItWasReadCutShort
     EXPECT_EQ(ShortcutStore::WholeTarget("Long", other), other) << "a button knows better than the section";
 }
 
+TEST_F(ShortcutStoreTest, KeepsTheQuotesOfATargetThatAreNotOnlyAroundIt) {
+    for (const std::string target :
+         {R"("C:\a b.exe" "C:\c d.txt")", R"("C:\a b.exe"|"C:\c d.txt")", R"('a' 'b')", R"("a" b)"}) {
+        EXPECT_TRUE(store_.Put("Q", target));
+        EXPECT_EQ(ShortcutStore::Target("Q"), target);
+        const auto all = ShortcutStore::Shortcuts();
+        ASSERT_TRUE(all);
+        EXPECT_EQ(all->back().target, target);
+        EXPECT_TRUE(store_.Rename({.former = "Q", .name = "R", .target = target}));
+        EXPECT_EQ(ShortcutStore::Target("R"), target);
+        EXPECT_TRUE(store_.Remove("R", std::nullopt));
+    }
+    EXPECT_TRUE(store_.Put("Q", R"("C:\a b.exe")"));
+    EXPECT_EQ(ShortcutStore::Target("Q"), R"(C:\a b.exe)") << "the path of one file needs none";
+}
+
 TEST_F(ShortcutStoreTest, AssignsAShortcutToAButtonAndFreesTheOneItComesFrom) {
     EXPECT_TRUE(store_.Assign({{6, 9}, "New", "C:\\n", "\"/x\"", ButtonPlace{1, 1}}));
     EXPECT_EQ(folder_.IniValue("Cuts", "New"), "C:\\n");
