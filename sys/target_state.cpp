@@ -10,6 +10,7 @@
 #include <optional>
 
 #include "sys/utility.h"
+#include "win/handles.h"
 #include "win/text.h"
 
 namespace sys {
@@ -21,6 +22,16 @@ bool HasDriveLetter(std::wstring_view path) { return path.size() >= 2 && path[1]
 
 bool IsNetworkPath(std::wstring_view path) {
     return path.starts_with(L"\\\\") && !path.starts_with(kDevicePrefix);
+}
+
+/// The path as it is written without the prefix that lifts the limits of a path's length and form. That of a
+/// volume without a drive letter can only be written with it.
+std::wstring OrdinaryPath(const std::wstring& path) {
+    constexpr std::wstring_view kShare = L"\\\\?\\UNC\\";
+    if (!path.starts_with(kDevicePrefix)) return path;
+    if (win::UpperCase(path.substr(0, kShare.size())) == kShare) return L"\\\\" + path.substr(kShare.size());
+    std::wstring rest = path.substr(kDevicePrefix.size());
+    return HasDriveLetter(rest) ? rest : path;
 }
 
 /// "\\server" of a network path.
@@ -38,15 +49,17 @@ std::wstring PlaceOfDrive(const std::wstring& drive) {
 
 /// The server or drive that a path leads through; "" for a path without one.
 std::wstring PlaceOf(const std::string& path) {
-    const std::wstring wide = win::ToWide(path);
+    const std::wstring wide = OrdinaryPath(win::ToWide(path));
     if (IsNetworkPath(wide)) return win::UpperCase(ServerOf(wide));
     if (HasDriveLetter(wide)) return win::UpperCase(PlaceOfDrive(wide.substr(0, 2)));
     return {};
 }
 
-/// The root of the drive or share that a path leads through; "" for a path without one.
+/// The root of the drive, volume or share that a path leads through; "" for a path without one.
 std::wstring RootOf(const std::wstring& path) {
     if (HasDriveLetter(path)) return path.substr(0, 2) + L"\\";
+    if (path.starts_with(kDevicePrefix))
+        return path.substr(0, path.find(L'\\', kDevicePrefix.size())) + L"\\";
     if (!IsNetworkPath(path)) return {};
     const size_t share = path.find(L'\\', 2);
     return share == std::wstring::npos ? path : path.substr(0, path.find(L'\\', share + 1)) + L"\\";
@@ -63,6 +76,23 @@ std::optional<WIN32_FILE_ATTRIBUTE_DATA> Attributes(const std::wstring& path) {
     WIN32_FILE_ATTRIBUTE_DATA data{};
     if (GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data) == 0) return std::nullopt;
     return data;
+}
+
+/// Whether the way to a path that is not found leads through a folder that stands for another volume or
+/// folder, and that one is away.
+bool LeadsAway(const std::wstring& path, const std::wstring& root) {
+    for (size_t end = path.rfind(L'\\'); end != std::wstring::npos && end > root.size();
+         end = path.rfind(L'\\', end - 1)) {
+        const std::wstring folder = path.substr(0, end);
+        const auto data = Attributes(ExtendedPath(folder));
+        if (!data) continue;
+        if ((data->dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return false;
+        const win::File opened(CreateFileW(ExtendedPath(folder).c_str(), 0,
+                                           FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                           OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+        return !opened;
+    }
+    return false;
 }
 
 /// Errors that are about the target. All others are about the way there: the network, the drive, its medium,
@@ -89,7 +119,7 @@ TargetState StateOf(const WIN32_FILE_ATTRIBUTE_DATA& data) {
 
 /// The state of a path that Windows does not find. `error` is Windows' error code, 0 for none.
 TargetState NotFound(const std::string& path, DWORD error, SilentPlaces& silent) {
-    const std::wstring wide = win::ToWide(path);
+    const std::wstring wide = OrdinaryPath(win::ToWide(path));
     // The shell's function refuses some paths without looking: long ones, and the root of a share.
     if (error == ERROR_SUCCESS || wide.size() >= MAX_PATH) {
         if (const auto data = Attributes(ExtendedPath(wide))) return StateOf(*data);
@@ -98,7 +128,11 @@ TargetState NotFound(const std::string& path, DWORD error, SilentPlaces& silent)
     if (SaysMissing(error)) {
         // On a drive that is not plugged in nothing is found either, which says nothing about the target.
         const std::wstring root = RootOf(wide);
-        if (root.empty() || Attributes(root)) return {TargetKind::kMissing, {}, {}};
+        if (root.empty() || Attributes(root)) {
+            // A server has been asked already.
+            if (!IsNetworkPath(wide) && LeadsAway(wide, root)) return {};
+            return {TargetKind::kMissing, {}, {}};
+        }
         error = GetLastError();
     }
     if (!SaysForbidden(error)) silent.Add(path);

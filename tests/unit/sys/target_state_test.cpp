@@ -93,12 +93,12 @@ class TargetOnTheNetworkTest : public testing::Test {
     SilentPlaces silent_;
     CallLog log_;
 
-  private:
     DWORD Error(const std::string& path) {
         const auto error = errors_.find(path);
         return error == errors_.end() ? ERROR_SUCCESS : error->second;
     }
 
+  private:
     RecordedCall exists_ = FAKE_CALL(PathFileExistsA, [this](LPCSTR path) -> WINBOOL {
         log_.Add("exists", path);
         SetLastError(Error(path));
@@ -163,6 +163,40 @@ TEST_F(TargetOnTheNetworkTest, KnowsNothingWhereThePlaceIsGoneWithTheTarget) {
     errors_ = {{"E:\\a.txt", 3}, {"E:\\", 3}, {"\\\\s\\t\\a", 3}, {"\\\\s\\t\\", 53}};
     EXPECT_EQ(KindOf("E:\\a.txt"), TargetKind::kUnknown);
     EXPECT_EQ(KindOf("\\\\s\\t\\a"), TargetKind::kUnknown);
+}
+
+TEST_F(TargetOnTheNetworkTest, KnowsTheDriveVolumeOrServerBehindAPrefix) {
+    errors_ = {{R"(\\?\E:\a.txt)", 3},        {R"(E:\)", 3},
+               {R"(\\?\Volume{1}\a.txt)", 3}, {R"(\\?\Volume{1}\)", 3},
+               {R"(\\?\UNC\s\t\a)", 3},       {R"(\\s\t\)", 53},
+               {R"(\\?\F:\a.txt)", 2},        {R"(\\?\Volume{2}\a.txt)", 2}};
+    EXPECT_EQ(KindOf(R"(\\?\E:\a.txt)"), TargetKind::kUnknown);
+    EXPECT_EQ(KindOf(R"(\\?\Volume{1}\a.txt)"), TargetKind::kUnknown);
+    EXPECT_EQ(KindOf(R"(\\?\UNC\s\t\a)"), TargetKind::kUnknown);
+    EXPECT_EQ(KindOf(R"(\\?\F:\a.txt)"), TargetKind::kMissing);
+    EXPECT_EQ(KindOf(R"(\\?\Volume{2}\a.txt)"), TargetKind::kMissing);
+}
+
+TEST_F(TargetOnTheNetworkTest, KnowsNothingBehindAFolderWhoseVolumeIsAway) {
+    errors_ = {{R"(E:\disk\a\b.txt)", 3}, {R"(E:\disk\a)", 3}};
+    const RecordedCall look =
+        FAKE_CALL(GetFileAttributesExW, [this](LPCWSTR path, GET_FILEEX_INFO_LEVELS, LPVOID data) -> BOOL {
+            const DWORD error = Error(testkit::Utf8(path));
+            const bool isLink = std::wstring(path) == LR"(E:\disk)";
+            static_cast<WIN32_FILE_ATTRIBUTE_DATA*>(data)->dwFileAttributes =
+                FILE_ATTRIBUTE_DIRECTORY | (isLink ? FILE_ATTRIBUTE_REPARSE_POINT : 0u);
+            SetLastError(error);
+            return error == ERROR_SUCCESS;
+        });
+    bool away = true;
+    const RecordedCall open = FAKE_CALL(CreateFileW, [&](LPCWSTR path, auto...) -> HANDLE {
+        EXPECT_EQ(std::wstring(path), LR"(E:\disk)");
+        SetLastError(ERROR_FILE_NOT_FOUND);
+        return away ? INVALID_HANDLE_VALUE : CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    });
+    EXPECT_EQ(KindOf(R"(E:\disk\a\b.txt)"), TargetKind::kUnknown);
+    away = false;
+    EXPECT_EQ(KindOf(R"(E:\disk\a\b.txt)"), TargetKind::kMissing);
 }
 
 TEST_F(TargetOnTheNetworkTest, WaitsForEachSilentServerOnceARefresh) {
