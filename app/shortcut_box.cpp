@@ -183,16 +183,18 @@ void ShortcutBox::OnChosen() {
 }
 
 void ShortcutBox::CollectApplications() {
+    bool stored = false;
     {
         const win::Hourglass hourglass;
         cMain_.SetText("Please wait...");
-        model::clsCollectedApps().CreateAppList();
+        stored = model::clsCollectedApps().CreateAppList();
         // Messages that were handled meanwhile may have ended the program.
         if (IsWindow(cMain_.Handle()) == 0) return;
         Refill();
         cMain_.SetText("");
     }
-    dialogs::ShowNote("To start the application, just choose it from drop-down box.");
+    dialogs::ShowNote(stored ? "To start the application, just choose it from drop-down box."
+                             : dialogs::kCouldNotMake);
 }
 
 void ShortcutBox::ActOnDrops() {

@@ -8,6 +8,7 @@
 
 #include "config/ini.h"
 #include "config/ini_unit.h"
+#include "config/patience.h"
 #include "model/launching.h"
 #include "model/probe_file.h"
 #include "model/storable_name.h"
@@ -19,6 +20,7 @@
 namespace model {
 namespace {
 
+constexpr DWORD kStorePatience = 2000;   // milliseconds
 constexpr size_t kLongestKeyName = 255;  // characters, which may take four bytes each
 
 /// Whether the extension can end a file's name. With a separator or a ":" in it the probe would be a
@@ -37,8 +39,8 @@ bool EndsWithExe(const std::string& path) {
 
 }  // namespace
 
-void clsCollectedApps::CreateAppList() {
-    if (!win::ProcessPendingMessages()) return;
+bool clsCollectedApps::CreateAppList() {
+    if (!win::ProcessPendingMessages()) return false;
     std::array<char, 4 * kLongestKeyName + 1> name{};
     for (DWORD index = 0;; ++index) {
         DWORD size = name.size();
@@ -49,15 +51,17 @@ void clsCollectedApps::CreateAppList() {
         const std::string key = name.data();
         if (key.starts_with('.')) CollectFor(key);
     }
-    Store();
+    return Store();
 }
 
-void clsCollectedApps::Store() const {
+bool clsCollectedApps::Store() const {
+    // All this took its time, so it is not to be in vain for a file that is held for a moment longer.
+    const config::LongPatience patience(kStorePatience);
     // Only now, because the questions above may let messages run.
     config::IniUnit unit;
     for (const std::string& program : programs_)
         config::WriteIni(kCollectedSection, NameForTarget(program), program);
-    (void)unit.Finish();
+    return unit.Finish();
 }
 
 void clsCollectedApps::CollectFor(const std::string& extension) {

@@ -11,13 +11,13 @@ class clsCollectedApps {
   public:
     /// Lets the waiting window messages run, then asks for the program of every file type in
     /// HKEY_CLASSES_ROOT and writes each program once into section "Collected", under the name of its file:
-    /// all of them in one unit of writes, or none.
+    /// all of them in one unit of writes, or none. False when they could not be stored.
     /// Takes seconds. Does nothing when the messages have ended the program.
-    void CreateAppList();
+    bool CreateAppList();
 
   private:
     void CollectFor(const std::string& extension);
-    void Store() const;
+    [[nodiscard]] bool Store() const;
     [[nodiscard]] bool IsNewProgram(const std::string& answer, const std::string& probe);
 
     // In the order in which they were found.

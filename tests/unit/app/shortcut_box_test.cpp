@@ -3,8 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <ole2.h>
+#include <shellapi.h>
 
 #include <algorithm>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -265,6 +267,30 @@ TEST_F(CollectingTest, ShowsTheHourglassAndSaysToWaitAndThenWhatToDo) {
                 ElementsAre("walk 0 Please wait... true",
                             "note To start the application, just choose it from drop-down box."));
     EXPECT_EQ(Text(), "");
+}
+
+TEST_F(CollectingTest, SaysThatNothingCouldBeStored) {
+    const testkit::RecordedCall pause = FAKE_CALL(Sleep, [](DWORD) {});
+    const testkit::RecordedCall flush = FAKE_CALL(FlushFileBuffers, [](HANDLE) -> BOOL {
+        SetLastError(ERROR_DISK_FULL);
+        return FALSE;
+    });
+    const testkit::RecordedCall walk =
+        FAKE_CALL(RegEnumKeyExA,
+                  [](HKEY, DWORD index, LPSTR name, LPDWORD, LPDWORD, LPSTR, LPDWORD, PFILETIME) -> LONG {
+                      std::strcpy(name, ".txt");
+                      return index == 0 ? ERROR_SUCCESS : ERROR_NO_MORE_ITEMS;
+                  });
+    const testkit::RecordedCall find = FAKE_CALL(FindExecutableA, [](LPCSTR, LPCSTR, LPSTR program) {
+        std::strcpy(program, "C:\\next.exe");
+        return reinterpret_cast<HINSTANCE>(INT_PTR{42});
+    });
+    testkit::ModalAnswers user({[](testkit::Window note) {
+        EXPECT_EQ(note.Child(dialogs::frmMsg::l1).Text(), dialogs::kCouldNotMake);
+        note.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
+    }});
+    box_.CollectApplications();
+    EXPECT_EQ(folder_.Ini().Entries("Collected").size(), 0u);
 }
 
 TEST_F(CollectingTest, DoesNotRunWhenCollectedApplicationsAreNotShown) {

@@ -9,11 +9,13 @@
 #include <algorithm>
 #include <cstring>
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "config/ini.h"
+#include "tests/support/held_file.h"
 #include "tests/support/hidden_window.h"
 #include "tests/support/paths.h"
 #include "tests/support/program_folder.h"
@@ -215,6 +217,20 @@ TEST_F(CollectedAppsTest, PassesOverAPathTooLongToBeReadBack) {
     ASSERT_EQ(Collected().size(), 1u);
     EXPECT_EQ(Collected()[0].key, "abcdef");
     EXPECT_EQ(config::ReadIni("Collected", "abcdef"), folder + "\\abcdef.exe");
+}
+
+TEST_F(CollectedAppsTest, WaitsLongerForAFileThatIsHeldAndSaysWhenItStaysSo) {
+    folder_.WriteIniText("[Cuts]\r\na=1\r\n");
+    Register(".txt", "C:\\next.exe");
+    auto held = std::make_unique<testkit::HeldFile>(folder_.IniPath());
+    int pauses = 0;
+    const testkit::RecordedCall pause = FAKE_CALL(Sleep, [&](DWORD) {
+        if (++pauses == 50) held.reset();
+    });
+    EXPECT_TRUE(clsCollectedApps().CreateAppList());
+    EXPECT_THAT(Collected(), ElementsAre(Entry{"next", "C:\\next.exe"}));
+    held = std::make_unique<testkit::HeldFile>(folder_.IniPath());
+    EXPECT_FALSE(clsCollectedApps().CreateAppList());
 }
 
 TEST_F(CollectedAppsTest, AsksNothingWhenTheProbeCannotBeMade) {
