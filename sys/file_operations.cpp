@@ -11,6 +11,7 @@
 
 #include "sys/shell_folders.h"
 #include "win/handles.h"
+#include "win/message_ban.h"
 #include "win/process_start.h"
 #include "win/text.h"
 #include "win/trace.h"
@@ -48,6 +49,7 @@ std::string Trimmed(const std::string& text) {
 }  // namespace
 
 void clsBmenu::ShowProperties(const std::string& path) {
+    win::AssertMayPump("ShowProperties");
     SHELLEXECUTEINFOA record{};
     record.cbSize = sizeof record;
     record.fMask = SEE_MASK_INVOKEIDLIST | SEE_MASK_NOCLOSEPROCESS | SEE_MASK_FLAG_NO_UI;

@@ -6,6 +6,7 @@
 
 #include "sys/utility.h"
 #include "win/com.h"
+#include "win/message_ban.h"
 #include "win/text.h"
 
 namespace sys {
@@ -65,6 +66,8 @@ Link ReadWithShellLink(const std::string& path) {
 }  // namespace
 
 std::string ReadLinkTarget(const std::string& path) {
+    // COM, the shell and the servers that links lead to may all let messages run.
+    win::AssertMayPump("ReadLinkTarget");
     if (!path.ends_with("lnk")) return path + "|";
     Link link = ReadWithScriptShell(path);
     if (link.target.empty() || MayBeCut(link.target) || MayBeCut(link.arguments)) {

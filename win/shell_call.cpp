@@ -3,6 +3,7 @@
 #include <shellapi.h>
 
 #include "win/foreground.h"
+#include "win/message_ban.h"
 #include "win/process_start.h"
 #include "win/step_back.h"
 
@@ -20,6 +21,7 @@ ULONGLONG g_opened = 0;
 
 INT_PTR OpenInShell(const char* verb, const char* file, const char* parameters, const char* folder,
                     int showCommand) {
+    AssertMayPump("OpenInShell");
     const StepBack stepBack(StepBack::When::kAtQuestion);
     // Some targets are shown by a program that runs already and has no right of its own to come forward.
     AllowSetForegroundWindow(ASFW_ANY);

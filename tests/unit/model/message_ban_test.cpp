@@ -1,5 +1,5 @@
 // What is called while a unit of writes is open must not let messages run: the shell's icons, the opening of
-// a target.
+// a target, the reading of a link, the properties of a file.
 #include "win/message_ban.h"
 
 #include <windows.h>
@@ -13,6 +13,8 @@
 
 #include "model/launching.h"
 #include "model/target_icon.h"
+#include "sys/file_operations.h"
+#include "sys/shell_link.h"
 #include "tests/support/recorded_call.h"
 
 namespace model {
@@ -28,6 +30,7 @@ TEST(ModelMessageBanTest, IsBrokenByIconsAndByOpening) {
     const auto shell = FAKE_CALL(ShellExecuteA, [](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
         return reinterpret_cast<HINSTANCE>(INT_PTR{42});
     });
+    const auto properties = FAKE_CALL(ShellExecuteExA, [](SHELLEXECUTEINFOA*) -> BOOL { return TRUE; });
     win::SetBanBreachHandler([](const char* routine) noexcept { g_breaches.emplace_back(routine); });
     const auto letMessagesRun = [] {
         static_cast<void>(TargetIcon("C:\\gone.txt", 0, 32));
@@ -35,6 +38,8 @@ TEST(ModelMessageBanTest, IsBrokenByIconsAndByOpening) {
         std::string target = "C:\\gone.txt";
         int show = SW_SHOWNORMAL;
         LaunchTarget(target, false, show, "");
+        sys::ReadLinkTarget("C:\\gone.txt");
+        sys::clsBmenu::ShowProperties("C:\\gone.txt");
     };
     letMessagesRun();
     EXPECT_THAT(g_breaches, IsEmpty());
@@ -43,7 +48,8 @@ TEST(ModelMessageBanTest, IsBrokenByIconsAndByOpening) {
         letMessagesRun();
     }
     win::SetBanBreachHandler(nullptr);
-    EXPECT_THAT(g_breaches, ElementsAre("TargetIcon", "IconOfKind", "LaunchTarget"));
+    EXPECT_THAT(g_breaches, ElementsAre("TargetIcon", "IconOfKind", "LaunchTarget", "OpenInShell",
+                                        "ReadLinkTarget", "ShowProperties"));
 }
 
 }  // namespace
