@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -175,10 +176,11 @@ bool WriteItself() {
     g_unit.side.Drop();
     g_unit.way = Way::kItself;
     if (!ReadBefore() || !MeetsCondition(StateOf(IniPath))) return false;
-    for (const IniWrite& write : g_unit.writes)
+    return std::all_of(g_unit.writes.begin(), g_unit.writes.end(), [](const IniWrite& write) {
         while (!CallProfileFunction(write))
             if (!IsHeldError(GetLastError()) || !WaitForHeldFile()) return false;
-    return true;
+        return true;
+    });
 }
 
 /// Puts the side file into its place.

@@ -1,24 +1,26 @@
 #include "win/retry_timer.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace win {
 namespace {
 
 constexpr UINT kLongestPause = 5000;  // milliseconds
 
-/// Sets a flag for the time of a scope, whatever ends it.
-class Flagged {
+/// Gives a flag its former value back at the end of a scope, whatever ends it.
+class Restored {
   public:
-    explicit Flagged(bool& flag) noexcept : flag_(flag) { flag_ = true; }
-    Flagged(const Flagged&) = delete;
-    Flagged& operator=(const Flagged&) = delete;
-    Flagged(Flagged&&) = delete;
-    Flagged& operator=(Flagged&&) = delete;
-    ~Flagged() { flag_ = false; }
+    Restored(bool& flag, bool former) noexcept : flag_(flag), former_(former) {}
+    Restored(const Restored&) = delete;
+    Restored& operator=(const Restored&) = delete;
+    Restored(Restored&&) = delete;
+    Restored& operator=(Restored&&) = delete;
+    ~Restored() { flag_ = former_; }
 
   private:
     bool& flag_;
+    bool former_;
 };
 
 }  // namespace
@@ -32,7 +34,7 @@ void RetryTimer::Again(HWND window) {
 bool RetryTimer::OnTimer(HWND window, UINT_PTR timer) {
     if (timer != id_) return false;
     KillTimer(window, id_);
-    const Flagged trying(trying_);
+    const Restored trying(trying_, std::exchange(trying_, true));
     if (onTry) onTry();
     return true;
 }

@@ -48,6 +48,7 @@ const std::map<std::string, Failure>& Failures() {
         {"ReplaceFileA", {0, ERROR_UNABLE_TO_REMOVE_REPLACED}},
         {"SHFileOperationA", {ERROR_CANCELLED}},
         {"SHGetSpecialFolderLocation", {kFailed}},
+        {"SetFileInformationByHandle", {0, ERROR_ACCESS_DENIED}},
         {"SetWindowTheme", {kFailed}},
         {"ShellExecuteA", {SE_ERR_OOM}},
         {"WriteFile", {0, ERROR_DISK_FULL}},
