@@ -22,6 +22,7 @@
 #include "tests/support/text.h"
 #include "tests/unit/app/every_window.h"
 #include "win/handles.h"
+#include "win/picture_box.h"
 #include "win/process_start.h"
 #include "win/text.h"
 
@@ -127,6 +128,8 @@ bool Keeping() {
 
 TEST(GoldenPictureDesktopTest, EveryWindowLooksAsItDid) {
     SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1);
+    // Once a key has been used they stay for the life of the process, and other tests use keys.
+    win::ShowFocusMarks();
     const auto kept = Kept();
     std::ostringstream found;
     const std::string probe = Fingerprint(PhotographProbe());
