@@ -39,7 +39,6 @@ void Glavni::Load() {
     config::RemoveInterruptedUnits();
     // What a tab's label would be read from a file that is just being saved, the next "Apply" would store.
     config::AwaitSettings();
-    config::RemoveUtf8Mark();
     LoadTabs();
     LoadButtons();
     state_.Context.Records.LoadButtonRecords();

@@ -64,6 +64,8 @@ bool CallInNewFile(const std::string& section, const std::string& key) {
     return key.empty() || CallProfileFunction({section, key, std::nullopt});
 }
 
+/// Takes away the mark of UTF-8 that some editors put before the first line: Windows does not see the section
+/// that begins in that line, and would add another one.
 bool TakeAwayUtf8Mark(const std::string& path) {
     if (!HasUtf8Mark(path)) return true;
     const std::optional<std::string> bytes = ReadBytes(path);
@@ -71,7 +73,6 @@ bool TakeAwayUtf8Mark(const std::string& path) {
 }
 
 bool CallProfileFunction(const IniWrite& write) {
-    if (write.Section.empty()) return TakeAwayUtf8Mark(FileToWrite());
     if (write.Otherwise && write.Otherwise->Reading != g_unit.timesMade)
         return CallInNewFile(write.Section, write.Otherwise->Key);
     const char* file = FileToWrite().c_str();
@@ -281,8 +282,6 @@ bool IniUnit::HasFailed() noexcept { return g_unit.failed; }
 bool IniUnit::AnyOpen() noexcept { return g_unit.depth > 0; }
 
 void RemoveInterruptedUnits() { RemoveSideFiles(IniPath); }
-
-bool RemoveUtf8Mark() { return !HasUtf8Mark(IniPath) || CarryOut({"", std::nullopt, std::nullopt}); }
 
 bool CarryOut(IniWrite write) {
     if (g_unit.depth == 0) {

@@ -169,14 +169,6 @@ TEST(LoadTest, WaitsForAFileThatIsJustBeingSaved) {
     }
 }
 
-TEST(LoadTest, TakesTheMarkOfUtf8AwayThatAnEditorHasLeft) {
-    PanelHarness panel;
-    const std::string text = panel.Folder().IniBytes();
-    panel.Folder().WriteIniText("\xEF\xBB\xBF" + text);
-    panel.Load();
-    EXPECT_EQ(panel.Folder().IniBytes().substr(0, 12), "[Settings]\r\n");
-}
-
 TEST(LoadTest, LabelsTheHeadersFromTheTabRecords) {
     PanelHarness panel(MainWith("1"), "[Buttons]\r\n10=Посао|\r\n40=书籍|opis\r\n");
     panel.Load();

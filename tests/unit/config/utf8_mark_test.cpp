@@ -34,44 +34,13 @@ class Utf8MarkTest : public IniUnitTest {
         });
 };
 
-TEST_F(Utf8MarkTest, IsTakenAwaySoThatTheFirstSectionIsSeen) {
-    EXPECT_EQ(config::ReadIni("Settings", "Main"), "");
-    EXPECT_TRUE(config::RemoveUtf8Mark());
-    EXPECT_EQ(folder_.IniBytes(), kBegin);
-    EXPECT_EQ(config::ReadIni("Settings", "Main"), "1");
-    EXPECT_TRUE(NothingIsLeft());
-}
-
 TEST_F(Utf8MarkTest, IsTakenAwayByEveryUnit) {
+    EXPECT_EQ(config::ReadIni("Settings", "Main"), "");
     config::IniUnit unit;
     EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
     EXPECT_EQ(config::ReadIni("Settings", "Main"), "1");
     EXPECT_TRUE(unit.Finish());
     EXPECT_EQ(folder_.IniBytes(), "[Settings]\r\nMain=1\r\n[Cuts]\r\na=2\r\n");
-}
-
-TEST_F(Utf8MarkTest, IsTakenAwayInTheFileItselfWhereThereCanBeNoOther) {
-    const RecordedCall copy = FAKE_CALL(CopyFileA, [](LPCSTR, LPCSTR, BOOL) -> BOOL {
-        SetLastError(ERROR_ACCESS_DENIED);
-        return FALSE;
-    });
-    EXPECT_TRUE(config::RemoveUtf8Mark());
-    EXPECT_EQ(folder_.IniBytes(), kBegin);
-}
-
-TEST_F(Utf8MarkTest, AFileWithoutAMarkIsNotTouched) {
-    const RecordedCall copy = FAKE_CALL(CopyFileA, [](LPCSTR, LPCSTR, BOOL) -> BOOL {
-        ADD_FAILURE() << "a copy";
-        return FALSE;
-    });
-    for (const char* text : {"", "\xEF", "[Cuts]\r\na=\xEF\xBB\xBF\r\n"}) {
-        folder_.WriteIniText(text);
-        EXPECT_TRUE(config::RemoveUtf8Mark());
-        EXPECT_EQ(folder_.IniBytes(), text);
-    }
-    folder_.RemoveFile("Quon.ini");
-    EXPECT_TRUE(config::RemoveUtf8Mark());
-    EXPECT_FALSE(folder_.Exists("Quon.ini"));
 }
 
 }  // namespace
