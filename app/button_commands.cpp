@@ -25,7 +25,7 @@ namespace {
 
 /// A shortcut's name from a piece of its target, or from another piece if that one makes no name.
 std::string NameFrom(const std::string& target, sys::PathPartCode part) {
-    std::string name = model::StorableName(sys::PathPart(target, part));
+    const std::string name = model::StorableName(sys::PathPart(target, part));
     return name.empty() ? model::NameForTarget(target) : name;
 }
 

@@ -210,7 +210,7 @@ void TakeBack() noexcept {
         while (ReadBytes(IniPath) != g_unit.before && !WriteBytes(IniPath, *g_unit.before))
             if (!WaitForHeldFile()) return;
     } catch (const std::exception&) {
-        // No memory to look at it: what was written stays.
+        return;  // No memory to look at it: what was written stays.
     }
 }
 

@@ -80,7 +80,7 @@ std::string FinalPath(HANDLE file) {
 /// The path that a file was opened by, or for a symbolic link that of the file it leads to. A folder on the
 /// way may be a link without the file being one. Nothing when a link leads nowhere that has a path.
 std::optional<std::string> ResolvedPath(const std::string& path, HANDLE file) {
-    const std::string final = FinalPath(file);
+    std::string final = FinalPath(file);
     const bool isLink = (GetFileAttributesA(path.c_str()) & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
     if (final.empty()) return isLink ? std::nullopt : std::optional(path);
     if (isLink) return final;

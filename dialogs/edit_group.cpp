@@ -143,7 +143,7 @@ std::vector<std::string> frmEditB::Items() const {
 }
 
 std::string frmEditB::NameToStore() const {
-    std::string name = model::StorableName(name_.Name());
+    const std::string name = model::StorableName(name_.Name());
     return name.empty() ? model::StorableName(OldName) : name;
 }
 

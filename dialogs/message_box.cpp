@@ -254,7 +254,10 @@ void frmMsg::Answer(int index) {
 
 void frmMsg::Dismiss() {
     for (int index = 0; index < buttons_; ++index)
-        if (Caption(index) == "Cancel") return Answer(index);
+        if (Caption(index) == "Cancel") {
+            Answer(index);
+            return;
+        }
     End(0);
 }
 

@@ -25,7 +25,7 @@ using config::Settings;
 using config::SettingsRecord;
 
 struct Option {
-    bool SettingsRecord::*setting;
+    bool SettingsRecord::* setting;
     const char* title;
     const char* text;
 };

@@ -198,7 +198,7 @@ void frmCuts::EditShortcut() {
         frmEdit editor(context_);
         editor.PrepareWindow(row.name, *target + "\n", list_.RowColor(list_.Selected()));
         editor.Show(Handle());
-        if (editor.StoredName()) TellChanged({row.name, *editor.StoredName()});
+        if (const auto stored = editor.StoredName()) TellChanged({row.name, *stored});
     }
     ReadShortcuts();
 }

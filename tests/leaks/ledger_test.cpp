@@ -49,8 +49,7 @@ class LedgerTest : public testing::Test {
 TEST_F(LedgerTest, SeesIconsAndMenus) {
     const auto destroy = [](HICON icon) { DestroyIcon(icon); };
     std::string program = win::ProgramPath();
-    Expect(
-        "icon", [&] { return ExtractIconA(module_, program.c_str(), 0); }, destroy);
+    Expect("icon", [&] { return ExtractIconA(module_, program.c_str(), 0); }, destroy);
     program.resize(4 * MAX_PATH);
     Expect(
         "icon",
@@ -67,16 +66,14 @@ TEST_F(LedgerTest, SeesIconsAndMenus) {
             return info.hIcon;
         },
         destroy);
-    Expect(
-        "icon", [&] { return CopyIcon(LoadIconW(nullptr, MAKEINTRESOURCEW(32512))); }, destroy);
+    Expect("icon", [&] { return CopyIcon(LoadIconW(nullptr, MAKEINTRESOURCEW(32512))); }, destroy);
     Expect(
         "icon",
         [&] {
             return static_cast<HICON>(LoadImageW(module_, MAKEINTRESOURCEW(IDI_QUON), IMAGE_ICON, 20, 20, 0));
         },
         destroy);
-    Expect(
-        "menu", [] { return CreatePopupMenu(); }, [](HMENU menu) { DestroyMenu(menu); });
+    Expect("menu", [] { return CreatePopupMenu(); }, [](HMENU menu) { DestroyMenu(menu); });
 }
 
 TEST_F(LedgerTest, SeesDrawingObjects) {
@@ -88,12 +85,9 @@ TEST_F(LedgerTest, SeesDrawingObjects) {
             return CreateFontIndirectW(&font);
         },
         destroy);
-    Expect(
-        "brush", [] { return CreateSolidBrush(RGB(1, 2, 3)); }, destroy);
-    Expect(
-        "pen", [] { return CreatePen(PS_SOLID, 1, 0); }, destroy);
-    Expect(
-        "region", [] { return CreateRectRgn(0, 0, 1, 1); }, destroy);
+    Expect("brush", [] { return CreateSolidBrush(RGB(1, 2, 3)); }, destroy);
+    Expect("pen", [] { return CreatePen(PS_SOLID, 1, 0); }, destroy);
+    Expect("region", [] { return CreateRectRgn(0, 0, 1, 1); }, destroy);
     const RECT place{0, 0, 2, 2};
     Expect(
         "region", [&] { return CreateRectRgnIndirect(&place); },
@@ -107,8 +101,7 @@ TEST_F(LedgerTest, SeesDrawingObjects) {
 }
 
 TEST_F(LedgerTest, SeesDeviceContexts) {
-    Expect(
-        "memory device context", [] { return CreateCompatibleDC(nullptr); }, [](HDC dc) { DeleteDC(dc); });
+    Expect("memory device context", [] { return CreateCompatibleDC(nullptr); }, [](HDC dc) { DeleteDC(dc); });
     Expect(
         "window's device context", [&] { return GetDC(window_.Handle()); },
         [&](HDC dc) { ReleaseDC(window_.Handle(), dc); });
@@ -145,8 +138,7 @@ TEST_F(LedgerTest, SeesKernelObjectsSearchesAndKeys) {
     Expect(
         "process", [] { return OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, GetCurrentProcessId()); },
         close);
-    Expect(
-        "snapshot", [] { return CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0); }, close);
+    Expect("snapshot", [] { return CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0); }, close);
     const testkit::ProgramFolder folder;
     const std::string path = folder.FullPath("a.txt");
     Expect(
@@ -227,8 +219,7 @@ TEST_F(LedgerTest, SeesMemory) {
     GlobalUnlock(memory);
     GlobalFree(memory);
     const auto release = [](LPVOID bytes) { CoTaskMemFree(bytes); };
-    Expect(
-        "shell memory", [] { return CoTaskMemAlloc(8); }, release);
+    Expect("shell memory", [] { return CoTaskMemAlloc(8); }, release);
     Expect(
         "shell memory",
         [] {
@@ -248,8 +239,7 @@ TEST_F(LedgerTest, SeesMemory) {
 }
 
 TEST_F(LedgerTest, SeesOleDropTargetsAndObjects) {
-    Expect(
-        "OLE", [] { return OleInitialize(nullptr); }, [](HRESULT) { OleUninitialize(); });
+    Expect("OLE", [] { return OleInitialize(nullptr); }, [](HRESULT) { OleUninitialize(); });
     const win::OleThread ole;
     CLSID scriptShell{};
     ASSERT_EQ(CLSIDFromProgID(L"WScript.Shell", &scriptShell), S_OK);

@@ -319,8 +319,7 @@ TEST_F(DesktopDriverTest, TellsWhatIsOpenWhenItHasWaitedInVain) {
     mouse::Click(window_.Child(target::kAskButton));
     WaitForSystemMessageBox(program_.Id(), "Question");
     try {
-        WaitFor(
-            "rain", [] { return false; }, std::chrono::milliseconds(30));
+        WaitFor("rain", [] { return false; }, std::chrono::milliseconds(30));
         FAIL() << "no exception";
     } catch (const TimeoutError& error) {
         EXPECT_THAT(error.what(), StartsWith("waited 30 ms in vain for: rain"));

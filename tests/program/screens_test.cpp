@@ -231,9 +231,7 @@ TEST_F(ScreensTest, TheTrayIconAndTheHotKeyBringTheShellsQuestionAboutALaunchFor
     const Window question = asker.WaitForWindow({.title = ""});
     const OtherWindow elsewhere({600, 300, 700, 400});
     const std::function<void()> requests[] = {[&] { ClickTrayIcon(quon); },
-                                              [] {
-                                                  keyboard::Chord({VK_CONTROL, VK_MENU, 'J'});
-                                              }};
+                                              [] { keyboard::Chord({VK_CONTROL, VK_MENU, 'J'}); }};
     for (const auto& request : requests) {
         elsewhere.AsWindow().Activate();
         WaitFor("the other window is in front", [&] { return elsewhere.AsWindow().IsForeground(); });

@@ -113,13 +113,17 @@ TEST_F(TrayIconTest, KnowsWhereTheIconIsOrElseTakesThePointersPlace) {
 }
 
 TEST_F(TrayIconTest, TakesTheIconAwayWithItself) {
-    { TrayIcon().AddTrayIcon(kWindow, kIcon); }
+    {
+        TrayIcon().AddTrayIcon(kWindow, kIcon);
+    }
     ASSERT_EQ(calls_.size(), 2u);
     EXPECT_EQ(calls_[1].what, DWORD{NIM_DELETE});
 }
 
 TEST_F(TrayIconTest, DeletesNothingThatWasNotAdded) {
-    { TrayIcon tray; }
+    {
+        TrayIcon tray;
+    }
     EXPECT_THAT(calls_, IsEmpty());
 }
 

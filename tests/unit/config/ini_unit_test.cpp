@@ -88,7 +88,9 @@ TEST_F(IniUnitTest, TheOutermostOfNestedUnitsCounts) {
 TEST_F(IniUnitTest, AnInnerUnitThatIsNotFinishedTakesTheOuterOneWithIt) {
     config::IniUnit outer;
     config::WriteIni("Cuts", "c", "4");
-    { const config::IniUnit onlyRead; }
+    {
+        const config::IniUnit onlyRead;
+    }
     EXPECT_TRUE(config::WriteIni("Cuts", "c", "5"));
     {
         const config::IniUnit inner;
@@ -100,7 +102,9 @@ TEST_F(IniUnitTest, AnInnerUnitThatIsNotFinishedTakesTheOuterOneWithIt) {
 }
 
 TEST_F(IniUnitTest, OneThatIsNotFinishedHasNotHappened) {
-    { const config::IniUnit unit; }
+    {
+        const config::IniUnit unit;
+    }
     try {
         const config::IniUnit unit;
         config::WriteIni("Cuts", "a", "2");

@@ -82,17 +82,17 @@ TEST_F(SettingsTest, LoadsTheElevenFieldsOfMain) {
 }
 
 TEST_F(SettingsTest, LoadsEachBooleanFromItsOwnField) {
-    bool config::SettingsRecord::*const fields[] = {nullptr,
-                                                    &config::SettingsRecord::StartWithWindows,
-                                                    &config::SettingsRecord::StartGlued,
-                                                    &config::SettingsRecord::HideAfterLaunch,
-                                                    &config::SettingsRecord::TaskbarProcessesOnly,
-                                                    &config::SettingsRecord::CloseButtonCloses,
-                                                    &config::SettingsRecord::ExtensiveTooltips,
-                                                    nullptr,
-                                                    &config::SettingsRecord::SingleClickOpen,
-                                                    &config::SettingsRecord::ShowCollected,
-                                                    &config::SettingsRecord::TabDescriptions};
+    bool config::SettingsRecord::* const fields[] = {nullptr,
+                                                     &config::SettingsRecord::StartWithWindows,
+                                                     &config::SettingsRecord::StartGlued,
+                                                     &config::SettingsRecord::HideAfterLaunch,
+                                                     &config::SettingsRecord::TaskbarProcessesOnly,
+                                                     &config::SettingsRecord::CloseButtonCloses,
+                                                     &config::SettingsRecord::ExtensiveTooltips,
+                                                     nullptr,
+                                                     &config::SettingsRecord::SingleClickOpen,
+                                                     &config::SettingsRecord::ShowCollected,
+                                                     &config::SettingsRecord::TabDescriptions};
     for (size_t index = 0; index < kFieldCount; ++index) {
         if (fields[index] == nullptr) continue;
         WriteMain(MainWith(index, "True"));

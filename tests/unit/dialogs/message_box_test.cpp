@@ -294,8 +294,7 @@ TEST(MessageBoxTest, IsOwnedByTheInnermostOpenDialog) {
 }
 
 TEST(MessageBoxTest, ShowsTextsOfAnyScriptAndEverySignAsItself) {
-    for (const std::string text :
-         {"Želite li & zamenu?\r\nДа & не", "要替换吗？ && 🗂", "&Mnemonic", ""}) {
+    for (const std::string text : {"Želite li & zamenu?\r\nДа & не", "要替换吗？ && 🗂", "&Mnemonic", ""}) {
         Seen seen;
         ModalAnswers user({Look(seen)});
         ShowMessage(text, 1, "OK");

@@ -32,7 +32,7 @@ using testkit::Window;
 using OptionsTest = OptionsFixture;
 
 /// The setting of each check box by its index.
-constexpr bool SettingsRecord::*kSettings[]{
+constexpr bool SettingsRecord::* kSettings[]{
     &SettingsRecord::StartWithWindows,  &SettingsRecord::StartGlued,
     &SettingsRecord::HideAfterLaunch,   &SettingsRecord::TaskbarProcessesOnly,
     &SettingsRecord::CloseButtonCloses, &SettingsRecord::ExtensiveTooltips,

@@ -278,36 +278,19 @@ TEST_F(ShortcutStoreTest, FollowsNoFileToAPathThatCouldNotBeReadBackWhole) {
 
 /// Everything that changes something, once each.
 std::vector<std::function<bool(ShortcutStore&)>> Changes() {
-    return {[](ShortcutStore& store) { return store.Put("Notes", "C:\\x"); },
-            [](ShortcutStore& store) { return store.PutSwitch("Notes", "/x"); },
-            [](ShortcutStore& store) { return store.RemoveSwitch("Notes"); },
-            [](ShortcutStore& store) {
-                return store.PutRecord({1, 1}, "x|0");
-            },
-            [](ShortcutStore& store) {
-                return store.Assign({{1, 5}, "New", "C:\\n", "/s", ButtonPlace{1, 1}});
-            },
-            [](ShortcutStore& store) {
-                return store.PutShortcut({1, 1}, "C:\\x.txt", 0);
-            },
-            [](ShortcutStore& store) {
-                return store.PutGroup({1, 1}, "a|b");
-            },
-            [](ShortcutStore& store) {
-                return store.Rename({"Notes", "New", "C:\\n"});
-            },
-            [](ShortcutStore& store) {
-                return store.Remove("Notes", ButtonPlace{1, 1});
-            },
-            [](ShortcutStore& store) {
-                return store.RemoveWithButton({1, 1}, "Notes", true);
-            },
-            [](ShortcutStore& store) {
-                return store.Free({{{1, 1}, false, true, "Other"}});
-            },
-            [](ShortcutStore& store) {
-                return store.Follow({{1, 1}, 3, "Notes", "D:\\b", true});
-            }};
+    return {
+        [](ShortcutStore& store) { return store.Put("Notes", "C:\\x"); },
+        [](ShortcutStore& store) { return store.PutSwitch("Notes", "/x"); },
+        [](ShortcutStore& store) { return store.RemoveSwitch("Notes"); },
+        [](ShortcutStore& store) { return store.PutRecord({1, 1}, "x|0"); },
+        [](ShortcutStore& store) { return store.Assign({{1, 5}, "New", "C:\\n", "/s", ButtonPlace{1, 1}}); },
+        [](ShortcutStore& store) { return store.PutShortcut({1, 1}, "C:\\x.txt", 0); },
+        [](ShortcutStore& store) { return store.PutGroup({1, 1}, "a|b"); },
+        [](ShortcutStore& store) { return store.Rename({"Notes", "New", "C:\\n"}); },
+        [](ShortcutStore& store) { return store.Remove("Notes", ButtonPlace{1, 1}); },
+        [](ShortcutStore& store) { return store.RemoveWithButton({1, 1}, "Notes", true); },
+        [](ShortcutStore& store) { return store.Free({{{1, 1}, false, true, "Other"}}); },
+        [](ShortcutStore& store) { return store.Follow({{1, 1}, 3, "Notes", "D:\\b", true}); }};
 }
 
 TEST_F(ShortcutStoreTest, AChangeThatCannotBeStoredChangesNothingInMemoryEither) {

@@ -12,7 +12,7 @@
 namespace {
 
 constexpr const char* kPlainNames[] = {"Notes",      "My notes 2", "a.b.c",  "żółw",     "Заметки", "笔记",
-                                       "😀",          "Empty 2",    "Emptyy", "empt",     "a[b]",    "a;b",
+                                       "😀",         "Empty 2",    "Emptyy", "empt",     "a[b]",    "a;b",
                                        "\"quoted\"", "'a'",        "#a",     "?query",   "a&b",     "a/b",
                                        "a - b",      "e\xCC\x81",  "11",     "Group",    "a,b",     "(a)",
                                        "{a}",        "%a%",        "True",   "\xC2\xA0x"};

@@ -60,7 +60,9 @@ TEST(ComTest, OleEndsOnlyWhereItHasBegun) {
     std::thread([] {
         CoInitializeEx(nullptr, COINIT_MULTITHREADED);
         // A thread of the other kind cannot have it.
-        { const OleThread refused; }
+        {
+            const OleThread refused;
+        }
         CoUninitialize();
     }).join();
     EXPECT_EQ(log.Count("OleUninitialize"), 0U);

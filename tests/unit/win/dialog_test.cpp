@@ -109,9 +109,7 @@ TEST_F(DialogTest, RunsFromItsTemplateUntilItEnds) {
 }
 
 TEST_F(DialogTest, ThatCannotBeMadeAnswersMinusOne) {
-    EXPECT_EQ(ProbeDialog().Run(
-                  owner_.Handle(), [](ProbeDialog&) {}, 9999),
-              -1);
+    EXPECT_EQ(ProbeDialog().Run(owner_.Handle(), [](ProbeDialog&) {}, 9999), -1);
     EXPECT_FALSE(AnyDialogOpen());
 }
 

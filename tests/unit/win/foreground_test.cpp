@@ -27,13 +27,13 @@ constexpr WindowTraits kOrdinary{.visible = true, .enabled = true};
 TEST(ForegroundTest, AnOrdinaryWindowOfAnotherProgramCanTakeIt) { EXPECT_TRUE(CanTakeForeground(kOrdinary)); }
 
 TEST(ForegroundTest, WhatTheUserDoesNotSeeAsAWindowCannotTakeIt) {
-    for (bool WindowTraits::*trait : {&WindowTraits::visible, &WindowTraits::enabled}) {
+    for (bool WindowTraits::* trait : {&WindowTraits::visible, &WindowTraits::enabled}) {
         WindowTraits window = kOrdinary;
         window.*trait = false;
         EXPECT_FALSE(CanTakeForeground(window));
     }
-    for (bool WindowTraits::*trait : {&WindowTraits::minimized, &WindowTraits::tool, &WindowTraits::cloaked,
-                                      &WindowTraits::own, &WindowTraits::desktop, &WindowTraits::empty}) {
+    for (bool WindowTraits::* trait : {&WindowTraits::minimized, &WindowTraits::tool, &WindowTraits::cloaked,
+                                       &WindowTraits::own, &WindowTraits::desktop, &WindowTraits::empty}) {
         WindowTraits window = kOrdinary;
         window.*trait = true;
         EXPECT_FALSE(CanTakeForeground(window));

@@ -42,7 +42,9 @@ TEST_F(InputPauseDesktopTest, NoVisibleWindowTakesInputOrStaysAboveOthers) {
 }
 
 TEST_F(InputPauseDesktopTest, AfterwardsEachWindowIsAsBefore) {
-    { const InputPause pause; }
+    {
+        const InputPause pause;
+    }
     EXPECT_TRUE(IsWindowEnabled(plain_));
     EXPECT_FALSE(IsTopmost(plain_));
     EXPECT_TRUE(IsWindowEnabled(topmost_));
@@ -54,7 +56,9 @@ TEST_F(InputPauseDesktopTest, AfterwardsEachWindowIsAsBefore) {
 TEST_F(InputPauseDesktopTest, TheFrontmostOfTheTopmostWindowsStaysInFront) {
     SetWindowPos(above_, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     SetActiveWindow(plain_);
-    { const InputPause pause; }
+    {
+        const InputPause pause;
+    }
     bool above = false;
     for (HWND next = GetWindow(above_, GW_HWNDNEXT); next != nullptr; next = GetWindow(next, GW_HWNDNEXT))
         above = above || next == topmost_;

@@ -45,7 +45,9 @@ class MessageBanTest : public ::testing::Test {
         };
         Nothing().Show();
         TrackMenu(MenuArray(1, {}), {}, nullptr);
-        { const InputPause pause; }
+        {
+            const InputPause pause;
+        }
         ProcessPendingMessages();
     }
 };
@@ -56,7 +58,9 @@ TEST_F(MessageBanTest, IsBrokenByWhateverLetsMessagesRun) {
     EXPECT_THAT(g_breaches, IsEmpty());
     {
         const MessageBan ban;
-        { const MessageBan inner; }
+        {
+            const MessageBan inner;
+        }
         EXPECT_FALSE(MayPump());
         LetMessagesRun();
     }

@@ -54,7 +54,9 @@ TEST(ProcessStartTest, KeepsDriveErrorsQuietInAllThreadsWithoutHandingThatDown) 
         const win::InheritedErrorMode inherited;
         EXPECT_EQ(GetErrorMode(), kStarters) << "what a program that is started inherits";
         EXPECT_EQ(GetThreadErrorMode(), kQuiet) << "this thread may ask for drives meanwhile";
-        { const win::InheritedErrorMode within; }
+        {
+            const win::InheritedErrorMode within;
+        }
         EXPECT_EQ(GetErrorMode(), kStarters);
     }
     EXPECT_EQ(GetErrorMode(), kStarters | kQuiet);
