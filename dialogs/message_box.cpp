@@ -253,11 +253,11 @@ void frmMsg::Answer(int index) {
 }
 
 void frmMsg::Dismiss() {
-    for (int index = 0; index < buttons_; ++index)
-        if (Caption(index) == "Cancel") {
-            Answer(index);
-            return;
-        }
+    for (int index = 0; index < buttons_; ++index) {
+        if (Caption(index) != "Cancel") continue;
+        Answer(index);
+        return;
+    }
     End(0);
 }
 

@@ -30,7 +30,7 @@ std::wstring OrdinaryPath(const std::wstring& path) {
     constexpr std::wstring_view kShare = L"\\\\?\\UNC\\";
     if (!path.starts_with(kDevicePrefix)) return path;
     if (win::UpperCase(path.substr(0, kShare.size())) == kShare) return L"\\\\" + path.substr(kShare.size());
-    std::wstring rest = path.substr(kDevicePrefix.size());
+    const std::wstring rest = path.substr(kDevicePrefix.size());
     return HasDriveLetter(rest) ? rest : path;
 }
 

