@@ -152,9 +152,10 @@ INT_PTR CALLBACK OnChooser(HWND dialog, UINT message, WPARAM, LPARAM lParam) {
     const auto& content = *reinterpret_cast<const Content*>(lParam);
     SetWindowPos(dialog, HWND_TOPMOST, 300, 100, 238, 100, SWP_NOACTIVATE);
     const HWND view = GetDlgItem(dialog, dialogs::IcoChooser::View);
-    const HWND strip = GetDlgItem(dialog, dialogs::IcoChooser::p1);
     MoveWindow(view, 5, 5, 222, 44, FALSE);
-    SetParent(strip, view);
+    const HWND strip = CreateWindowExW(WS_EX_CONTROLPARENT, L"Static", L"",
+                                       WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | SS_WHITERECT, 0, 0, 10, 10,
+                                       view, nullptr, win::ModuleInstance(), nullptr);
     int left = 4;
     for (HICON icon : content.icons) {
         Child(kIconClass, strip, {left, 2, left + 36, 38}, reinterpret_cast<LPARAM>(icon));

@@ -8,18 +8,10 @@
 
 namespace config {
 
-namespace {
-
-win::File OpenToRead(const std::string& path) {
-    return win::File(CreateFileA(path.c_str(), GENERIC_READ,
-                                 FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                 OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-}
-
-}  // namespace
-
 std::optional<std::string> ReadBytes(const std::string& path) {
-    const win::File file = OpenToRead(path);
+    const win::File file(CreateFileA(path.c_str(), GENERIC_READ,
+                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file) return std::nullopt;
     std::string bytes(GetFileSize(file.Get(), nullptr), '\0');
     DWORD read = 0;
@@ -29,12 +21,10 @@ std::optional<std::string> ReadBytes(const std::string& path) {
     return bytes;
 }
 
-bool HasUtf8Mark(const std::string& path) {
-    const win::File file = OpenToRead(path);
+bool HasUtf8Mark(HANDLE file) {
     std::array<char, kUtf8Mark.size()> start{};
     DWORD read = 0;
-    return file &&
-           ReadFile(file.Get(), start.data(), static_cast<DWORD>(start.size()), &read, nullptr) != 0 &&
+    return ReadFile(file, start.data(), static_cast<DWORD>(start.size()), &read, nullptr) != 0 &&
            std::string_view(start.data(), read) == kUtf8Mark;
 }
 

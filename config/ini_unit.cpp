@@ -66,8 +66,9 @@ bool CallInNewFile(const std::string& section, const std::string& key) {
 
 /// Takes away the mark of UTF-8 that some editors put before the first line: Windows does not see the section
 /// that begins in that line, and would add another one.
-bool TakeAwayUtf8Mark(const std::string& path) {
-    if (!HasUtf8Mark(path)) return true;
+bool TakeAwayUtf8Mark(const SideFile& side) {
+    if (!side.HadUtf8Mark()) return true;
+    const std::string& path = side.Path();
     const std::optional<std::string> bytes = ReadBytes(path);
     return bytes && bytes->starts_with(kUtf8Mark) && WriteBytes(path, bytes->substr(kUtf8Mark.size()));
 }
@@ -134,7 +135,7 @@ bool ChooseWay() {
     switch (g_unit.side.Make(IniPath)) {
         case SideFileResult::kMade:
             g_unit.way = Way::kSideFile;
-            return MeetsCondition(g_unit.side.CopiedState()) && TakeAwayUtf8Mark(g_unit.side.Path());
+            return MeetsCondition(g_unit.side.CopiedState()) && TakeAwayUtf8Mark(g_unit.side);
         case SideFileResult::kRefused: return false;
         case SideFileResult::kImpossible: break;
     }

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "config/file_bytes.h"
 #include "config/patience.h"
 #include "win/handles.h"
 #include "win/text.h"
@@ -170,6 +171,7 @@ SideFileResult SideFile::Make(const std::string& path) {
     targetIsNew_ = false;
     state_.reset();
     identity_.reset();
+    hadUtf8Mark_ = false;
     const DWORD attributes = GetFileAttributesA(path.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) {
         targetIsNew_ = GetLastError() == ERROR_FILE_NOT_FOUND;
@@ -187,6 +189,7 @@ SideFileResult SideFile::Make(const std::string& path) {
         // Before the copy: what is written while it is made counts as a change.
         state_ = StateOf(target_);
         identity_ = IdentityOf(file.Get());
+        hadUtf8Mark_ = HasUtf8Mark(file.Get());
     }
     return MakeUnderAName();
 }

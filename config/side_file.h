@@ -48,6 +48,9 @@ class SideFile {
     /// Whether another program keeps the file from us.
     [[nodiscard]] bool IsHeld() const noexcept;
 
+    /// Whether the target began with the mark of UTF-8 then.
+    [[nodiscard]] bool HadUtf8Mark() const noexcept { return hadUtf8Mark_; }
+
     /// Whether another program keeps the target from being replaced.
     [[nodiscard]] bool IsTargetHeld() const noexcept;
 
@@ -102,6 +105,7 @@ class SideFile {
     std::optional<FileState> state_;  ///< of the target, before it was copied
     std::optional<Identity> identity_;
     bool targetIsNew_ = false;
+    bool hadUtf8Mark_ = false;
 };
 
 /// Deletes the side files that a killed program has left beside the file at `path`, whatever they hold, but

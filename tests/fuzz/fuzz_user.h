@@ -71,6 +71,7 @@ class FuzzUser {
     void DockAndComeOut();
     std::string AnyTarget();
     void NameTarget(const std::string& target);
+    void NameAddition(int index, const std::string& target);
     void Offer(DataObject& data, const std::string& target);
 
     void Answer(Window dialog);

@@ -32,6 +32,12 @@ void FuzzUser::NameTarget(const std::string& target) {
         named_.AddShortcut(model::StorableName(sys::PathPart(target, part)));
 }
 
+void FuzzUser::NameAddition(int index, const std::string& target) {
+    named_.buttons.insert(std::to_string(config::Settings.CurrentTab) + std::to_string(index));
+    answersAreNames_ = true;
+    NameTarget(target);
+}
+
 /// Offers a target as a text or as the first of some files.
 void FuzzUser::Offer(DataObject& data, const std::string& target) {
     if (target.find(":\\") == std::string::npos || dice_.Once(4))
@@ -43,9 +49,7 @@ void FuzzUser::Offer(DataObject& data, const std::string& target) {
 void FuzzUser::DropOnAButton() {
     const int index = AnyButton();
     const std::string target = AnyTarget();
-    named_.buttons.insert(std::to_string(config::Settings.CurrentTab) + std::to_string(index));
-    answersAreNames_ = true;
-    NameTarget(target);
+    NameAddition(index, target);
     DataObject data;
     Offer(data, target);
     desktop_.Drop(Button(index), data);
@@ -66,9 +70,7 @@ void FuzzUser::DropOnTheList() {
 void FuzzUser::Paste() {
     const int index = AnyButton();
     const std::string target = AnyTarget();
-    named_.buttons.insert(std::to_string(config::Settings.CurrentTab) + std::to_string(index));
-    answersAreNames_ = true;
-    NameTarget(target);
+    NameAddition(index, target);
     DataObject data;
     const bool asText = target.find(":\\") == std::string::npos || dice_.Once(2);
     if (asText)
@@ -82,9 +84,7 @@ void FuzzUser::Paste() {
 void FuzzUser::Pick() {
     const int index = AnyButton();
     const std::string target = dice_.Once(5) ? std::string() : dice_.OneOf(targets_);
-    named_.buttons.insert(std::to_string(config::Settings.CurrentTab) + std::to_string(index));
-    answersAreNames_ = true;
-    NameTarget(target);
+    NameAddition(index, target);
     desktop_.Pick(target);
     Choose(index, IDM_BUTTON + (dice_.Once(2) ? app::kAddFile : app::kAddFolder));
 }

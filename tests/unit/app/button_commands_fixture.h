@@ -14,6 +14,7 @@
 #include "dialogs/message_box.h"
 #include "tests/support/modal_answers.h"
 #include "tests/support/pickers.h"
+#include "tests/support/program_calls.h"
 #include "tests/support/text.h"
 #include "tests/unit/app/panel_parts.h"
 #include "win/window.h"
@@ -43,13 +44,7 @@ class ButtonCommandsFixture : public PanelParts {
             log_.Add("properties", record->lpFile);
             return TRUE;
         }));
-        fakes_.push_back(
-            FAKE_CALL(CreateProcessA,
-                      [this](LPCSTR, LPSTR line, LPSECURITY_ATTRIBUTES, LPSECURITY_ATTRIBUTES, BOOL, DWORD,
-                             LPVOID, LPCSTR, LPSTARTUPINFOA startup, LPPROCESS_INFORMATION) -> BOOL {
-                          log_.Add("start", line, startup->wShowWindow);
-                          return FALSE;
-                      }));
+        fakes_.push_back(testkit::LogStarts(log_));
         fakes_.push_back(
             FAKE_CALL(WritePrivateProfileStringA, [this](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR file) {
                 if (std::string_view(name) == "Buttons") log_.Add("write", key, value);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tests/support/modal_answers.h"
+#include "tests/support/program_calls.h"
 #include "tests/unit/app/panel_menus_fixture.h"
 
 namespace app {
@@ -145,12 +146,7 @@ TEST_F(CompanionProgramsTest, NameAProgramInFullWhereItsBareNameWouldBeNoCaption
 
 TEST_F(CompanionProgramsTest, WorkInAFolderOnANetworkShare) {
     folder_.MakeFile("QSU.exe", "x");
-    const auto program = FAKE_CALL(GetModuleFileNameW, [](HMODULE module, LPWSTR name, DWORD size) -> DWORD {
-        constexpr std::wstring_view kProgram = L"\\\\сервер\\share\\Quon\\Quon.exe";
-        if (module != nullptr) return ORIGINAL_CALL(GetModuleFileNameW)(module, name, size);
-        *std::copy(kProgram.begin(), kProgram.end(), name) = L'\0';
-        return static_cast<DWORD>(kProgram.size());
-    });
+    const auto program = testkit::ProgramLiesAt("\\\\сервер\\share\\Quon\\Quon.exe");
     const auto first = FAKE_CALL(FindFirstFileA, [this](LPCSTR pattern, LPWIN32_FIND_DATAA found) {
         EXPECT_STREQ(pattern, "\\\\сервер\\share\\Quon\\*.exe");
         return ORIGINAL_CALL(FindFirstFileA)(folder_.FullPath("*.exe").c_str(), found);

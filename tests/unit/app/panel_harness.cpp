@@ -8,6 +8,7 @@
 #include "config/settings.h"
 #include "model/launching.h"
 #include "tests/support/paths.h"
+#include "tests/support/program_calls.h"
 #include "tests/support/text.h"
 #include "win/dialog.h"
 
@@ -31,14 +32,7 @@ PanelHarness::PanelHarness(std::string_view settings, std::string_view rest) : i
     folder_.WriteIniText("[Settings]\r\n" + std::string(settings) + std::string(rest));
     config::Settings = {};
     model::DefaultBrowserPath.clear();
-    const std::wstring program = testkit::Wide(folder_.FullPath("Quon.exe"));
-    fakes_.push_back(
-        FAKE_CALL(GetModuleFileNameW, [program](HMODULE module, LPWSTR name, DWORD size) -> DWORD {
-            if (module != nullptr || size <= program.size())
-                return ORIGINAL_CALL(GetModuleFileNameW)(module, name, size);
-            std::copy_n(program.c_str(), program.size() + 1, name);
-            return static_cast<DWORD>(program.size());
-        }));
+    fakes_.push_back(testkit::ProgramLiesAt(folder_.FullPath("Quon.exe")));
     RecordProfile();
     RecordWindow();
     RecordShell();

@@ -17,6 +17,7 @@
 #include "res/resource.h"
 #include "tests/support/call_log.h"
 #include "tests/support/hidden_window.h"
+#include "tests/support/program_calls.h"
 #include "tests/support/program_folder.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/text.h"
@@ -36,27 +37,14 @@ class PanelMenusFixture : public ::testing::Test {
     PanelMenusFixture() {
         config::Settings = {};
         model::DefaultBrowserPath = "C:\\прегледач.exe";
-        const std::wstring program = testkit::Wide(folder_.FullPath("Quon.exe"));
-        fakes_.push_back(
-            FAKE_CALL(GetModuleFileNameW, [program](HMODULE module, LPWSTR name, DWORD size) -> DWORD {
-                if (module != nullptr || size <= program.size())
-                    return ORIGINAL_CALL(GetModuleFileNameW)(module, name, size);
-                std::copy_n(program.c_str(), program.size() + 1, name);
-                return static_cast<DWORD>(program.size());
-            }));
+        fakes_.push_back(testkit::ProgramLiesAt(folder_.FullPath("Quon.exe")));
         fakes_.push_back(FAKE_CALL(ShellExecuteA, [this](HWND owner, LPCSTR verb, LPCSTR file,
                                                          LPCSTR parameters, LPCSTR folder, INT show) {
             EXPECT_EQ(owner, GetDesktopWindow());
             log_.Add("open", verb, file, parameters, folder, show);
             return reinterpret_cast<HINSTANCE>(33);
         }));
-        fakes_.push_back(
-            FAKE_CALL(CreateProcessA,
-                      [this](LPCSTR, LPSTR line, LPSECURITY_ATTRIBUTES, LPSECURITY_ATTRIBUTES, BOOL, DWORD,
-                             LPVOID, LPCSTR, LPSTARTUPINFOA startup, LPPROCESS_INFORMATION) -> BOOL {
-                          log_.Add("start", line, startup->wShowWindow);
-                          return FALSE;
-                      }));
+        fakes_.push_back(testkit::LogStarts(log_));
         fakes_.push_back(FAKE_CALL(Sleep, [this](DWORD time) { log_.Add("Sleep", time); }));
         fakes_.push_back(FAKE_CALL(GetLogicalDriveStringsA, [](DWORD, LPSTR roots) -> DWORD {
             std::copy_n("C:\\\0", 5, roots);

@@ -11,6 +11,7 @@
 #include "config/settings.h"
 #include "model/launching.h"
 #include "res/resource.h"
+#include "tests/support/program_calls.h"
 #include "tests/support/text.h"
 #include "tests/unit/app/panel_harness.h"
 #include "win/dialog.h"
@@ -101,12 +102,7 @@ TEST(LoadTest, TakesConfigurationAndHelpFromTheProgramFolder) {
 TEST(LoadTest, LoadsFromANetworkShareWhereItMayWriteNoProbe) {
     PanelHarness panel(MainWith("2"), FullTab(2));
     const std::string share = "\\\\сервер\\share\\Quon";
-    const auto program = FAKE_CALL(GetModuleFileNameW, [&](HMODULE module, LPWSTR name, DWORD size) -> DWORD {
-        const std::wstring path = testkit::Wide(share + "\\Quon.exe");
-        if (module != nullptr) return ORIGINAL_CALL(GetModuleFileNameW)(module, name, size);
-        *std::copy(path.begin(), path.end(), name) = L'\0';
-        return static_cast<DWORD>(path.size());
-    });
+    const auto program = testkit::ProgramLiesAt(share + "\\Quon.exe");
     // The share is the test's own folder.
     const std::string ini = panel.Folder().IniPath();
     const auto there = [&](LPCSTR file) {

@@ -13,7 +13,21 @@
 namespace dialogs {
 namespace {
 
-class EditGroupItemsTest : public EditGroupTest {};
+class EditGroupItemsTest : public EditGroupTest {
+  protected:
+    /// Has the group "Work" ask for an address, answers, and applies.
+    void AskForAUrl(const std::function<void(Window editor, Window box)>& answer) {
+        Window editor;
+        Edit("Work", {[&](Window dialog) {
+                          editor = dialog;
+                          dialog.Child(dialogs::frmEditB::c1 + 4).Post(BM_CLICK);
+                      },
+                      [&](Window box) {
+                          answer(editor, box);
+                          editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
+                      }});
+    }
+};
 
 TEST_F(EditGroupItemsTest, AddsNothingThatCouldNotBeReadBack) {
     const std::string item = "C:\\" + std::string(300, 'x');
@@ -96,37 +110,23 @@ TEST_F(EditGroupItemsTest, PickedFilesAndFoldersBecomeRowsAtTheEnd) {
 
 TEST_F(EditGroupItemsTest, AUrlIsAskedForWithItsBeginning) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
-    Window editor;
-    Edit("Work", {[&](Window dialog) {
-                      editor = dialog;
-                      dialog.Child(dialogs::frmEditB::c1 + 4).Post(BM_CLICK);
-                  },
-                  [&](Window box) {
-                      EXPECT_EQ(box.Owner(), editor);
-                      EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
-                                "Enter complete URL (please include 'http://' or similar if exists): ");
-                      EXPECT_EQ(box.Child(dialogs::frmMsg::Text1).Text(), "http://");
-                      EXPECT_EQ(box.Child(dialogs::frmMsg::b1).Text(), "OK");
-                      EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 1).Text(), "Cancel");
-                      EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 2).IsVisible());
-                      box.Child(dialogs::frmMsg::Text1).SetText("https://пример.example/文?a=b");
-                      Click(box, dialogs::frmMsg::b1);
-                      editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
-                  }});
+    AskForAUrl([&](Window editor, Window box) {
+        EXPECT_EQ(box.Owner(), editor);
+        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
+                  "Enter complete URL (please include 'http://' or similar if exists): ");
+        EXPECT_EQ(box.Child(dialogs::frmMsg::Text1).Text(), "http://");
+        EXPECT_EQ(box.Child(dialogs::frmMsg::b1).Text(), "OK");
+        EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 1).Text(), "Cancel");
+        EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 2).IsVisible());
+        box.Child(dialogs::frmMsg::Text1).SetText("https://пример.example/文?a=b");
+        Click(box, dialogs::frmMsg::b1);
+    });
     EXPECT_EQ(Stored("Work"), "C:\\a|https://пример.example/文?a=b");
 }
 
 TEST_F(EditGroupItemsTest, CancelInTheUrlPromptAddsNothingAndSaysNothing) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
-    Window editor;
-    Edit("Work", {[&](Window dialog) {
-                      editor = dialog;
-                      dialog.Child(dialogs::frmEditB::c1 + 4).Post(BM_CLICK);
-                  },
-                  [&](Window box) {
-                      Click(box, dialogs::frmMsg::b1 + 1);
-                      editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
-                  }});
+    AskForAUrl([&](Window, Window box) { Click(box, dialogs::frmMsg::b1 + 1); });
     EXPECT_EQ(Stored("Work"), "C:\\a");
 }
 

@@ -18,6 +18,7 @@
 #include "tests/support/held_file.h"
 #include "tests/support/hidden_window.h"
 #include "tests/support/paths.h"
+#include "tests/support/program_calls.h"
 #include "tests/support/program_folder.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/scoped_ini_path.h"
@@ -58,14 +59,7 @@ std::vector<std::string> ProbesIn(const std::string& folder) {
 /// The program lies in a folder of the test's own.
 class CollectedAppsFixture : public ::testing::Test {
   protected:
-    CollectedAppsFixture() {
-        fakes_.push_back(FAKE_CALL(GetModuleFileNameW, [this](HMODULE, LPWSTR buffer, DWORD size) -> DWORD {
-            const std::wstring path = testkit::Wide(folder_.FullPath("Quon.exe"));
-            if (path.size() >= size) return size;
-            std::copy_n(path.c_str(), path.size() + 1, buffer);
-            return static_cast<DWORD>(path.size());
-        }));
-    }
+    CollectedAppsFixture() { fakes_.push_back(testkit::ProgramLiesAt(folder_.FullPath("Quon.exe"))); }
     ~CollectedAppsFixture() override { EXPECT_THAT(ProbesIn(folder_.Path()), IsEmpty()); }
 
     std::vector<Entry> Collected() const { return folder_.Ini().Entries("Collected"); }
@@ -343,12 +337,7 @@ TEST_F(CollectingWalkTest, FindsTheProgramsThatAreRegisteredAndStoresEachOnce) {
 }
 
 TEST_F(CollectingWalkTest, CollectsNothingInAFolderThatNothingCanBeWrittenTo) {
-    fakes_.push_back(FAKE_CALL(GetModuleFileNameW, [this](HMODULE, LPWSTR buffer, DWORD size) -> DWORD {
-        const std::wstring path = testkit::Wide(folder_.FullPath("нема\\Quon.exe"));
-        if (path.size() >= size) return size;
-        std::copy_n(path.c_str(), path.size() + 1, buffer);
-        return static_cast<DWORD>(path.size());
-    }));
+    fakes_.push_back(testkit::ProgramLiesAt(folder_.FullPath("нема\\Quon.exe")));
     const testkit::ScopedIniPath nowhere(folder_.FullPath("нема\\Quon.ini"));
     fakes_.push_back(LOG_CALL(log_, FindExecutableA));
     clsCollectedApps().CreateAppList();

@@ -15,6 +15,7 @@
 #include "config/ini.h"
 #include "config/settings.h"
 #include "tests/support/hidden_window.h"
+#include "tests/support/program_calls.h"
 #include "tests/support/program_folder.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/scoped_ini_path.h"
@@ -129,12 +130,7 @@ class TextShortcutTest : public ::testing::Test {
             }));
         fakes_.push_back(FAKE_CALL(Sleep, [](DWORD) {}));
         // The program seems to lie in the test's own folder.
-        fakes_.push_back(FAKE_CALL(GetModuleFileNameW, [this](HMODULE, LPWSTR buffer, DWORD size) -> DWORD {
-            const std::wstring path = testkit::Wide(folder_.FullPath("Quon.exe"));
-            if (path.size() >= size) return size;
-            std::copy_n(path.c_str(), path.size() + 1, buffer);
-            return static_cast<DWORD>(path.size());
-        }));
+        fakes_.push_back(testkit::ProgramLiesAt(folder_.FullPath("Quon.exe")));
     }
     void TearDown() override { config::Settings = {}; }
 
