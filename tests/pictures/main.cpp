@@ -20,6 +20,7 @@
 #include "tests/support/paths.h"
 #include "tests/support/popup_menu.h"
 #include "tests/support/screen.h"
+#include "tests/support/tooltip_window.h"
 #include "tests/support/wait.h"
 #include "tests/support/window.h"
 
@@ -88,6 +89,7 @@ class Album {
         TakeTab();
         TakeShortcutList();
         TakeMenus();
+        TakeTips(group);
         TakeSettings();
         TakeDocked();
     }
@@ -187,6 +189,36 @@ class Album {
             Save(names[index], Around(panel_.Rect(), menu.PopupWindow().Rect()));
             menu.Dismiss();
         }
+    }
+
+    /// The tips of a button with one target, of one with a group, and of a tab.
+    void TakeTips(int group) {
+        TakeTip("tip-file", PointAt(1));
+        TakeTip("tip-group", PointAt(group));
+        TakeTip("tip-tab", quon_->Header(3));
+    }
+
+    /// The hover picture, which lies on the button that the pointer is moved to.
+    Window PointAt(int button) {
+        Rest();
+        const Window face = quon_->Button(button);
+        const Window picture = quon_->HoverPicture();
+        testkit::mouse::MoveTo(face.Centre());
+        testkit::WaitFor("the hover picture", [&] {
+            const RECT place = face.Rect();
+            return picture.IsVisible() && PtInRect(&place, picture.Centre());
+        });
+        return picture;
+    }
+
+    void TakeTip(const std::string& name, Window over) {
+        const testkit::ToolTipWatch tips(panel_);
+        const POINT centre = over.Centre();
+        testkit::mouse::MoveTo(centre);
+        testkit::mouse::MoveTo({centre.x + 2, centre.y + 1});
+        const Window tip = testkit::WaitFor("a tip", [&] { return tips.Shown(); });
+        Save(name, Around(panel_.Rect(), tip.Rect()));
+        Rest();
     }
 
     void TakeSettings() {

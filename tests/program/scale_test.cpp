@@ -7,25 +7,10 @@
 
 #include "res/resource.h"
 #include "tests/program/quon_panel.h"
+#include "tests/support/screen_scale.h"
 
 namespace testkit {
 namespace {
-
-/// The scale that programs started from now on find, until it goes; this program keeps the one it has.
-class ScreenScale {
-  public:
-    explicit ScreenScale(DWORD dpi) { Write(dpi); }
-    ~ScreenScale() { Write(win::kPlainDpi); }
-    ScreenScale(const ScreenScale&) = delete;
-    ScreenScale& operator=(const ScreenScale&) = delete;
-
-  private:
-    static void Write(DWORD dpi) {
-        EXPECT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, L"Control Panel\\Desktop", L"LogPixels", REG_DWORD, &dpi,
-                                  sizeof dpi),
-                  ERROR_SUCCESS);
-    }
-};
 
 RECT PlaceOnPanel(Window panel, Window child) {
     RECT place = child.Rect();
