@@ -56,6 +56,9 @@ long CountWindows() {
 
 /// Wine does not count a process's handles, but lists those of all processes.
 long CountKernelHandles() {
+    DWORD counted = 0;
+    if (GetProcessHandleCount(GetCurrentProcess(), &counted) != FALSE && counted != 0)
+        return static_cast<long>(counted);
     constexpr auto kTooShort = static_cast<NTSTATUS>(0xC0000004);
     std::vector<char> bytes(1 << 16);
     while (NtQuerySystemInformation(SystemHandleInformation, bytes.data(), static_cast<ULONG>(bytes.size()),
@@ -115,7 +118,8 @@ std::string Difference(const Ledger::Counts& before, const Ledger::Counts& after
 Ledger::Counts LeakTest::Count() {
     Ledger::Counts counts = ledger_->Held();
     counts["window"] = CountWindows();
-    counts["drawing object of the process"] = static_cast<long>(testkit::CountGdiTable(GetCurrentProcess()));
+    counts["drawing object of the process"] =
+        static_cast<long>(testkit::CountDrawingObjects(GetCurrentProcess()));
     counts["kernel handle of the process"] = CountKernelHandles();
     return counts;
 }

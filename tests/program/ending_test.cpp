@@ -13,6 +13,7 @@
 #include "dialogs/options.h"
 #include "res/resource.h"
 #include "tests/program/quon_panel.h"
+#include "tests/support/wine.h"
 
 namespace testkit {
 namespace {
@@ -63,6 +64,14 @@ class EndingTest : public ::testing::Test {
     static void Choose(const QuonPanel& quon, std::initializer_list<std::string_view> path) {
         mouse::RightClick(quon.Button(1));
         PopupMenu::Wait(quon.Id()).Choose(path);
+    }
+    /// Asks for the end while the shell asks whether the file may go.
+    void EndAfterTheShellsQuestion(std::string_view command) {
+        for (const Request& request : kAllRequests)
+            EndAfter(request, [&](QuonPanel& quon) {
+                Choose(quon, {"File operations", command});
+                WaitForSystemDialog(quon);
+            });
     }
     /// The system's dialog that the program shows.
     static Window WaitForSystemDialog(QuonPanel& quon) {
@@ -136,13 +145,11 @@ TEST_F(EndingTest, PassesAPickerWithItsOwnComplaint) {
     });
 }
 
-TEST_F(EndingTest, DeletesNoFileWhoseDeletionIsBeingAsked) {
-    for (const Request& request : kAllRequests)
-        for (const char* command : {"Delete file", "Move to Recycle bin"})
-            EndAfter(request, [&](QuonPanel& quon) {
-                Choose(quon, {"File operations", command});
-                WaitForSystemDialog(quon);
-            });
+TEST_F(EndingTest, DeletesNoFileWhoseDeletionIsBeingAsked) { EndAfterTheShellsQuestion("Delete file"); }
+
+TEST_F(EndingTest, RecyclesNoFileWhileThatIsBeingAsked) {
+    ONLY_UNDER_WINE("Windows asks before it recycles only where its user wants to be asked.");
+    EndAfterTheShellsQuestion("Move to Recycle bin");
 }
 
 TEST_F(EndingTest, PassesANote) {

@@ -19,6 +19,7 @@ RECT PlaceOnPanel(Window panel, Window child) {
 }
 
 TEST(ScaleTest, ThePanelIsDrawnForItsScreensScaleAndNotStretched) {
+    ONLY_UNDER_WINE(kOneScale);
     constexpr int kDpi = 144;
     constexpr win::Scale kScale(kDpi);
     const ScreenScale screen(kDpi);

@@ -10,6 +10,7 @@
 #include "tests/program/other_window.h"
 #include "tests/program/quon_panel.h"
 #include "tests/support/neighbour.h"
+#include "tests/support/wine.h"
 
 namespace testkit {
 namespace {
@@ -37,6 +38,9 @@ class ScreenSize {
     ScreenSize& operator=(const ScreenSize&) = delete;
 };
 
+constexpr char kOtherSizes[] =
+    "A screen of Windows' need not have another size, and has its user's windows on it.";
+
 class ScreensTest : public ::testing::Test {
   protected:
     QuonPanel Start(const QuonIni& ini, int showState = -1) const {
@@ -53,6 +57,7 @@ class ScreensTest : public ::testing::Test {
 };
 
 TEST_F(ScreensTest, ADockedPanelFollowsItsEdgeWhenTheScreenChanges) {
+    ONLY_UNDER_WINE(kOtherSizes);
     QuonIni ini;
     ini.start_glued = true;
     ini.edge = static_cast<int>(Edge::kRight);
@@ -70,6 +75,7 @@ TEST_F(ScreensTest, ADockedPanelFollowsItsEdgeWhenTheScreenChanges) {
 }
 
 TEST_F(ScreensTest, APanelThatIsOutStaysInReach) {
+    ONLY_UNDER_WINE(kOtherSizes);
     QuonPanel quon = Start({});
     SetWindowPos(quon.Main().Handle(), nullptr, 700, 500, 0, 0,
                  SWP_NOSIZE | SWP_NOZORDER | SWP_ASYNCWINDOWPOS);
@@ -89,6 +95,7 @@ TEST_F(ScreensTest, APanelThatIsOutStaysInReach) {
 }
 
 TEST_F(ScreensTest, APlaceThatNoScreenShowsAnyMoreCountsAsNone) {
+    ONLY_UNDER_WINE(kOtherSizes);
     QuonIni ini;
     ini.edge = static_cast<int>(Edge::kLeft);
     QuonPanel quon = Start(ini);

@@ -9,8 +9,8 @@
 namespace testkit {
 namespace {
 
-/// The place of the table's address in a 64-bit process block, and the table's layout.
-constexpr std::size_t kTableOffset = 0xF8;
+/// The place of the table's address in a process block, and the table's layout.
+constexpr std::size_t kTableOffset = sizeof(void*) == 8 ? 0xF8 : 0x94;
 constexpr std::size_t kEntryCount = 0x4000;
 struct Entry {
     ULONGLONG object;
@@ -29,8 +29,8 @@ void Read(HANDLE process, const void* from, void* to, std::size_t size) {
     }
 }
 
-}  // namespace
-
+/// Counts them in the table that the process block points to. For Wine, where each process has a table of its
+/// own; under Windows the table is everybody's.
 std::size_t CountGdiTable(HANDLE process) {
     PROCESS_BASIC_INFORMATION basic = {};
     if (NtQueryInformationProcess(process, ProcessBasicInformation, &basic, sizeof basic, nullptr) != 0) {
@@ -44,6 +44,14 @@ std::size_t CountGdiTable(HANDLE process) {
     for (const Entry& entry : entries)
         count += entry.type != 0;
     return count;
+}
+
+}  // namespace
+
+std::size_t CountDrawingObjects(HANDLE process) {
+    // Wine answers 0, which no program with a window has.
+    if (const DWORD count = GetGuiResources(process, GR_GDIOBJECTS)) return count;
+    return CountGdiTable(process);
 }
 
 }  // namespace testkit

@@ -213,11 +213,7 @@ std::size_t RunningProgram::WorkingSet() const {
     return counters.WorkingSetSize;
 }
 
-std::size_t RunningProgram::GdiObjectCount() const {
-    // Wine answers 0, which no program with a window has.
-    if (const DWORD count = GetGuiResources(process_.get(), GR_GDIOBJECTS)) return count;
-    return CountGdiTable(process_.get());
-}
+std::size_t RunningProgram::GdiObjectCount() const { return CountDrawingObjects(process_.get()); }
 
 std::size_t RunningProgram::UserObjectCount() const {
     if (const DWORD count = GetGuiResources(process_.get(), GR_USEROBJECTS)) return count;

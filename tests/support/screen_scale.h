@@ -1,5 +1,6 @@
 // Another scale of the screen.
 //
+//     ONLY_UNDER_WINE(kOneScale);
 //     const ScreenScale screen(144);
 //     const RunningProgram program(...);        // finds 144 dots per inch if it supports scales
 //
@@ -11,7 +12,11 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/wine.h"
+
 namespace testkit {
+
+inline constexpr char kOneScale[] = "A screen of Windows keeps its scale, whatever a test writes down.";
 
 class ScreenScale {
   public:

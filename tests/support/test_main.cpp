@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/support/quiet_desktop.h"
 #include "tests/support/screen.h"
 #include "tests/support/x_keyboard.h"
 
@@ -11,5 +12,6 @@ int main(int count, char** arguments) {
     ::testing::InitGoogleMock(&count, arguments);
     testkit::CaptureScreenOnFailures();
     testkit::LetModifiersGo();
+    const testkit::QuietDesktop quiet;
     return RUN_ALL_TESTS();
 }

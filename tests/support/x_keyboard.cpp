@@ -7,6 +7,7 @@
 
 #include "tests/support/text.h"
 #include "tests/support/wait.h"
+#include "tests/support/wine.h"
 
 namespace testkit {
 namespace {
@@ -15,13 +16,7 @@ namespace {
 constexpr int kFirstVersion = 9;
 
 bool LetsSentKeysGo() {
-    static const bool answer = [] {
-        using GetVersion = const char*(CDECL*)();
-        const auto version = reinterpret_cast<GetVersion>(
-            reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version")));
-        return version != nullptr && std::atoi(version()) >= kFirstVersion &&
-               std::getenv("DISPLAY") != nullptr;
-    }();
+    static const bool answer = WineVersion() >= kFirstVersion && std::getenv("DISPLAY") != nullptr;
     return answer;
 }
 

@@ -115,6 +115,7 @@ TEST_F(RealScaleTest, HereEachWindowHasTheScaleOfItsOwn) {
 }
 
 TEST_F(RealScaleTest, AllOfThisHoldsAtEveryScale) {
+    ONLY_UNDER_WINE(testkit::kOneScale);
     char self[MAX_PATH] = {};
     ASSERT_NE(GetModuleFileNameA(nullptr, self, MAX_PATH), 0u);
     for (const DWORD dpi : {120u, 144u, 192u}) {
