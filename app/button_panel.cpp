@@ -178,16 +178,15 @@ void ButtonPanel::HideHoverOutside() {
 std::optional<int> ButtonPanel::ButtonAt(POINT screen) const {
     POINT point = screen;
     ScreenToClient(container_.Handle(), &point);
-    const win::Scale scale = win::Scale::Of(container_.Handle());
     for (int index = 1; index <= model::kButtonCount; ++index) {
-        const RECT place = scale(ButtonPlace(index));
+        const RECT place = hover_.PictureScale()(ButtonPlace(index));
         if (PtInRect(&place, point) != 0) return index;
     }
     return std::nullopt;
 }
 
 RECT ButtonPanel::PlaceInWindow(int index) const {
-    RECT place = win::Scale::Of(container_.Handle())(ButtonPlace(index));
+    RECT place = hover_.PictureScale()(ButtonPlace(index));
     MapWindowPoints(container_.Handle(), GetParent(container_.Handle()), reinterpret_cast<POINT*>(&place), 2);
     return place;
 }

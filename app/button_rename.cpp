@@ -45,19 +45,23 @@ void ButtonRename::CreateOn(HWND parent) {
 }
 
 void ButtonRename::Rescale() {
-    Abandon();
-    SendMessageW(t1_, WM_SETFONT, reinterpret_cast<WPARAM>(win::MessageFont(BoxScale())), FALSE);
+    SendMessageW(t1_, WM_SETFONT, reinterpret_cast<WPARAM>(win::MessageFont(BoxScale())), TRUE);
+    if (IsOpen()) PlaceBox();
+}
+
+void ButtonRename::PlaceBox() {
+    const RECT place = buttons_.PlaceInWindow(place_.slot);
+    const win::Scale scale = BoxScale();
+    const int margin = scale(kBoxMargin);
+    SetWindowPos(t1_, HWND_TOP, place.left + margin, place.top + scale(kBoxTop),
+                 place.right - place.left - 2 * margin, scale(kBoxHeight), SWP_SHOWWINDOW);
 }
 
 void ButtonRename::Begin() {
     if (IsOpen() || state_.Current().IsFree()) return;
     place_ = state_.CurrentPlace();
-    const RECT place = buttons_.PlaceInWindow(place_.slot);
     // The size first: in a box too narrow for it the name would stay scrolled out of sight.
-    const win::Scale scale = BoxScale();
-    const int margin = scale(kBoxMargin);
-    SetWindowPos(t1_, HWND_TOP, place.left + margin, place.top + scale(kBoxTop),
-                 place.right - place.left - 2 * margin, scale(kBoxHeight), SWP_SHOWWINDOW);
+    PlaceBox();
     // The label stays directly before the box that it names.
     SetWindowPos(label_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     win::SetText(t1_, state_.Button(place_.slot).Naziv);

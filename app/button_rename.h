@@ -18,7 +18,7 @@ class ButtonRename {
     /// Creates the box, hidden.
     void CreateOn(HWND parent);
 
-    /// Gives the box the font of the window's present scale; one that is open closes.
+    /// Gives the box the font of the window's present scale; one that is open stays so, over its button.
     void Rescale();
 
     /// Shows the box over the current button with its name; does nothing on a free button.
@@ -41,6 +41,7 @@ class ButtonRename {
     [[nodiscard]] HWND Button() const { return buttons_.Picture(place_.slot).Handle(); }
 
   private:
+    void PlaceBox();
     [[nodiscard]] win::Scale BoxScale() const { return win::Scale::Of(GetParent(t1_)); }
 
     PanelState& state_;

@@ -59,14 +59,20 @@ void EdgeDock::ShowQuon(bool bShow, bool bUnTimer) {
         Dock(bUnTimer);
 }
 
-void EdgeDock::BringOut() {
+void EdgeDock::MoveOut() {
     if (SavedPlaceCounts())
         MoveTo({static_cast<int>(savedLeft_), static_cast<int>(savedTop_)});
     else
         MoveTo(CentredPosition(WindowSize(), ScreenSize(win::ScreenTwipsPerPixel())));
+}
+
+void EdgeDock::BringOut() {
+    MoveOut();
     hidden_ = false;
     outOfSight_ = false;
     behindFullScreen_ = false;
+    // With another size the middle of the screen is elsewhere.
+    if (fit_ && fit_()) MoveOut();
     SetWindowRgn(window_, nullptr, TRUE);
     Raise();
     WatchFront();
@@ -149,7 +155,9 @@ bool EdgeDock::SavedPlaceCounts() const {
 /// Without the text's size: what it is for is to be hit, not read.
 win::Scale EdgeDock::ScreenScale() const noexcept { return win::Scale(win::Scale::Of(window_).Dpi()); }
 
-int EdgeDock::StripWidth() const noexcept { return ScreenScale()(kStripPixels); }
+/// Of the primary screen, at whose edges windows dock: most of the window may lie on a neighbour with another
+/// scale.
+int EdgeDock::StripWidth() const noexcept { return win::Scale(win::PrimaryDpi())(kStripPixels); }
 
 RECT EdgeDock::StripOnScreen() const {
     RECT window{};
@@ -168,7 +176,19 @@ void EdgeDock::FollowScreen() {
     RECT window{};
     GetWindowRect(window_, &window);
     if (IsInReachBesideTaskbar(window, ScreenScale())) return;
+    PullIn(window);
+}
+
+void EdgeDock::ShowWhole() {
+    if (IsIconic(window_) != 0 || hidden_) return;
+    RECT window{};
+    GetWindowRect(window_, &window);
+    PullIn(window);
+}
+
+void EdgeDock::PullIn(const RECT& window) {
     const POINT place = PlaceInReach(window);
+    if (place.x == window.left && place.y == window.top) return;
     SetWindowPos(window_, nullptr, place.x, place.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
@@ -251,10 +271,12 @@ void EdgeDock::OnPress() {
     if (hidden_ && config::Settings.ClickShows) ShowQuon(true, true);
 }
 
-void EdgeDock::MoveTo(win::Twips place) const {
+void EdgeDock::MoveTo(win::Twips place) {
     const win::TwipsPerPixel twips = win::ScreenTwipsPerPixel();
+    moving_ = true;
     SetWindowPos(window_, nullptr, win::ToPixels(place.x, twips.x), win::ToPixels(place.y, twips.y), 0, 0,
                  SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    moving_ = false;
 }
 
 win::Twips EdgeDock::WindowSize() const {

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -40,6 +41,10 @@ class EdgeDock {
         preTranslate_ = std::move(preTranslate);
     }
 
+    /// Called when the window has been brought out, before it is seen: lays it out for the scale of the
+    /// screen that it is on by now. True when that changed its size.
+    void OnFit(std::function<bool()> fit) { fit_ = std::move(fit); }
+
     /// Brings the window out, or docks it and keeps it on top by the timer unless bUnTimer is set.
     void ShowQuon(bool bShow, bool bUnTimer);
 
@@ -48,6 +53,10 @@ class EdgeDock {
 
     /// True while only the strip can be seen: docked, and at a valid edge.
     [[nodiscard]] bool OutOfSight() const noexcept { return outOfSight_; }
+
+    /// True while this moves the window. Windows tells it of another screen's scale in the middle of that,
+    /// when neither its place nor what can be seen of it is settled.
+    [[nodiscard]] bool Moving() const noexcept { return moving_; }
 
     /// Remembers where the window is, unless it is docked.
     void SavePosition();
@@ -81,6 +90,9 @@ class EdgeDock {
     /// brings one that is out back to where its caption can be reached.
     void FollowScreen();
 
+    /// The window has grown where it stands: brings one that is out to where all of it can be seen.
+    void ShowWhole();
+
     /// The mouse moves over the window: after the delay the docked window comes out, unless the mouse has
     /// left it.
     void OnHover();
@@ -93,8 +105,10 @@ class EdgeDock {
 
   private:
     void BringOut();
+    void MoveOut();
     void Dock(bool bUnTimer);
     void PlaceAtEdge();
+    void PullIn(const RECT& window);
     void WatchFront();
     bool GoBehindFullScreen();
     void Raise();
@@ -103,12 +117,14 @@ class EdgeDock {
     [[nodiscard]] win::Scale ScreenScale() const noexcept;
     [[nodiscard]] int StripWidth() const noexcept;
     [[nodiscard]] RECT StripOnScreen() const;
-    void MoveTo(win::Twips place) const;
+    void MoveTo(win::Twips place);
     [[nodiscard]] win::Twips WindowSize() const;
     [[nodiscard]] bool WaitOut(int waits) const;
 
     HWND window_ = nullptr;
     win::MessageFilter preTranslate_;
+    std::function<bool()> fit_;
+    bool moving_ = false;
     bool hidden_ = false;
     bool outOfSight_ = false;
     bool ticking_ = false;  // Timer1 is on

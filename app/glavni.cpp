@@ -56,6 +56,7 @@ void Glavni::CreateParts() {
     options.text = "Quon";
     options.style = kStyle;
     options.extendedStyle = kExtendedStyle;
+    win::FitTextTo(layout::kClientHeight);
     options.place = OuterRect(win::Scale::Of(nullptr));
     options.icon = icon_;
     Create(options);
@@ -69,18 +70,24 @@ void Glavni::CreateParts() {
     JoinParts();
 }
 
-void Glavni::FitToScale() {
+bool Glavni::FitToScale() {
     scale_ = win::Scale::Of(Handle());
     contrastTheme_ = win::ContrastTheme();
     const RECT size = OuterRect(scale_);
     RECT place{};
     GetWindowRect(Handle(), &place);
-    if (win::Width(place) == size.right && win::Height(place) == size.bottom) return;
+    if (win::Width(place) == size.right && win::Height(place) == size.bottom) return false;
     SetWindowPos(Handle(), nullptr, 0, 0, size.right, size.bottom,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    return true;
 }
 
+bool Glavni::FitToScreen() { return scale_ != win::Scale::Of(Handle()) && RescaleParts(); }
+
 void Glavni::OnDpiChanged(POINT corner) {
+    // What is moved or made larger by us may come to lie on another screen for a moment only. Whatever the
+    // window is for in the end, it is made to fit when it has come out.
+    if (dock_.Moving() || rescaling_) return;
     SetWindowPos(Handle(), nullptr, corner.x, corner.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     RescaleParts();
 }
@@ -89,13 +96,16 @@ void Glavni::OnLookChanged(bool colors) {
     win::ForgetTextSize();
     win::ForgetColors();
     // Most changed settings have nothing to do with the panel's look.
-    if (colors || contrastTheme_ != win::ContrastTheme() || scale_ != win::Scale::Of(Handle()))
-        RescaleParts();
+    if (colors || contrastTheme_ != win::ContrastTheme() || scale_ != win::Scale::Of(Handle())) {
+        if (RescaleParts()) dock_.ShowWhole();
+    }
 }
 
-/// Everything that depends on the scale, the text's size or the colours is made anew.
-void Glavni::RescaleParts() {
-    FitToScale();
+/// Everything that depends on the scale, the text's size or the colours is made anew. True when the window
+/// has another size by now.
+bool Glavni::RescaleParts() {
+    rescaling_ = true;
+    const bool resized = FitToScale();
     shortcuts_.Rescale();
     menus_.Rescale();
     tabs_.Rescale();
@@ -107,10 +117,13 @@ void Glavni::RescaleParts() {
         state_.Button(index).DrawFace();
     dock_.FollowScreen();
     RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
+    rescaling_ = false;
+    return resized;
 }
 
 void Glavni::JoinParts() {
     dock_.Attach(Handle(), [this](MSG& message) { return PreTranslate(message); });
+    dock_.OnFit([this] { return FitToScreen(); });
     dock_.EnableTimer(true);
     hotKey_.Attach(Handle());
     buttonMenu_.Attach(Handle());
@@ -179,6 +192,13 @@ std::optional<LRESULT> Glavni::OnMessage(UINT message, WPARAM wParam, LPARAM lPa
             if (wParam != 0) EndSession();
             return 0;
         case WM_QUON_HAND_ON: dock_.HandOn(); return 0;
+        case WM_GETDPISCALEDSIZE: {
+            // Windows would scale the frame otherwise than it draws it, and on the border between two screens
+            // a window of another size than foretold could go back and forth.
+            const RECT outer = OuterRect(win::Scale(static_cast<int>(wParam), scale_.TextPercent()));
+            *reinterpret_cast<SIZE*>(lParam) = {outer.right, outer.bottom};
+            return TRUE;
+        }
         case WM_DPICHANGED: {
             const auto& place = *reinterpret_cast<const RECT*>(lParam);
             OnDpiChanged({place.left, place.top});

@@ -78,10 +78,11 @@ class Glavni : public win::Window, public dialogs::PanelHost {
     void OnScreenChange();
     bool KeyDown(WPARAM key, win::ShiftState shift);
 
-    void FitToScale();
+    bool FitToScale();
+    bool FitToScreen();
     void OnDpiChanged(POINT corner);
     void OnLookChanged(bool colors);
-    void RescaleParts();
+    bool RescaleParts();
     void JoinParts();
     void Organize();
     void OnPaint();
@@ -112,6 +113,7 @@ class Glavni : public win::Window, public dialogs::PanelHost {
 
     // The look that the parts were last laid out in.
     win::Scale scale_;
+    bool rescaling_ = false;
     bool contrastTheme_ = false;
     HICON icon_ = nullptr;
     HWND lastFocus_ = nullptr;

@@ -1,5 +1,7 @@
 #include "win/scale.h"
 
+#include <shellscalingapi.h>
+
 #include <algorithm>
 #include <cstdlib>
 
@@ -11,6 +13,7 @@ constexpr int kUsualTextHeight = 12;
 constexpr int kLargestText = 225;
 
 int g_textPercent = 0;  // 0 until it is asked for
+int g_tallest = 0;      // layout pixels
 
 int AskTextPercent() noexcept {
     NONCLIENTMETRICSW metrics{};
@@ -28,12 +31,36 @@ MONITORINFO MonitorOf(HWND window) noexcept {
     return info;
 }
 
+/// The text's size that leaves the tallest window on its screen.
+int PercentThatFits(HWND window, int dpi) noexcept {
+    const int wanted = TextPercent();
+    if (wanted == 100 || g_tallest == 0) return wanted;
+    RECT frame{};
+    AddFrame(frame, WS_POPUP | WS_CAPTION, WS_EX_TOOLWINDOW, dpi);
+    // A child may lie on another screen than most of its window.
+    const RECT area = WorkAreaOf(GetAncestor(window, GA_ROOT));
+    const LONG room = (area.bottom - area.top) - (frame.bottom - frame.top);
+    return std::clamp(static_cast<int>(room * 100LL * kPlainDpi / (static_cast<long long>(g_tallest) * dpi)),
+                      100, wanted);
+}
+
 }  // namespace
 
 Scale Scale::Of(HWND window) noexcept {
-    const UINT dpi = window == nullptr ? GetDpiForSystem() : GetDpiForWindow(window);
+    const UINT told = window == nullptr ? GetDpiForSystem() : GetDpiForWindow(window);
     // 0 says that the window is gone.
-    return Scale(dpi == 0 ? kPlainDpi : static_cast<int>(dpi), win::TextPercent());
+    const int dpi = told == 0 ? kPlainDpi : static_cast<int>(told);
+    return Scale(dpi, PercentThatFits(window, dpi));
+}
+
+void FitTextTo(int layoutHeight) noexcept { g_tallest = layoutHeight; }
+
+int PrimaryDpi() noexcept {
+    UINT across = 0;
+    UINT down = 0;
+    const HMONITOR primary = MonitorFromPoint({0, 0}, MONITOR_DEFAULTTOPRIMARY);
+    if (FAILED(GetDpiForMonitor(primary, MDT_EFFECTIVE_DPI, &across, &down))) across = GetDpiForSystem();
+    return across == 0 ? kPlainDpi : static_cast<int>(across);
 }
 
 int TextPercent() noexcept {

@@ -18,8 +18,8 @@ class Scale {
     constexpr explicit Scale(int dpi, int textPercent = 100) noexcept
         : dpi_(dpi), textPercent_(textPercent) {}
 
-    /// The scale of the screen that a window is on (GetDpiForWindow), with the size of the system's text;
-    /// without a window that of the primary screen.
+    /// The scale of the screen that a window is on (GetDpiForWindow), with the size of the system's text, but
+    /// no more of it than FitTextTo allows there; without a window that of the primary screen.
     static Scale Of(HWND window) noexcept;
 
     /// Dots per inch, without the text's size.
@@ -81,11 +81,19 @@ class Scale {
 /// (SystemParametersInfoForDpi). Asked once, and again after ForgetTextSize.
 int TextPercent() noexcept;
 
+/// The height in layout pixels of what must not become higher than a screen for the sake of larger text: the
+/// client area of a window with a caption. 0, as at the beginning: nothing.
+void FitTextTo(int layoutHeight) noexcept;
+
 /// To be called when the size of the system's text may have changed: it is asked for anew.
 void ForgetTextSize() noexcept;
 
 /// The whole of the screen that the window, or most of it, is on (MonitorFromWindow).
 RECT ScreenOf(HWND window) noexcept;
+
+/// The dots per inch of the primary screen as it is now (GetDpiForMonitor); those it had when the user signed
+/// in where Windows does not tell.
+int PrimaryDpi() noexcept;
 
 /// The part of that screen that windows may take up: without the taskbar.
 RECT WorkAreaOf(HWND window) noexcept;

@@ -108,6 +108,10 @@ HFONT MessageFont(const Scale& scale) {
         metrics.cbSize = sizeof metrics;
         SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0,
                                    static_cast<UINT>(scale.Dpi()));
+        // It has the size of the system's text, of which a small screen may not have all.
+        if (scale.TextPercent() < TextPercent())
+            metrics.lfMessageFont.lfHeight =
+                MulDiv(metrics.lfMessageFont.lfHeight, scale.TextPercent(), TextPercent());
         font.Reset(CreateFontIndirectW(&metrics.lfMessageFont));
     }
     return font.Get();

@@ -4,6 +4,8 @@
 
 #include "tests/support/held_file.h"
 #include "tests/unit/app/panel_parts.h"
+#include "win/geometry.h"
+#include "win/scale.h"
 #include "win/text.h"
 #include "win/window.h"
 
@@ -226,6 +228,20 @@ TEST_F(RenameBoxTest, RenamesTheButtonItWasOpenedForWhereverTheMouseGoes) {
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "Ново|4");
     EXPECT_EQ(folder_.IniValue("Buttons", "12"), "B|0");
     EXPECT_FALSE(rename_.IsOpen());
+}
+
+TEST_F(RenameBoxTest, StaysOpenOverItsButtonWhenTheScaleChanges) {
+    rename_.Begin();
+    Box().SetText("Ново");
+    const auto dpi = FAKE_CALL(GetDpiForWindow, [](HWND) -> UINT { return 144; });
+    buttons_.Rescale();
+    rename_.Rescale();
+    EXPECT_TRUE(rename_.IsOpen());
+    EXPECT_EQ(Box().Text(), "Ново");
+    const win::Scale scale(144, win::TextPercent());
+    EXPECT_EQ(win::Height(Box().Rect()), scale(21));
+    EXPECT_EQ(Box().Rect().left - testkit::Window(Button(1)).Rect().left, scale(3));
+    EXPECT_EQ(Box().Send(WM_GETFONT), reinterpret_cast<LRESULT>(win::MessageFont(scale)));
 }
 
 TEST_F(RenameBoxTest, KeepsWhatWasTypedWhenItCannotBeStored) {

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <shellscalingapi.h>
 
 #include <vector>
 
@@ -39,6 +40,11 @@ class PanelScaleTest : public ::testing::Test {
 
     void SetDpi(UINT dpi) {
         calls_.push_back(FAKE_CALL(GetDpiForWindow, [dpi](HWND) -> UINT { return dpi; }));
+        calls_.push_back(
+            FAKE_CALL(GetDpiForMonitor, [dpi](HMONITOR, MONITOR_DPI_TYPE, UINT* across, UINT* down) {
+                *across = *down = dpi;
+                return HRESULT{S_OK};
+            }));
         calls_.push_back(FAKE_CALL(GetDpiForSystem, [dpi]() -> UINT { return dpi; }));
         // The frames here are those of the desktop that the test runs on.
         calls_.push_back(FAKE_CALL(

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <gtest/gtest.h>
+#include <shellscalingapi.h>
 
 #include "tests/support/recorded_call.h"
 
@@ -125,6 +126,63 @@ TEST(ScaleTest, AddsTheFrameOfTheScale) {
     EXPECT_EQ(asked, 144U);
     EXPECT_EQ(rect.right, 13);
     EXPECT_EQ(rect.left, -3);
+}
+
+TEST(ScaleTest, HasNoMoreOfTheTextsSizeThanTheScreenHasRoomFor) {
+    const HWND window = GetDesktopWindow();
+    int dots = 144;
+    LONG text = -27;
+    int looked = 0;
+    const testkit::RecordedCall dpi =
+        FAKE_CALL(GetDpiForWindow, [&](HWND) { return static_cast<UINT>(dots); });
+    const testkit::RecordedCall metrics =
+        FAKE_CALL(SystemParametersInfoForDpi, [&](UINT, UINT, PVOID record, UINT, UINT asked) -> WINBOOL {
+            static_cast<NONCLIENTMETRICSW*>(record)->lfMessageFont.lfHeight =
+                MulDiv(text, static_cast<int>(asked), kPlainDpi);
+            return TRUE;
+        });
+    const testkit::RecordedCall frame =
+        FAKE_CALL(AdjustWindowRectExForDpi, [](LPRECT rect, DWORD, WINBOOL, DWORD, UINT) -> WINBOOL {
+            rect->top -= 40;
+            return TRUE;
+        });
+    const testkit::RecordedCall monitor =
+        FAKE_CALL(GetMonitorInfoW, [&](HMONITOR, LPMONITORINFO info) -> BOOL {
+            ++looked;
+            info->rcMonitor = {0, 0, 1366, 768};
+            info->rcWork = {0, 40, 1366, 768};
+            return TRUE;
+        });
+    ForgetTextSize();
+    EXPECT_EQ(Scale::Of(window), Scale(144, 225));
+    FitTextTo(363);
+    // 688 pixels for 363 x 1.5.
+    EXPECT_EQ(Scale::Of(window), Scale(144, 126));
+    EXPECT_LE(Scale::Of(window)(363), 688);
+    dots = 96;
+    EXPECT_EQ(Scale::Of(window), Scale(96, 189));
+    dots = 192;
+    EXPECT_EQ(Scale::Of(window), Scale(192, 100)) << "never smaller than usual";
+    text = -12;
+    ForgetTextSize();
+    looked = 0;
+    EXPECT_EQ(Scale::Of(window), Scale(192, 100));
+    EXPECT_EQ(looked, 0) << "text of the usual size asks nothing more";
+    FitTextTo(0);
+    ForgetTextSize();
+}
+
+TEST(ScaleTest, TellsThePrimaryScreensScaleAsItIsNow) {
+    const testkit::RecordedCall monitor =
+        FAKE_CALL(GetDpiForMonitor, [](HMONITOR, MONITOR_DPI_TYPE, UINT* across, UINT* down) {
+            *across = *down = 168;
+            return HRESULT{S_OK};
+        });
+    const testkit::RecordedCall system = FAKE_CALL(GetDpiForSystem, []() -> UINT { return 120; });
+    EXPECT_EQ(PrimaryDpi(), 168);
+    const testkit::RecordedCall refused = FAKE_CALL(
+        GetDpiForMonitor, [](HMONITOR, MONITOR_DPI_TYPE, UINT*, UINT*) { return HRESULT{E_INVALIDARG}; });
+    EXPECT_EQ(PrimaryDpi(), 120);
 }
 
 }  // namespace
