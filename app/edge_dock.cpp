@@ -35,6 +35,10 @@ void MakeNormal(HWND window) {
     if (IsIconic(window) != 0 || IsZoomed(window) != 0) ShowWindow(window, SW_SHOWNOACTIVATE);
 }
 
+/// In pixels. Of the primary screen, at whose edges windows dock: most of the window may lie on a neighbour
+/// with another scale.
+int StripWidth() noexcept { return win::Scale(win::PrimaryDpi())(kStripPixels); }
+
 bool PointerOverQuon() { return WindowTextUnderMouse().starts_with(kCaptionStart); }
 
 }  // namespace
@@ -154,10 +158,6 @@ bool EdgeDock::SavedPlaceCounts() const {
 
 /// Without the text's size: what it is for is to be hit, not read.
 win::Scale EdgeDock::ScreenScale() const noexcept { return win::Scale(win::Scale::Of(window_).Dpi()); }
-
-/// Of the primary screen, at whose edges windows dock: most of the window may lie on a neighbour with another
-/// scale.
-int EdgeDock::StripWidth() const noexcept { return win::Scale(win::PrimaryDpi())(kStripPixels); }
 
 RECT EdgeDock::StripOnScreen() const {
     RECT window{};

@@ -115,7 +115,6 @@ class EdgeDock {
     [[nodiscard]] bool KeptBack() const noexcept;
     [[nodiscard]] bool SavedPlaceCounts() const;
     [[nodiscard]] win::Scale ScreenScale() const noexcept;
-    [[nodiscard]] int StripWidth() const noexcept;
     [[nodiscard]] RECT StripOnScreen() const;
     void MoveTo(win::Twips place);
     [[nodiscard]] win::Twips WindowSize() const;
