@@ -319,6 +319,8 @@ void AwaitRequired(const std::string& section, const std::string& key) {
         const std::optional<std::string> bytes = ReadBytes(IniPath);
         if (bytes && SectionHasKey(*bytes, section, key)) {
             g_required = {IniPath, section, key, state};
+            // Windows does not see the section that begins behind the mark.
+            if (bytes->starts_with(kUtf8Mark) && ReadIni(section, key).empty()) RemoveUtf8Mark();
             return;
         }
         // A file that is held is waited for when it is read.

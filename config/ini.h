@@ -59,7 +59,8 @@ bool RemoveRecord(const std::string& section, const std::string& key);
 std::string ReadRequired(const std::string& section, const std::string& key);
 
 /// During a start: waits for this record, at most a second in all, together with all other reads of the
-/// start. Without it another program may be just saving the file.
+/// start. Without it another program may be just saving the file. A record that only the mark of UTF-8 before
+/// the first line keeps from being read is made readable.
 void AwaitRequired(const std::string& section, const std::string& key);
 
 /// Whether the configuration file is whole, as far as is known: false where it has no longer the record

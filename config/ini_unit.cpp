@@ -74,6 +74,8 @@ bool TakeAwayUtf8Mark(const SideFile& side) {
 }
 
 bool CallProfileFunction(const IniWrite& write) {
+    // The new file has been made without the mark; the file itself is not written for that alone.
+    if (write.Section.empty()) return g_unit.way == Way::kSideFile;
     if (write.Otherwise && write.Otherwise->Reading != g_unit.timesMade)
         return CallInNewFile(write.Section, write.Otherwise->Key);
     const char* file = FileToWrite().c_str();
@@ -283,6 +285,8 @@ bool IniUnit::HasFailed() noexcept { return g_unit.failed; }
 bool IniUnit::AnyOpen() noexcept { return g_unit.depth > 0; }
 
 void RemoveInterruptedUnits() { RemoveSideFiles(IniPath); }
+
+bool RemoveUtf8Mark() { return CarryOut({"", std::nullopt, std::nullopt}); }
 
 bool CarryOut(IniWrite write) {
     if (g_unit.depth == 0) {

@@ -16,7 +16,7 @@ struct IniWrite {
         std::string Key;       ///< is taken out; "" for nothing to be done
     };
 
-    std::string Section;
+    std::string Section;              ///< "": nothing is written but what every unit takes away
     std::optional<std::string> Key;   ///< none: the whole section, whose entries end with a NUL each
     std::optional<std::string> Text;  ///< none: the key is taken out
     std::optional<InNewFile> Otherwise = std::nullopt;
@@ -70,6 +70,10 @@ class IniUnit {
 /// Deletes the files that a killed program's unit has left beside Quon.ini, whatever they hold, except the
 /// one that another session's unit is working with at this moment.
 void RemoveInterruptedUnits();
+
+/// Takes the mark of UTF-8 away that some editors put before the first line of Quon.ini, in a unit of its
+/// own. False when it failed, and where no new file can be made.
+bool RemoveUtf8Mark();
 
 /// Carries out one write in the unit that is open, else in a unit of its own. False when it failed.
 bool CarryOut(IniWrite write);

@@ -43,4 +43,30 @@ TEST_F(Utf8MarkTest, IsTakenAwayByEveryUnit) {
     EXPECT_EQ(folder_.IniBytes(), "[Settings]\r\nMain=1\r\n[Cuts]\r\na=2\r\n");
 }
 
+TEST_F(Utf8MarkTest, IsTakenAwayWhereItHidesWhatAStartNeeds) {
+    config::AwaitRequired("Settings", "Main");
+    EXPECT_EQ(config::ReadIni("Settings", "Main"), "1");
+    EXPECT_EQ(folder_.IniBytes(), kBegin);
+    EXPECT_TRUE(NothingIsLeft());
+}
+
+TEST_F(Utf8MarkTest, StaysDuringAStartThatReadsWhatItNeeds) {
+    for (const std::string& text : {"\r\n" + std::string(kBegin), std::string("[Settings]\r\nOther=1\r\n")}) {
+        folder_.WriteIniText(kMark + text);
+        const RecordedCall read =
+            FAKE_CALL(GetPrivateProfileStringA, ORIGINAL_CALL(GetPrivateProfileStringA));
+        config::AwaitRequired("Settings", "Main");
+        EXPECT_EQ(folder_.IniBytes(), kMark + text);
+    }
+}
+
+TEST_F(Utf8MarkTest, StaysWhereThereCanBeNoNewFile) {
+    const RecordedCall copy = FAKE_CALL(CopyFileA, [](LPCSTR, LPCSTR, BOOL) -> BOOL {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return FALSE;
+    });
+    config::AwaitRequired("Settings", "Main");
+    EXPECT_EQ(folder_.IniBytes(), std::string(kMark) + kBegin);
+}
+
 }  // namespace
