@@ -8,3 +8,8 @@ set(CMAKE_FIND_ROOT_PATH /usr/i686-w64-mingw32)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+# Debian's "wine" takes the 32-bit half where it is installed, which runs programs of both kinds.
+find_program(QUON_WINE NAMES wine)
+if(QUON_WINE)
+  set(CMAKE_CROSSCOMPILING_EMULATOR ${QUON_WINE})
+endif()

@@ -50,8 +50,8 @@ void DesktopAround::PlayDrops() {
 void DesktopAround::PlayClipboard() {
     fakes_.push_back(
         FAKE_CALL(IsClipboardFormatAvailable, [this](UINT format) -> WINBOOL { return format == format_; }));
-    fakes_.push_back(FAKE_CALL(OpenClipboard, [](HWND) -> WINBOOL { return TRUE; }));
-    fakes_.push_back(FAKE_CALL(CloseClipboard, []() -> WINBOOL { return TRUE; }));
+    fakes_.push_back(ANSWER_CALL(OpenClipboard, TRUE));
+    fakes_.push_back(ANSWER_CALL(CloseClipboard, TRUE));
     fakes_.push_back(FAKE_CALL(GetClipboardData, [this](UINT format) -> HANDLE {
         return format == format_ ? clipboard_.hGlobal : nullptr;
     }));

@@ -67,13 +67,8 @@ const std::vector<std::string>& FuzzUser::Errors() { return ShownErrors(); }
 
 void FuzzUser::KeepWindowsAway() {
     fakes_.push_back(FAKE_CALL(Sleep, [](DWORD) {}));
-    fakes_.push_back(FAKE_CALL(ShellExecuteA, [](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
-        return reinterpret_cast<HINSTANCE>(33);
-    }));
-    fakes_.push_back(
-        FAKE_CALL(CreateProcessA,
-                  [](LPCSTR, LPSTR, LPSECURITY_ATTRIBUTES, LPSECURITY_ATTRIBUTES, BOOL, DWORD, LPVOID, LPCSTR,
-                     LPSTARTUPINFOA, LPPROCESS_INFORMATION) -> BOOL { return FALSE; }));
+    fakes_.push_back(ANSWER_CALL(ShellExecuteA, reinterpret_cast<HINSTANCE>(33)));
+    fakes_.push_back(ANSWER_CALL(CreateProcessA, FALSE));
     fakes_.push_back(
         FAKE_CALL(TrackPopupMenu, [this](HMENU menu, UINT, int, int, int, HWND, const RECT*) -> BOOL {
             const int chosen = std::exchange(chosen_, 0);
@@ -99,10 +94,8 @@ void FuzzUser::KeepRegistryAway() {
             *key = kFakeKey;
             return ERROR_SUCCESS;
         }));
-    fakes_.push_back(FAKE_CALL(RegSetValueExA, [](HKEY, LPCSTR, DWORD, DWORD, const BYTE*, DWORD) -> LSTATUS {
-        return ERROR_SUCCESS;
-    }));
-    fakes_.push_back(FAKE_CALL(RegDeleteValueA, [](HKEY, LPCSTR) -> LSTATUS { return ERROR_SUCCESS; }));
+    fakes_.push_back(ANSWER_CALL(RegSetValueExA, ERROR_SUCCESS));
+    fakes_.push_back(ANSWER_CALL(RegDeleteValueA, ERROR_SUCCESS));
     fakes_.push_back(FAKE_CALL(RegCloseKey, [](HKEY key) -> LSTATUS {
         return key == kFakeKey ? ERROR_SUCCESS : ORIGINAL_CALL(RegCloseKey)(key);
     }));

@@ -118,10 +118,9 @@ TEST_F(ButtonLeakTest, DockingAndComingOut) {
 }
 
 TEST_F(ButtonLeakTest, AddingAndRemovingTheTrayIcon) {
-    const auto notify = FAKE_CALL(Shell_NotifyIconA, [this](DWORD what, PNOTIFYICONDATAA record) {
+    const auto notify = WATCH_CALL(Shell_NotifyIconA, [this](DWORD what, PNOTIFYICONDATAA) {
         if (what == NIM_ADD) Calls().Take("tray icon");
         if (what == NIM_DELETE) Calls().Give("tray icon");
-        return ORIGINAL_CALL(Shell_NotifyIconA)(what, record);
     });
     const HICON icon = LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDI_QUON));
     Repeat([&] {

@@ -26,13 +26,10 @@ using testkit::Window;
 class DialogLeakTest : public PanelLeakTest {
   protected:
     DialogLeakTest() {
-        fakes_.push_back(FAKE_CALL(
-            TrackPopupMenu, [this](HMENU, UINT, int, int, int, HWND, const RECT*) { return command_; }));
+        fakes_.push_back(FAKE_CALL(TrackPopupMenu, [this] { return command_; }));
         // The key is opened for real, and left as it is.
-        fakes_.push_back(FAKE_CALL(
-            RegSetValueExA,
-            [](HKEY, LPCSTR, DWORD, DWORD, const BYTE*, DWORD) -> LSTATUS { return ERROR_SUCCESS; }));
-        fakes_.push_back(FAKE_CALL(RegDeleteValueA, [](HKEY, LPCSTR) -> LSTATUS { return ERROR_SUCCESS; }));
+        fakes_.push_back(ANSWER_CALL(RegSetValueExA, ERROR_SUCCESS));
+        fakes_.push_back(ANSWER_CALL(RegDeleteValueA, ERROR_SUCCESS));
     }
 
     /// Chooses a command of the settings' menu and answers what opens.

@@ -120,9 +120,7 @@ class PasteLeakTest : public DropLeakTest {
             return TRUE;
         }));
         fakes_.push_back(FAKE_CALL(GetClipboardData, [this](UINT) { return medium_.hGlobal; }));
-        fakes_.push_back(FAKE_CALL(TrackPopupMenu, [](HMENU, UINT, int, int, int, HWND, const RECT*) {
-            return static_cast<BOOL>(IDM_BUTTON + app::kPaste);
-        }));
+        fakes_.push_back(ANSWER_CALL(TrackPopupMenu, static_cast<BOOL>(IDM_BUTTON + app::kPaste)));
     }
 
     /// Puts what a data object offers on the clipboard and pastes it onto a free button.

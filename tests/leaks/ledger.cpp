@@ -206,10 +206,9 @@ void Ledger::RecordDeviceContexts() {
         paints_.Take("paint", Number(window));
         return dc;
     }));
-    calls_.push_back(FAKE_CALL(EndPaint, [this](HWND window, const PAINTSTRUCT* paint) {
+    calls_.push_back(WATCH_CALL(EndPaint, [this](HWND window, const PAINTSTRUCT* paint) {
         selected_.erase(paint->hdc);
         paints_.Give(Number(window));
-        return ORIGINAL_CALL(EndPaint)(window, paint);
     }));
 }
 
@@ -274,10 +273,7 @@ void Ledger::RecordMemory() {
         if (bytes != nullptr) locks_.Take("lock on global memory", Number(memory));
         return bytes;
     }));
-    calls_.push_back(FAKE_CALL(GlobalUnlock, [this](HGLOBAL memory) {
-        locks_.Give(Number(memory));
-        return ORIGINAL_CALL(GlobalUnlock)(memory);
-    }));
+    calls_.push_back(WATCH_CALL(GlobalUnlock, [this](HGLOBAL memory) { locks_.Give(Number(memory)); }));
     Makes<OF(CoTaskMemAlloc)>(shellMemory_, "shell memory");
     calls_.push_back(
         FAKE_CALL(SHGetSpecialFolderLocation, [this](HWND owner, int folder, LPITEMIDLIST* list) {
@@ -290,10 +286,9 @@ void Ledger::RecordMemory() {
         ORIGINAL_CALL(CoTaskMemFree)(memory);
     }));
     Makes<OF(SysAllocStringLen)>(texts_, "automation text");
-    calls_.push_back(FAKE_CALL(VariantClear, [this](VARIANTARG* value) {
+    calls_.push_back(WATCH_CALL(VariantClear, [this](VARIANTARG* value) {
         // A text that COM has answered with is not known here.
         if (value->vt == VT_BSTR && texts_.Has(Number(value->bstrVal))) texts_.Give(Number(value->bstrVal));
-        return ORIGINAL_CALL(VariantClear)(value);
     }));
 }
 

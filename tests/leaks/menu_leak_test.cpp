@@ -34,7 +34,7 @@ class MenuLeakTest : public PanelLeakTest {
             if (window == other_.Handle() && which == GW_HWNDNEXT) return nullptr;
             return ORIGINAL_CALL(GetWindow)(window, which);
         }));
-        fakes_.push_back(FAKE_CALL(GetCurrentProcessId, []() -> DWORD { return 4; }));
+        fakes_.push_back(ANSWER_CALL(GetCurrentProcessId, 4));
         fakes_.push_back(FAKE_CALL(IsWindowVisible, [this](HWND window) -> BOOL {
             return window == other_.Handle() || ORIGINAL_CALL(IsWindowVisible)(window);
         }));
@@ -103,7 +103,7 @@ TEST_F(MenuLeakTest, TheTrayIconsMenu) {
         std::strcpy(text, "Notification");
         return 12;
     }));
-    fakes_.push_back(FAKE_CALL(SetForegroundWindow, [](HWND) { return TRUE; }));
+    fakes_.push_back(ANSWER_CALL(SetForegroundWindow, TRUE));
     Repeat([this] {
         PressInMenu({VK_DOWN, VK_ESCAPE});
         Panel().Send(WM_MOUSEMOVE, 1, WM_RBUTTONUP);
@@ -142,14 +142,13 @@ TEST_F(MenuLeakTest, TheListOfProcesses) {
 
 TEST_F(MenuLeakTest, AssigningFileOperationsAndProperties) {
     testkit::AnswerPickers(fakes_, [this](testkit::Picker) { return targets_.Path(); });
-    fakes_.push_back(FAKE_CALL(SHFileOperationA, [](LPSHFILEOPSTRUCTA) { return 0; }));
+    fakes_.push_back(ANSWER_CALL(SHFileOperationA, 0));
     fakes_.push_back(FAKE_CALL(ShellExecuteExA, [](SHELLEXECUTEINFOA* record) {
         record->hProcess = OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, GetProcessId(GetCurrentProcess()));
         return TRUE;
     }));
     int command = 0;
-    fakes_.push_back(
-        FAKE_CALL(TrackPopupMenu, [&](HMENU, UINT, int, int, int, HWND, const RECT*) { return command; }));
+    fakes_.push_back(FAKE_CALL(TrackPopupMenu, [&] { return command; }));
     const auto choose = [&](int button, int chosen) {
         command = chosen;
         Button(button).Send(WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(5, 5));

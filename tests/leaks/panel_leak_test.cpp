@@ -36,14 +36,10 @@ PanelLeakTest::PanelLeakTest()
         std::strcpy(answer, program_.c_str());
         return reinterpret_cast<HINSTANCE>(33);
     }));
-    fakes_.push_back(FAKE_CALL(ShellExecuteA, [](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
-        return reinterpret_cast<HINSTANCE>(33);
-    }));
+    fakes_.push_back(ANSWER_CALL(ShellExecuteA, reinterpret_cast<HINSTANCE>(33)));
     fakes_.push_back(FAKE_CALL(Sleep, [](DWORD) {}));
-    fakes_.push_back(FAKE_CALL(RegisterDragDrop, [this](HWND window, LPDROPTARGET target) {
-        dropTargets_.push_back(target);
-        return ORIGINAL_CALL(RegisterDragDrop)(window, target);
-    }));
+    fakes_.push_back(
+        WATCH_CALL(RegisterDragDrop, [this](HWND, LPDROPTARGET target) { dropTargets_.push_back(target); }));
     // A program of the panel's own folder has an entry in a menu.
     panel_.Folder().MakeFile("Companion.exe");
     panel_.Load();

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "dialogs/edit_group.h"
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 #include "tests/support/text.h"
 
 namespace testkit {
@@ -76,10 +76,7 @@ INSTANTIATE_TEST_SUITE_P(
                  {"tab 3", "\"30\"", "\"Buttons\"", "Работа"}}),
     [](const ::testing::TestParamInfo<BadStart>& start) { return std::string(start.param.name); });
 
-class BadIniTest : public ::testing::Test {
-  protected:
-    ProgramFolder folder_;
-};
+class BadIniTest : public QuonTest {};
 
 TEST_F(BadIniTest, RubbishAroundTheSettingsIsSurvived) {
     QuonIni ini;
@@ -106,8 +103,7 @@ TEST_F(BadIniTest, AHugeFileIsSurvived) {
     ini.AddShortcut("11", "Last", target);
     ini.AddShortcut("12", "Long", "http://host.example/" + std::string(5000, 'y'));
     ini.AddShortcut("13", std::string(700, 'n'), target);
-    folder_.WriteIniText(ini.Text());
-    QuonPanel quon(folder_);
+    QuonPanel quon = Start(ini);
     quon.ExpectName(1, "Last");
     quon.ExpectName(2, "Long");
     // A record names nothing when only its beginning can be read.
@@ -145,15 +141,14 @@ TEST_F(BadIniTest, ALineThatIsNoRecordStopsNoRenaming) {
     folder_.WriteIniText(text);
     QuonPanel quon(folder_);
     quon.ExpectName(1, "Group");
-    mouse::RightClick(quon.Button(1));
-    PopupMenu::Wait(quon.Id()).Choose("Edit group");
+    quon.OpenButtonMenu(1).Choose("Edit group");
     const Window editor = WaitFor("the editor", [&] {
         const Window dialog = quon.Program().FindWindow({.class_name = "#32770"});
         return dialog && dialog.FindChild(dialogs::frmEditB::c1 + 2) ? dialog : Window();
     });
     editor.Child(dialogs::frmEditB::t1).SetText("Another name");
     mouse::Click(editor.Child(dialogs::frmEditB::c1 + 2));
-    WaitFor("the editor closes", [&] { return !editor.Exists(); });
+    WaitUntilClosed(editor);
     quon.ExpectName(1, "Another name");
     EXPECT_EQ(folder_.IniValue("Cuts", "Another name"), folder_.Path() + "|C:\\");
     EXPECT_THAT(folder_.IniBytes(), HasSubstr(junk));
@@ -170,8 +165,7 @@ TEST_F(BadIniTest, ButtonsWhoseTargetIsGoneFreeThemselves) {
     ini.buttons.emplace_back("16", "no bar");
     ini.buttons.emplace_back("17", "|3");
     ini.AddShortcut("21", "Gone", folder_.FullPath("gone.exe"));
-    folder_.WriteIniText(ini.Text());
-    QuonPanel quon(folder_);
+    QuonPanel quon = Start(ini);
     quon.ExpectName(1, "Here");
     quon.ExpectName(3, "Page");
     quon.ExpectName(4, "Group");

@@ -9,7 +9,7 @@
 
 #include "dialogs/edit_group.h"
 #include "dialogs/icon_chooser.h"
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 #include "tests/support/neighbour.h"
 #include "tests/support/wine.h"
 
@@ -21,15 +21,10 @@ using ::testing::HasSubstr;
 constexpr char kShellsQuestion[] =
     "Windows asks otherwise, and before it recycles only where its user wants to be asked.";
 
-class ButtonMenuProgramTest : public ::testing::Test {
+class ButtonMenuProgramTest : public QuonTest {
   protected:
-    QuonPanel Start(const QuonIni& ini) const {
-        folder_.WriteIniText(ini.Text());
-        return QuonPanel(folder_);
-    }
     static void Choose(const QuonPanel& quon, int button, std::initializer_list<std::string_view> path) {
-        mouse::RightClick(quon.Button(button));
-        PopupMenu::Wait(quon.Id()).Choose(path);
+        quon.OpenButtonMenu(button).Choose(path);
     }
     static void Choose(const QuonPanel& quon, int button, std::string_view command) {
         Choose(quon, button, {command});
@@ -43,11 +38,7 @@ class ButtonMenuProgramTest : public ::testing::Test {
     }
     /// The picker that the program shows; the panel takes no input meanwhile.
     static Window WaitForPicker(QuonPanel& quon) {
-        const Window picker = WaitFor("a picker", [&] {
-            for (const Window window : quon.Program().Windows())
-                if (window != quon.Main() && window.Class() == "#32770") return window;
-            return Window();
-        });
+        const Window picker = quon.WaitForSystemDialog();
         EXPECT_FALSE(quon.Main().IsEnabled());
         EXPECT_FALSE(quon.Main().IsTopmost());
         return picker;
@@ -56,12 +47,6 @@ class ButtonMenuProgramTest : public ::testing::Test {
         WaitFor("the panel takes input again", [&] { return quon.Main().IsEnabled(); });
         WaitFor("the panel is topmost again", [&] { return quon.Main().IsTopmost(); });
     }
-    void WaitForRecord(const std::string& section, const std::string& key, const std::string& value) const {
-        WaitFor(section + " " + key + " to be " + value,
-                [&] { return folder_.IniValue(section, key) == value; });
-    }
-
-    ProgramFolder folder_;
 };
 
 TEST_F(ButtonMenuProgramTest, RenamesAFileAndKeepsItsButton) {
@@ -127,7 +112,7 @@ TEST_F(ButtonMenuProgramTest, PickersReturnAndCancel) {
         EXPECT_EQ(picker.Text(), "Select file");
         CaptureScreen().SaveAs("file-picker.bmp");
         keyboard::Press(VK_ESCAPE);
-        WaitFor("the picker closes", [&] { return !picker.Exists(); });
+        WaitUntilClosed(picker);
     }
     ExpectPanelBack(quon);
     EXPECT_EQ(quon.Button(2).Text(), "Empty");
@@ -137,7 +122,7 @@ TEST_F(ButtonMenuProgramTest, PickersReturnAndCancel) {
         WaitFor("the picker to be in front", [&] { return picker.IsForeground(); });
         keyboard::Chord({VK_CONTROL, 'A'});
         keyboard::Type(path + "\n");
-        WaitFor("the picker closes", [&] { return !picker.Exists(); });
+        WaitUntilClosed(picker);
     }
     quon.ExpectName(2, "Picked");
     ExpectPanelBack(quon);
@@ -147,7 +132,7 @@ TEST_F(ButtonMenuProgramTest, PickersReturnAndCancel) {
         const Window picker = WaitForPicker(quon);
         CaptureScreen().SaveAs("folder-picker.bmp");
         picker.Child(IDCANCEL).Post(BM_CLICK);
-        WaitFor("the picker closes", [&] { return !picker.Exists(); });
+        WaitUntilClosed(picker);
     }
     ExpectPanelBack(quon);
     EXPECT_EQ(quon.Button(3).Text(), "Empty");
@@ -156,8 +141,7 @@ TEST_F(ButtonMenuProgramTest, PickersReturnAndCancel) {
 TEST_F(ButtonMenuProgramTest, AssignsARunningProgramAndNeverOffersItself) {
     const Neighbour neighbour(folder_, "Сусед č.exe", "a neighbour");
     QuonPanel quon = Start({});
-    mouse::RightClick(quon.Button(4));
-    const PopupMenu programs = PopupMenu::Wait(quon.Id()).Open("Assign from active");
+    const PopupMenu programs = quon.OpenButtonMenu(4).Open("Assign from active");
     CaptureScreen().SaveAs("assign-from-active.bmp");
     EXPECT_FALSE(programs.Has("Quon"));
     programs.Choose("Сусед č");

@@ -8,7 +8,7 @@
 
 #include <string>
 
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 
 namespace testkit {
 namespace {
@@ -17,12 +17,8 @@ constexpr int kLabel = frmTabPrep_Text1 + 0;
 constexpr int kDescription = frmTabPrep_Text1 + 1;
 constexpr int kShowDescription = frmTabPrep_Check1;
 
-class DefineTabDialogTest : public ::testing::Test {
+class DefineTabDialogTest : public QuonTest {
   protected:
-    QuonPanel Start(const QuonIni& ini) const {
-        folder_.WriteIniText(ini.Text());
-        return QuonPanel(folder_);
-    }
     static Window Open(QuonPanel& quon, int tab) {
         mouse::RightClick(quon.Header(tab));
         const Window dialog = quon.Program().WaitForWindow({.title = "Define tab"});
@@ -34,18 +30,6 @@ class DefineTabDialogTest : public ::testing::Test {
         keyboard::Type(text);
         WaitFor("the text is typed", [&] { return dialog.Child(id).Text() == text; });
     }
-    static void WaitUntilClosed(Window dialog) {
-        WaitFor("the dialog closes", [&] { return !dialog.Exists(); });
-    }
-    /// Moves off the headers, then onto one and a little further: the tip follows the second move.
-    static void Hover(QuonPanel& quon, int tab) {
-        const POINT centre = quon.Header(tab).Centre();
-        mouse::MoveTo(centre);
-        quon.Header(tab).Send(WM_NULL);
-        mouse::MoveTo({centre.x + 2, centre.y + 1});
-    }
-
-    ProgramFolder folder_;
 };
 
 TEST_F(DefineTabDialogTest, AppliesLabelDescriptionAndOption) {
@@ -71,7 +55,7 @@ TEST_F(DefineTabDialogTest, AppliesLabelDescriptionAndOption) {
     WaitFor("the header follows", [&] { return quon.Header(3).Text() == "Раб 文"; });
     EXPECT_EQ(folder_.IniValue("Buttons", "30"), "Раб 文|Office files: Ћирилица и 漢字");
     // The tip is made anew, though the pointer has been on this header before.
-    Hover(quon, 3);
+    Hover(quon.Header(3));
     const ToolTipText tip = tips.Wait();
     EXPECT_EQ(tip.title, "Раб 文");
     EXPECT_EQ(tip.text, "Office files: Ћирилица и 漢字");

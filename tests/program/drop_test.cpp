@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 #include "tests/support/drag_source.h"
 
 namespace testkit {
@@ -23,7 +23,7 @@ constexpr char kNoSwitchInGroups[] =
 /// The question's buttons.
 enum { kCreateGroup = 0, kReplace = 1, kCancel = 2 };
 
-class DropTest : public ::testing::Test {
+class DropTest : public QuonTest {
   protected:
     /// Shows tab 2, so that a key can be told from a button's number.
     void Start() {
@@ -57,7 +57,6 @@ class DropTest : public ::testing::Test {
         return folder_.IniValue("Switch", name);
     }
 
-    ProgramFolder folder_;
     ProgramFolder files_{"drop"};
     QuonIni ini_;
     DragSource source_{files_};

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "tests/program/other_window.h"
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 
 namespace testkit {
 namespace {
@@ -17,20 +17,8 @@ using std::chrono::milliseconds;
 
 constexpr Edge kEdges[] = {Edge::kLeft, Edge::kTop, Edge::kRight, Edge::kBottom};
 
-class EdgeTest : public ::testing::Test {
+class EdgeTest : public DockedTest {
   protected:
-    EdgeTest() {
-        ini_.start_glued = true;
-        mouse::MoveTo(kAway);
-    }
-
-    QuonPanel Start() {
-        folder_.WriteIniText(ini_.Text());
-        QuonPanel quon(folder_);
-        quon.Program().WaitUntilIdle();
-        return quon;
-    }
-    static Edge EdgeOf(const QuonIni& ini) { return static_cast<Edge>(ini.edge); }
     void DockAt(Edge edge) { ini_.edge = static_cast<int>(edge); }
 
     /// A pixel in the middle of what can be seen of the docked panel.
@@ -51,14 +39,14 @@ class EdgeTest : public ::testing::Test {
         // Wine may hear late from the display that the pointer was on the strip: the panel comes out again.
         WaitFor("the panel docks", [&] {
             quon.Main().Post(WM_SYSCOMMAND, SC_CLOSE);
-            return HappensWithin(kLongEnough, [&] { return quon.IsDockedAt(EdgeOf(ini_)); });
+            return HappensWithin(kLongEnough, [&] { return quon.IsDockedAt(ItsEdge()); });
         });
     }
     /// How long the docked panel takes to come out for the pointer.
     static milliseconds TimeToComeOut(const QuonPanel& quon) {
         const auto start = std::chrono::steady_clock::now();
         mouse::MoveTo(Strip(quon));
-        WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+        quon.WaitUntilOut();
         return std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - start);
     }
     /// Puts the pointer onto the strip and waits until the panel is waiting out the hover delay, when it
@@ -75,12 +63,6 @@ class EdgeTest : public ::testing::Test {
             return slow >= kInARow;
         });
     }
-    /// What a click on the tray icon sends.
-    static void ClickTrayIcon(const QuonPanel& quon) { quon.Main().Post(WM_MOUSEMOVE, 1, WM_LBUTTONUP); }
-
-    static constexpr POINT kAway{700, 300};
-    ProgramFolder folder_;
-    QuonIni ini_;
 };
 
 TEST_F(EdgeTest, TheWholeStripBelongsToThePanelItselfAtEveryEdge) {
@@ -113,7 +95,7 @@ TEST_F(EdgeTest, RestingOnTheStripBringsThePanelOutAfterTheDelayAtEveryEdge) {
         QuonPanel quon = Start();
         const auto start = std::chrono::steady_clock::now();
         mouse::MoveTo(Strip(quon));
-        WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+        quon.WaitUntilOut();
         EXPECT_GE(std::chrono::steady_clock::now() - start, milliseconds(600)) << ini_.edge;
         ExpectInTheMiddle(quon);
         // The pointer may leave the panel: nothing docks it by itself.
@@ -129,10 +111,10 @@ TEST_F(EdgeTest, LeavingTheStripBeforeTheDelayIsOverLeavesThePanelDocked) {
     QuonPanel quon = Start();
     mouse::MoveTo(Strip(quon));
     mouse::MoveTo(kAway);
-    EXPECT_TRUE(HoldsThroughout(milliseconds(2600), [&] { return quon.IsDockedAt(EdgeOf(ini_)); }));
+    EXPECT_TRUE(HoldsThroughout(milliseconds(2600), [&] { return quon.IsDockedAt(ItsEdge()); }));
     // The next rest on the strip counts again.
     mouse::MoveTo(Strip(quon));
-    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    quon.WaitUntilOut();
 }
 
 TEST_F(EdgeTest, WithoutADelayThePanelComesOutAtOnce) {
@@ -158,7 +140,7 @@ TEST_F(EdgeTest, AClickOnTheStripBringsThePanelOutAtEveryEdgeWithEveryButton) {
         DockAt(edge);
         QuonPanel quon = Start();
         mouse::Click(Strip(quon), {}, button);
-        WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+        quon.WaitUntilOut();
         ExpectInTheMiddle(quon);
         mouse::MoveTo(kAway);
     }
@@ -170,9 +152,9 @@ TEST_F(EdgeTest, WithBothTriggersOffOnlyTheTrayIconBringsThePanelOut) {
     mouse::MoveTo(Strip(quon));
     mouse::Click(Strip(quon));
     mouse::Click(Strip(quon), {}, mouse::Button::kRight);
-    EXPECT_TRUE(HoldsThroughout(milliseconds(700), [&] { return quon.IsDockedAt(EdgeOf(ini_)); }));
-    ClickTrayIcon(quon);
-    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    EXPECT_TRUE(HoldsThroughout(milliseconds(700), [&] { return quon.IsDockedAt(ItsEdge()); }));
+    quon.ClickTrayIcon();
+    quon.WaitUntilOut();
     ExpectInTheMiddle(quon);
 }
 
@@ -180,7 +162,7 @@ TEST_F(EdgeTest, TheTimerKeepsTheStripOnTopWithoutTakingTheFocus) {
     ini_.start_glued = false;
     QuonPanel quon = Start();
     mouse::Click(quon.CloseButtonPlace());
-    WaitFor("the panel docks", [&] { return quon.IsDockedAt(EdgeOf(ini_)); });
+    quon.WaitUntilDockedAt(ItsEdge());
     mouse::MoveTo(kAway);
     const POINT strip = Strip(quon);
     const OtherWindow cover({strip.x - 20, strip.y - 20, strip.x + 20, strip.y + 20});
@@ -212,11 +194,11 @@ TEST_F(EdgeTest, ADockedPanelThatIsClosedAgainForgetsNothing) {
     WaitFor("the panel moves", [&] { return quon.Main().Rect().left == 37; });
     for (int round = 0; round < 2; ++round) {
         quon.Main().Post(WM_SYSCOMMAND, SC_CLOSE);
-        WaitFor("the panel docks", [&] { return quon.IsDockedAt(EdgeOf(ini_)); });
+        quon.WaitUntilDockedAt(ItsEdge());
         quon.Program().WaitUntilIdle();
     }
-    ClickTrayIcon(quon);
-    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    quon.ClickTrayIcon();
+    quon.WaitUntilOut();
     EXPECT_EQ(quon.Main().Rect().left, 37);
     EXPECT_EQ(quon.Main().Rect().top, 61);
 }
@@ -256,7 +238,7 @@ TEST_F(EdgeTest, ALongWaitSurvivesFurtherMovesAndClicks) {
     for (LONG step = 1; step <= 20; ++step)
         mouse::MoveTo({strip.x + step, strip.y});
     mouse::Click(strip);
-    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    quon.WaitUntilOut();
 }
 
 TEST_F(EdgeTest, ALongWaitIsOverAsSoonAsThePanelIsOut) {
@@ -266,8 +248,8 @@ TEST_F(EdgeTest, ALongWaitIsOverAsSoonAsThePanelIsOut) {
     ini_.pop_delay = 600000;
     QuonPanel quon = Start();
     BeginHoverWait(quon);
-    ClickTrayIcon(quon);
-    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    quon.ClickTrayIcon();
+    quon.WaitUntilOut();
     // Between two sleeps there is time for a few answers, but not for so many.
     int quick = 0;
     WaitFor("the panel answers at once", [&] {

@@ -7,7 +7,7 @@
 
 #include <string>
 
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 #include "tests/support/text.h"
 
 namespace testkit {
@@ -28,23 +28,8 @@ constexpr int kApply = frmEdit_c1 + 2;
 constexpr int kCancel = frmEdit_c1 + 3;
 constexpr int kRowStep = 51;  // pixels from one row of the list to the next
 
-class EditShortcutDialogTest : public ::testing::Test {
+class EditShortcutDialogTest : public QuonTest {
   protected:
-    QuonPanel Start(const QuonIni& ini) const {
-        folder_.WriteIniText(ini.Text());
-        return QuonPanel(folder_);
-    }
-    static Window OpenOrganiser(QuonPanel& quon) {
-        mouse::Click(quon.ImageButton(2));
-        PopupMenu::Wait(quon.Id()).Choose("Organize shortcuts");
-        Window organiser;
-        WaitFor("the organiser with the focus on its list", [&] {
-            for (const Window window : FindTopWindows({.process_id = quon.Id()}))
-                if (window.Text().starts_with("Organize shortcuts - ")) organiser = window;
-            return organiser.Exists() && organiser.FindChild(kList).IsFocused();
-        });
-        return organiser;
-    }
     static void WaitForName(Window organiser, const std::string& name) {
         WaitFor("the row \"" + name + "\" is selected",
                 [&] { return organiser.Child(kList).Text() == name; });
@@ -70,7 +55,7 @@ class EditShortcutDialogTest : public ::testing::Test {
     }
     static void Close(Window dialog, int button) {
         mouse::Click(dialog.Child(button).Centre());
-        WaitFor("the dialog closes", [&] { return !dialog.Exists(); });
+        WaitUntilClosed(dialog);
     }
     static bool HasShortcut(const QuonPanel& quon, const std::string& name) {
         const std::wstring wide = Wide(name);
@@ -78,8 +63,6 @@ class EditShortcutDialogTest : public ::testing::Test {
                                                     reinterpret_cast<LPARAM>(wide.c_str()));
         return found != CB_ERR;
     }
-
-    ProgramFolder folder_;
 };
 
 TEST_F(EditShortcutDialogTest, AShortcutRenamedHereIsRenamedOnItsButtonWithItsSwitch) {
@@ -89,7 +72,7 @@ TEST_F(EditShortcutDialogTest, AShortcutRenamedHereIsRenamedOnItsButtonWithItsSw
     ini.AddShortcut("21", "Other tab", folder_.MakeFile("other.txt"));
     const std::string newFile = folder_.MakeFile("новая 文.txt");
     QuonPanel quon = Start(ini);
-    const Window organiser = OpenOrganiser(quon);
+    const Window organiser = quon.OpenOrganiser();
     SelectRow(organiser, 1, "Белешке");
     {
         const Window editor = Edit(quon, organiser);
@@ -126,7 +109,7 @@ TEST_F(EditShortcutDialogTest, AShortcutRenamedHereIsRenamedOnItsButtonWithItsSw
         keyboard::Type("Tab two");
         WaitFor("the name is typed", [&] { return editor.Child(kName).Text() == "Tab two"; });
         keyboard::Press(VK_RETURN);
-        WaitFor("the editor closes", [&] { return !editor.Exists(); });
+        WaitUntilClosed(editor);
     }
     CaptureScreen().SaveAs("organise.bmp");
     Close(organiser, kQuit);
@@ -147,7 +130,7 @@ TEST_F(EditShortcutDialogTest, CancelledEditorsAndQuestionsChangeNothing) {
     ini.AddShortcut("11", "One", folder_.MakeFile("one.txt"));
     QuonPanel quon = Start(ini);
     const std::string before = folder_.IniBytes();
-    const Window organiser = OpenOrganiser(quon);
+    const Window organiser = quon.OpenOrganiser();
     {
         const Window editor = Edit(quon, organiser);
         keyboard::Type("Two");
@@ -159,7 +142,7 @@ TEST_F(EditShortcutDialogTest, CancelledEditorsAndQuestionsChangeNothing) {
         const Window editor = Edit(quon, organiser);
         TypeOver(editor, kFile, "x");
         keyboard::Press(VK_ESCAPE);
-        WaitFor("the editor closes", [&] { return !editor.Exists(); });
+        WaitUntilClosed(editor);
     }
     mouse::Click(organiser.Child(kDelete).Centre());
     MessageBoxWindow::Wait(quon.Id()).ClickButton(1);
@@ -179,7 +162,7 @@ TEST_F(EditShortcutDialogTest, DeletingWithoutAButtonAsksNothingAndTheDropDownFo
     ini.cuts.emplace_back("Слободна", "http://a.example/?x=y");
     QuonPanel quon = Start(ini);
     EXPECT_TRUE(HasShortcut(quon, "Слободна"));
-    const Window organiser = OpenOrganiser(quon);
+    const Window organiser = quon.OpenOrganiser();
     SelectRow(organiser, 1, "Слободна");
     keyboard::Press(VK_DELETE);
     WaitFor("the list is read again",
@@ -197,7 +180,7 @@ TEST_F(EditShortcutDialogTest, TheWheelScrollsTheListAgainAfterAnEditor) {
     for (int index = 0; index < 30; ++index)
         ini.cuts.emplace_back("n" + std::to_string(index), "C:\\windows");
     QuonPanel quon = Start(ini);
-    const Window organiser = OpenOrganiser(quon);
+    const Window organiser = quon.OpenOrganiser();
     const auto value = [&] { return static_cast<int>(organiser.Child(kBar).Send(SBM_GETPOS)); };
     Close(Edit(quon, organiser), kCancel);
     WaitFor("the organiser is in front", [&] { return organiser.IsForeground(); });
@@ -211,7 +194,7 @@ TEST_F(EditShortcutDialogTest, TheProgramEndsWhileTheEditorIsOpen) {
     QuonIni ini;
     ini.AddShortcut("11", "One", folder_.MakeFile("one.txt"));
     QuonPanel quon = Start(ini);
-    const Window organiser = OpenOrganiser(quon);
+    const Window organiser = quon.OpenOrganiser();
     const Window editor = Edit(quon, organiser);
     keyboard::Type("Two");
     WaitFor("the name is typed", [&] { return editor.Child(kName).Text() == "Two"; });

@@ -12,7 +12,7 @@
 
 #include "dialogs/options.h"
 #include "res/resource.h"
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 #include "tests/support/wine.h"
 
 namespace testkit {
@@ -34,7 +34,7 @@ void EndSession(const QuonPanel& quon) {
 
 const std::vector<Request> kAllRequests{&PostClose, &SendClose, &EndSession};
 
-class EndingTest : public ::testing::Test {
+class EndingTest : public QuonTest {
   protected:
     EndingTest() {
         ini_.AddShortcut("21", "target", folder_.MakeFile("target.txt", "text"));
@@ -46,8 +46,7 @@ class EndingTest : public ::testing::Test {
         // An instance that stayed behind would stop this start.
         QuonIni ini = ini_;
         ini.current_tab = 1;
-        folder_.WriteIniText(ini.Text());
-        QuonPanel quon(folder_);
+        QuonPanel quon = Start(ini);
         mouse::Click(quon.Header(2));
         quon.ExpectName(1, "target");
         open(quon);
@@ -62,27 +61,17 @@ class EndingTest : public ::testing::Test {
         EXPECT_EQ(folder_.IniValue("Cuts", "target"), folder_.FullPath("target.txt"));
     }
     static void Choose(const QuonPanel& quon, std::initializer_list<std::string_view> path) {
-        mouse::RightClick(quon.Button(1));
-        PopupMenu::Wait(quon.Id()).Choose(path);
+        quon.OpenButtonMenu(1).Choose(path);
     }
     /// Asks for the end while the shell asks whether the file may go.
     void EndAfterTheShellsQuestion(std::string_view command) {
         for (const Request& request : kAllRequests)
             EndAfter(request, [&](QuonPanel& quon) {
                 Choose(quon, {"File operations", command});
-                WaitForSystemDialog(quon);
+                quon.WaitForSystemDialog();
             });
     }
-    /// The system's dialog that the program shows.
-    static Window WaitForSystemDialog(QuonPanel& quon) {
-        return WaitFor("a dialog of the system's", [&] {
-            for (const Window window : quon.Program().Windows())
-                if (window != quon.Main() && window.Class() == "#32770" && window.IsEnabled()) return window;
-            return Window();
-        });
-    }
 
-    ProgramFolder folder_;
     QuonIni ini_;
     /// How long the last end took.
     milliseconds took_{};
@@ -90,17 +79,11 @@ class EndingTest : public ::testing::Test {
 
 TEST_F(EndingTest, PassesTheMenuOfAButton) {
     for (const Request& request : kAllRequests)
-        EndAfter(request, [](QuonPanel& quon) {
-            mouse::RightClick(quon.Button(1));
-            PopupMenu::Wait(quon.Id());
-        });
+        EndAfter(request, [](QuonPanel& quon) { quon.OpenButtonMenu(1); });
 }
 
 TEST_F(EndingTest, PassesAnOpenSubmenu) {
-    EndAfter(&SendClose, [](QuonPanel& quon) {
-        mouse::RightClick(quon.Button(1));
-        PopupMenu::Wait(quon.Id()).Open("File operations");
-    });
+    EndAfter(&SendClose, [](QuonPanel& quon) { quon.OpenButtonMenu(1).Open("File operations"); });
 }
 
 TEST_F(EndingTest, PassesTheMenuOfTheDropDownsText) {
@@ -113,8 +96,7 @@ TEST_F(EndingTest, PassesTheMenuOfTheDropDownsText) {
 TEST_F(EndingTest, PassesTheMessageBoxOfTheSystem) {
     for (const Request& request : kAllRequests)
         EndAfter(request, [](QuonPanel& quon) {
-            mouse::Click(quon.ImageButton(2));
-            PopupMenu::Wait(quon.Id()).Choose("Options");
+            quon.OpenSettingsMenu().Choose("Options");
             const Window options = quon.Program().WaitForWindow({.title = "Quon settings"});
             options.Child(dialogs::frmSettings::Text1).SetText("soon");
             options.Child(dialogs::frmSettings::ltBut1 + 1).Post(BM_CLICK);
@@ -126,18 +108,18 @@ TEST_F(EndingTest, PassesAPicker) {
     for (const Request& request : kAllRequests)
         EndAfter(request, [](QuonPanel& quon) {
             Choose(quon, {"Add file to button"});
-            WaitForSystemDialog(quon);
+            quon.WaitForSystemDialog();
         });
     EndAfter(&PostClose, [](QuonPanel& quon) {
         Choose(quon, {"Add folder to button"});
-        WaitForSystemDialog(quon);
+        quon.WaitForSystemDialog();
     });
 }
 
 TEST_F(EndingTest, PassesAPickerWithItsOwnComplaint) {
     EndAfter(&PostClose, [](QuonPanel& quon) {
         Choose(quon, {"Add file to button"});
-        const Window picker = WaitForSystemDialog(quon);
+        const Window picker = quon.WaitForSystemDialog();
         WaitFor("the picker is in front", [&] { return picker.IsForeground(); });
         keyboard::Chord({VK_CONTROL, 'A'});
         keyboard::Type("no such file.txt\n");
@@ -176,13 +158,10 @@ TEST_F(EndingTest, TakesNoNameThatIsStillBeingTyped) {
 
 TEST_F(EndingTest, ComesWithinASecondOrTwo) {
     constexpr milliseconds kASecondOrTwo{2000};
-    const std::function<void(QuonPanel&)> kOpened[] = {[](QuonPanel& quon) {
-                                                           mouse::RightClick(quon.Button(1));
-                                                           PopupMenu::Wait(quon.Id());
-                                                       },
+    const std::function<void(QuonPanel&)> kOpened[] = {[](QuonPanel& quon) { quon.OpenButtonMenu(1); },
                                                        [](QuonPanel& quon) {
                                                            Choose(quon, {"File operations", "Delete file"});
-                                                           WaitForSystemDialog(quon);
+                                                           quon.WaitForSystemDialog();
                                                        }};
     for (const auto& open : kOpened) {
         // A busy machine is too slow only now and then.
@@ -206,7 +185,7 @@ TEST_F(EndingTest, ComesFromTheTrayMenuToo) {
         },
         [](QuonPanel& quon) {
             Choose(quon, {"File operations", "Delete file"});
-            WaitForSystemDialog(quon);
+            quon.WaitForSystemDialog();
         });
 }
 

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "res/resource.h"
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 #include "tests/support/neighbour.h"
 #include "tests/support/text.h"
 
@@ -46,7 +46,7 @@ class SuspendedProgram {
     DWORD id_ = 0;
 };
 
-class FaultsTest : public ::testing::Test {
+class FaultsTest : public QuonTest {
   protected:
     /// Renames the first button in vain: what was typed stays in the box until the user gives up.
     static void Rename(QuonPanel& quon) {
@@ -73,7 +73,7 @@ class FaultsTest : public ::testing::Test {
             quon.Program().WaitUntilIdle();
             EXPECT_TRUE(dialog.Exists());
             keyboard::Press(VK_ESCAPE);
-            WaitFor("the dialog closes", [&] { return !dialog.Exists(); });
+            WaitUntilClosed(dialog);
             EXPECT_THAT(quon.Program().Windows(), SizeIs(1)) << "a message";
             EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
         }
@@ -86,8 +86,6 @@ class FaultsTest : public ::testing::Test {
         ini.AddShortcut("12", "Page", "http://example.test/?a=b");
         return ini.Text();
     }
-
-    ProgramFolder folder_;
 };
 
 TEST_F(FaultsTest, OneOfTwentySimultaneousStartsIsLeft) {
@@ -150,11 +148,9 @@ TEST_F(FaultsTest, AWindowThatHangsHoldsUpNeitherTheMenuNorThePanel) {
     ini.pop_on_hover = true;
     ini.click_shows = true;
     ini.taskbar_processes_only = false;
-    folder_.WriteIniText(ini.Text());
-    QuonPanel quon(folder_);
+    QuonPanel quon = Start(ini);
     neighbour.Hang();
-    mouse::RightClick(quon.Button(1));
-    const PopupMenu menu = PopupMenu::Wait(quon.Id());
+    const PopupMenu menu = quon.OpenButtonMenu(1);
     EXPECT_THAT(menu.Captions(), Contains("Free button"));
     if (menu.Item("Assign from active").enabled) {
         EXPECT_THAT(menu.Open("Assign from active").Captions(), Not(Contains(HasSubstr("hung"))));
@@ -164,11 +160,11 @@ TEST_F(FaultsTest, AWindowThatHangsHoldsUpNeitherTheMenuNorThePanel) {
     WaitFor("the menus close", [&] { return PopupMenu::OpenCount(quon.Id()) == 0; });
     // The pointer rests on the window that hangs, and the panel asks what it rests on.
     quon.Main().Post(WM_SYSCOMMAND, SC_CLOSE);
-    WaitFor("the panel docks", [&] { return quon.IsDockedAt(Edge::kTop); });
+    quon.WaitUntilDockedAt(Edge::kTop);
     mouse::MoveTo(neighbour.MainWindow().Centre());
     EXPECT_EQ(quon.Main().Send(WM_NULL), 0);
     mouse::Click(POINT{512, 1});
-    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    quon.WaitUntilOut();
     EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
 }
 

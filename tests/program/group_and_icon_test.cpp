@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 
 namespace testkit {
 namespace {
@@ -25,16 +25,11 @@ constexpr int kFirstIcon = IcoChooser_p2 + 0;
 constexpr int kLastIcon = IcoChooser_p2 + 5;
 constexpr int kCross = IcoChooser_Image1;
 
-class GroupAndIconTest : public ::testing::Test {
+class GroupAndIconTest : public QuonTest {
   protected:
-    QuonPanel Start(const QuonIni& ini) const {
-        folder_.WriteIniText(ini.Text());
-        return QuonPanel(folder_);
-    }
     /// Opens a button's menu and chooses a command; gives the window that it opens.
     static Window Choose(QuonPanel& quon, int button, std::string_view command, const char* title) {
-        mouse::RightClick(quon.Button(button));
-        PopupMenu::Wait(quon.Id()).Choose(command);
+        quon.OpenButtonMenu(button).Choose(command);
         const Window window = quon.Program().WaitForWindow({.title = title});
         WaitFor("the window is in front", [&] { return window.IsForeground(); });
         EXPECT_FALSE(quon.Main().IsEnabled());
@@ -51,15 +46,9 @@ class GroupAndIconTest : public ::testing::Test {
         return chooser;
     }
     static void ExpectGone(const QuonPanel& quon, Window window) {
-        WaitFor("the window closes", [&] { return !window.Exists(); });
+        WaitUntilClosed(window);
         WaitFor("the panel takes input again", [&] { return quon.Main().IsEnabled(); });
     }
-    void WaitForRecord(const std::string& section, const std::string& key, const std::string& value) const {
-        WaitFor(section + " " + key + " to be " + value,
-                [&] { return folder_.IniValue(section, key) == value; });
-    }
-
-    ProgramFolder folder_;
 };
 
 TEST_F(GroupAndIconTest, APickedIconIsOnTheFaceAndInTheFile) {
@@ -181,8 +170,7 @@ TEST_F(GroupAndIconTest, FreeButtonTakesTheGroupOfTheSecondButtonOnly) {
     ini.AddShortcut("11", "Први", folder_.MakeFile("a.txt"));
     ini.AddShortcut("12", "Други", folder_.MakeFile("b.txt") + "|" + folder_.Path());
     QuonPanel quon = Start(ini);
-    mouse::RightClick(quon.Button(2));
-    PopupMenu::Wait(quon.Id()).Choose("Free button");
+    quon.OpenButtonMenu(2).Choose("Free button");
     quon.ExpectName(2, "Empty");
     WaitForRecord("Buttons", "12", "");
     WaitFor("the target goes too",

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 
 namespace testkit {
 namespace {
@@ -23,13 +23,9 @@ Window TargetWindow(const TargetLaunch& launch) {
     return WaitForTopWindow({.class_name = kTargetClass, .process_id = launch.process_id});
 }
 
-class LaunchTest : public ::testing::Test {
+class LaunchTest : public QuonTest {
   protected:
     std::string MakeTarget(const std::string& name) const { return folder_.CopyIn(TestTargetExe(), name); }
-    QuonPanel Start(const QuonIni& ini) const {
-        folder_.WriteIniText(ini.Text());
-        return QuonPanel(folder_);
-    }
     /// Opens a button and gives the launch that comes of it.
     static TargetLaunch Open(const QuonPanel& quon, int button, const std::string& target,
                              const Keys& held = {}) {
@@ -40,8 +36,6 @@ class LaunchTest : public ::testing::Test {
     static void CloseTarget(const TargetLaunch& launch) {
         RunningProgram::Attach(launch.process_id).CloseAndWait();
     }
-
-    ProgramFolder folder_;
 };
 
 TEST_F(LaunchTest, TheHeldKeysChooseTheWindowState) {
@@ -121,14 +115,14 @@ TEST_F(LaunchTest, WithTheSingleClickSettingOneClickOpensOnceAndThePanelDocks) {
     mouse::Click(quon.Button(1));
     const TargetLaunch launch = WaitForTargetLaunches(target, 1).front();
     EXPECT_EQ(launch.show_state, SW_SHOWNORMAL);
-    WaitFor("the panel docks", [&] { return quon.IsDockedAt(Edge::kRight); });
+    quon.WaitUntilDockedAt(Edge::kRight);
     mouse::Click(POINT{1022, 384});
-    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    quon.WaitUntilOut();
     // The second half of a double click is not one more click.
     quon.OpenButton(1, {VK_SHIFT});
-    WaitFor("the panel docks again", [&] { return quon.IsDockedAt(Edge::kRight); });
+    quon.WaitUntilDockedAt(Edge::kRight);
     mouse::Click(POINT{1022, 384});
-    WaitFor("the panel comes out again", [&] { return quon.IsOut(); });
+    quon.WaitUntilOut();
     quon.Settle();
     const std::vector<TargetLaunch> launches = WaitForTargetLaunches(target, 2);
     ASSERT_THAT(launches, SizeIs(2));
@@ -148,7 +142,7 @@ TEST_F(LaunchTest, WithoutTheSingleClickSettingOneClickOpensNothing) {
     EXPECT_THAT(TargetLaunches(target), IsEmpty());
     EXPECT_TRUE(quon.IsOut());
     Open(quon, 1, target);
-    WaitFor("the panel docks", [&] { return quon.IsDockedAt(Edge::kTop); });
+    quon.WaitUntilDockedAt(Edge::kTop);
     EXPECT_TRUE(quon.Main().IsTopmost());
 }
 

@@ -6,12 +6,12 @@
 #include <optional>
 #include <string>
 
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 
 namespace testkit {
 namespace {
 
-class MoveTest : public ::testing::Test {
+class MoveTest : public QuonTest {
   protected:
     MoveTest() {
         ini_.AddShortcut("11", "Первый", file_, "/switch");
@@ -36,7 +36,6 @@ class MoveTest : public ::testing::Test {
 
     /// How many buttons of the sixth tab have a shortcut.
     static constexpr int kSixthTab = 6;
-    ProgramFolder folder_;
     const std::string file_ = folder_.MakeFile("a.txt");
     const std::string other_ = folder_.MakeFile("b.txt");
     QuonIni ini_;

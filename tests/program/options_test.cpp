@@ -14,7 +14,7 @@
 
 #include "res/resource.h"
 #include "tests/program/other_window.h"
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 #include "tests/support/wine.h"
 
 namespace testkit {
@@ -86,7 +86,7 @@ class RunKeyGone {
     std::vector<Entry> entries_;
 };
 
-class OptionsDialogTest : public ::testing::Test {
+class OptionsDialogTest : public QuonTest {
   protected:
     OptionsDialogTest() { RemoveStartEntry(); }
     ~OptionsDialogTest() override {
@@ -96,13 +96,8 @@ class OptionsDialogTest : public ::testing::Test {
                             static_cast<DWORD>(former_->size() + 1));
     }
 
-    QuonPanel Start(const QuonIni& ini) const {
-        folder_.WriteIniText(ini.Text());
-        return QuonPanel(folder_);
-    }
     static Window OpenOptions(QuonPanel& quon) {
-        mouse::Click(quon.ImageButton(2));
-        PopupMenu::Wait(quon.Id()).Choose("Options");
+        quon.OpenSettingsMenu().Choose("Options");
         const Window dialog = quon.Program().WaitForWindow({.title = "Quon settings"});
         WaitFor("the first option has the focus",
                 [&] { return dialog.Child(dialogs::frmSettings::chSet + 0).IsFocused(); });
@@ -116,16 +111,12 @@ class OptionsDialogTest : public ::testing::Test {
         Click(dialog, id);
         WaitFor("the box changes", [&] { return IsChecked(dialog, id) != before; });
     }
-    static void WaitUntilClosed(Window dialog) {
-        WaitFor("the options close", [&] { return !dialog.Exists(); });
-    }
     /// Closes the dialog with one of its buttons.
     static void Leave(Window dialog, int button) {
         Click(dialog, button);
         WaitUntilClosed(dialog);
     }
 
-    ProgramFolder folder_;
     /// That of a Quon which somebody uses.
     const std::optional<std::string> former_ = StartEntry();
 };
@@ -189,17 +180,17 @@ TEST_F(OptionsDialogTest, CancelLeavesEverySettingAndBringsThePanelOut) {
     ini.click_shows = true;
     ini.pop_delay = 350;
     QuonPanel quon = Start(ini);
-    WaitFor("the panel is docked", [&] { return quon.IsDockedAt(Edge::kRight); });
+    quon.WaitUntilDockedAt(Edge::kRight);
     const RECT strip = quon.Main().Rect();
     mouse::Click({strip.left + 1, (strip.top + strip.bottom) / 2});
-    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    quon.WaitUntilOut();
     const Window dialog = OpenOptions(quon);
-    WaitFor("the panel docks", [&] { return quon.IsDockedAt(Edge::kRight); });
+    quon.WaitUntilDockedAt(Edge::kRight);
     for (const int id : {400, 402, 403, 404, 405, 406, 407, 408})
         Toggle(dialog, id);
     Click(dialog, dialogs::frmSettings::o1 + 1);
     Leave(dialog, kCancel);
-    WaitFor("the panel comes out again", [&] { return quon.IsOut(); });
+    quon.WaitUntilOut();
     EXPECT_FALSE(StartEntry());
     EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
     EXPECT_EQ(folder_.IniValue("Settings", "Main"), ini.Main());
@@ -238,7 +229,7 @@ TEST_F(OptionsDialogTest, ReportsThatTheStartEntrysKeyCannotBeOpenedAndStaysOpen
         EXPECT_EQ(box.Owner(), dialog);
         CaptureScreen().SaveAs("options-entry.bmp");
         keyboard::Press(VK_RETURN);
-        WaitFor("the message closes", [&] { return !box.Exists(); });
+        WaitUntilClosed(box);
         EXPECT_TRUE(quon.IsDockedAt(Edge::kBottom)) << "the dialog is still open";
         // Adding the entry fails as well, but silently.
         Toggle(dialog, frmSettings_chSet + 0);
@@ -278,7 +269,7 @@ TEST_F(OptionsDialogTest, ReportsADelayThatIsNoNumberAndStaysOpen) {
         EXPECT_EQ(box.Owner(), dialog);
         CaptureScreen().SaveAs("options-delay.bmp");
         keyboard::Press(VK_RETURN);
-        WaitFor("the error closes", [&] { return !box.Exists(); });
+        WaitUntilClosed(box);
         WaitFor("the delay has the focus", [&] { return dialog.Child(kDelay).IsFocused(); });
     }
     EXPECT_TRUE(quon.IsDockedAt(Edge::kBottom)) << "the dialog is still open";
@@ -318,12 +309,7 @@ TEST_F(OptionsDialogTest, ExplainsTheBoxUnderThePointer) {
     QuonPanel quon = Start(ini);
     const Window dialog = OpenOptions(quon);
     const ToolTipWatch tips(dialog);
-    const auto hover = [&](int id) {
-        const POINT centre = dialog.Child(id).Centre();
-        mouse::MoveTo(centre);
-        dialog.Send(WM_NULL);
-        mouse::MoveTo({centre.x + 2, centre.y + 1});
-    };
+    const auto hover = [&](int id) { Hover(dialog.Child(id)); };
     hover(frmSettings_chSet + 2);
     const ToolTipText tip = tips.Wait();
     EXPECT_EQ(tip.title, "Default: checked");
@@ -352,10 +338,9 @@ TEST_F(OptionsDialogTest, TheMenuTheListAndTheCloseButtonFollow) {
         Toggle(dialog, id);
     Leave(dialog, kAccept);
     WaitFor("the list is filled anew", [&] { return quon.Shortcuts().Send(CB_GETCOUNT) == 2; });
-    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
-    mouse::Click(quon.ImageButton(2));
+    quon.WaitUntilOut();
     {
-        const PopupMenu menu = PopupMenu::Wait(quon.Id());
+        const PopupMenu menu = quon.OpenSettingsMenu();
         EXPECT_TRUE(menu.Item("Extensive tooltips").checked);
         menu.Dismiss();
     }
@@ -420,8 +405,8 @@ TEST_F(OptionsDialogTest, AHotKeyBringsThePanelOutAndDocksItFromEverywhere) {
     folder_.WriteIniText(ini.Text() + "[Collected]\r\n");
     {
         QuonPanel quon(folder_);
-        quon.Main().Post(WM_MOUSEMOVE, 1, WM_LBUTTONUP);
-        WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+        quon.ClickTrayIcon();
+        quon.WaitUntilOut();
         const Window dialog = OpenOptions(quon);
         Click(dialog, dialogs::frmSettings::HotKey);
         WaitFor("the hot key has the focus",
@@ -432,7 +417,7 @@ TEST_F(OptionsDialogTest, AHotKeyBringsThePanelOutAndDocksItFromEverywhere) {
         });
         CaptureScreen().SaveAs("options-hot-key.bmp");
         Leave(dialog, kAccept);
-        WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+        quon.WaitUntilOut();
         EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
     }
     EXPECT_EQ(folder_.IniValue("Settings", "hotkey"), "1610");
@@ -442,27 +427,25 @@ TEST_F(OptionsDialogTest, AHotKeyBringsThePanelOutAndDocksItFromEverywhere) {
     typing.AsWindow().Activate();
     for (int round = 0; round < 2; ++round) {
         keyboard::Chord({VK_CONTROL, VK_MENU, 'J'});
-        WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+        quon.WaitUntilOut();
         const Window edit = quon.Shortcuts().Descendants().front();
         WaitFor("the drop-down has the focus",
                 [&] { return edit.IsFocused() && quon.Main().IsForeground(); });
         keyboard::Type(round == 0 ? "a" : "b");
         WaitFor("typing replaces the text", [&] { return edit.Text() == (round == 0 ? "a" : "b"); });
         keyboard::Chord({VK_CONTROL, VK_MENU, 'J'});
-        WaitFor("the panel docks", [&] { return quon.IsDockedAt(Edge::kBottom); });
+        quon.WaitUntilDockedAt(Edge::kBottom);
     }
     keyboard::Chord({VK_CONTROL, VK_MENU, 'J'});
     WaitFor("the panel comes out", [&] { return quon.IsOut() && quon.Main().IsForeground(); });
-    mouse::RightClick(quon.Button(1));
-    PopupMenu::Wait(quon.Id());
+    quon.OpenButtonMenu(1);
     keyboard::Chord({VK_CONTROL, VK_MENU, 'J'});
     WaitFor("the menu closes", [&] { return PopupMenu::OpenCount(quon.Id()) == 0; });
-    WaitFor("the panel docks", [&] { return quon.IsDockedAt(Edge::kBottom); });
+    quon.WaitUntilDockedAt(Edge::kBottom);
 
     keyboard::Chord({VK_CONTROL, VK_MENU, 'J'});
     WaitFor("the panel comes out", [&] { return quon.IsOut() && quon.Main().IsForeground(); });
-    mouse::RightClick(quon.Button(1));
-    PopupMenu::Wait(quon.Id()).Choose("Add file to button");
+    quon.OpenButtonMenu(1).Choose("Add file to button");
     const Window picker = quon.Program().WaitForWindow({.title = "Select file"});
     WaitFor("the picker comes up in front", [&] { return picker.IsForeground(); });
     typing.AsWindow().Activate();

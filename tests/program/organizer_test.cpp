@@ -10,7 +10,7 @@
 #include "dialogs/edit_group.h"
 #include "dialogs/organize_shortcuts.h"
 #include "res/resource.h"
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 
 namespace testkit {
 namespace {
@@ -25,12 +25,8 @@ constexpr int kQuit = frmCuts_Command1 + 2;
 constexpr int kList = frmCuts_pBasket;
 constexpr int kBar = frmCuts_Scr;
 
-class OrganizerTest : public ::testing::Test {
+class OrganizerTest : public QuonTest {
   protected:
-    QuonPanel Start(const QuonIni& ini) const {
-        folder_.WriteIniText(ini.Text());
-        return QuonPanel(folder_);
-    }
     QuonPanel StartWithAHundred() const {
         QuonIni ini;
         for (int index = 0; index < 100; ++index)
@@ -44,11 +40,8 @@ class OrganizerTest : public ::testing::Test {
         return organiser;
     }
     static Window Open(QuonPanel& quon, int shortcuts) {
-        mouse::Click(quon.ImageButton(2));
-        PopupMenu::Wait(quon.Id()).Choose("Organize shortcuts");
-        const Window organiser = quon.Program().WaitForWindow(
-            {.title = "Organize shortcuts - " + std::to_string(shortcuts) + " shortcuts found"});
-        WaitFor("the list has the focus", [&] { return organiser.Child(kList).IsFocused(); });
+        const Window organiser = quon.OpenOrganiser();
+        EXPECT_EQ(organiser.Text(), "Organize shortcuts - " + std::to_string(shortcuts) + " shortcuts found");
         return organiser;
     }
     static void WaitForName(Window organiser, const std::string& name) {
@@ -56,11 +49,9 @@ class OrganizerTest : public ::testing::Test {
     }
     static void Leave(Window organiser) {
         mouse::Click(organiser.Child(kQuit));
-        WaitFor("the organiser closes", [&] { return !organiser.Exists(); });
+        WaitUntilClosed(organiser);
     }
     static int BarValue(Window organiser) { return static_cast<int>(organiser.Child(kBar).Send(SBM_GETPOS)); }
-
-    ProgramFolder folder_;
 };
 
 TEST_F(OrganizerTest, AShortcutDeletedHereFreesItsButton) {
@@ -121,7 +112,7 @@ TEST_F(OrganizerTest, TheRealWheelScrollsTheList) {
     WaitForName(organiser, "n99");
     EXPECT_GT(BarValue(organiser), 4000);
     keyboard::Press(VK_ESCAPE);
-    WaitFor("the organiser closes", [&] { return !organiser.Exists(); });
+    WaitUntilClosed(organiser);
 }
 
 TEST_F(OrganizerTest, SmallStepsOfTheWheelAddUp) {

@@ -10,7 +10,7 @@
 
 #include "res/resource.h"
 #include "tests/program/other_window.h"
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 #include "tests/support/text.h"
 #include "win/handles.h"
 
@@ -26,11 +26,10 @@ constexpr int pb1 = IDC_BUTTON;
 constexpr int iBut = IDC_IMAGE_BUTTON;
 constexpr int cMain = IDC_SHORTCUTS;
 
-class PanelKeyboardTest : public ::testing::Test {
+class PanelKeyboardTest : public QuonTest {
   protected:
     QuonPanel Start(const QuonIni& ini) const {
-        folder_.WriteIniText(ini.Text());
-        QuonPanel quon(folder_);
+        QuonPanel quon = QuonTest::Start(ini);
         quon.Main().Activate();
         WaitFor("the first button has the focus", [&] { return quon.Button(1).IsFocused(); });
         return quon;
@@ -51,8 +50,6 @@ class PanelKeyboardTest : public ::testing::Test {
     std::string Record(const std::string& section, const std::string& key) const {
         return folder_.IniValue(section, key).value_or("(no such key)");
     }
-
-    ProgramFolder folder_;
 };
 
 TEST_F(PanelKeyboardTest, TabGoesFromKindToKindAndArrowsThroughEach) {
@@ -213,7 +210,7 @@ TEST_F(PanelKeyboardTest, AHeldEnterDoesNotAnswerTheMenuThatItHasOpened) {
     quon.Program().WaitUntilIdle();
     EXPECT_TRUE(dialog.Exists());
     keyboard::Press(VK_ESCAPE);
-    WaitFor("the dialog closes", [&] { return !dialog.Exists(); });
+    WaitUntilClosed(dialog);
 }
 
 TEST_F(PanelKeyboardTest, HeldF10WithShiftOpensAMenuThatStays) {
@@ -306,12 +303,12 @@ TEST_F(PanelKeyboardTest, F1OpensTheManualWhereverTheFocusIs) {
     }
     // Docked, too, and out again.
     quon.Main().Post(WM_SYSCOMMAND, SC_CLOSE);
-    WaitFor("the panel docks", [&] { return quon.IsDockedAt(Edge::kBottom); });
+    quon.WaitUntilDockedAt(Edge::kBottom);
     quon.Program().WaitUntilIdle();
     quon.Main().Activate();
     press();
     quon.Main().Post(WM_MOUSEMOVE, 1, WM_LBUTTONUP);
-    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    quon.WaitUntilOut();
     // In a dialog too.
     quon.OpenButton(1, {VK_MENU, VK_CONTROL});
     const MessageBoxWindow question = MessageBoxWindow::Wait(quon.Id());

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 
 namespace testkit {
 namespace {
@@ -17,23 +17,11 @@ using ::testing::ElementsAre;
 using ::testing::MatchesRegex;
 using ::testing::SizeIs;
 
-class ImageButtonMenuTest : public ::testing::Test {
-  protected:
-    QuonPanel Start(const QuonIni& ini) const {
-        folder_.WriteIniText(ini.Text());
-        return QuonPanel(folder_);
-    }
-    static PopupMenu Open(const QuonPanel& quon, int button) {
-        mouse::Click(quon.ImageButton(button));
-        return PopupMenu::Wait(quon.Id());
-    }
-
-    ProgramFolder folder_;
-};
+class ImageButtonMenuTest : public QuonTest {};
 
 TEST_F(ImageButtonMenuTest, TheFirstListsDrivesAndPlacesBelowItsButton) {
     QuonPanel quon = Start({});
-    const PopupMenu menu = Open(quon, 0);
+    const PopupMenu menu = quon.OpenImageMenu(0);
     const std::vector<std::string> captions = menu.Captions();
     EXPECT_EQ(captions.front(), "My Computer");
     EXPECT_THAT(captions, Contains(MatchesRegex(".* .C:.")));
@@ -46,7 +34,7 @@ TEST_F(ImageButtonMenuTest, TheFirstListsDrivesAndPlacesBelowItsButton) {
     CaptureScreen().SaveAs("shell-menu.bmp");
     menu.Dismiss();
     // The second opening makes the list anew and no longer.
-    const PopupMenu again = Open(quon, 0);
+    const PopupMenu again = quon.OpenImageMenu(0);
     EXPECT_EQ(again.Captions(), captions);
     again.Dismiss();
 }
@@ -56,7 +44,7 @@ TEST_F(ImageButtonMenuTest, TheSecondStartsTheOtherProgramsOfTheFolderAndDocks) 
     QuonIni ini;
     ini.hide_after_launch = true;
     QuonPanel quon = Start(ini);
-    const PopupMenu menu = Open(quon, 1);
+    const PopupMenu menu = quon.OpenImageMenu(1);
     EXPECT_THAT(menu.Captions(),
                 ElementsAre("Launch default browser", "Launch default mail client", "Write new mail", "-",
                             "Launch Control Panel", "Shows Windows uptime", "Алат 文 & co"));
@@ -64,7 +52,7 @@ TEST_F(ImageButtonMenuTest, TheSecondStartsTheOtherProgramsOfTheFolderAndDocks) 
     const TargetLaunch launch = WaitForTargetLaunches(target, 1).front();
     EXPECT_EQ(launch.work_folder, folder_.Path());
     EXPECT_EQ(launch.show_state, SW_SHOWNORMAL);
-    WaitFor("the panel docks", [&] { return quon.IsDockedAt(Edge::kBottom); });
+    quon.WaitUntilDockedAt(Edge::kBottom);
     EXPECT_THAT(TargetLaunches(target), SizeIs(1));
     RunningProgram::Attach(launch.process_id).CloseAndWait();
 }
@@ -73,7 +61,7 @@ TEST_F(ImageButtonMenuTest, TheUptimeIsShownAndThePanelStaysOut) {
     QuonIni ini;
     ini.hide_after_launch = true;
     QuonPanel quon = Start(ini);
-    Open(quon, 1).Choose("Shows Windows uptime");
+    quon.OpenImageMenu(1).Choose("Shows Windows uptime");
     const MessageBoxWindow box = MessageBoxWindow::Wait(quon.Id());
     EXPECT_TRUE(box.Text().starts_with("Windows is running for: \r\n")) << box.Text();
     EXPECT_EQ(box.Button(0).Text(), "OK");

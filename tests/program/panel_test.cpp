@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "dialogs/message_box.h"
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 #include "version.h"
 
 namespace testkit {
@@ -20,23 +20,9 @@ using ::testing::StartsWith;
 
 constexpr COLORREF kShownTabMark = RGB(0x17, 0x78, 0x8A);
 
-class PanelTest : public ::testing::Test {
+class PanelTest : public QuonTest {
   protected:
-    QuonPanel Start(const QuonIni& ini) const {
-        folder_.WriteIniText(ini.Text());
-        return QuonPanel(folder_);
-    }
-    /// Moves onto a window and a little further: a tip that the first move makes follows the second.
-    static void Hover(Window window, const Keys& held = {}) {
-        const HeldKeys keys(held);
-        const POINT centre = window.Centre();
-        mouse::MoveTo(centre);
-        window.Send(WM_NULL);
-        mouse::MoveTo({centre.x + 2, centre.y + 1});
-    }
     static bool IsMarkedAsShown(Window header) { return CaptureWindow(header).At(25, 1) == kShownTabMark; }
-
-    ProgramFolder folder_;
 };
 
 bool IsBlank(const Picture& picture, RECT part) { return picture.Part(part).ColourCount() == 1; }
@@ -159,8 +145,7 @@ TEST_F(PanelTest, TheMarkGoesWhenThePointerLeftWhileAMenuWasOpen) {
     const QuonPanel quon = Start({});
     mouse::MoveTo(quon.Button(5).Centre());
     WaitFor("the hover picture", [&] { return quon.HoverPicture().IsVisible(); });
-    mouse::RightClick(quon.Button(5));
-    const PopupMenu menu = PopupMenu::Wait(quon.Id());
+    const PopupMenu menu = quon.OpenButtonMenu(5);
     mouse::MoveTo({5, 400});
     menu.Dismiss();
     WaitFor("the hover picture hides", [&] { return !quon.HoverPicture().IsVisible(); });
@@ -223,17 +208,15 @@ TEST_F(PanelTest, TheHoverPictureTellsAboutItsButton) {
 
 TEST_F(PanelTest, TheSettingsMenuSwitchesTheTipsAndShowsAbout) {
     QuonPanel quon = Start({});
-    mouse::Click(quon.ImageButton(2));
     {
-        const PopupMenu menu = PopupMenu::Wait(quon.Id());
+        const PopupMenu menu = quon.OpenSettingsMenu();
         EXPECT_THAT(menu.Captions(),
                     ElementsAre("Organize shortcuts", "Options", "-", "Extensive tooltips", "-", "About"));
         EXPECT_FALSE(menu.Item("Extensive tooltips").checked);
         menu.Choose("Extensive tooltips");
     }
-    mouse::Click(quon.ImageButton(2));
     {
-        const PopupMenu menu = PopupMenu::Wait(quon.Id());
+        const PopupMenu menu = quon.OpenSettingsMenu();
         EXPECT_TRUE(menu.Item("Extensive tooltips").checked);
         CaptureScreen().SaveAs("settings-menu.bmp");
         menu.Choose("About");

@@ -104,6 +104,44 @@ void QuonPanel::OpenButton(int index, const Keys& held) const {
     mouse::DoubleClick(Button(index), held);
 }
 
+PopupMenu QuonPanel::OpenButtonMenu(int index) const {
+    mouse::RightClick(Button(index));
+    return PopupMenu::Wait(Id());
+}
+
+PopupMenu QuonPanel::OpenImageMenu(int index) const {
+    mouse::Click(ImageButton(index));
+    return PopupMenu::Wait(Id());
+}
+
+Window QuonPanel::OpenOrganiser() const {
+    OpenSettingsMenu().Choose("Organize shortcuts");
+    Window organiser;
+    WaitFor("the organiser in front, with the focus on its list", [&] {
+        for (const Window window : program_.Windows())
+            if (window.Text().starts_with("Organize shortcuts - ")) organiser = window;
+        return organiser.Exists() && organiser.IsForeground() &&
+               organiser.FindChild(frmCuts_pBasket).IsFocused();
+    });
+    return organiser;
+}
+
+Window QuonPanel::WaitForSystemDialog() const {
+    return WaitFor("a dialog of the system's", [&] {
+        for (const Window window : program_.Windows())
+            if (window != main_ && window.Class() == "#32770" && window.IsEnabled()) return window;
+        return Window();
+    });
+}
+
+void QuonPanel::WaitUntilOut() const {
+    WaitFor("the panel comes out", [this] { return IsOut(); });
+}
+
+void QuonPanel::WaitUntilDockedAt(Edge edge) const {
+    WaitFor("the panel docks", [&] { return IsDockedAt(edge); });
+}
+
 void QuonPanel::Settle() const {
     const auto hovers_over = [this](Window button) {
         const RECT picture = HoverPicture().Rect();

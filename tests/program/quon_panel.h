@@ -92,6 +92,19 @@ class QuonPanel {
     /// A double click on a button with keys held, the panel being in front: Wine forgets held keys when a
     /// click brings a window to the front.
     void OpenButton(int index, const Keys& held = {}) const;
+    /// Opens the menu of a button, 1 to 9, with the mouse.
+    PopupMenu OpenButtonMenu(int index) const;
+    /// Opens the menu of an image button, 0 to 3, with the mouse.
+    PopupMenu OpenImageMenu(int index) const;
+    PopupMenu OpenSettingsMenu() const { return OpenImageMenu(2); }
+    /// Opens the organiser and waits until its list has the focus.
+    Window OpenOrganiser() const;
+    /// Waits for a dialog of the system's that takes input: a picker, a question of the shell's.
+    Window WaitForSystemDialog() const;
+    void WaitUntilOut() const;
+    void WaitUntilDockedAt(Edge edge) const;
+    /// What the shell sends for a click on the notification icon.
+    void ClickTrayIcon() const { main_.Post(WM_MOUSEMOVE, 1, WM_LBUTTONUP); }
     /// Waits until the panel has handled all the input so far, seen by the hover picture following the
     /// pointer.
     void Settle() const;

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "tests/program/other_window.h"
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 #include "tests/support/neighbour.h"
 #include "tests/support/wine.h"
 
@@ -41,19 +41,12 @@ class ScreenSize {
 constexpr char kOtherSizes[] =
     "A screen of Windows' need not have another size, and has its user's windows on it.";
 
-class ScreensTest : public ::testing::Test {
+class ScreensTest : public QuonTest {
   protected:
-    QuonPanel Start(const QuonIni& ini, int showState = -1) const {
-        folder_.WriteIniText(ini.Text());
-        return QuonPanel(folder_, {.show_state = showState});
-    }
     static void Dock(const QuonPanel& quon, Edge edge) {
         quon.Main().Post(WM_SYSCOMMAND, SC_CLOSE);
-        WaitFor("the panel docks", [&] { return quon.IsDockedAt(edge); });
+        quon.WaitUntilDockedAt(edge);
     }
-    static void ClickTrayIcon(const QuonPanel& quon) { quon.Main().Post(WM_MOUSEMOVE, 1, WM_LBUTTONUP); }
-
-    ProgramFolder folder_;
 };
 
 TEST_F(ScreensTest, ADockedPanelFollowsItsEdgeWhenTheScreenChanges) {
@@ -66,12 +59,12 @@ TEST_F(ScreensTest, ADockedPanelFollowsItsEdgeWhenTheScreenChanges) {
     ASSERT_TRUE(quon.IsDockedAt(Edge::kRight));
     {
         const ScreenSize small(640, 480);
-        WaitFor("the panel docks anew", [&] { return quon.IsDockedAt(Edge::kRight); });
+        quon.WaitUntilDockedAt(Edge::kRight);
         mouse::Click(POINT{638, 240});
-        WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+        quon.WaitUntilOut();
         Dock(quon, Edge::kRight);
     }
-    WaitFor("the panel docks anew", [&] { return quon.IsDockedAt(Edge::kRight); });
+    quon.WaitUntilDockedAt(Edge::kRight);
 }
 
 TEST_F(ScreensTest, APanelThatIsOutStaysInReach) {
@@ -104,9 +97,9 @@ TEST_F(ScreensTest, APlaceThatNoScreenShowsAnyMoreCountsAsNone) {
     WaitFor("the panel moves", [&] { return quon.Main().Rect().left == 700; });
     Dock(quon, Edge::kLeft);
     const ScreenSize small(640, 480);
-    WaitFor("the panel docks anew", [&] { return quon.IsDockedAt(Edge::kLeft); });
-    ClickTrayIcon(quon);
-    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    quon.WaitUntilDockedAt(Edge::kLeft);
+    quon.ClickTrayIcon();
+    quon.WaitUntilOut();
     const RECT place = quon.Main().Rect();
     EXPECT_EQ(place.left, (640 - (place.right - place.left)) / 2);
 }
@@ -118,7 +111,7 @@ TEST_F(ScreensTest, APanelThatDocksInFrontHandsTheForegroundOn) {
     Dock(quon, Edge::kBottom);
     WaitFor("the neighbour is in front", [&] { return neighbour.MainWindow().IsForeground(); });
     // A panel that was not in front takes the foreground from nobody.
-    ClickTrayIcon(quon);
+    quon.ClickTrayIcon();
     WaitFor("the panel comes out to the front", [&] { return quon.IsOut() && quon.Main().IsForeground(); });
     const OtherWindow typing({100, 100, 300, 200});
     typing.AsWindow().Activate();
@@ -132,18 +125,17 @@ TEST_F(ScreensTest, TheOrganiserThatDocksThePanelKeepsTheForeground) {
     QuonPanel quon = Start({});
     const Neighbour neighbour(folder_, "behind.exe", "behind");
     quon.Main().Activate();
-    mouse::Click(quon.ImageButton(2));
-    PopupMenu::Wait(quon.Id()).Choose("Organize shortcuts");
+    quon.OpenSettingsMenu().Choose("Organize shortcuts");
     const Window organiser =
         quon.Program().WaitForWindow({.title = "Organize shortcuts - 0 shortcuts found"});
-    WaitFor("the panel is docked", [&] { return quon.IsDockedAt(Edge::kBottom); });
+    quon.WaitUntilDockedAt(Edge::kBottom);
     WaitFor("the organiser is in front", [&] { return organiser.IsForeground(); });
     quon.Program().WaitUntilIdle();
     EXPECT_TRUE(organiser.IsForeground());
     EXPECT_FALSE(neighbour.MainWindow().IsForeground());
     // The panel did not lose what it would have handed on: the next in line gets it in the end.
     organiser.Post(WM_COMMAND, IDCANCEL);
-    WaitFor("the organiser closes", [&] { return !organiser.Exists(); });
+    WaitUntilClosed(organiser);
 }
 
 TEST_F(ScreensTest, ADockedPanelTakesNoKeysButAltF4) {
@@ -169,7 +161,7 @@ TEST_F(ScreensTest, ADockedPanelTakesNoKeysButAltF4) {
 
 TEST_F(ScreensTest, TheFirstShowIgnoresTheStateThatTheStarterAsksFor) {
     for (const int state : {SW_SHOWMINIMIZED, SW_SHOWMAXIMIZED, SW_HIDE, SW_SHOWMINNOACTIVE}) {
-        QuonPanel quon = Start({}, state);
+        QuonPanel quon = Start({}, {.show_state = state});
         EXPECT_TRUE(quon.IsOut()) << state;
         EXPECT_FALSE(quon.Main().IsMinimized()) << state;
         EXPECT_FALSE(quon.Main().IsMaximized()) << state;
@@ -183,7 +175,7 @@ TEST_F(ScreensTest, TheTrayIconMakesAPanelNormalThatAnotherProgramHasMinimisedOr
     for (const int state : {SW_MINIMIZE, SW_MAXIMIZE}) {
         ShowWindowAsync(quon.Main().Handle(), state);
         WaitFor("the state", [&] { return quon.Main().IsMinimized() || quon.Main().IsMaximized(); });
-        ClickTrayIcon(quon);
+        quon.ClickTrayIcon();
         WaitFor("the panel is normal", [&] {
             const RECT now = quon.Main().Rect();
             return !quon.Main().IsMinimized() && !quon.Main().IsMaximized() && EqualRect(&now, &place);
@@ -194,12 +186,11 @@ TEST_F(ScreensTest, TheTrayIconMakesAPanelNormalThatAnotherProgramHasMinimisedOr
 
 TEST_F(ScreensTest, TheTrayIconBringsAnOpenPickerToTheFrontAndNotThePanel) {
     QuonPanel quon = Start({});
-    mouse::RightClick(quon.Button(1));
-    PopupMenu::Wait(quon.Id()).Choose("Add file to button");
+    quon.OpenButtonMenu(1).Choose("Add file to button");
     const Window picker = quon.Program().WaitForWindow({.title = "Select file"});
     const OtherWindow elsewhere({600, 300, 700, 400});
     elsewhere.AsWindow().Activate();
-    ClickTrayIcon(quon);
+    quon.ClickTrayIcon();
     WaitFor("the picker is in front", [&] { return picker.IsForeground(); });
     quon.Program().WaitUntilIdle();
     EXPECT_FALSE(quon.Main().IsTopmost());
@@ -218,7 +209,7 @@ TEST_F(ScreensTest, ThePanelMakesWayForAQuestionThatTheShellAsksInAProgramOfItsO
         WaitFor("the panel makes way", [&] { return !quon.Main().IsTopmost(); });
         // Not raised over it by what would bring the panel out otherwise.
         quon.Main().Post(WM_SYSCOMMAND, SC_CLOSE);
-        WaitFor("the panel docks", [&] { return quon.IsDockedAt(Edge::kBottom); });
+        quon.WaitUntilDockedAt(Edge::kBottom);
         EXPECT_TRUE(HoldsThroughout(milliseconds(700), [&] { return !quon.Main().IsTopmost(); }));
     }
     WaitFor("the panel is topmost again", [&] { return quon.Main().IsTopmost(); });
@@ -237,7 +228,7 @@ TEST_F(ScreensTest, TheTrayIconAndTheHotKeyBringTheShellsQuestionAboutALaunchFor
     RunningProgram asker = RunningProgram::Attach(WaitForTargetLaunches(asking, 1).front().process_id);
     const Window question = asker.WaitForWindow({.title = ""});
     const OtherWindow elsewhere({600, 300, 700, 400});
-    const std::function<void()> requests[] = {[&] { ClickTrayIcon(quon); },
+    const std::function<void()> requests[] = {[&] { quon.ClickTrayIcon(); },
                                               [] { keyboard::Chord({VK_CONTROL, VK_MENU, 'J'}); }};
     for (const auto& request : requests) {
         elsewhere.AsWindow().Activate();

@@ -8,12 +8,11 @@
 #include <exception>
 #include <functional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "dialogs/define_tab.h"
 #include "dialogs/edit_shortcut.h"
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 
 namespace testkit {
 namespace {
@@ -23,7 +22,7 @@ constexpr int kDelete = frmCuts_Command1 + 1;
 constexpr int kList = frmCuts_pBasket;
 constexpr int kAddUrl = frmEditB_c1 + 4;
 
-class SessionEndTest : public ::testing::Test {
+class SessionEndTest : public QuonTest {
   protected:
     /// Starts on the first tab, goes to the second, lets `open` bring up windows and ends the session.
     void EndAfter(const std::function<void(QuonPanel&)>& open) {
@@ -31,8 +30,7 @@ class SessionEndTest : public ::testing::Test {
         ini.pop_delay = 700;
         ini.AddShortcut("21", "Програм", QuonExe(), "/x");
         ini.AddShortcut("22", "Group", QuonExe() + "|C:\\");
-        folder_.WriteIniText(ini.Text());
-        QuonPanel quon(folder_);
+        QuonPanel quon = Start(ini);
         mouse::Click(quon.Header(2));
         quon.ExpectName(1, "Програм");
         open(quon);
@@ -59,20 +57,9 @@ class SessionEndTest : public ::testing::Test {
             return HappensWithin(kPatience, [&] { return !window.Exists(); });
         }
     }
-    static void ChooseSetting(const QuonPanel& quon, std::string_view command) {
-        mouse::Click(quon.ImageButton(2));
-        PopupMenu::Wait(quon.Id()).Choose(command);
-    }
-    static void ChooseForButton(const QuonPanel& quon, int button, std::string_view command) {
-        mouse::RightClick(quon.Button(button));
-        PopupMenu::Wait(quon.Id()).Choose(command);
-    }
     /// The organiser with this row selected.
     static Window OpenOrganiser(QuonPanel& quon, const std::string& name) {
-        ChooseSetting(quon, "Organize shortcuts");
-        const Window organiser =
-            quon.Program().WaitForWindow({.title = "Organize shortcuts - 2 shortcuts found"});
-        WaitFor("the list has the focus", [&] { return organiser.Child(kList).IsFocused(); });
+        const Window organiser = quon.OpenOrganiser();
         for (const int key : {VK_HOME, VK_DOWN}) {
             if (organiser.Child(kList).Text() != name)
                 organiser.Child(kList).Send(WM_KEYDOWN, static_cast<WPARAM>(key));
@@ -80,20 +67,18 @@ class SessionEndTest : public ::testing::Test {
         EXPECT_EQ(organiser.Child(kList).Text(), name);
         return organiser;
     }
-
-    ProgramFolder folder_;
 };
 
 TEST_F(SessionEndTest, PassesTheOptions) {
     EndAfter([](QuonPanel& quon) {
-        ChooseSetting(quon, "Options");
+        quon.OpenSettingsMenu().Choose("Options");
         quon.Program().WaitForWindow({.title = "Quon settings"});
     });
 }
 
 TEST_F(SessionEndTest, PassesTheAboutBox) {
     EndAfter([](QuonPanel& quon) {
-        ChooseSetting(quon, "About");
+        quon.OpenSettingsMenu().Choose("About");
         quon.Program().WaitForWindow({.title = "About Quon"});
     });
 }
@@ -110,14 +95,14 @@ TEST_F(SessionEndTest, PassesTheDefinitionOfATab) {
 
 TEST_F(SessionEndTest, PassesTheIconChooser) {
     EndAfter([](QuonPanel& quon) {
-        ChooseForButton(quon, 1, "Change icon");
+        quon.OpenButtonMenu(1).Choose("Change icon");
         quon.Program().WaitForWindow({.title = "Icon Chooser"});
     });
 }
 
 TEST_F(SessionEndTest, PassesTheGroupsEditorAndTheQuestionInFrontOfIt) {
     EndAfter([](QuonPanel& quon) {
-        ChooseForButton(quon, 2, "Edit group");
+        quon.OpenButtonMenu(2).Choose("Edit group");
         const Window editor = quon.Program().WaitForWindow({.title = "Edit group"});
         mouse::Click(editor.Child(kAddUrl));
         MessageBoxWindow::Wait(quon.Id());

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 #include "tests/support/drag_source.h"
 #include "tests/support/text.h"
 
@@ -21,7 +21,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
-class ShortcutBoxProgramTest : public ::testing::Test {
+class ShortcutBoxProgramTest : public QuonTest {
   protected:
     /// Starts Quon with the panel in front and the focus in the edit field.
     void Start() {
@@ -75,7 +75,6 @@ class ShortcutBoxProgramTest : public ::testing::Test {
         WaitFor("the list opens", [&] { return quon_->Shortcuts().Send(CB_GETDROPPEDSTATE) != FALSE; });
     }
 
-    ProgramFolder folder_;
     QuonIni ini_;
     std::string rest_;
     std::optional<QuonPanel> quon_;

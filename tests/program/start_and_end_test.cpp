@@ -9,7 +9,7 @@
 #include <functional>
 #include <string>
 
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 #include "tests/support/agent.h"
 #include "tests/support/text.h"
 
@@ -28,12 +28,8 @@ bool HasTrayIcon(HWND window) {
     return Shell_NotifyIconW(NIM_MODIFY, &record) != FALSE;
 }
 
-class StartAndEndTest : public ::testing::Test {
+class StartAndEndTest : public QuonTest {
   protected:
-    QuonPanel Start(const QuonIni& ini) const {
-        folder_.WriteIniText(ini.Text());
-        return QuonPanel(folder_);
-    }
     /// The name that a program in this folder is known by, without the session.
     std::wstring InstanceName() const {
         std::wstring path = Wide(folder_.Path());
@@ -43,8 +39,6 @@ class StartAndEndTest : public ::testing::Test {
     std::string Setting(const std::string& key) const {
         return folder_.IniValue("Settings", key).value_or("(no such key)");
     }
-
-    ProgramFolder folder_;
 };
 
 TEST_F(StartAndEndTest, TheFirstStartShowsThePanelInTheMiddleOfTheScreen) {
@@ -125,18 +119,18 @@ TEST_F(StartAndEndTest, TheCloseButtonHidesAndAltF4EndsWithTheSettingAsItWas) {
                  SWP_NOSIZE | SWP_NOZORDER | SWP_ASYNCWINDOWPOS);
     WaitFor("the panel moves", [&] { return quon.Main().Rect().left == out.left + 41; });
     mouse::Click(quon.CloseButtonPlace());
-    WaitFor("the panel docks", [&] { return quon.IsDockedAt(Edge::kLeft); });
+    quon.WaitUntilDockedAt(Edge::kLeft);
     EXPECT_TRUE(quon.Program().IsRunning());
     // A closed panel comes back where it was closed.
     mouse::Click(POINT{1, 384});
-    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    quon.WaitUntilOut();
     EXPECT_EQ(quon.Main().Rect().left, out.left + 41);
     EXPECT_EQ(quon.Main().Rect().top, out.top - 23);
     // The system menu's "Close" is the same request.
     quon.Main().Post(WM_SYSCOMMAND, SC_CLOSE);
-    WaitFor("the panel docks again", [&] { return quon.IsDockedAt(Edge::kLeft); });
+    quon.WaitUntilDockedAt(Edge::kLeft);
     mouse::Click(POINT{1, 384});
-    WaitFor("the panel comes out again", [&] { return quon.IsOut(); });
+    quon.WaitUntilOut();
     mouse::Click(quon.Button(1));
     keyboard::Chord({VK_MENU, VK_F4});
     EXPECT_EQ(quon.Program().WaitForExit(), 0u);

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "tests/program/other_window.h"
-#include "tests/program/quon_panel.h"
+#include "tests/program/quon_test.h"
 #include "tests/support/wine.h"
 
 namespace testkit {
@@ -33,32 +33,17 @@ bool IconIsShown() {
     return place.right > place.left && CaptureScreen(place).ColourCount() > 6;
 }
 
-class TrayMessageTest : public ::testing::Test {
+class TrayMessageTest : public DockedTest {
   protected:
-    TrayMessageTest() {
-        ini_.start_glued = true;
-        mouse::MoveTo(kAway);
-    }
-
-    QuonPanel Start() {
-        folder_.WriteIniText(ini_.Text());
-        QuonPanel quon(folder_);
-        quon.Program().WaitUntilIdle();
-        return quon;
-    }
     bool StaysDocked(const QuonPanel& quon) const {
         return HoldsThroughout(milliseconds(600), [&] {
-            return quon.IsDockedAt(static_cast<Edge>(ini_.edge)) && PopupMenu::OpenCount(quon.Id()) == 0;
+            return quon.IsDockedAt(ItsEdge()) && PopupMenu::OpenCount(quon.Id()) == 0;
         });
     }
     /// What the shell sends for a mouse message over the icon.
     static void PostCallback(const QuonPanel& quon, UINT message) {
         quon.Main().Post(WM_MOUSEMOVE, 1, static_cast<LPARAM>(message));
     }
-
-    static constexpr POINT kAway{700, 300};
-    ProgramFolder folder_;
-    QuonIni ini_;
 };
 
 /// With the icon itself.
@@ -93,7 +78,7 @@ TEST_F(TrayTest, TheIconIsThereFromTheStartToTheEnd) {
 TEST_F(TrayTest, ALeftClickBringsThePanelOutAndGivesItTheFocus) {
     QuonPanel quon = Start();
     mouse::Click(Icon());
-    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    quon.WaitUntilOut();
     WaitFor("the panel has the focus", [&] { return quon.Main().IsForeground(); });
     EXPECT_EQ(PopupMenu::OpenCount(quon.Id()), 0u);
 }
@@ -196,11 +181,11 @@ TEST_F(TrayTest, TheIconBringsThePanelOutWhileAQuestionIsOpen) {
     const MessageBoxWindow question = MessageBoxWindow::Wait(quon.Id());
     const Window box = question.BoxWindow();
     quon.Main().Post(WM_SYSCOMMAND, SC_CLOSE);
-    WaitFor("the panel docks", [&] { return quon.IsDockedAt(static_cast<Edge>(ini_.edge)); });
+    quon.WaitUntilDockedAt(ItsEdge());
     const OtherWindow elsewhere({kAway.x - 30, kAway.y - 30, kAway.x + 30, kAway.y + 30});
     elsewhere.AsWindow().Activate();
     mouse::Click(Icon());
-    WaitFor("the panel comes out", [&] { return quon.IsOut(); });
+    quon.WaitUntilOut();
     // Not the panel, which takes no input and would cover the question.
     WaitFor("the question is in front", [&] { return box.IsForeground(); });
     quon.Program().WaitUntilIdle();

@@ -8,6 +8,8 @@
 //     });
 //     model::Open("C:\\a.txt");                 // the product's call lands in the lambda
 //
+// A callable that looks at no argument may leave them out: FAKE_CALL(MoveFileExA, [] { return FALSE; }).
+//
 // The fake is in force until the RecordedCall is destroyed. Faking a function that is already faked puts the
 // new fake on top of the old one; the old one is in force again when the new one goes.
 //
@@ -20,8 +22,12 @@
 //             return ORIGINAL_CALL(GetPrivateProfileIntA)(section, key, value, file);
 //         });
 //
-// The two commonest fakes have short forms that write to a CallLog (call_log.h), arguments included:
+// The commonest fakes have short forms, two of which write to a CallLog (call_log.h), arguments included:
 //
+//     RecordedCall tick = WATCH_CALL(SetTimer, [&](HWND, UINT_PTR id, UINT, TIMERPROC) { ids.push_back(id);
+//     });
+//                                                                         // looks and lets the call through
+//     RecordedCall dpi = ANSWER_CALL(GetDpiForWindow, 192);               // answers 192, whatever is asked
 //     RecordedCall write = LOG_CALL(log, WritePrivateProfileStringA);     // logs and lets the call through
 //     RecordedCall box = STUB_CALL(log, MessageBoxA, IDYES);              // logs and answers IDYES
 //
@@ -43,6 +49,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -102,8 +109,9 @@ class Fakes<Name, Result WINAPI(Arguments...)> {
     using Function = Result(WINAPI*)(Arguments...);
     using Replacement = std::function<Result(Arguments...)>;
 
-    static RecordedCall Add(Replacement replacement) {
-        const auto shared = std::make_shared<Replacement>(std::move(replacement));
+    template <class Callable>
+    static RecordedCall Add(Callable callable) {
+        const auto shared = std::make_shared<Replacement>(WithArguments(std::move(callable)));
         const std::scoped_lock lock(mutex_);
         if (stack_.empty()) Patch();
         stack_.push_back(shared);
@@ -115,6 +123,20 @@ class Fakes<Name, Result WINAPI(Arguments...)> {
         const std::scoped_lock lock(mutex_);
         if (!stack_.empty()) return original_;
         return reinterpret_cast<Function>(*ImportSlots(Name.text).front());
+    }
+
+    /// `watcher` sees the arguments before the call.
+    template <class Watcher>
+    static RecordedCall AddWatched(Watcher callable) {
+        return Add([watcher = WithArguments(std::move(callable))](Arguments... arguments) mutable -> Result {
+            watcher(arguments...);
+            return Original()(arguments...);
+        });
+    }
+
+    template <class Answer>
+    static RecordedCall AddAnswer(Answer answer) {
+        return Add([answer](Arguments...) -> Result { return static_cast<Result>(answer); });
     }
 
     static RecordedCall AddLogged(CallLog& log) {
@@ -133,6 +155,16 @@ class Fakes<Name, Result WINAPI(Arguments...)> {
     }
 
   private:
+    /// A callable that takes the arguments, whether this one does or takes none.
+    template <class Callable>
+    static auto WithArguments(Callable callable) {
+        if constexpr (std::is_invocable_v<Callable&, Arguments...>) {
+            return callable;
+        } else {
+            return [callable = std::move(callable)](Arguments...) mutable { return callable(); };
+        }
+    }
+
     static Result WINAPI Enter(Arguments... arguments) {
         std::shared_ptr<Replacement> top;
         Function original = nullptr;
@@ -175,6 +207,10 @@ class Fakes<Name, Result WINAPI(Arguments...)> {
 #define FAKE_CALL(function, ...) (TESTKIT_FAKES_OF(function)::Add(__VA_ARGS__))
 /// ORIGINAL_CALL(function)(arguments): calls the function of Windows itself.
 #define ORIGINAL_CALL(function) (TESTKIT_FAKES_OF(function)::Original())
+/// WATCH_CALL(function, callable): calls `callable` with the arguments, then lets the call through.
+#define WATCH_CALL(function, ...) (TESTKIT_FAKES_OF(function)::AddWatched(__VA_ARGS__))
+/// ANSWER_CALL(function, answer): answers without calling.
+#define ANSWER_CALL(function, answer) (TESTKIT_FAKES_OF(function)::AddAnswer(answer))
 /// LOG_CALL(log, function): writes name and arguments to the log and lets the call through.
 #define LOG_CALL(log, function) (TESTKIT_FAKES_OF(function)::AddLogged(log))
 /// STUB_CALL(log, function, answer): writes name and arguments to the log and answers without calling.

@@ -50,18 +50,11 @@ class AddToButtonFixture : public ::testing::Test {
         for (const std::string& answer : answers)
             steps.emplace_back([answer](testkit::Window box) { Answer(box, answer); });
         answers_.emplace(std::move(steps));
-        calls_.push_back(FAKE_CALL(WritePrivateProfileStringA,
-                                   [this](LPCSTR section, LPCSTR key, LPCSTR value, LPCSTR file) -> BOOL {
-                                       log_.Add(section, key, "=", value);
-                                       return ORIGINAL_CALL(WritePrivateProfileStringA)(section, key, value,
-                                                                                        file);
-                                   }));
-        calls_.push_back(FAKE_CALL(
-            DialogBoxIndirectParamW,
-            [this](HINSTANCE module, LPCDLGTEMPLATEW name, HWND owner, DLGPROC procedure, LPARAM data) {
-                log_.Add("message box");
-                return ORIGINAL_CALL(DialogBoxIndirectParamW)(module, name, owner, procedure, data);
+        calls_.push_back(
+            WATCH_CALL(WritePrivateProfileStringA, [this](LPCSTR section, LPCSTR key, LPCSTR value, LPCSTR) {
+                log_.Add(section, key, "=", value);
             }));
+        calls_.push_back(WATCH_CALL(DialogBoxIndirectParamW, [this] { log_.Add("message box"); }));
     }
     void StopRecording() {
         calls_.clear();

@@ -46,19 +46,17 @@ class ButtonCommandsFixture : public PanelParts {
         }));
         fakes_.push_back(testkit::LogStarts(log_));
         fakes_.push_back(
-            FAKE_CALL(WritePrivateProfileStringA, [this](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR file) {
+            WATCH_CALL(WritePrivateProfileStringA, [this](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR) {
                 if (std::string_view(name) == "Buttons") log_.Add("write", key, value);
-                return ORIGINAL_CALL(WritePrivateProfileStringA)(name, key, value, file);
             }));
     }
 
     void RecordWindow() {
-        fakes_.push_back(FAKE_CALL(SetWindowPos,
-                                   [this](HWND window, HWND after, int x, int y, int cx, int cy, UINT flags) {
-                                       if (window == host_.Handle() && (flags & SWP_NOMOVE) != 0)
-                                           log_.Add(after == HWND_TOPMOST ? "topmost" : "not topmost");
-                                       return ORIGINAL_CALL(SetWindowPos)(window, after, x, y, cx, cy, flags);
-                                   }));
+        fakes_.push_back(
+            WATCH_CALL(SetWindowPos, [this](HWND window, HWND after, int, int, int, int, UINT flags) {
+                if (window == host_.Handle() && (flags & SWP_NOMOVE) != 0)
+                    log_.Add(after == HWND_TOPMOST ? "topmost" : "not topmost");
+            }));
     }
 
     /// A window of the system is open: the panel must be out of its way, and events run.

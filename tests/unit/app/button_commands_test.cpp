@@ -270,12 +270,7 @@ TEST_F(ButtonCommandsDesktopTest, KeepTheButtonThatCouldNotBeFreed) {
         const testkit::RecordedCall clock =
             FAKE_CALL(GetTickCount64, [&] { return ORIGINAL_CALL(GetTickCount64)() + waited; });
         const testkit::RecordedCall pause = FAKE_CALL(Sleep, [&](DWORD time) { waited += time; });
-        const testkit::RecordedCall open =
-            FAKE_CALL(CreateFileA, [&](LPCSTR file, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES rights,
-                                       DWORD how, DWORD flags, HANDLE like) {
-                ++tries;
-                return ORIGINAL_CALL(CreateFileA)(file, access, share, rights, how, flags, like);
-            });
+        const testkit::RecordedCall open = WATCH_CALL(CreateFileA, [&] { ++tries; });
         commands_.Run(kFree, state_.CurrentPlace());
         EXPECT_LE(waited, 300u);
         EXPECT_LT(tries, 100) << "it must not be tried anew for every shortcut";

@@ -103,7 +103,7 @@ TEST_F(ButtonDragTest, TheRightButtonLetGoDropsNothing) {
 }
 
 TEST_F(ButtonDragTest, LeavesTheRightButtonToTheMenuWhateverIsHeld) {
-    const auto track = FAKE_CALL(TrackPopupMenu, [this](HMENU, UINT, int, int, int, HWND, const RECT*) {
+    const auto track = FAKE_CALL(TrackPopupMenu, [this] {
         log_.Add("menu");
         return 0;
     });
@@ -193,7 +193,7 @@ TEST_F(ButtonDragTest, DoesNotMakeAnotherButtonTheCurrentOneOnItsWay) {
 TEST_F(ButtonDragTest, AMoveIsNoClick) {
     config::Settings.SingleClickOpen = true;
     int opened = 0;
-    const auto shell = FAKE_CALL(ShellExecuteA, [&](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
+    const auto shell = FAKE_CALL(ShellExecuteA, [&] {
         ++opened;
         return reinterpret_cast<HINSTANCE>(33);
     });

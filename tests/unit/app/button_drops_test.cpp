@@ -22,7 +22,7 @@ class ButtonDropsPlaceTest : public PanelParts {
             targets_[window] = target;
             return S_OK;
         }));
-        fakes_.push_back(FAKE_CALL(RevokeDragDrop, [](HWND) -> HRESULT { return S_OK; }));
+        fakes_.push_back(ANSWER_CALL(RevokeDragDrop, S_OK));
         drops_.Attach(host_.Handle());
     }
     ~ButtonDropsPlaceTest() override { drops_.Detach(); }

@@ -56,12 +56,12 @@ class ButtonMenuPreparedTest : public ButtonMenuTest {
     bool running_ = false;
     testkit::RecordedCall top_ =
         FAKE_CALL(GetTopWindow, [this](HWND) { return running_ ? titled_ : nullptr; });
-    testkit::RecordedCall next_ = FAKE_CALL(GetWindow, [](HWND, UINT) { return HWND{}; });
+    testkit::RecordedCall next_ = FAKE_CALL(GetWindow, [] { return HWND{}; });
     testkit::RecordedCall process_ = FAKE_CALL(GetWindowThreadProcessId, [this](HWND, LPDWORD process) {
         *process = owner_;
         return DWORD{1};
     });
-    testkit::RecordedCall version_ = FAKE_CALL(GetVersionExA, [](LPOSVERSIONINFOA) { return FALSE; });
+    testkit::RecordedCall version_ = ANSWER_CALL(GetVersionExA, FALSE);
     DWORD owner_ = 4711;
     HWND titled_ = CreateWindowExW(0, L"STATIC", L"title", WS_OVERLAPPEDWINDOW, 0, 0, 50, 50, nullptr,
                                    nullptr, nullptr, nullptr);
@@ -174,15 +174,11 @@ TEST_F(ButtonMenuTest, LeavesASwitchUnderTheNameOfAGroup) {
 
 TEST_F(ButtonMenuTest, DeletesSwitchThenTargetThenTheButtonsRecord) {
     Load("[Buttons]\r\n11=A|0\r\n[Cuts]\r\nA=http://a/\r\n[Switch]\r\nA=/x\r\n");
-    const auto section =
-        FAKE_CALL(WritePrivateProfileSectionA, [this](LPCSTR name, LPCSTR text, LPCSTR file) {
-            log_.Add("empty", name);
-            return ORIGINAL_CALL(WritePrivateProfileSectionA)(name, text, file);
-        });
+    const auto section = WATCH_CALL(WritePrivateProfileSectionA,
+                                    [this](LPCSTR name, LPCSTR, LPCSTR) { log_.Add("empty", name); });
     const auto write =
-        FAKE_CALL(WritePrivateProfileStringA, [this](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR file) {
+        WATCH_CALL(WritePrivateProfileStringA, [this](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR) {
             if (std::string_view(name) == "Buttons") log_.Add("write", key, value);
-            return ORIGINAL_CALL(WritePrivateProfileStringA)(name, key, value, file);
         });
     menu_.FreeButton(state_.CurrentPlace());
     EXPECT_TRUE(InOrder(log_, {"empty Switch", "empty Cuts", "write 11 ", "refill"}));

@@ -215,8 +215,7 @@ TEST_F(ButtonMouseTest, OpensOnceForADoubleClickWhileASingleOneIsEnough) {
 
 TEST_F(ButtonMouseTest, TheRightButtonIsNoClick) {
     config::Settings.SingleClickOpen = true;
-    const auto track =
-        FAKE_CALL(TrackPopupMenu, [](HMENU, UINT, int, int, int, HWND, const RECT*) { return 0; });
+    const auto track = ANSWER_CALL(TrackPopupMenu, 0);
     SendMessageW(Button(1), WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(5, 5));
     SendMessageW(Button(1), WM_RBUTTONUP, 0, MAKELPARAM(5, 5));
     EXPECT_THAT(log_.Lines(), IsEmpty());
@@ -255,12 +254,11 @@ TEST_F(ButtonMouseTest, OpensTheMenuOfTheFocusedButtonInItsMiddleForTheMenuKey) 
 }
 
 TEST_F(ButtonMouseTest, CarriesTheChosenCommandOutOnTheButtonTheMenuWasOpenedFor) {
-    const auto track =
-        FAKE_CALL(TrackPopupMenu, [this](HMENU, UINT, int, int, int, HWND, const RECT*) -> BOOL {
-            // A drop that is acted on while the menu is open.
-            state_.Context.Select(2);
-            return 2504;
-        });
+    const auto track = FAKE_CALL(TrackPopupMenu, [this]() -> BOOL {
+        // A drop that is acted on while the menu is open.
+        state_.Context.Select(2);
+        return 2504;
+    });
     SendMessageW(Button(1), WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(5, 5));
     EXPECT_TRUE(state_.Button(1).IsFree());
     EXPECT_FALSE(state_.Button(2).IsFree());

@@ -51,11 +51,7 @@ TEST_F(ButtonPanelTest, PlacesNineButtonsThreeByThree) {
 TEST_F(ButtonPanelTest, WritesTheFreeButtonsOfATabOnce) {
     folder_.WriteIniText("[Cuts]\r\na=1\r\n");
     int writes = 0;
-    const auto write =
-        FAKE_CALL(WritePrivateProfileStringA, [&](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR file) {
-            ++writes;
-            return ORIGINAL_CALL(WritePrivateProfileStringA)(name, key, value, file);
-        });
+    const auto write = WATCH_CALL(WritePrivateProfileStringA, [&] { ++writes; });
     buttons_.RefreshShownTab();
     EXPECT_EQ(writes, 9);
     EXPECT_EQ(folder_.Ini().Keys("Buttons").size(), 9u);
@@ -67,7 +63,7 @@ TEST_F(ButtonPanelTest, StoresWhatIsFreedBeforeItPaintsAnything) {
     folder_.WriteIniText(
         "[Buttons]\r\n11=Gone|0\r\n12=A|0\r\n19=Lost|0\r\n[Cuts]\r\nA=http://a/\r\nGone=C:\\no\\such\r\n");
     state_.Context.Records.LoadButtonRecords();
-    const auto icon = FAKE_CALL(ExtractIconA, [&](HINSTANCE, LPCSTR, UINT) -> HICON {
+    const auto icon = FAKE_CALL(ExtractIconA, [&]() -> HICON {
         EXPECT_EQ(folder_.IniValue("Buttons", "11"), "");
         EXPECT_EQ(folder_.IniValue("Buttons", "19"), "");
         EXPECT_EQ(state_.Context.Records.At("19"), "");
@@ -82,7 +78,7 @@ TEST_F(ButtonPanelTest, ARefreshDuringAnotherOneWins) {
     Load(
         "[Buttons]\r\n11=A|0\r\n12=B|0\r\n21=C|0\r\n[Cuts]\r\nA=http://a/\r\nB=http://b/\r\nC=http://c/\r\n");
     bool once = false;
-    const auto icon = FAKE_CALL(ExtractIconA, [&](HINSTANCE, LPCSTR, UINT) -> HICON {
+    const auto icon = FAKE_CALL(ExtractIconA, [&]() -> HICON {
         // The shell lets messages run, and the user shows another tab.
         if (!std::exchange(once, true)) tabs_.b1_MouseUp(2, win::MouseButton::kLeft, 0, 0, 0);
         return nullptr;
@@ -135,7 +131,7 @@ TEST_F(ButtonPanelTest, KeepsTheButtonsOfAServerThatDoesNotAnswerAndWaitsForItOn
         SetLastError(ERROR_BAD_NETPATH);
         return FALSE;
     });
-    const auto extract = FAKE_CALL(ExtractIconA, [&](HINSTANCE, LPCSTR, UINT) -> HICON {
+    const auto extract = FAKE_CALL(ExtractIconA, [&]() -> HICON {
         ADD_FAILURE() << "an icon must not be looked for on the server";
         return nullptr;
     });
@@ -302,7 +298,7 @@ TEST_F(ButtonPanelTest, FindsTheButtonAtAPointOfTheScreen) {
 }
 
 TEST_F(ButtonPanelTest, FindsTheButtonsOnAnotherScaleToo) {
-    const auto dpi = FAKE_CALL(GetDpiForWindow, [](HWND) -> UINT { return 192; });
+    const auto dpi = ANSWER_CALL(GetDpiForWindow, 192);
     buttons_.Rescale();
     for (int index = 1; index <= 9; ++index) {
         const RECT place = PlaceIn(GetParent(Button(index)), Button(index));

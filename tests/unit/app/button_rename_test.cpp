@@ -42,16 +42,11 @@ TEST_F(ButtonRenameTest, MovesTargetRecordAndSwitchToTheNewName) {
 }
 
 TEST_F(ButtonRenameTest, TakesItsStepsInOrder) {
-    const auto section =
-        FAKE_CALL(WritePrivateProfileSectionA, [this](LPCSTR name, LPCSTR text, LPCSTR file) {
-            log_.Add("empty", name);
-            return ORIGINAL_CALL(WritePrivateProfileSectionA)(name, text, file);
-        });
-    const auto write =
-        FAKE_CALL(WritePrivateProfileStringA, [this](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR file) {
-            log_.Add("write", name, key, value);
-            return ORIGINAL_CALL(WritePrivateProfileStringA)(name, key, value, file);
-        });
+    const auto section = WATCH_CALL(WritePrivateProfileSectionA,
+                                    [this](LPCSTR name, LPCSTR, LPCSTR) { log_.Add("empty", name); });
+    const auto write = WATCH_CALL(
+        WritePrivateProfileStringA,
+        [this](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR) { log_.Add("write", name, key, value); });
     RenameButton(state_, state_.CurrentPlace(), "new");
     EXPECT_TRUE(InOrder(log_, {"empty Cuts", "write Cuts new http://a/?q=1", "write Buttons 11 new|4",
                                "empty Switch", "write Switch new /x=1", "refill"}));

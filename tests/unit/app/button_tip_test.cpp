@@ -29,17 +29,15 @@ class ButtonTipTest : public PanelParts {
     /// Moves over the hover picture on a button and gives what tips were built meanwhile: titles and texts.
     std::vector<std::string> Hover(int button) {
         std::vector<std::string> built;
-        const auto send =
-            FAKE_CALL(SendMessageA, [&](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-                if (message == TTM_ADDTOOLA)
-                    built.emplace_back(reinterpret_cast<const TTTOOLINFOA*>(lParam)->lpszText);
-                if (message == TTM_SETTITLEA) built.emplace_back(reinterpret_cast<const char*>(lParam));
-                if (message == TTM_ADDTOOLW)
-                    built.push_back(testkit::Utf8(reinterpret_cast<const TTTOOLINFOW*>(lParam)->lpszText));
-                if (message == TTM_SETTITLEW)
-                    built.push_back(testkit::Utf8(reinterpret_cast<const wchar_t*>(lParam)));
-                return ORIGINAL_CALL(SendMessageA)(window, message, wParam, lParam);
-            });
+        const auto send = WATCH_CALL(SendMessageA, [&](HWND, UINT message, WPARAM, LPARAM lParam) {
+            if (message == TTM_ADDTOOLA)
+                built.emplace_back(reinterpret_cast<const TTTOOLINFOA*>(lParam)->lpszText);
+            if (message == TTM_SETTITLEA) built.emplace_back(reinterpret_cast<const char*>(lParam));
+            if (message == TTM_ADDTOOLW)
+                built.push_back(testkit::Utf8(reinterpret_cast<const TTTOOLINFOW*>(lParam)->lpszText));
+            if (message == TTM_SETTITLEW)
+                built.push_back(testkit::Utf8(reinterpret_cast<const wchar_t*>(lParam)));
+        });
         tip_.OnHoverPictureMove(buttons_.HoverPicture().Handle(), button);
         return built;
     }
@@ -118,10 +116,7 @@ TEST_F(ButtonTipTest, BuildsATipOnlyWhileExtensiveTooltipsAreOn) {
 TEST_F(ButtonTipTest, TakesTheTipAwayOnceExtensiveTooltipsAreOff) {
     config::Settings.ExtensiveTooltips = true;
     HWND tip = nullptr;
-    const auto created = FAKE_CALL(SetWindowTheme, [&](HWND window, LPCWSTR name, LPCWSTR list) {
-        tip = window;
-        return ORIGINAL_CALL(SetWindowTheme)(window, name, list);
-    });
+    const auto created = WATCH_CALL(SetWindowTheme, [&](HWND window, LPCWSTR, LPCWSTR) { tip = window; });
     Hover(2);
     ASSERT_NE(IsWindow(tip), 0);
     config::Settings.ExtensiveTooltips = false;

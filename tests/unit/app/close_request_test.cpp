@@ -128,10 +128,9 @@ TEST(CloseRequestTest, TakesThePanelAwayBeforeItWaitsForAHeldFile) {
     for (const bool session : {false, true}) {
         ClosingPanel panel(kEnds);
         std::vector<std::string> steps;
-        const auto show = FAKE_CALL(ShowWindow, [&](HWND window, int command) {
+        const auto show = WATCH_CALL(ShowWindow, [&](HWND window, int command) {
             if (testkit::Window(window).Class() == "QuonMain")
                 steps.push_back("show " + std::to_string(command));
-            return ORIGINAL_CALL(ShowWindow)(window, command);
         });
         const auto pause = FAKE_CALL(Sleep, [&](DWORD) { steps.emplace_back("wait"); });
         const testkit::HeldFile held(panel.Folder().IniPath());
@@ -168,8 +167,7 @@ TEST(CloseRequestTest, WritesTheSettingsAsTheyAreNow) {
 TEST(CloseRequestTest, KeepsEveryChangeOfTheSettingsInMemoryUntilThen) {
     ClosingPanel panel(kHides);
     int command = 0;
-    const auto track =
-        FAKE_CALL(TrackPopupMenu, [&](HMENU, UINT, int, int, int, HWND, const RECT*) { return command; });
+    const auto track = FAKE_CALL(TrackPopupMenu, [&] { return command; });
     const auto choose = [&](int chosen) {
         command = chosen;
         const testkit::Window settings = panel.Window().Child(IDC_IMAGE_BUTTON + 2);
@@ -270,7 +268,7 @@ TEST(CloseRequestTest, CancelsOpenDialogsFromTheInnermostOutAndThenEnds) {
 TEST(CloseRequestTest, SavesTheSettingsOnceWhenTheEndBeginsToWait) {
     ClosingPanel panel(kEnds);
     std::vector<std::string> begun;
-    const auto track = FAKE_CALL(TrackPopupMenu, [&](HMENU, UINT, int, int, int, HWND, const RECT*) {
+    const auto track = FAKE_CALL(TrackPopupMenu, [&] {
         panel.Window().Send(WM_CLOSE);
         panel.Window().Send(WM_CLOSE);
         begun = EndOf(panel.Log());
@@ -295,7 +293,7 @@ TEST(CloseRequestTest, WaitsWithoutBusyWorkForWhatTakesItsTimeToGo) {
         ++tries;
         return TRUE;
     });
-    const auto track = FAKE_CALL(TrackPopupMenu, [&](HMENU, UINT, int, int, int, HWND, const RECT*) {
+    const auto track = FAKE_CALL(TrackPopupMenu, [&] {
         const ULONGLONG start = GetTickCount64();
         panel.Window().Send(WM_CLOSE);
         testkit::WaitFor("some tries", [&] { return GetTickCount64() - start > kWait && tries > 1; });
@@ -341,7 +339,7 @@ TEST(CloseRequestTest, WaitsForNoDialogWhenTheSessionEnds) {
 TEST(CloseRequestTest, WaitsUntilTheHandlerThatItCameInHasReturned) {
     ClosingPanel panel(kEnds);
     bool within = true;
-    const auto track = FAKE_CALL(TrackPopupMenu, [&](HMENU, UINT, int, int, int, HWND, const RECT*) {
+    const auto track = FAKE_CALL(TrackPopupMenu, [&] {
         panel.Window().Send(WM_CLOSE);
         within = panel.Ended();
         return 0;
@@ -359,7 +357,7 @@ TEST(CloseRequestTest, OpensNothingMoreOnceItIsEnding) {
     ClosingPanel panel(kEnds);
     int menus = 0;
     std::string answer = "none";
-    const auto track = FAKE_CALL(TrackPopupMenu, [&](HMENU, UINT, int, int, int, HWND, const RECT*) {
+    const auto track = FAKE_CALL(TrackPopupMenu, [&] {
         ++menus;
         panel.Window().Send(WM_CLOSE);
         answer = dialogs::ShowMessage("too late", 1, "OK");
@@ -378,7 +376,7 @@ TEST(CloseRequestTest, OpensNothingMoreOnceItIsEnding) {
 TEST(CloseRequestTest, SavesBeforeTheMessageOfTheSessionsEndReturnsAndGoesAfterwards) {
     ClosingPanel panel(kHides);
     size_t saved = 0;
-    const auto track = FAKE_CALL(TrackPopupMenu, [&](HMENU, UINT, int, int, int, HWND, const RECT*) {
+    const auto track = FAKE_CALL(TrackPopupMenu, [&] {
         panel.Window().Send(WM_ENDSESSION, TRUE);
         saved = EndOf(panel.Log()).size();
         return 0;

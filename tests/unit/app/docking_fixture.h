@@ -33,21 +33,20 @@ class DockingTest : public ::testing::Test {
             if (index == SM_CXSCREEN) return 1000;
             return index == SM_CYSCREEN ? 800 : ORIGINAL_CALL(GetSystemMetrics)(index);
         }));
-        fakes_.push_back(FAKE_CALL(SetWindowPos,
-                                   [this](HWND window, HWND after, int x, int y, int cx, int cy, UINT flags) {
-                                       if (window == window_) {
-                                           if ((flags & SWP_NOMOVE) == 0)
-                                               log_.Add("place", x, y);
-                                           else
-                                               log_.Add(after == HWND_TOPMOST ? "topmost" : "after", flags);
-                                       }
-                                       return ORIGINAL_CALL(SetWindowPos)(window, after, x, y, cx, cy, flags);
-                                   }));
+        fakes_.push_back(
+            WATCH_CALL(SetWindowPos, [this](HWND window, HWND after, int x, int y, int, int, UINT flags) {
+                if (window == window_) {
+                    if ((flags & SWP_NOMOVE) == 0)
+                        log_.Add("place", x, y);
+                    else
+                        log_.Add(after == HWND_TOPMOST ? "topmost" : "after", flags);
+                }
+            }));
         fakes_.push_back(FAKE_CALL(SetTimer, [this](HWND, UINT_PTR, UINT interval, TIMERPROC) -> UINT_PTR {
             log_.Add("timer", interval);
             return 1;
         }));
-        fakes_.push_back(FAKE_CALL(KillTimer, [this](HWND, UINT_PTR) {
+        fakes_.push_back(FAKE_CALL(KillTimer, [this] {
             log_.Add("no timer");
             return TRUE;
         }));

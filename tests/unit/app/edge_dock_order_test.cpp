@@ -116,9 +116,7 @@ TEST_F(QuestionTest, AboutWhatWasOpenedKeepsAPanelBackThatIsOutWhereverItIs) {
     fakes_.push_back(FAKE_CALL(IsWindowVisible, [&](HWND window) -> BOOL {
         return window == other_.Handle() ? open : ORIGINAL_CALL(IsWindowVisible)(window);
     }));
-    fakes_.push_back(FAKE_CALL(ShellExecuteA, [](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
-        return reinterpret_cast<HINSTANCE>(33);
-    }));
+    fakes_.push_back(ANSWER_CALL(ShellExecuteA, reinterpret_cast<HINSTANCE>(33)));
     win::OpenInShell(nullptr, "a", nullptr, nullptr, SW_SHOWNORMAL);
     front_ = GetDesktopWindow();
     dock_.ShowQuon(true, true);

@@ -136,11 +136,8 @@ TEST_F(DockingTest, AllOfItIsThereForANumberThatIsNoEdge) {
 
 TEST_F(DockingTest, ARegionThatTheWindowDoesNotTakeIsGivenBack) {
     int deleted = 0;
-    const auto refuse = FAKE_CALL(SetWindowRgn, [](HWND, HRGN, BOOL) { return 0; });
-    const auto remove = FAKE_CALL(DeleteObject, [&](HGDIOBJ object) {
-        ++deleted;
-        return ORIGINAL_CALL(DeleteObject)(object);
-    });
+    const auto refuse = ANSWER_CALL(SetWindowRgn, 0);
+    const auto remove = WATCH_CALL(DeleteObject, [&](HGDIOBJ) { ++deleted; });
     Dock(kLeftEdge);
     EXPECT_EQ(deleted, 1);
 }
@@ -148,7 +145,7 @@ TEST_F(DockingTest, ARegionThatTheWindowDoesNotTakeIsGivenBack) {
 TEST_F(DockingTest, ASavedPlaceThatNoMonitorShowsCountsAsNone) {
     dock_.SavePosition();
     Dock(kLeftEdge);
-    const auto gone = FAKE_CALL(MonitorFromRect, [](LPCRECT, DWORD) { return HMONITOR{}; });
+    const auto gone = FAKE_CALL(MonitorFromRect, [] { return HMONITOR{}; });
     dock_.ShowQuon(true, true);
     EXPECT_THAT(log_.Lines(), ElementsAre("place 350 300", kTopmost));
 }
@@ -182,7 +179,7 @@ TEST_F(DockingTest, ComesBackIntoReachWhenTheScreenHasChangedAndStaysOtherwise) 
 
 TEST_F(DockingTest, AMinimisedWindowIsLeftAloneWhenTheScreenChanges) {
     Dock(kRightEdge);
-    const auto minimised = FAKE_CALL(IsIconic, [](HWND) { return TRUE; });
+    const auto minimised = ANSWER_CALL(IsIconic, TRUE);
     dock_.FollowScreen();
     EXPECT_THAT(log_.Lines(), IsEmpty());
 }

@@ -78,20 +78,15 @@ void HeldModifierKeys::Write(std::initializer_list<int> keys, BYTE state) {
 }
 
 void PanelHarness::RecordProfile() {
-    fakes_.push_back(FAKE_CALL(GetPrivateProfileStringA, [this](LPCSTR section, LPCSTR key, LPCSTR otherwise,
-                                                                LPSTR value, DWORD size, LPCSTR file) {
-        log_.Add("read", section, key);
-        return ORIGINAL_CALL(GetPrivateProfileStringA)(section, key, otherwise, value, size, file);
+    fakes_.push_back(
+        WATCH_CALL(GetPrivateProfileStringA, [this](LPCSTR section, LPCSTR key, LPCSTR, LPSTR, DWORD,
+                                                    LPCSTR) { log_.Add("read", section, key); }));
+    fakes_.push_back(WATCH_CALL(GetPrivateProfileSectionA, [this](LPCSTR section, LPSTR, DWORD, LPCSTR) {
+        log_.Add("section", section);
     }));
     fakes_.push_back(
-        FAKE_CALL(GetPrivateProfileSectionA, [this](LPCSTR section, LPSTR text, DWORD size, LPCSTR file) {
-            log_.Add("section", section);
-            return ORIGINAL_CALL(GetPrivateProfileSectionA)(section, text, size, file);
-        }));
-    fakes_.push_back(
-        FAKE_CALL(WritePrivateProfileStringA, [this](LPCSTR section, LPCSTR key, LPCSTR value, LPCSTR file) {
+        WATCH_CALL(WritePrivateProfileStringA, [this](LPCSTR section, LPCSTR key, LPCSTR value, LPCSTR) {
             log_.Add("write", section, key, value);
-            return ORIGINAL_CALL(WritePrivateProfileStringA)(section, key, value, file);
         }));
 }
 
@@ -115,19 +110,13 @@ void PanelHarness::RecordWindow() {
             }
             return ORIGINAL_CALL(SetWindowPos)(window, after, x, y, cx, cy, flags);
         }));
-    fakes_.push_back(
-        FAKE_CALL(SetTimer, [this](HWND window, UINT_PTR id, UINT interval, TIMERPROC procedure) {
-            if (IsPanel(window)) log_.Add("timer on", interval);
-            return ORIGINAL_CALL(SetTimer)(window, id, interval, procedure);
-        }));
-    fakes_.push_back(FAKE_CALL(KillTimer, [this](HWND window, UINT_PTR id) {
+    fakes_.push_back(WATCH_CALL(SetTimer, [this](HWND window, UINT_PTR, UINT interval, TIMERPROC) {
+        if (IsPanel(window)) log_.Add("timer on", interval);
+    }));
+    fakes_.push_back(WATCH_CALL(KillTimer, [this](HWND window, UINT_PTR) {
         if (IsPanel(window)) log_.Add("timer off");
-        return ORIGINAL_CALL(KillTimer)(window, id);
     }));
-    fakes_.push_back(FAKE_CALL(DrawEdge, [this](HDC dc, LPRECT place, UINT edge, UINT flags) {
-        log_.Add("edge");
-        return ORIGINAL_CALL(DrawEdge)(dc, place, edge, flags);
-    }));
+    fakes_.push_back(WATCH_CALL(DrawEdge, [this] { log_.Add("edge"); }));
     fakes_.push_back(FAKE_CALL(FindWindowA, [this](LPCSTR className, LPCSTR caption) -> HWND {
         log_.Add("find", className, caption);
         return nullptr;
@@ -140,9 +129,8 @@ void PanelHarness::RecordShell() {
         std::memcpy(roots, "C:\\\0", 5);
         return 4;
     }));
-    fakes_.push_back(FAKE_CALL(FindFirstFileA, [this](LPCSTR pattern, LPWIN32_FIND_DATAA found) {
+    fakes_.push_back(WATCH_CALL(FindFirstFileA, [this](LPCSTR pattern, LPWIN32_FIND_DATAA) {
         log_.Add("list", testkit::NameOf(pattern));
-        return ORIGINAL_CALL(FindFirstFileA)(pattern, found);
     }));
     fakes_.push_back(FAKE_CALL(Shell_NotifyIconA, [this](DWORD what, PNOTIFYICONDATAA record) -> BOOL {
         log_.Add("tray", what == NIM_ADD ? "add" : what == NIM_DELETE ? "delete" : "other");

@@ -76,7 +76,7 @@ TEST_F(PanelMenusTest, LaunchTheControlPanel) {
 }
 
 TEST_F(PanelMenusTest, ShowTheUptimeAndNeverHideForIt) {
-    const auto ticks = FAKE_CALL(GetTickCount, []() -> DWORD { return 3723000; });
+    const auto ticks = ANSWER_CALL(GetTickCount, 3723000);
     config::Settings.HideAfterLaunch = true;
     testkit::ModalAnswers user({[](testkit::Window box) {
         EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
@@ -267,11 +267,10 @@ TEST_F(PanelMenusTest, WalkAlongTheirImageButtonsByTheArrows) {
 
 TEST_F(PanelMenusTest, KeepTheTipsAwayWhileTheyAreOpen) {
     ImageButton(0).Send(WM_MOUSEMOVE, 0, MAKELPARAM(5, 5));
-    const auto tip = FAKE_CALL(SendMessageA, [this](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    const auto tip = WATCH_CALL(SendMessageA, [this](HWND, UINT message, WPARAM wParam, LPARAM) {
         if (message == TTM_ACTIVATE) log_.Add("tip", wParam);
-        return ORIGINAL_CALL(SendMessageA)(window, message, wParam, lParam);
     });
-    const auto track = FAKE_CALL(TrackPopupMenu, [this](HMENU, UINT, int, int, int, HWND, const RECT*) {
+    const auto track = FAKE_CALL(TrackPopupMenu, [this] {
         log_.Add("menu");
         return 0;
     });

@@ -156,10 +156,7 @@ TEST_F(PanelScaleTest, DrawsInTheThemesColoursWhenOneIsSwitchedOn) {
         return index == COLOR_BTNTEXT ? kText : ORIGINAL_CALL(GetSysColor)(index);
     });
     std::vector<COLORREF> used;
-    const RecordedCall color = FAKE_CALL(SetTextColor, [&](HDC dc, COLORREF text) {
-        used.push_back(text);
-        return ORIGINAL_CALL(SetTextColor)(dc, text);
-    });
+    const RecordedCall color = WATCH_CALL(SetTextColor, [&](HDC, COLORREF text) { used.push_back(text); });
     panel_.Window().Send(WM_SETTINGCHANGE, SPI_SETHIGHCONTRAST, 0);
     EXPECT_THAT(used, Contains(kText));
     EXPECT_THAT(used, Not(Contains(win::PlainColor(win::Color::kLabel))));

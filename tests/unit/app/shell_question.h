@@ -33,9 +33,7 @@ class ShellQuestion {
             *size = static_cast<DWORD>(std::wstring_view(L"C:\\OpenWith.exe").copy(name, *size));
             return TRUE;
         }));
-        fakes_.push_back(FAKE_CALL(ShellExecuteA, [](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
-            return reinterpret_cast<HINSTANCE>(33);
-        }));
+        fakes_.push_back(ANSWER_CALL(ShellExecuteA, reinterpret_cast<HINSTANCE>(33)));
         win::OpenInShell(nullptr, "a", nullptr, nullptr, SW_SHOWNORMAL);
     }
 

@@ -38,15 +38,11 @@ class ShortcutBoxFixture : public ::testing::Test {
                           return FALSE;
                       }));
         fakes_.push_back(FAKE_CALL(Sleep, [](DWORD) {}));
-        fakes_.push_back(FAKE_CALL(SetWindowPos,
-                                   [this](HWND window, HWND after, int x, int y, int cx, int cy, UINT flags) {
-                                       if (window == host_.Handle() && after == HWND_TOPMOST)
-                                           log_.Add("topmost");
-                                       return ORIGINAL_CALL(SetWindowPos)(window, after, x, y, cx, cy, flags);
-                                   }));
-        fakes_.push_back(FAKE_CALL(SetTimer, [this](HWND window, UINT_PTR id, UINT interval, TIMERPROC done) {
+        fakes_.push_back(WATCH_CALL(SetWindowPos, [this](HWND window, HWND after, int, int, int, int, UINT) {
+            if (window == host_.Handle() && after == HWND_TOPMOST) log_.Add("topmost");
+        }));
+        fakes_.push_back(WATCH_CALL(SetTimer, [this](HWND window, UINT_PTR, UINT interval, TIMERPROC) {
             if (window == host_.Handle()) log_.Add("timer", interval);
-            return ORIGINAL_CALL(SetTimer)(window, id, interval, done);
         }));
         dock_.Attach(host_.Handle());
         box_.CreateOn(host_.Handle());

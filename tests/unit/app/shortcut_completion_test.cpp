@@ -287,14 +287,13 @@ TEST_F(ShortcutCompletionTest, AKeyThatChangedNothingCompletesNothing) {
 
 TEST_F(ShortcutCompletionTest, NothingIsDrawnMeanwhileAndTheTextAfterwards) {
     Down('N', 'n');
-    fakes_.push_back(FAKE_CALL(SendMessageA, [this](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-        EXPECT_EQ(window, box_.List().Handle());
-        log_.Add("message", message, static_cast<INT_PTR>(wParam), lParam, Text());
-        return ORIGINAL_CALL(SendMessageA)(window, message, wParam, lParam);
-    }));
-    fakes_.push_back(FAKE_CALL(InvalidateRect, [this](HWND window, const RECT* rect, BOOL erase) {
+    fakes_.push_back(
+        WATCH_CALL(SendMessageA, [this](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+            EXPECT_EQ(window, box_.List().Handle());
+            log_.Add("message", message, static_cast<INT_PTR>(wParam), lParam, Text());
+        }));
+    fakes_.push_back(WATCH_CALL(InvalidateRect, [this](HWND window, const RECT* rect, BOOL erase) {
         if (window == box_.List().Edit()) log_.Add("redraw", rect == nullptr, erase != FALSE);
-        return ORIGINAL_CALL(InvalidateRect)(window, rect, erase);
     }));
     Up('N');
     EXPECT_THAT(log_.Lines(), ElementsAre("message 11 0 0 n", "message 11 -1 0 Notepad", "redraw true true"));

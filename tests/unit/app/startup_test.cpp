@@ -459,7 +459,7 @@ TEST(DockedKeysTest, OnlyAltF4AndF1GetThroughWhileNothingIsToBeSeen) {
     EXPECT_TRUE(panel.PressKey(WM_SYSCHAR, ' ', {VK_MENU}));
     EXPECT_TRUE(panel.PressKey(WM_SYSKEYDOWN, VK_F4, {VK_MENU, VK_SHIFT}));
     int dispatched = 0;
-    const auto dialog = FAKE_CALL(IsDialogMessageW, [&](HWND, LPMSG) -> BOOL {
+    const auto dialog = FAKE_CALL(IsDialogMessageW, [&]() -> BOOL {
         ++dispatched;
         return FALSE;
     });

@@ -31,17 +31,15 @@ class TabStripTest : public PanelParts {
     /// Moves over a header and gives the texts of the tips that were built.
     std::vector<std::string> Hover(int index) {
         std::vector<std::string> built;
-        const auto send =
-            FAKE_CALL(SendMessageA, [&](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-                if (message == TTM_ADDTOOLA) {
-                    const auto* record = reinterpret_cast<const TTTOOLINFOA*>(lParam);
-                    EXPECT_EQ(record->hwnd, Header(index));
-                    built.emplace_back(record->lpszText);
-                }
-                if (message == TTM_ADDTOOLW)
-                    built.push_back(testkit::Utf8(reinterpret_cast<const TTTOOLINFOW*>(lParam)->lpszText));
-                return ORIGINAL_CALL(SendMessageA)(window, message, wParam, lParam);
-            });
+        const auto send = WATCH_CALL(SendMessageA, [&](HWND, UINT message, WPARAM, LPARAM lParam) {
+            if (message == TTM_ADDTOOLA) {
+                const auto* record = reinterpret_cast<const TTTOOLINFOA*>(lParam);
+                EXPECT_EQ(record->hwnd, Header(index));
+                built.emplace_back(record->lpszText);
+            }
+            if (message == TTM_ADDTOOLW)
+                built.push_back(testkit::Utf8(reinterpret_cast<const TTTOOLINFOW*>(lParam)->lpszText));
+        });
         SendMessageW(Header(index), WM_MOUSEMOVE, 0, MAKELPARAM(5, 5));
         return built;
     }
@@ -69,11 +67,8 @@ TEST_F(TabStripTest, ShowsATabWhenTheLeftButtonIsReleasedOnItsHeader) {
 
 TEST_F(TabStripTest, ReadsNoRecordsAgainWhenTheTabChanges) {
     std::vector<std::string> sections;
-    const auto read = FAKE_CALL(GetPrivateProfileStringA, [&](LPCSTR section, LPCSTR key, LPCSTR otherwise,
-                                                              LPSTR value, DWORD size, LPCSTR file) {
-        sections.emplace_back(section);
-        return ORIGINAL_CALL(GetPrivateProfileStringA)(section, key, otherwise, value, size, file);
-    });
+    const auto read = WATCH_CALL(GetPrivateProfileStringA, [&](LPCSTR section, LPCSTR, LPCSTR, LPSTR, DWORD,
+                                                               LPCSTR) { sections.emplace_back(section); });
     tabs_.b1_MouseUp(2, win::MouseButton::kLeft, 0, 0, 0);
     EXPECT_THAT(sections, ElementsAre("Cuts", "Switch", "Cuts", "Switch"));
 }
@@ -81,7 +76,7 @@ TEST_F(TabStripTest, ReadsNoRecordsAgainWhenTheTabChanges) {
 TEST_F(TabStripTest, MarksTheHeaderAndHidesTheHoverPictureBeforeItPaintsTheButtonsInOrder) {
     buttons_.Hover(3);
     std::vector<int> painted;
-    const auto edge = FAKE_CALL(DrawEdge, [&](HDC dc, LPRECT place, UINT kind, UINT flags) {
+    const auto edge = WATCH_CALL(DrawEdge, [&](HDC dc, LPRECT, UINT, UINT) {
         for (int index = 1; index <= 9; ++index) {
             if (buttons_.Picture(index).Dc() != dc) continue;
             if (painted.empty() || painted.back() != index) painted.push_back(index);
@@ -89,7 +84,6 @@ TEST_F(TabStripTest, MarksTheHeaderAndHidesTheHoverPictureBeforeItPaintsTheButto
             EXPECT_THAT(Frames(), ElementsAre(0, 1, 0, 0, 0, 0));
             EXPECT_FALSE(testkit::Window(buttons_.HoverPicture().Handle()).Style() & WS_VISIBLE);
         }
-        return ORIGINAL_CALL(DrawEdge)(dc, place, kind, flags);
     });
     tabs_.b1_MouseUp(2, win::MouseButton::kLeft, 0, 0, 0);
     EXPECT_THAT(painted, ElementsAre(1, 2, 3, 4, 5, 6, 7, 8, 9));

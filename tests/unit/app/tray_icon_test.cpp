@@ -138,8 +138,7 @@ TEST_F(TrayIconTest, AMoveWithTheIconsNumberAndNoHeightComesFromTheIcon) {
 }
 
 TEST_F(TrayIconTest, KnowsAMoveAtThePointersPlace) {
-    const testkit::RecordedCall position =
-        FAKE_CALL(GetMessagePos, []() -> DWORD { return MAKELONG(614, static_cast<WORD>(-20)); });
+    const testkit::RecordedCall position = ANSWER_CALL(GetMessagePos, MAKELONG(614, static_cast<WORD>(-20)));
     const testkit::RecordedCall client = FAKE_CALL(ScreenToClient, [](HWND window, LPPOINT point) -> WINBOOL {
         EXPECT_EQ(window, kWindow);
         point->x -= 100;
@@ -213,7 +212,7 @@ TEST_F(TrayEventTest, BringsAQuestionOfTheShellsForwardAndRaisesNoPanelAboveIt) 
     const auto visible = FAKE_CALL(IsWindowVisible, [&](HWND window) -> BOOL {
         return window == question ? TRUE : ORIGINAL_CALL(IsWindowVisible)(window);
     });
-    const auto shell = FAKE_CALL(ShellExecuteA, [&](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
+    const auto shell = FAKE_CALL(ShellExecuteA, [&] {
         Send(WM_LBUTTONUP);
         return reinterpret_cast<HINSTANCE>(INT_PTR{33});
     });

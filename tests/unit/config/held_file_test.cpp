@@ -138,11 +138,10 @@ TEST_F(HeldFileTest, OnlyAFileThatCannotBeReadGivesNoAnswer) {
     EXPECT_EQ(config::TryReadIni("Cuts", "a"), "1");
     held_ = 1;
     EXPECT_EQ(config::TryReadIniSection("Cuts"), std::string("a=1\0b=2", 7));
-    const RecordedCall open = FAKE_CALL(
-        CreateFileA, [](LPCSTR, DWORD, DWORD, LPSECURITY_ATTRIBUTES, DWORD, DWORD, HANDLE) -> HANDLE {
-            SetLastError(ERROR_ACCESS_DENIED);
-            return INVALID_HANDLE_VALUE;
-        });
+    const RecordedCall open = FAKE_CALL(CreateFileA, []() -> HANDLE {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return INVALID_HANDLE_VALUE;
+    });
     held_ = 2;
     EXPECT_EQ(config::TryReadIni("Cuts", "a"), std::nullopt);
     EXPECT_EQ(config::TryReadIniSection("Cuts"), std::nullopt);
@@ -192,11 +191,9 @@ TEST_F(HeldFileTest, AFileThatHasBecomeWholeMeanwhileIsAskedOnceMore) {
         EXPECT_EQ(config::ReadRequired("Settings", "Main"), "1");
         folder_.WriteIniText(before);
         bool first = true;
-        const RecordedCall look =
-            FAKE_CALL(GetFileAttributesExA, [&](LPCSTR name, GET_FILEEX_INFO_LEVELS level, LPVOID data) {
-                if (std::exchange(first, false)) folder_.WriteIniText(whole);
-                return ORIGINAL_CALL(GetFileAttributesExA)(name, level, data);
-            });
+        const RecordedCall look = WATCH_CALL(GetFileAttributesExA, [&] {
+            if (std::exchange(first, false)) folder_.WriteIniText(whole);
+        });
         EXPECT_EQ(config::TryReadIni("Cuts", "b"), "2") << before;
     }
 }

@@ -40,17 +40,15 @@ TEST_F(IniUnitTest, TheFileIsTheOldOneUntilItIsTheNewOne) {
 
 TEST_F(IniUnitTest, TheSideFileIsFlushedAsAWholeBeforeItTakesThePlace) {
     std::vector<std::string> steps;
-    const RecordedCall flush = FAKE_CALL(FlushFileBuffers, [&](HANDLE file) {
+    const RecordedCall flush = WATCH_CALL(FlushFileBuffers, [&](HANDLE) {
         steps.push_back("flushed " + folder_.ReadFile(kSide).substr(0, 6));
         EXPECT_THAT(folder_.ReadFile(kSide), HasSubstr("d=4"));
-        return ORIGINAL_CALL(FlushFileBuffers)(file);
     });
-    const RecordedCall move = FAKE_CALL(MoveFileExA, [&](LPCSTR from, LPCSTR to, DWORD flags) {
+    const RecordedCall move = WATCH_CALL(MoveFileExA, [&](LPCSTR from, LPCSTR to, DWORD flags) {
         EXPECT_EQ(from, folder_.FullPath(kSide));
         EXPECT_EQ(to, folder_.IniPath());
         EXPECT_EQ(flags, DWORD{MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH});
         steps.emplace_back("moved");
-        return ORIGINAL_CALL(MoveFileExA)(from, to, flags);
     });
     config::WriteIni("Cuts", "d", "4");
     EXPECT_THAT(steps, ElementsAre("flushed ; mine", "moved"));
@@ -131,7 +129,7 @@ TEST_F(IniUnitTest, NoMessagesMayRunWhileOneIsOpen) {
 }
 
 TEST_F(IniUnitTest, OneInWhichNothingIsWrittenTouchesNoFile) {
-    const RecordedCall copy = FAKE_CALL(CopyFileA, [](LPCSTR, LPCSTR, BOOL) -> BOOL {
+    const RecordedCall copy = FAKE_CALL(CopyFileA, []() -> BOOL {
         ADD_FAILURE() << "a copy";
         return TRUE;
     });
@@ -181,7 +179,7 @@ TEST_F(IniUnitTest, TheSettingsAreOneUnit) {
 
 TEST_F(IniUnitTest, ADiskTooFullIsNotWrittenTo) {
     for (const DWORD error : {ERROR_DISK_FULL, ERROR_HANDLE_DISK_FULL}) {
-        const RecordedCall copy = FAKE_CALL(CopyFileA, [this, error](LPCSTR, LPCSTR, BOOL) -> BOOL {
+        const RecordedCall copy = FAKE_CALL(CopyFileA, [this, error]() -> BOOL {
             folder_.MakeFile(kSide, "; mi");
             SetLastError(error);
             return FALSE;
@@ -207,7 +205,7 @@ TEST_F(IniUnitTest, ADiskThatRunsFullInBetweenLosesNothing) {
     EXPECT_FALSE(config::WriteIni("Cuts", "a", "2"));
     ExpectUnchanged();
     {
-        const RecordedCall copy = FAKE_CALL(CopyFileA, [](LPCSTR, LPCSTR, BOOL) -> BOOL {
+        const RecordedCall copy = FAKE_CALL(CopyFileA, []() -> BOOL {
             SetLastError(ERROR_ACCESS_DENIED);
             return FALSE;
         });
@@ -223,7 +221,7 @@ TEST_F(IniUnitTest, WhereNoNewFileCanBeMadeTheFileItselfIsWritten) {
     for (const DWORD error : {ERROR_ACCESS_DENIED, ERROR_PATH_NOT_FOUND, ERROR_FILENAME_EXCED_RANGE,
                               ERROR_BUFFER_OVERFLOW, ERROR_INVALID_NAME}) {
         folder_.WriteIniText(kText);
-        const RecordedCall copy = FAKE_CALL(CopyFileA, [error](LPCSTR, LPCSTR, BOOL) -> BOOL {
+        const RecordedCall copy = FAKE_CALL(CopyFileA, [error]() -> BOOL {
             SetLastError(error);
             return FALSE;
         });
@@ -238,7 +236,7 @@ TEST_F(IniUnitTest, WhereNoNewFileCanBeMadeTheFileItselfIsWritten) {
 }
 
 TEST_F(IniUnitTest, WhereTheFileItselfIsWrittenAFailureIsTakenBackToo) {
-    const RecordedCall copy = FAKE_CALL(CopyFileA, [](LPCSTR, LPCSTR, BOOL) -> BOOL {
+    const RecordedCall copy = FAKE_CALL(CopyFileA, []() -> BOOL {
         SetLastError(ERROR_ACCESS_DENIED);
         return FALSE;
     });
@@ -249,7 +247,7 @@ TEST_F(IniUnitTest, WhereTheFileItselfIsWrittenAFailureIsTakenBackToo) {
     }
     EXPECT_EQ(folder_.IniBytes(), kText);
     {
-        const RecordedCall write = FAKE_CALL(WritePrivateProfileSectionA, [](auto...) { return FALSE; });
+        const RecordedCall write = ANSWER_CALL(WritePrivateProfileSectionA, FALSE);
         config::IniUnit unit;
         EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
         EXPECT_FALSE(config::WriteIniSection("Switch", ""));
@@ -259,7 +257,7 @@ TEST_F(IniUnitTest, WhereTheFileItselfIsWrittenAFailureIsTakenBackToo) {
 }
 
 TEST_F(IniUnitTest, WhereTheFileItselfIsWrittenWhatCannotBePutBackIsNotBegun) {
-    const RecordedCall copy = FAKE_CALL(CopyFileA, [](LPCSTR, LPCSTR, BOOL) -> BOOL {
+    const RecordedCall copy = FAKE_CALL(CopyFileA, []() -> BOOL {
         SetLastError(ERROR_ACCESS_DENIED);
         return FALSE;
     });
@@ -277,7 +275,7 @@ TEST_F(IniUnitTest, WhereTheFileItselfIsWrittenWhatCannotBePutBackIsNotBegun) {
 }
 
 TEST_F(IniUnitTest, WhereTheFileItselfIsWrittenAHoldIsWaitedForInTakingBack) {
-    const RecordedCall copy = FAKE_CALL(CopyFileA, [](LPCSTR, LPCSTR, BOOL) -> BOOL {
+    const RecordedCall copy = FAKE_CALL(CopyFileA, []() -> BOOL {
         SetLastError(ERROR_ACCESS_DENIED);
         return FALSE;
     });

@@ -30,12 +30,11 @@ using testkit::Window;
 void Close(Window box) { box.Child(frmMsg::b2).Send(BM_CLICK); }
 
 testkit::RecordedCall RecordTips(std::vector<std::string>& texts) {
-    return FAKE_CALL(SendMessageA, [&](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    return WATCH_CALL(SendMessageA, [&](HWND, UINT message, WPARAM, LPARAM lParam) {
         if (message == TTM_ADDTOOLA) {
             const auto& tool = *reinterpret_cast<const TTTOOLINFOA*>(lParam);
             texts.push_back(std::to_string(GetDlgCtrlID(tool.hwnd)) + tool.lpszText);
         }
-        return ORIGINAL_CALL(SendMessageA)(window, message, wParam, lParam);
     });
 }
 

@@ -53,7 +53,7 @@ class RecordedHost : public PanelHost {
 class TipLog {
   public:
     TipLog()
-        : fake_(FAKE_CALL(SendMessageA, [this](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        : fake_(WATCH_CALL(SendMessageA, [this](HWND, UINT message, WPARAM, LPARAM lParam) {
               if (message == TTM_ADDTOOLA) {
                   const auto& record = *reinterpret_cast<const TTTOOLINFOA*>(lParam);
                   control_ = GetDlgCtrlID(record.hwnd);
@@ -65,7 +65,6 @@ class TipLog {
                                   "|" + text_);
                   control_ = 0;
               }
-              return ORIGINAL_CALL(SendMessageA)(window, message, wParam, lParam);
           })) {}
 
     const std::vector<std::string>& Tips() const { return tips_; }

@@ -130,16 +130,11 @@ TEST_F(EditGroupTest, ApplyStoresTheMembersInTheOrderOfTheirRows) {
 TEST_F(EditGroupTest, TheOldRecordIsDeletedBeforeTheNewOneIsWritten) {
     Load("[Buttons]\r\n23=Work|7\r\n[Cuts]\r\nWork=C:\\a|C:\\b\r\n");
     testkit::CallLog log;
-    const testkit::RecordedCall writing = FAKE_CALL(
-        WritePrivateProfileStringA, [&](LPCSTR section, LPCSTR key, LPCSTR value, LPCSTR file) -> WINBOOL {
-            log.Add(section, key, value);
-            return ORIGINAL_CALL(WritePrivateProfileStringA)(section, key, value, file);
-        });
-    const testkit::RecordedCall emptying =
-        FAKE_CALL(WritePrivateProfileSectionA, [&](LPCSTR section, LPCSTR data, LPCSTR file) -> WINBOOL {
-            log.Add("empty", section);
-            return ORIGINAL_CALL(WritePrivateProfileSectionA)(section, data, file);
-        });
+    const testkit::RecordedCall writing =
+        WATCH_CALL(WritePrivateProfileStringA,
+                   [&](LPCSTR section, LPCSTR key, LPCSTR value, LPCSTR) { log.Add(section, key, value); });
+    const testkit::RecordedCall emptying = WATCH_CALL(
+        WritePrivateProfileSectionA, [&](LPCSTR section, LPCSTR, LPCSTR) { log.Add("empty", section); });
     EditAndApply("Work", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText("Play"); });
     EXPECT_THAT(log.Lines(),
                 ElementsAre("Buttons 23 ", "Buttons 23 Play|0", "empty Cuts", "Cuts Play C:\\a|C:\\b"));

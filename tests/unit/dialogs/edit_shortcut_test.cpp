@@ -68,10 +68,8 @@ class EditShortcutTest : public ::testing::Test {
             calls_.Add("extract associated", file, *index);
             return CopyIcon(LoadIconA(nullptr, IDI_ERROR));
         }));
-        fakes_.push_back(FAKE_CALL(DrawIcon, [this](HDC dc, int x, int y, HICON icon) {
-            calls_.Add("draw", x, y, icon != nullptr);
-            return ORIGINAL_CALL(DrawIcon)(dc, x, y, icon);
-        }));
+        fakes_.push_back(WATCH_CALL(
+            DrawIcon, [this](HDC, int x, int y, HICON icon) { calls_.Add("draw", x, y, icon != nullptr); }));
     }
     ~EditShortcutTest() override { model::DefaultBrowserPath.clear(); }
 
@@ -206,10 +204,8 @@ TEST_F(EditShortcutTest, DrawsTheIconOfAPickedFileOnAClearedPictureAndShowsIt) {
         const HWND picture = dialog.Child(kIcon).Handle();
         UpdateWindow(picture);
         std::vector<HWND> painted;
-        const auto invalidate = FAKE_CALL(InvalidateRect, [&](HWND window, const RECT* part, BOOL erase) {
-            painted.push_back(window);
-            return ORIGINAL_CALL(InvalidateRect)(window, part, erase);
-        });
+        const auto invalidate =
+            WATCH_CALL(InvalidateRect, [&](HWND window, const RECT*, BOOL) { painted.push_back(window); });
         dialog.Child(kSelectFile).Send(BM_CLICK);
         EXPECT_EQ(std::count(painted.begin(), painted.end(), picture), 1);
         dialog.Child(kCancel).Send(BM_CLICK);
@@ -311,15 +307,11 @@ TEST_F(EditShortcutTest, MovesTheShortcutItsButtonsAndItsSwitchToTheNewName) {
 
 TEST_F(EditShortcutTest, TakesItsStepsInOrder) {
     testkit::CallLog log;
-    const auto section = FAKE_CALL(WritePrivateProfileSectionA, [&](LPCSTR name, LPCSTR text, LPCSTR file) {
-        log.Add("empty", name);
-        return ORIGINAL_CALL(WritePrivateProfileSectionA)(name, text, file);
-    });
-    const auto write =
-        FAKE_CALL(WritePrivateProfileStringA, [&](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR file) {
-            log.Add("write", name, key, value);
-            return ORIGINAL_CALL(WritePrivateProfileStringA)(name, key, value, file);
-        });
+    const auto section =
+        WATCH_CALL(WritePrivateProfileSectionA, [&](LPCSTR name, LPCSTR, LPCSTR) { log.Add("empty", name); });
+    const auto write = WATCH_CALL(
+        WritePrivateProfileStringA,
+        [&](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR) { log.Add("write", name, key, value); });
     Edit("Стари", "Ново", "f");
     EXPECT_TRUE(InOrder(log, {"write Buttons 23 Ново|07|x", "empty Cuts", "write Cuts Ново f", "empty Switch",
                               "write Switch Ново"}));

@@ -55,10 +55,7 @@ class IconChooserTest : public ::testing::Test {
             open_.insert(icon);
             return icon;
         }));
-        fakes_.push_back(FAKE_CALL(DestroyIcon, [this](HICON icon) -> WINBOOL {
-            open_.erase(icon);
-            return ORIGINAL_CALL(DestroyIcon)(icon);
-        }));
+        fakes_.push_back(WATCH_CALL(DestroyIcon, [this](HICON icon) { open_.erase(icon); }));
         fakes_.push_back(FAKE_CALL(Sleep, [this](DWORD) { ++pauses_; }));
         chooser_.IconSelected = [this](std::int16_t index) { picked_.push_back(index); };
     }
@@ -108,10 +105,9 @@ TEST_F(IconChooserTest, ReadingBeginsAtTheFirstIcon) {
 
 TEST_F(IconChooserTest, TheHourglassIsShownWhileReading) {
     std::vector<HCURSOR> cursors;
-    const testkit::RecordedCall fake = FAKE_CALL(SetCursor, [&](HCURSOR cursor) {
+    const testkit::RecordedCall fake = WATCH_CALL(SetCursor, [&](HCURSOR cursor) {
         cursors.push_back(cursor);
         EXPECT_EQ(asked_.size(), cursors.size() == 1 ? 0U : 2U);
-        return ORIGINAL_CALL(SetCursor)(cursor);
     });
     count_ = 1;
     chooser_.ReadIcons("C:\\a.exe");
@@ -409,11 +405,10 @@ TEST_F(IconChooserTest, TheStripHasTheSystemsGround) {
     });
     std::set<COLORREF> filled;
     Choose(1, [&](Window chooser) {
-        const testkit::RecordedCall fill = FAKE_CALL(FillRect, [&](HDC dc, const RECT* rect, HBRUSH brush) {
+        const testkit::RecordedCall fill = WATCH_CALL(FillRect, [&](HDC, const RECT*, HBRUSH brush) {
             LOGBRUSH record{};
             GetObjectW(brush, sizeof record, &record);
             filled.insert(record.lbColor);
-            return ORIGINAL_CALL(FillRect)(dc, rect, brush);
         });
         RedrawWindow(Strip(chooser).Handle(), nullptr, nullptr,
                      RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);

@@ -243,11 +243,9 @@ TEST(MessageBoxTest, CountsItselfAmongTheOpenDialogs) {
 
 TEST(MessageBoxTest, IsTopmostFromItsLoadAndAgainAtEveryRepaint) {
     std::vector<UINT> flags;
-    const auto log =
-        FAKE_CALL(SetWindowPos, [&](HWND window, HWND after, int x, int y, int cx, int cy, UINT how) {
-            if (after == HWND_TOPMOST && GetParent(window) == nullptr) flags.push_back(how);
-            return ORIGINAL_CALL(SetWindowPos)(window, after, x, y, cx, cy, how);
-        });
+    const auto log = WATCH_CALL(SetWindowPos, [&](HWND window, HWND after, int, int, int, int, UINT how) {
+        if (after == HWND_TOPMOST && GetParent(window) == nullptr) flags.push_back(how);
+    });
     const auto repaint = [&](Window box) {
         EXPECT_TRUE(box.IsTopmost());
         // At load and at the first painting.

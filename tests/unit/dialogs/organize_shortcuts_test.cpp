@@ -70,11 +70,10 @@ TEST_F(OrganizeShortcutsTest, ARowShowsItsIconItsNameAndItsTargetInAFrame) {
                  SelectObject(dc.Get(), bitmap.Get());
                  {
                      const auto painting = testkit::LogPainting(log, list.Handle(), dc.Get());
-                     const auto image =
-                         FAKE_CALL(ImageList_Draw, [&](HIMAGELIST, int, HDC, int, int, UINT) -> WINBOOL {
-                             log.Add("Image");
-                             return TRUE;
-                         });
+                     const auto image = FAKE_CALL(ImageList_Draw, [&]() -> WINBOOL {
+                         log.Add("Image");
+                         return TRUE;
+                     });
                      list.Send(WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc.Get()), PRF_CLIENT);
                  }
                  EXPECT_THAT(log.Lines(), Contains("Edge 0 4 " + width + " 51 type 9 flags 15"));
@@ -124,14 +123,11 @@ TEST_F(OrganizeShortcutsTest, WithoutShortcutsItSaysSoAndOffersOnlyToQuit) {
 TEST_F(OrganizeShortcutsTest, ItSaysThatItIsReadingWhileItReads) {
     std::string said;
     Organize(kShortcuts, {[&](Window organiser) {
-                 const testkit::RecordedCall fake = FAKE_CALL(
-                     GetPrivateProfileSectionA,
-                     [&](LPCSTR section, LPSTR buffer, DWORD size, LPCSTR file) -> DWORD {
-                         const Window label = organiser.Child(dialogs::frmCuts::Label1);
-                         if (label.IsVisible()) said = label.Text();
-                         EXPECT_FALSE(GetUpdateRect(label.Handle(), nullptr, FALSE)) << "it is painted";
-                         return ORIGINAL_CALL(GetPrivateProfileSectionA)(section, buffer, size, file);
-                     });
+                 const testkit::RecordedCall fake = WATCH_CALL(GetPrivateProfileSectionA, [&] {
+                     const Window label = organiser.Child(dialogs::frmCuts::Label1);
+                     if (label.IsVisible()) said = label.Text();
+                     EXPECT_FALSE(GetUpdateRect(label.Handle(), nullptr, FALSE)) << "it is painted";
+                 });
                  organiser_.ReadShortcuts();
                  EXPECT_TRUE(List(organiser).IsFocused());
                  Quit(organiser);

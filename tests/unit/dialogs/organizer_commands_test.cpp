@@ -34,16 +34,11 @@ TEST_F(OrganizerCommandsTest, DeletesAShortcutThatIsOnNoButtonWithoutAQuestion) 
 
 TEST_F(OrganizerCommandsTest, FreesTheButtonBeforeItDeletesTheShortcut) {
     testkit::CallLog log;
-    const testkit::RecordedCall section =
-        FAKE_CALL(WritePrivateProfileSectionA, [&](LPCSTR name, LPCSTR text, LPCSTR file) {
-            log.Add("section", name);
-            return ORIGINAL_CALL(WritePrivateProfileSectionA)(name, text, file);
-        });
-    const testkit::RecordedCall write =
-        FAKE_CALL(WritePrivateProfileStringA, [&](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR file) {
-            log.Add("write", name, key, value);
-            return ORIGINAL_CALL(WritePrivateProfileStringA)(name, key, value, file);
-        });
+    const testkit::RecordedCall section = WATCH_CALL(
+        WritePrivateProfileSectionA, [&](LPCSTR name, LPCSTR, LPCSTR) { log.Add("section", name); });
+    const testkit::RecordedCall write = WATCH_CALL(
+        WritePrivateProfileStringA,
+        [&](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR) { log.Add("write", name, key, value); });
     Window organiser;
     Organize(kShortcuts, {[&](Window shown) {
                               organiser = shown;

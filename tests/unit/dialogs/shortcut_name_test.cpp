@@ -131,10 +131,7 @@ TEST_F(ShortcutNameTest, EachChangeIsTestedAgainstTheFileAsItIsThen) {
 TEST_F(ShortcutNameTest, TheBoxIsRepaintedInItsNewColour) {
     std::vector<HWND> painted;
     const testkit::RecordedCall fake =
-        FAKE_CALL(InvalidateRect, [&](HWND window, const RECT* part, WINBOOL erase) {
-            painted.push_back(window);
-            return ORIGINAL_CALL(InvalidateRect)(window, part, erase);
-        });
+        WATCH_CALL(InvalidateRect, [&](HWND window, const RECT*, WINBOOL) { painted.push_back(window); });
     Type("x");
     EXPECT_EQ(painted, std::vector<HWND>{Item(kBox)});
 }
@@ -150,10 +147,7 @@ TEST_F(ShortcutNameTest, AClickOnAnyLabelSelectsTheWholeNameAndFocusesIt) {
         box_.SetName("Ђорђе 文");
         SendMessageW(Item(kBox), EM_SETSEL, 2, 2);
         HWND focus = nullptr;
-        const testkit::RecordedCall fake = FAKE_CALL(SetFocus, [&](HWND window) {
-            focus = window;
-            return ORIGINAL_CALL(SetFocus)(window);
-        });
+        const testkit::RecordedCall fake = WATCH_CALL(SetFocus, [&](HWND window) { focus = window; });
         EXPECT_TRUE(box_.OnCommand(id, STN_CLICKED));
         DWORD start = 9;
         DWORD end = 9;
@@ -176,13 +170,12 @@ TEST_F(ShortcutNameTest, TheFirstLabelCarriesTheTip) {
     HWND tip = nullptr;
     std::string text;
     const testkit::RecordedCall fake =
-        FAKE_CALL(SendMessageA, [&](HWND window, UINT message, WPARAM wParam, LPARAM lParam) -> LRESULT {
+        WATCH_CALL(SendMessageA, [&](HWND, UINT message, WPARAM, LPARAM lParam) {
             if (message == TTM_ADDTOOLA) {
                 const auto* record = reinterpret_cast<const TTTOOLINFOA*>(lParam);
                 tip = record->hwnd;
                 text = record->lpszText;
             }
-            return ORIGINAL_CALL(SendMessageA)(window, message, wParam, lParam);
         });
     ShortcutNameBox other;
     other.Attach(host_.Handle(), kBox, kFirstLabel, kWarning);

@@ -229,8 +229,7 @@ TEST_F(CollectedAppsTest, WaitsLongerForAFileThatIsHeldAndSaysWhenItStaysSo) {
 
 TEST_F(CollectedAppsTest, AsksNothingWhenTheProbeCannotBeMade) {
     Register(".txt", "C:\\edit.exe");
-    const testkit::RecordedCall create =
-        FAKE_CALL(CreateFileA, [](auto...) -> HANDLE { return INVALID_HANDLE_VALUE; });
+    const testkit::RecordedCall create = ANSWER_CALL(CreateFileA, INVALID_HANDLE_VALUE);
     clsCollectedApps().CreateAppList();
     EXPECT_EQ(log_.Count("ask"), 0u);
     EXPECT_EQ(log_.Count("key"), 2u);
@@ -241,8 +240,7 @@ TEST_F(CollectedAppsTest, LeavesAFileOfThatNameWhichItMayNotReplace) {
     Register(".txt", "C:\\edit.exe");
     folder_.MakeFile("tempfile.txt", "mine");
     {
-        const testkit::RecordedCall create =
-            FAKE_CALL(CreateFileA, [](auto...) -> HANDLE { return INVALID_HANDLE_VALUE; });
+        const testkit::RecordedCall create = ANSWER_CALL(CreateFileA, INVALID_HANDLE_VALUE);
         clsCollectedApps().CreateAppList();
     }
     EXPECT_EQ(folder_.ReadFile("tempfile.txt"), "mine");
@@ -254,10 +252,7 @@ TEST_F(CollectedAppsTest, StoresAllOfThemInOneUnitAfterTheLastQuestion) {
     Register(".b", "C:\\b.exe");
     Register(".c", "C:\\c.exe");
     folder_.WriteIniText("[Cuts]\r\na=1\r\n");
-    const auto copy = FAKE_CALL(CopyFileA, [&](LPCSTR from, LPCSTR to, BOOL keep) {
-        log_.Add("unit");
-        return ORIGINAL_CALL(CopyFileA)(from, to, keep);
-    });
+    const auto copy = WATCH_CALL(CopyFileA, [&] { log_.Add("unit"); });
     clsCollectedApps().CreateAppList();
     EXPECT_EQ(log_.Count("unit"), 1u);
     EXPECT_EQ(log_.Lines().back(), "unit");

@@ -71,12 +71,10 @@ TEST_F(MailClientTest, StartsTheCommandOfTheDefaultClientMinimised) {
 TEST_F(MailClientTest, OpensTheTwoKeysByTheirNames) {
     InstallClient("Client", "a.exe");
     CallLog log;
-    const RecordedCall open = FAKE_CALL(
-        RegOpenKeyExA, [&](HKEY root, LPCSTR key, DWORD options, REGSAM access, PHKEY opened) -> LSTATUS {
-            EXPECT_EQ(root, HKEY_LOCAL_MACHINE);
-            log.Add(key);
-            return ORIGINAL_CALL(RegOpenKeyExA)(root, key, options, access, opened);
-        });
+    const RecordedCall open = WATCH_CALL(RegOpenKeyExA, [&](HKEY root, LPCSTR key, DWORD, REGSAM, PHKEY) {
+        EXPECT_EQ(root, HKEY_LOCAL_MACHINE);
+        log.Add(key);
+    });
     model::CTextShortcut::LauchMail();
     EXPECT_THAT(log.Lines(), ElementsAre("Software\\Clients\\Mail",
                                          "Software\\Clients\\Mail\\Client\\shell\\open\\command"));
@@ -85,12 +83,8 @@ TEST_F(MailClientTest, OpensTheTwoKeysByTheirNames) {
 TEST_F(MailClientTest, ReadsTheDefaultValuesWith260Characters) {
     InstallClient("Client", "a.exe");
     CallLog log;
-    const RecordedCall read = FAKE_CALL(
-        RegQueryValueExA,
-        [&](HKEY key, LPCSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data, LPDWORD size) -> LSTATUS {
-            log.Add(name, *size);
-            return ORIGINAL_CALL(RegQueryValueExA)(key, name, reserved, type, data, size);
-        });
+    const RecordedCall read = WATCH_CALL(RegQueryValueExA, [&](HKEY, LPCSTR name, LPDWORD, LPDWORD, LPBYTE,
+                                                               LPDWORD size) { log.Add(name, *size); });
     model::CTextShortcut::LauchMail();
     EXPECT_THAT(log.Lines(), ElementsAre("(null) 260", "(null) 260"));
 }
@@ -149,10 +143,7 @@ TEST_F(MailClientTest, ClosesEveryKeyThatItOpened) {
             opened.push_back(*result);
             return status;
         });
-    const RecordedCall close = FAKE_CALL(RegCloseKey, [&](HKEY key) -> LSTATUS {
-        closed.push_back(key);
-        return ORIGINAL_CALL(RegCloseKey)(key);
-    });
+    const RecordedCall close = WATCH_CALL(RegCloseKey, [&](HKEY key) { closed.push_back(key); });
     model::CTextShortcut::LauchMail();
     EXPECT_EQ(opened.size(), 2u);
     EXPECT_EQ(closed, opened);

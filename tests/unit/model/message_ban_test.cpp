@@ -27,10 +27,8 @@ std::vector<std::string> g_breaches;
 
 TEST(ModelMessageBanTest, IsBrokenByIconsAndByOpening) {
     g_breaches.clear();
-    const auto shell = FAKE_CALL(ShellExecuteA, [](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
-        return reinterpret_cast<HINSTANCE>(INT_PTR{42});
-    });
-    const auto properties = FAKE_CALL(ShellExecuteExA, [](SHELLEXECUTEINFOA*) -> BOOL { return TRUE; });
+    const auto shell = FAKE_CALL(ShellExecuteA, [] { return reinterpret_cast<HINSTANCE>(INT_PTR{42}); });
+    const auto properties = ANSWER_CALL(ShellExecuteExA, TRUE);
     win::SetBanBreachHandler([](const char* routine) noexcept { g_breaches.emplace_back(routine); });
     const auto letMessagesRun = [] {
         static_cast<void>(TargetIcon("C:\\gone.txt", 0, 32));

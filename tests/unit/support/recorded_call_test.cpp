@@ -109,6 +109,20 @@ TEST(RecordedCallTest, LogsTheCallsOfSeveralFunctionsInTheirOrder) {
                                          "GetPrivateProfileIntA Section Other 1 Z:\\no\\such\\file.ini"));
 }
 
+TEST(RecordedCallTest, LooksAtACallAndLetsItThrough) {
+    const int before = Metric(kTrueMetric);
+    std::vector<int> seen;
+    const RecordedCall watch = WATCH_CALL(GetSystemMetrics, [&](int index) { seen.push_back(index); });
+    EXPECT_EQ(Metric(kTrueMetric), before);
+    EXPECT_THAT(seen, ElementsAre(kTrueMetric));
+}
+
+TEST(RecordedCallTest, AnswersWhateverIsAsked) {
+    const RecordedCall answer = ANSWER_CALL(GetSystemMetrics, 5);
+    EXPECT_EQ(Metric(kTrueMetric), 5);
+    EXPECT_EQ(Metric(7), 5);
+}
+
 TEST(RecordedCallTest, LetsAnExceptionOutOfAFake) {
     const RecordedCall fake =
         FAKE_CALL(GetSystemMetrics, [](int) -> int { throw std::runtime_error("out of order"); });

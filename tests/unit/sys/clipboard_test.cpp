@@ -112,7 +112,7 @@ TEST_F(ClipboardDesktopTest, GivesAnEmptyPathForACopiedLinkThatIsBroken) {
 
 TEST_F(ClipboardDesktopTest, GivesNothingWhenItIsEmptiedWhileItIsOpened) {
     clsClipboard::ClearTheClipboard();
-    const RecordedCall has = FAKE_CALL(IsClipboardFormatAvailable, [](UINT) { return TRUE; });
+    const RecordedCall has = ANSWER_CALL(IsClipboardFormatAvailable, TRUE);
     EXPECT_THAT(clsClipboard::GetFiles(), IsEmpty());
     EXPECT_EQ(clsClipboard::GetText(), "");
 }

@@ -91,18 +91,12 @@ TEST_F(ProcessListTest, AsksForParentOwnerAndKindInThisOrder) {
     const TestWindow tool("tool", WS_OVERLAPPEDWINDOW, WS_EX_TOOLWINDOW);
     const TestWindow window("w", WS_OVERLAPPEDWINDOW, 0, tool);
     const auto name = [&](HWND handle) { return handle == window ? "window" : "owner"; };
-    const RecordedCall parent = FAKE_CALL(GetParent, [&](HWND handle) {
-        log_.Add("parent of", name(handle));
-        return ORIGINAL_CALL(GetParent)(handle);
-    });
-    const RecordedCall owner = FAKE_CALL(GetWindowLongPtrA, [&](HWND handle, int index) {
-        log_.Add("data of", name(handle), index);
-        return ORIGINAL_CALL(GetWindowLongPtrA)(handle, index);
-    });
-    const RecordedCall style = FAKE_CALL(GetWindowLongA, [&](HWND handle, int index) {
-        log_.Add("data of", name(handle), index);
-        return ORIGINAL_CALL(GetWindowLongA)(handle, index);
-    });
+    const RecordedCall parent =
+        WATCH_CALL(GetParent, [&](HWND handle) { log_.Add("parent of", name(handle)); });
+    const RecordedCall owner = WATCH_CALL(
+        GetWindowLongPtrA, [&](HWND handle, int index) { log_.Add("data of", name(handle), index); });
+    const RecordedCall style =
+        WATCH_CALL(GetWindowLongA, [&](HWND handle, int index) { log_.Add("data of", name(handle), index); });
     EXPECT_TRUE(clsProcesi::IsTaskbarWindow(window));
     EXPECT_THAT(log_.Lines(), ElementsAre("parent of window", "data of window -8", "data of owner -20",
                                           "data of window -20"));
@@ -192,20 +186,16 @@ TEST_F(ProcessListTest, OffersNoneOfTheProcessThatIsLeftOut) {
 
 TEST_F(ProcessListTest, AsksTheWindowForItsTextWithATimeLimit) {
     const TestWindow window("title", kVisible);
-    const RecordedCall send = FAKE_CALL(SendMessageTimeoutW, [&](HWND handle, UINT message, WPARAM wparam,
-                                                                 LPARAM lparam, UINT flags, UINT limit,
-                                                                 PDWORD_PTR answer) {
+    const RecordedCall send = WATCH_CALL(SendMessageTimeoutW, [&](HWND, UINT message, WPARAM wparam,
+                                                                  LPARAM lparam, UINT flags, UINT limit,
+                                                                  PDWORD_PTR) {
         log_.Add("send", message, wparam, flags, limit);
         if (message == WM_GETTEXT) {
             EXPECT_EQ(std::wstring(reinterpret_cast<wchar_t*>(lparam), wparam), std::wstring(wparam, L'\0'));
         }
-        return ORIGINAL_CALL(SendMessageTimeoutW)(handle, message, wparam, lparam, flags, limit, answer);
     });
     const RecordedCall visible = LOG_CALL(log_, IsWindowVisible);
-    const RecordedCall thread = FAKE_CALL(GetWindowThreadProcessId, [&](HWND handle, LPDWORD process) {
-        log_.Add("process");
-        return ORIGINAL_CALL(GetWindowThreadProcessId)(handle, process);
-    });
+    const RecordedCall thread = WATCH_CALL(GetWindowThreadProcessId, [&] { log_.Add("process"); });
     const RecordedCall version = FAKE_CALL(GetVersionExA, [&](LPOSVERSIONINFOA record) -> BOOL {
         log_.Add("version");
         EXPECT_EQ(record->dwOSVersionInfoSize, 148u);
@@ -230,10 +220,7 @@ TEST_F(ProcessListTest, StopsAtTheFirstTextRequestThatFails) {
                                             return ORIGINAL_CALL(SendMessageTimeoutW)(
                                                 handle, message, wparam, lparam, flags, limit, answer);
                                         });
-    const RecordedCall visible = FAKE_CALL(IsWindowVisible, [&](HWND handle) {
-        log_.Add("visible");
-        return ORIGINAL_CALL(IsWindowVisible)(handle);
-    });
+    const RecordedCall visible = WATCH_CALL(IsWindowVisible, [&](HWND) { log_.Add("visible"); });
     clsProcesi list(menu_, false, 0);
     list.AddWindow(window);
     failing = WM_GETTEXT;
@@ -326,10 +313,8 @@ class ProcessListWalkTest : public ProcessListTest {
             return at < windows.size() ? static_cast<HWND>(*windows[at]) : nullptr;
         });
         size_t asked = 0;
-        const RecordedCall thread = FAKE_CALL(GetWindowThreadProcessId, [&](HWND handle, LPDWORD process) {
-            asked = position(handle);
-            return ORIGINAL_CALL(GetWindowThreadProcessId)(handle, process);
-        });
+        const RecordedCall thread =
+            WATCH_CALL(GetWindowThreadProcessId, [&](HWND handle, LPDWORD) { asked = position(handle); });
         const RecordedCall module =
             FAKE_CALL(GetModuleFileNameExA, [&](HANDLE, HMODULE, LPSTR buffer, DWORD) -> DWORD {
                 const std::string& path = titles_and_paths.at(asked).second;

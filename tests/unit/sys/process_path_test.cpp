@@ -91,11 +91,8 @@ TEST_F(ProcessPathTest, WalksTheSnapshotUpToTheProcessAndClosesIt) {
 
 TEST_F(ProcessPathTest, GivesNothingForASnapshotThatFails) {
     HANDLE answer = nullptr;
-    const RecordedCall snapshot = FAKE_CALL(CreateToolhelp32Snapshot, [&](DWORD, DWORD) { return answer; });
-    const RecordedCall first = FAKE_CALL(Process32First, [&](HANDLE handle, LPPROCESSENTRY32 record) {
-        log_.Add("first");
-        return ORIGINAL_CALL(Process32First)(handle, record);
-    });
+    const RecordedCall snapshot = FAKE_CALL(CreateToolhelp32Snapshot, [&] { return answer; });
+    const RecordedCall first = WATCH_CALL(Process32First, [&] { log_.Add("first"); });
     clsProcesi list(menu_, true, 0);
     EXPECT_EQ(list.ExePathToolhelp(GetCurrentProcessId()), "");
     EXPECT_THAT(log_.Lines(), IsEmpty());

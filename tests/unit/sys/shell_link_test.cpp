@@ -167,7 +167,7 @@ INSTANTIATE_TEST_SUITE_P(WithoutAnAnswer, ShellLinkFallBackTest, testing::Range(
 TEST_F(ShellLinkTest, ReadsTheLinkThroughTheShellWhereTheScriptingObjectHasNoName) {
     const std::string target = folder_.MakeFile("a.txt");
     const std::string link = folder_.MakeLink("a.lnk", {.target = target});
-    const RecordedCall name = FAKE_CALL(CLSIDFromProgID, [](LPCOLESTR, LPCLSID) { return CO_E_CLASSSTRING; });
+    const RecordedCall name = ANSWER_CALL(CLSIDFromProgID, CO_E_CLASSSTRING);
     EXPECT_EQ(sys::ReadLinkTarget(link), target + "|");
 }
 
@@ -224,8 +224,7 @@ TEST_F(ShellLinkTest, GivesABarWhereTheShellsLinkReadsNoFiles) {
 }
 
 TEST_F(ShellLinkTest, GivesABarWhenComWasNeverStarted) {
-    const RecordedCall create = FAKE_CALL(
-        CoCreateInstance, [](REFCLSID, LPUNKNOWN, DWORD, REFIID, LPVOID*) { return CO_E_NOTINITIALIZED; });
+    const RecordedCall create = ANSWER_CALL(CoCreateInstance, CO_E_NOTINITIALIZED);
     EXPECT_EQ(sys::ReadLinkTarget("C:\\a.lnk"), "|");
 }
 

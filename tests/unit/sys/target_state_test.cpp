@@ -235,7 +235,7 @@ TEST_F(TargetOnTheNetworkTest, AServerThatDeniesAFileIsAskedForTheNext) {
 }
 
 TEST_F(TargetOnTheNetworkTest, LooksForItselfWhereTheShellRefusesToLook) {
-    const RecordedCall refuses = FAKE_CALL(PathFileExistsA, [](LPCSTR) { return FALSE; });
+    const RecordedCall refuses = ANSWER_CALL(PathFileExistsA, FALSE);
     EXPECT_EQ(KindOf("\\\\server\\share"), TargetKind::kFile);
     errors_ = {{"\\\\server\\share", 53}};
     EXPECT_EQ(KindOf("\\\\server\\share"), TargetKind::kUnknown);

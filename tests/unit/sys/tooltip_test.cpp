@@ -39,9 +39,8 @@ class TooltipTest : public ::testing::Test {
 
     /// Logs the messages to tooltip windows and lets them through.
     RecordedCall LogMessages() {
-        return FAKE_CALL(SendMessageA, [this](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        return WATCH_CALL(SendMessageA, [this](HWND, UINT message, WPARAM wParam, LPARAM lParam) {
             LogMessage(message, wParam, lParam);
-            return ORIGINAL_CALL(SendMessageA)(window, message, wParam, lParam);
         });
     }
 
@@ -119,14 +118,12 @@ TEST_F(TooltipTest, IsCreatedStepByStep) {
                                                   menu, instance, data);
             return made;
         }));
-    calls.push_back(
-        FAKE_CALL(SetWindowPos,
-                  [&](HWND window, HWND after, int x, int y, int width, int height, UINT flags) -> WINBOOL {
-                      EXPECT_EQ(window, made);
-                      EXPECT_EQ(after, HWND_TOPMOST);
-                      log_.Add("place", x, y, width, height, flags);
-                      return ORIGINAL_CALL(SetWindowPos)(window, after, x, y, width, height, flags);
-                  }));
+    calls.push_back(WATCH_CALL(SetWindowPos,
+                               [&](HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
+                                   EXPECT_EQ(window, made);
+                                   EXPECT_EQ(after, HWND_TOPMOST);
+                                   log_.Add("place", x, y, width, height, flags);
+                               }));
     calls.push_back(FAKE_CALL(SetWindowTheme, [&](HWND window, LPCWSTR name, LPCWSTR list) {
         EXPECT_EQ(window, made);
         log_.Add("theme [" + testkit::Utf8(name) + "]", "[" + testkit::Utf8(list) + "]");

@@ -197,11 +197,10 @@ TEST(FileSizeTextTest, HasNoTextForWhatIsNoFile) {
 
 TEST(FileSizeTextTest, DoesNotAskTheDiskForAUrl) {
     int asked = 0;
-    const RecordedCall attributes =
-        FAKE_CALL(GetFileAttributesExA, [&](LPCSTR, GET_FILEEX_INFO_LEVELS, LPVOID) -> BOOL {
-            ++asked;
-            return FALSE;
-        });
+    const RecordedCall attributes = FAKE_CALL(GetFileAttributesExA, [&]() -> BOOL {
+        ++asked;
+        return FALSE;
+    });
     sys::FileSizeText("file:///C:/a.txt");
     sys::FileSizeText("");
     EXPECT_EQ(asked, 0);
@@ -249,9 +248,7 @@ TEST(FileTimeTextTest, HasNoTextForATimeThatNoCalendarKnows) {
 
 TEST(FileTimeTextTest, HasNoTextWithoutTheZoneOfTheUser) {
     const ProgramFolder folder;
-    const RecordedCall zone =
-        FAKE_CALL(SystemTimeToTzSpecificLocalTime,
-                  [](const TIME_ZONE_INFORMATION*, const SYSTEMTIME*, LPSYSTEMTIME) { return FALSE; });
+    const RecordedCall zone = ANSWER_CALL(SystemTimeToTzSpecificLocalTime, FALSE);
     EXPECT_EQ(sys::FileTimeText(folder.MakeFile("a.txt")), "");
 }
 

@@ -85,14 +85,13 @@ TEST_F(ColorsTest, AskForTheThemeOnceUntilItMayHaveChanged) {
         EXPECT_TRUE(ContrastTheme());
     }
     {
-        const RecordedCall unasked = FAKE_CALL(SystemParametersInfoW, [](UINT, UINT, PVOID, UINT) -> WINBOOL {
+        const RecordedCall unasked = FAKE_CALL(SystemParametersInfoW, []() -> WINBOOL {
             ADD_FAILURE() << "asked again";
             return FALSE;
         });
         EXPECT_TRUE(ContrastTheme());
     }
-    const RecordedCall refused =
-        FAKE_CALL(SystemParametersInfoW, [](UINT, UINT, PVOID, UINT) -> WINBOOL { return FALSE; });
+    const RecordedCall refused = ANSWER_CALL(SystemParametersInfoW, FALSE);
     ForgetColors();
     EXPECT_FALSE(ContrastTheme());
 }

@@ -209,7 +209,7 @@ TEST(ShellQuestionTest, IsKnownByTheNameOfItsProgram) {
     EXPECT_FALSE(AsksFrom(L"C:\\" + std::wstring(300, L'a') + L"\\OpenWith.exe")) << "none of the system's";
     EXPECT_FALSE(AsksFrom(L"C:\\OpenWith.exe", GetCurrentProcessId())) << "its own";
     EXPECT_FALSE(AsksForShell(nullptr));
-    const auto refused = FAKE_CALL(OpenProcess, [](DWORD, BOOL, DWORD) -> HANDLE { return nullptr; });
+    const auto refused = ANSWER_CALL(OpenProcess, nullptr);
     EXPECT_FALSE(AsksForShell(GetDesktopWindow())) << "a program that does not tell";
 }
 
@@ -234,8 +234,7 @@ TEST_F(WindowOrderTest, PresentationSettingsAloneAreNoFullScreenProgram) {
         *answer = QUNS_PRESENTATION_MODE;
         return S_OK;
     });
-    const auto monitor =
-        FAKE_CALL(MonitorFromWindow, [](HWND, DWORD) { return reinterpret_cast<HMONITOR>(INT_PTR{5}); });
+    const auto monitor = FAKE_CALL(MonitorFromWindow, [] { return reinterpret_cast<HMONITOR>(INT_PTR{5}); });
     const auto extent = FAKE_CALL(GetMonitorInfoW, [](HMONITOR, LPMONITORINFO info) -> BOOL {
         info->rcMonitor = {0, 0, 100, 100};
         return TRUE;

@@ -63,12 +63,8 @@ TEST(IconsTest, ForDarkGroundAreStoredInTheSizesThatTheyAreDrawnAt) {
         for (const int size : {20, 25, 30, 35, 40}) {
             BYTE* handed = nullptr;
             const RecordedCall make =
-                FAKE_CALL(CreateIconFromResourceEx, [&](PBYTE bytes, DWORD length, WINBOOL icon,
-                                                        DWORD version, int width, int height, UINT flags) {
-                    handed = bytes;
-                    return ORIGINAL_CALL(CreateIconFromResourceEx)(bytes, length, icon, version, width,
-                                                                   height, flags);
-                });
+                WATCH_CALL(CreateIconFromResourceEx,
+                           [&](PBYTE bytes, DWORD, WINBOOL, DWORD, int, int, UINT) { handed = bytes; });
             EXPECT_EQ(WidthOf(DataIcon(id + IDI_LIGHT, size).Get()), size);
             ASSERT_NE(handed, nullptr);
             // A BITMAPINFOHEADER; the height counts the mask as well.
@@ -88,11 +84,10 @@ TEST(IconsTest, AFileWithoutIconsGivesNone) {
     EXPECT_FALSE(FileIcon("", 0, 32));
     EXPECT_FALSE(FileIcon("C:\\no such file.exe", 0, 32));
     EXPECT_FALSE(FileIcon(ProgramPath(), 4711, 32));
-    const RecordedCall unread =
-        FAKE_CALL(PrivateExtractIconsW, [](LPCWSTR, int, int, int, HICON*, UINT*, UINT, UINT) -> UINT {
-            ADD_FAILURE() << "asked with a path that it has no room for";
-            return 0;
-        });
+    const RecordedCall unread = FAKE_CALL(PrivateExtractIconsW, []() -> UINT {
+        ADD_FAILURE() << "asked with a path that it has no room for";
+        return 0;
+    });
     EXPECT_FALSE(FileIcon(std::string(MAX_PATH, 'x'), 0, 32));
 }
 

@@ -193,10 +193,7 @@ TEST_F(MenuArrayTest, KeepsNoSubmenuThatWindowsDidNotTake) {
         ++open;
         return ORIGINAL_CALL(CreatePopupMenu)();
     });
-    const RecordedCall destroy = FAKE_CALL(DestroyMenu, [&](HMENU menu) {
-        --open;
-        return ORIGINAL_CALL(DestroyMenu)(menu);
-    });
+    const RecordedCall destroy = WATCH_CALL(DestroyMenu, [&](HMENU) { --open; });
     const RecordedCall append =
         FAKE_CALL(AppendMenuW, [](HMENU menu, UINT flags, UINT_PTR item, LPCWSTR text) -> BOOL {
             return (flags & MF_POPUP) != 0 ? FALSE : ORIGINAL_CALL(AppendMenuW)(menu, flags, item, text);

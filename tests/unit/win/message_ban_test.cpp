@@ -32,10 +32,8 @@ class MessageBanTest : public ::testing::Test {
 
     /// Everything that lets messages run, once.
     void LetMessagesRun() {
-        const auto dialog = FAKE_CALL(DialogBoxIndirectParamW, [](HINSTANCE, LPCDLGTEMPLATEW, HWND, DLGPROC,
-                                                                  LPARAM) { return INT_PTR{1}; });
-        const auto menu =
-            FAKE_CALL(TrackPopupMenu, [](HMENU, UINT, int, int, int, HWND, const RECT*) { return 0; });
+        const auto dialog = FAKE_CALL(DialogBoxIndirectParamW, [] { return INT_PTR{1}; });
+        const auto menu = ANSWER_CALL(TrackPopupMenu, 0);
         class Nothing : public Dialog {
           public:
             void Show() { ShowModal(nullptr, IDD_MESSAGE); }

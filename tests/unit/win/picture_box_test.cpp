@@ -114,8 +114,7 @@ TEST_F(PictureBoxTest, KeepsItsPictureUntilItIsCleared) {
             record->hdc = seen.Get();
             return seen.Get();
         });
-        const RecordedCall end =
-            FAKE_CALL(EndPaint, [](HWND, const PAINTSTRUCT*) -> WINBOOL { return TRUE; });
+        const RecordedCall end = ANSWER_CALL(EndPaint, TRUE);
         SendMessageW(box_.Handle(), WM_PAINT, 0, 0);
         EXPECT_EQ(GetPixel(seen.Get(), 7, 8), kRed);
         EXPECT_EQ(GetPixel(seen.Get(), 101, 89), GetSysColor(COLOR_BTNFACE));
@@ -135,7 +134,7 @@ TEST_F(PictureBoxTest, DrawsTheOverlayOverThePictureWithoutChangingIt) {
         record->hdc = seen.Get();
         return seen.Get();
     });
-    const RecordedCall end = FAKE_CALL(EndPaint, [](HWND, const PAINTSTRUCT*) -> WINBOOL { return TRUE; });
+    const RecordedCall end = ANSWER_CALL(EndPaint, TRUE);
     RECT given{};
     box_.onOverlay = [&](HDC dc, RECT place) {
         given = place;
@@ -158,11 +157,10 @@ TEST_F(PictureBoxTest, WithoutAPictureItShowsItsBackgroundAndTheOverlay) {
     EXPECT_EQ(GetWindowLongPtrW(bare.Handle(), GWL_STYLE) & WS_TABSTOP, 0);
     bare.onOverlay = [this](HDC, RECT all) { log_.Add("overlay", all.right, all.bottom); };
     COLORREF filled = 0;
-    const RecordedCall fill = FAKE_CALL(FillRect, [&](HDC dc, const RECT* rect, HBRUSH brush) {
+    const RecordedCall fill = WATCH_CALL(FillRect, [&](HDC, const RECT*, HBRUSH brush) {
         LOGBRUSH record{};
         GetObjectW(brush, sizeof record, &record);
         filled = record.lbColor;
-        return ORIGINAL_CALL(FillRect)(dc, rect, brush);
     });
     SendMessageW(bare.Handle(), WM_PAINT, 0, 0);
     EXPECT_EQ(filled, kRed);
@@ -171,10 +169,7 @@ TEST_F(PictureBoxTest, WithoutAPictureItShowsItsBackgroundAndTheOverlay) {
 
 TEST_F(PictureBoxTest, HasItsMeaningAsText) {
     int set = 0;
-    const RecordedCall text = FAKE_CALL(SetWindowTextW, [&](HWND window, LPCWSTR value) {
-        ++set;
-        return ORIGINAL_CALL(SetWindowTextW)(window, value);
-    });
+    const RecordedCall text = WATCH_CALL(SetWindowTextW, [&] { ++set; });
     box_.SetMeaning("Дугме & 文");
     box_.SetMeaning("Дугме & 文");
     EXPECT_EQ(testkit::Window(box_.Handle()).Text(), "Дугме & 文");
@@ -349,8 +344,7 @@ TEST_F(PictureBoxTest, AltAndEnterIsAKeyLikeEnterAndDoesNotBeep) {
     EXPECT_EQ(SendMessageW(box_.Handle(), WM_SYSKEYDOWN, VK_RETURN, 0), 0);
     EXPECT_EQ(SendMessageW(box_.Handle(), WM_SYSKEYDOWN, VK_SPACE, 0), 0);
     EXPECT_THAT(keys, ElementsAre(WPARAM{VK_RETURN}));
-    const RecordedCall rest =
-        FAKE_CALL(DefWindowProcW, [](HWND, UINT, WPARAM, LPARAM) -> LRESULT { return 77; });
+    const RecordedCall rest = ANSWER_CALL(DefWindowProcW, 77);
     EXPECT_EQ(SendMessageW(box_.Handle(), WM_SYSCHAR, VK_RETURN, 0), 0);
     EXPECT_EQ(SendMessageW(box_.Handle(), WM_SYSCHAR, 'A', 0), 77);
 }

@@ -68,14 +68,14 @@ TEST(ScaleTest, IsThatOfTheWindowsScreenAndOfTheText) {
         asked = of;
         return 144;
     });
-    const testkit::RecordedCall system = FAKE_CALL(GetDpiForSystem, []() -> UINT { return 120; });
+    const testkit::RecordedCall system = ANSWER_CALL(GetDpiForSystem, 120);
     EXPECT_EQ(Scale::Of(window), Scale(144, TextPercent()));
     EXPECT_EQ(asked, window);
     EXPECT_EQ(Scale::Of(nullptr), Scale(120, TextPercent()));
 }
 
 TEST(ScaleTest, IsTheUsualOneForAWindowThatIsGone) {
-    const testkit::RecordedCall dpi = FAKE_CALL(GetDpiForWindow, [](HWND) -> UINT { return 0; });
+    const testkit::RecordedCall dpi = ANSWER_CALL(GetDpiForWindow, 0);
     EXPECT_EQ(Scale::Of(GetDesktopWindow()).Dpi(), kPlainDpi);
 }
 
@@ -98,11 +98,10 @@ TEST(ScaleTest, FollowsTheHeightOfTheMessageFont) {
     }
     ForgetTextSize();
     int asked = 0;
-    const testkit::RecordedCall refuse =
-        FAKE_CALL(SystemParametersInfoForDpi, [&](UINT, UINT, PVOID, UINT, UINT) -> WINBOOL {
-            ++asked;
-            return FALSE;
-        });
+    const testkit::RecordedCall refuse = FAKE_CALL(SystemParametersInfoForDpi, [&]() -> WINBOOL {
+        ++asked;
+        return FALSE;
+    });
     EXPECT_EQ(TextPercent(), 100);
     EXPECT_EQ(TextPercent(), 100);
     EXPECT_EQ(asked, 1);

@@ -42,7 +42,7 @@ TEST(ShellCallTest, PassesWhatItIsGivenAndLetsAnyProgramComeForward) {
 
 TEST(ShellCallTest, TheSystemIsAtWorkOnlyMeanwhile) {
     bool meanwhile = false;
-    const RecordedCall shell = FAKE_CALL(ShellExecuteA, [&](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
+    const RecordedCall shell = FAKE_CALL(ShellExecuteA, [&] {
         meanwhile = win::StepBack::Any();
         return reinterpret_cast<HINSTANCE>(33);
     });
@@ -57,7 +57,7 @@ TEST(ShellCallTest, AStartedProgramDoesNotInheritThatDrivesAreQuiet) {
     const DWORD thread = GetThreadErrorMode();
     win::KeepDriveErrorsQuiet();
     const UINT quiet = GetErrorMode();
-    const RecordedCall shell = FAKE_CALL(ShellExecuteA, [](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
+    const RecordedCall shell = FAKE_CALL(ShellExecuteA, [] {
         EXPECT_EQ(GetErrorMode(), UINT{SEM_NOGPFAULTERRORBOX});
         return reinterpret_cast<HINSTANCE>(33);
     });
@@ -74,7 +74,7 @@ class LaunchQuestionTest : public testing::Test {
         fakes_.push_back(FAKE_CALL(EnumWindows, [this](WNDENUMPROC call, LPARAM argument) -> BOOL {
             return !open_ || call(question_.Handle(), argument);
         }));
-        fakes_.push_back(FAKE_CALL(IsWindowVisible, [](HWND) -> BOOL { return TRUE; }));
+        fakes_.push_back(ANSWER_CALL(IsWindowVisible, TRUE));
         fakes_.push_back(FAKE_CALL(GetWindowThreadProcessId, [](HWND, LPDWORD process) -> DWORD {
             *process = 1;
             return 1;
@@ -86,9 +86,7 @@ class LaunchQuestionTest : public testing::Test {
             *size = static_cast<DWORD>(std::wstring_view(L"C:\\OpenWith.exe").copy(name, *size));
             return TRUE;
         }));
-        fakes_.push_back(FAKE_CALL(ShellExecuteA, [](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
-            return reinterpret_cast<HINSTANCE>(33);
-        }));
+        fakes_.push_back(ANSWER_CALL(ShellExecuteA, reinterpret_cast<HINSTANCE>(33)));
         fakes_.push_back(FAKE_CALL(GetTickCount64, [this] { return now_; }));
         // What an earlier test has opened is over.
         open_ = false;
@@ -126,18 +124,13 @@ TEST_F(LaunchQuestionTest, MayComeUpForHalfAMinuteAndStaysAsLongAsItIsOpen) {
 TEST(ShellCallTest, LeavesNoHookBehind) {
     HHOOK set = nullptr;
     HHOOK removed = nullptr;
-    const RecordedCall shell = FAKE_CALL(ShellExecuteA, [](HWND, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
-        return reinterpret_cast<HINSTANCE>(33);
-    });
+    const RecordedCall shell = ANSWER_CALL(ShellExecuteA, reinterpret_cast<HINSTANCE>(33));
     const RecordedCall hook =
         FAKE_CALL(SetWindowsHookExW, [&](int kind, HOOKPROC call, HINSTANCE module, DWORD id) {
             EXPECT_EQ(id, GetCurrentThreadId());
             return set = ORIGINAL_CALL(SetWindowsHookExW)(kind, call, module, id);
         });
-    const RecordedCall unhook = FAKE_CALL(UnhookWindowsHookEx, [&](HHOOK handle) {
-        removed = handle;
-        return ORIGINAL_CALL(UnhookWindowsHookEx)(handle);
-    });
+    const RecordedCall unhook = WATCH_CALL(UnhookWindowsHookEx, [&](HHOOK handle) { removed = handle; });
     win::OpenInShell(nullptr, "a", nullptr, nullptr, 1);
     EXPECT_NE(set, nullptr);
     EXPECT_EQ(removed, set);

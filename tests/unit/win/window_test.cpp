@@ -171,10 +171,8 @@ TEST_F(WindowTest, ThatCannotBeMadeIsAnErrorNamingItsClass) {
 
 TEST_F(WindowTest, RegistersItsClassOnce) {
     int registered = 0;
-    const testkit::RecordedCall call = FAKE_CALL(RegisterClassExW, [&](const WNDCLASSEXW* record) {
-        ++registered;
-        return ORIGINAL_CALL(RegisterClassExW)(record);
-    });
+    const testkit::RecordedCall call =
+        WATCH_CALL(RegisterClassExW, [&](const WNDCLASSEXW*) { ++registered; });
     ProbeWindow first(L"QuonProbeOnce");
     ProbeWindow second(L"QuonProbeOnce");
     first.CreateIt();
@@ -302,10 +300,7 @@ TEST_F(WindowTest, AHolesRegionsAreGivenBackUnlessTheWindowTakesOne) {
     ProbeWindow probe;
     probe.CreateIt();
     int deleted = 0;
-    const testkit::RecordedCall remove = FAKE_CALL(DeleteObject, [&](HGDIOBJ object) {
-        ++deleted;
-        return ORIGINAL_CALL(DeleteObject)(object);
-    });
+    const testkit::RecordedCall remove = WATCH_CALL(DeleteObject, [&](HGDIOBJ) { ++deleted; });
     CutHole(probe.Handle(), {1, 2, 30, 40});
     EXPECT_EQ(deleted, 1);
     RECT box{};
