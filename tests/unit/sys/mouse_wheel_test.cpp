@@ -63,8 +63,8 @@ TEST_F(MouseWheelTest, ANotchIsPlus120AwayFromTheUserAndMinus120TowardTheUser) {
 
 TEST_F(MouseWheelTest, TheRotationIsTheLowHalfOfTheParameterAsASignedNumber) {
     // As a 64-bit program gets it: sign-extended or not.
-    EXPECT_EQ(WheelTurnOf(0xFFFFFFFFFF880000ULL, 0).Rotation, -120);
-    EXPECT_EQ(WheelTurnOf(0x12345678FF880000ULL, 0).Rotation, -120);
+    EXPECT_EQ(WheelTurnOf(static_cast<WPARAM>(0xFFFFFFFFFF880000ULL), 0).Rotation, -120);
+    EXPECT_EQ(WheelTurnOf(static_cast<WPARAM>(0x12345678FF880000ULL), 0).Rotation, -120);
     EXPECT_EQ(WheelTurnOf(0x7FFF0000, 0).Rotation, 32767);
     EXPECT_EQ(WheelTurnOf(0x80000000, 0).Rotation, -32768);
 }

@@ -394,18 +394,12 @@ TEST_F(ProcessListDesktopTest, ListsRunningProgramsTopmostFirstAndOnce) {
     EXPECT_EQ(Count("ispod č", below.Path()), 1);
     const std::string own = win::ProgramPath();
     EXPECT_EQ(Count("quon_unit_tests", own), 1);
-    std::vector<HWND> in_order;
-    EnumWindows(
-        [](HWND window, LPARAM all) -> BOOL {
-            reinterpret_cast<std::vector<HWND>*>(all)->push_back(window);
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&in_order));
+    const std::vector<testkit::Window> in_order = testkit::FindTopWindows({.visible_only = false});
     const auto found = [](const auto& all, const auto& what) {
         return std::find(all.begin(), all.end(), what) - all.begin();
     };
     const std::vector<std::string> elements = Elements(menu_);
-    EXPECT_EQ(found(in_order, below.MainWindow().Handle()) < found(in_order, above.MainWindow().Handle()),
+    EXPECT_EQ(found(in_order, below.MainWindow()) < found(in_order, above.MainWindow()),
               found(elements, "ispod č|" + below.Path()) < found(elements, "изнад 文|" + above.Path()));
 }
 

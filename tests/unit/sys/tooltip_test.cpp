@@ -47,14 +47,7 @@ class TooltipTest : public ::testing::Test {
     /// The tooltip windows of this thread.
     static std::vector<HWND> Tips() {
         std::vector<HWND> tips;
-        EnumThreadWindows(
-            GetCurrentThreadId(),
-            [](HWND window, LPARAM list) -> BOOL {
-                if (testkit::Window(window).Class() == "tooltips_class32")
-                    reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
-                return TRUE;
-            },
-            reinterpret_cast<LPARAM>(&tips));
+        EnumThreadWindows(GetCurrentThreadId(), &AppendTip, reinterpret_cast<LPARAM>(&tips));
         return tips;
     }
 
@@ -63,6 +56,11 @@ class TooltipTest : public ::testing::Test {
     CallLog log_;
 
   private:
+    static BOOL CALLBACK AppendTip(HWND window, LPARAM tips) {
+        if (testkit::Window(window).Class() == "tooltips_class32")
+            reinterpret_cast<std::vector<HWND>*>(tips)->push_back(window);
+        return TRUE;
+    }
     void LogMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         if (message == kAddTool || message == kUpdateText || message == TTM_ADDTOOLW ||
             message == TTM_UPDATETIPTEXTW) {
