@@ -93,6 +93,16 @@ TEST_F(ModalWindowsDesktopTest, AnOpenMenuIsClosed) {
     DestroyMenu(menu);
 }
 
+/// The system's window that CancelWhatWaits has found and cancelled last.
+HWND g_waiting = nullptr;
+
+void CALLBACK CancelWhatWaits(HWND, UINT, UINT_PTR, DWORD) {
+    g_waiting = OpenSystemWindow();
+    if (g_waiting == nullptr) return;
+    EXPECT_EQ(WaitingWindow(), g_waiting);
+    CancelModalWindows();
+}
+
 TEST_F(ModalWindowsDesktopTest, WhatWaitsForTheUserIsTheInnermost) {
     const testkit::HiddenWindow owner;
     SetMainWindow(owner.Handle());
@@ -106,17 +116,11 @@ TEST_F(ModalWindowsDesktopTest, WhatWaitsForTheUserIsTheInnermost) {
     }
     EXPECT_NE(dialog.inside, nullptr);
     EXPECT_NE(dialog.inside, owner.Handle());
-    static HWND waiting = nullptr;
-    waiting = nullptr;
-    const UINT_PTR timer = SetTimer(nullptr, 0, 50, [](HWND, UINT, UINT_PTR, DWORD) {
-        waiting = OpenSystemWindow();
-        if (waiting == nullptr) return;
-        EXPECT_EQ(WaitingWindow(), waiting);
-        CancelModalWindows();
-    });
+    g_waiting = nullptr;
+    const UINT_PTR timer = SetTimer(nullptr, 0, 50, &CancelWhatWaits);
     MessageBoxW(owner.Handle(), L"?", L"?", MB_OKCANCEL);
     KillTimer(nullptr, timer);
-    EXPECT_NE(waiting, nullptr);
+    EXPECT_NE(g_waiting, nullptr);
     SetMainWindow(nullptr);
 }
 
