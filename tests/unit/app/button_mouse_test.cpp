@@ -13,6 +13,7 @@
 #include "res/resource.h"
 #include "tests/support/held_file.h"
 #include "tests/support/modal_answers.h"
+#include "tests/support/program_calls.h"
 #include "tests/unit/app/panel_parts.h"
 
 namespace app {
@@ -47,13 +48,7 @@ class ButtonMouseTest : public PanelParts {
                 log_.Add("open", testkit::NameOf(file), show);
                 return reinterpret_cast<HINSTANCE>(33);
             }));
-        fakes_.push_back(
-            FAKE_CALL(CreateProcessA,
-                      [this](LPCSTR, LPSTR line, LPSECURITY_ATTRIBUTES, LPSECURITY_ATTRIBUTES, BOOL, DWORD,
-                             LPVOID, LPCSTR, LPSTARTUPINFOA, LPPROCESS_INFORMATION) -> BOOL {
-                          log_.Add("start", line);
-                          return FALSE;
-                      }));
+        fakes_.push_back(testkit::LogStarts(log_));
         fakes_.push_back(FAKE_CALL(Sleep, [this](DWORD time) { log_.Add("Sleep", time); }));
         target_ = folder_.MakeFile("Ђ文.txt", "text");
         Load("[Buttons]\r\n11=Име|0\r\n12=G|0\r\n[Cuts]\r\nИме=" + target_ + "\r\nG=" + target_ + "|" +
@@ -105,7 +100,7 @@ TEST_F(ButtonMouseTest, KeepsTheSwitchOutOfTheButtonsTarget) {
     for (int time = 0; time < 2; ++time) {
         log_.Clear();
         DoubleClick(Button(1));
-        EXPECT_THAT(log_.Lines(), ElementsAre("start " + target_ + " /x \"a b\"", "Sleep 500"));
+        EXPECT_THAT(log_.Lines(), ElementsAre("start " + target_ + " /x \"a b\" 1", "Sleep 500"));
     }
     EXPECT_EQ(state_.Button(1).FilePath, target_);
 }

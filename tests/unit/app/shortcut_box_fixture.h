@@ -12,6 +12,7 @@
 #include "config/settings.h"
 #include "res/resource.h"
 #include "tests/support/hidden_window.h"
+#include "tests/support/program_calls.h"
 #include "tests/support/program_folder.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/scoped_ini_path.h"
@@ -30,13 +31,7 @@ class ShortcutBoxFixture : public ::testing::Test {
             log_.Add("open", file);
             return reinterpret_cast<HINSTANCE>(33);
         }));
-        fakes_.push_back(
-            FAKE_CALL(CreateProcessA,
-                      [this](LPCSTR, LPSTR line, LPSECURITY_ATTRIBUTES, LPSECURITY_ATTRIBUTES, BOOL, DWORD,
-                             LPVOID, LPCSTR, LPSTARTUPINFOA, LPPROCESS_INFORMATION) -> BOOL {
-                          log_.Add("start", line);
-                          return FALSE;
-                      }));
+        fakes_.push_back(testkit::LogStarts(log_));
         fakes_.push_back(FAKE_CALL(Sleep, [](DWORD) {}));
         fakes_.push_back(WATCH_CALL(SetWindowPos, [this](HWND window, HWND after, int, int, int, int, UINT) {
             if (window == host_.Handle() && after == HWND_TOPMOST) log_.Add("topmost");

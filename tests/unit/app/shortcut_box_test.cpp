@@ -51,7 +51,7 @@ TEST_F(ShortcutBoxTest, OpensWhatIsTypedOnEnterAndSelectsNothing) {
 
 TEST_F(ShortcutBoxTest, PassesAnUnknownNameToTheUrlHandler) {
     Press("http://host/文", VK_RETURN);
-    EXPECT_THAT(log_.Lines(), ElementsAre("start rundll32.exe url.dll,FileProtocolHandler http://host/文"));
+    EXPECT_THAT(log_.Lines(), ElementsAre("start rundll32.exe url.dll,FileProtocolHandler http://host/文 1"));
 }
 
 TEST_F(ShortcutBoxTest, DocksAfterOpeningOnEnterWhenTheSettingSaysSo) {

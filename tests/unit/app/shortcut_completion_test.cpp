@@ -101,7 +101,7 @@ TEST_F(ShortcutCompletionTest, AMatchInsideAnItemOpensThatItem) {
     Down(VK_BACK, 8);
     ASSERT_EQ(Text(), "otepa");
     Key(WM_KEYDOWN, VK_RETURN);
-    EXPECT_THAT(log_.Lines(), ElementsAre("start rundll32.exe url.dll,FileProtocolHandler otepa"))
+    EXPECT_THAT(log_.Lines(), ElementsAre("start rundll32.exe url.dll,FileProtocolHandler otepa 1"))
         << "changed, it is the user's own text";
 }
 
@@ -119,7 +119,7 @@ TEST_F(ShortcutCompletionTest, AnItemThatIsGoneIsNotOpened) {
     folder_.WriteIniText("[Cuts]\r\nCalc=1\r\n");
     box_.Refill();
     Key(WM_KEYDOWN, VK_RETURN);
-    EXPECT_THAT(log_.Lines(), ElementsAre("start rundll32.exe url.dll,FileProtocolHandler otepad"));
+    EXPECT_THAT(log_.Lines(), ElementsAre("start rundll32.exe url.dll,FileProtocolHandler otepad 1"));
 }
 
 TEST_F(ShortcutCompletionTest, MatchesInEveryScriptIgnoringCase) {
