@@ -54,7 +54,7 @@ void ButtonRename::PlaceBox() {
     const win::Scale scale = BoxScale();
     const int margin = scale(kBoxMargin);
     SetWindowPos(t1_, HWND_TOP, place.left + margin, place.top + scale(kBoxTop),
-                 place.right - place.left - 2 * margin, scale(kBoxHeight), SWP_SHOWWINDOW);
+                 place.right - place.left - 2 * margin, scale(kBoxHeight), 0);
 }
 
 void ButtonRename::Begin() {
@@ -62,9 +62,10 @@ void ButtonRename::Begin() {
     place_ = state_.CurrentPlace();
     // The size first: in a box too narrow for it the name would stay scrolled out of sight.
     PlaceBox();
+    win::FillBox(t1_, state_.Button(place_.slot).Naziv);
+    ShowWindow(t1_, SW_SHOW);
     // The label stays directly before the box that it names.
     SetWindowPos(label_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    win::SetText(t1_, state_.Button(place_.slot).Naziv);
     SendMessageW(t1_, EM_SETSEL, 0, -1);
     SetFocus(t1_);
 }

@@ -11,7 +11,6 @@
 #include "win/errors.h"
 #include "win/handles.h"
 #include "win/key_repeat.h"
-#include "win/message_ban.h"
 #include "win/process_start.h"
 #include "win/text.h"
 
@@ -21,7 +20,6 @@ constexpr int kLoadFailed = 1;
 
 /// Shows an error that no handler of ours expected; the program goes on unless it is loading.
 void ReportError(HWND owner, const char* message) noexcept {
-    win::AssertMayPump("the error report");
     try {
         MessageBoxW(owner, win::ToWide(message).c_str(), L"Quon: Error report", MB_OK | MB_ICONERROR);
     } catch (...) {

@@ -5,7 +5,8 @@ namespace config {
 /// Waits a moment for a file that another program has open for itself, as a virus scanner or a backup does:
 /// true when the caller is to try again. One user action waits a fifth of a second in all (Sleep), however
 /// often it asks; only after ForgetWaiting, or when nobody has asked for a while, does the next one wait
-/// again.
+/// again. Holds that follow upon each other are waited for a little longer, but not each for so long: no
+/// window stands still for more than 300 ms.
 bool WaitForHeldFile() noexcept;
 
 /// To be called when what was waited for has worked: the next hold is another one, and waiting for it begins

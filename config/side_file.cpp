@@ -99,14 +99,16 @@ struct Writable {
 };
 
 /// Opens the file as a write to it would, with some patience: the side file must not get around what is
-/// denied.
+/// denied. Nor may another program have it open for writing: it may be halfway, and the rest would go into a
+/// file whose place has been taken.
 Writable OpenToWrite(const std::string& path) {
     constexpr DWORD kAccess = GENERIC_READ | GENERIC_WRITE;
-    Writable writable{Open(path, kAccess | DELETE)};
+    constexpr DWORD kShare = FILE_SHARE_READ | FILE_SHARE_DELETE;
+    Writable writable{Open(path, kAccess | DELETE, FILE_ATTRIBUTE_NORMAL, kShare)};
     if (writable.File) return writable;
     writable.MayReplace = GetLastError() != ERROR_ACCESS_DENIED;
     for (;;) {
-        writable.File = Open(path, kAccess);
+        writable.File = Open(path, kAccess, FILE_ATTRIBUTE_NORMAL, kShare);
         if (writable.File || !IsHeldError(GetLastError()) || !WaitForHeldFile()) return writable;
     }
 }

@@ -38,8 +38,8 @@ bool frmTabPrep::OnInit() {
     SendMessageW(Item(Text1 + kLabel), EM_LIMITTEXT, kLongestLabel, 0);
     SendMessageW(Item(Text1 + kDescription), EM_LIMITTEXT, 0, 0);
     const model::clsTab& tab = host_.Tab(tab_);
-    win::SetText(Item(Text1 + kLabel), tab.Label);
-    win::SetText(Item(Text1 + kDescription), tab.Description);
+    win::FillBox(Item(Text1 + kLabel), tab.Label);
+    win::FillBox(Item(Text1 + kDescription), tab.Description);
     LimitDescription();
     CheckDlgButton(Handle(), Check1, config::Settings.TabDescriptions ? BST_CHECKED : BST_UNCHECKED);
     return true;

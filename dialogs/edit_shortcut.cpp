@@ -35,7 +35,7 @@ bool frmEdit::OnInit() {
     name_.Attach(Handle(), t1 + kName, l1, l1 + kExists);
     // The box would cut a text that is too long already.
     SendMessageW(Item(t1 + kFile), EM_LIMITTEXT, 0, 0);
-    win::SetText(Item(t1 + kFile), OldFile);
+    win::FillBox(Item(t1 + kFile), OldFile);
     fileLimit_.Attach(Item(t1 + kFile), config::kLongestValue);
     name_.SetName(OldName);
     DrawFileIcon();

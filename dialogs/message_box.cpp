@@ -97,7 +97,7 @@ void frmMsg::FillMessage() {
     if (inBox_) {
         const HWND input = Item(Text1);
         Place(Text1, layout.input);
-        if (!preset_.empty()) win::SetText(input, preset_);
+        if (!preset_.empty()) win::FillBox(input, preset_);
         if (inputLimit_ > 0) limit_.Attach(input, inputLimit_);
         ShowWindow(input, SW_SHOW);
         SendMessageW(input, EM_SETSEL, 0, -1);

@@ -144,7 +144,7 @@ void frmSettings::ShowSettings() {
     for (int index = 0; index < static_cast<int>(kOptions.size()); ++index) {
         const bool on = Settings.*kOptions.at(static_cast<size_t>(index)).setting;
         CheckDlgButton(Handle(), chSet + index, on ? BST_CHECKED : BST_UNCHECKED);
-        if (index == kPopOnHover) win::SetText(Item(Text1), std::to_string(Settings.PopDelay));
+        if (index == kPopOnHover) win::FillBox(Item(Text1), std::to_string(Settings.PopDelay));
     }
     // A key alone or with SHIFT would be lost for typing: CTRL and ALT are added.
     SendMessageW(Item(HotKey), HKM_SETRULES, HKCOMB_NONE | HKCOMB_S, HOTKEYF_CONTROL | HOTKEYF_ALT);

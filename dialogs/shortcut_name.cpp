@@ -31,7 +31,7 @@ void ShortcutNameBox::Attach(HWND dialog, int box, int firstLabel, int warning) 
 std::string ShortcutNameBox::Name() const { return win::WindowText(GetDlgItem(dialog_, box_)); }
 
 void ShortcutNameBox::SetName(const std::string& name) {
-    win::SetText(GetDlgItem(dialog_, box_), name);
+    win::FillBox(GetDlgItem(dialog_, box_), name);
     limit_.Attach(GetDlgItem(dialog_, box_), model::kLongestName);
     Test();
 }

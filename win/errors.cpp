@@ -1,5 +1,7 @@
 #include "win/errors.h"
 
+#include "win/message_ban.h"
+
 namespace win {
 namespace {
 
@@ -11,6 +13,7 @@ void SetErrorReporter(ErrorReporter reporter) noexcept { g_reporter = reporter; 
 
 void ReportCurrentException(HWND owner) noexcept {
     if (g_reporter == nullptr) return;
+    AssertMayPump("an error report");
     try {
         throw;
     } catch (const std::exception& error) {

@@ -4,6 +4,7 @@
 #include <map>
 #include <utility>
 
+#include "win/errors.h"
 #include "win/handles.h"
 
 namespace win {
@@ -76,6 +77,12 @@ std::string WindowText(HWND window) {
 }
 
 void SetText(HWND window, std::string_view text) { SetWindowTextW(window, ToWide(text).c_str()); }
+
+void FillBox(HWND box, std::string_view text) {
+    if (SetWindowTextW(box, ToWide(text).c_str()) == 0)
+        throw RuntimeError("Windows error " + std::to_string(GetLastError()) + " keeps \"" +
+                           std::string(text) + "\" out of its box");
+}
 
 std::wstring WithPlainAmpersands(std::string_view text) {
     std::wstring plain;

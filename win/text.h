@@ -46,6 +46,10 @@ std::string WindowText(HWND window);
 /// Sets the text of a window (SetWindowTextW).
 void SetText(HWND window, std::string_view text);
 
+/// The same for a box whose text will be stored: throws RuntimeError when that failed, because what such a
+/// box does not show would be lost.
+void FillBox(HWND box, std::string_view text);
+
 /// The wide form of a text with each "&" doubled, because Windows takes a single one for the mark of a
 /// mnemonic.
 std::wstring WithPlainAmpersands(std::string_view text);

@@ -40,6 +40,8 @@ bool IsByDesign(const Fault& fault, const std::string& section, const std::strin
     // A target of which nothing is known for good is taken for one, and a file for where the shell says it
     // is.
     if (fault.lasting && fault.function == "PathFileExistsA") return true;
+    // Of one look that failed for want of memory Windows says no more either; what was stored before stays.
+    if (fault.function == "PathFileExistsA" && old.value_or("").empty()) return true;
     if (section == "Buttons") return now == "" && !old;
     return (key.empty() && now == "") || (!old && pickers.contains(fault.function));
 }

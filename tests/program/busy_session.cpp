@@ -1,6 +1,7 @@
 #include "tests/program/busy_session.h"
 
 #include <chrono>
+#include <stdexcept>
 #include <utility>
 
 namespace testkit {
@@ -136,10 +137,10 @@ void BusySession::Run(const Command& command) {
     constexpr std::chrono::seconds kEnding{5};
     try {
         command.run();
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
         // Its windows go a moment before it has ended.
-        if (!HappensWithin(kEnding, [this] { return !quon_.Program().IsRunning(); })) throw;
-        throw ProgramIsGone();
+        if (HappensWithin(kEnding, [this] { return !quon_.Program().IsRunning(); })) throw ProgramIsGone();
+        throw std::runtime_error(command.name + ": " + error.what());
     }
     Apply(records_, command.changes);
 }
@@ -252,12 +253,7 @@ void BusySession::Organise(const std::string& name, const std::function<void(Win
 }
 
 void BusySession::FillGroupEditor(const std::string& name, const std::string& page) {
-    Window editor;
-    Await("the editor", [&] {
-        for (const Window window : quon_.Program().Windows())
-            if (window.FindChild(frmEditB_pBasket)) editor = window;
-        return editor.Exists();
-    });
+    const Window editor = AwaitDialog("Edit group");
     editor.Child(frmEditB_t1).SetText(name);
     editor.Child(frmEditB_c1 + 4).Post(BM_CLICK);
     const Window question = AwaitMessage(editor);

@@ -5,8 +5,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <iostream>
 #include <string>
 #include <thread>
 
@@ -50,8 +52,6 @@ class Hold {
 class HoldTest : public ::testing::TestWithParam<int> {
   protected:
     static constexpr int kLongHold = 2000;
-    /// Far beyond what is allowed: the machine may be busy with other things.
-    static constexpr Milliseconds kFreeze{10'000};
 
     HoldTest() {
         QuonIni ini;
@@ -73,13 +73,25 @@ class HoldTest : public ::testing::TestWithParam<int> {
                 if (!value.empty()) text.append(section).append(" ").append(key + "=" + value + "\n");
         return text;
     }
-    /// The panel answers long before a long hold is over. A short one may well be over by then.
+    /// The panel answers while the file is held: asked every tenth of a second of a long hold, it stands
+    /// still for 300 ms at most and so answers most times. A busy machine takes some more of them away. A
+    /// short hold may well be over by the first answer.
     static void ExpectAnswers(QuonPanel& quon, const Hold& hold) {
-        const auto begin = Clock::now();
-        quon.Main().Send(WM_NULL);
-        const auto waited = std::chrono::duration_cast<Milliseconds>(Clock::now() - begin);
-        EXPECT_LT(waited, kFreeze) << GetParam() << " ms held";
-        EXPECT_TRUE(GetParam() < kLongHold || !hold.IsOver()) << waited.count() << " ms";
+        constexpr Milliseconds kEvery{100};
+        constexpr int kAnswers = 5;
+        int answers = 0;
+        Milliseconds longest{0};
+        auto next = Clock::now();
+        do {
+            const auto asked = Clock::now();
+            quon.Main().Send(WM_NULL);
+            longest = std::max(longest, std::chrono::duration_cast<Milliseconds>(Clock::now() - asked));
+            if (!hold.IsOver()) ++answers;
+            std::this_thread::sleep_until(next += kEvery);
+        } while (!hold.IsOver());
+        if (GetParam() < kLongHold) return;
+        std::cout << answers << " answers, the longest after " << longest.count() << " ms\n";
+        EXPECT_GE(answers, kAnswers);
     }
     static void ShowTab(QuonPanel& quon, int tab) {
         quon.Header(tab).Post(WM_LBUTTONDOWN, 0, MAKELPARAM(4, 4));
@@ -112,10 +124,8 @@ TEST_P(HoldTest, AtATabSwitch) {
     QuonPanel quon(folder_);
     {
         const Hold hold(folder_.IniPath(), Time());
-        ShowTab(quon, 2);
-        ExpectAnswers(quon, hold);
-        ShowTab(quon, 1);
-        ShowTab(quon, 2);
+        for (const int tab : {2, 1, 2})
+            ShowTab(quon, tab);
         ExpectAnswers(quon, hold);
     }
     // The clicks were posted: until all have been acted on, a tab comes and goes.

@@ -3,7 +3,7 @@
 //
 // Every second kill is aimed: it comes a moment after the last command has begun to write. The others come at
 // any moment of that command. Three kills in short sessions; QUON_KILLS=100 makes as many, each in a session
-// of up to 200 commands, or of as many as QUON_COMMANDS says. QUON_SEED=7 gives other commands and moments.
+// of up to 50 commands, or of as many as QUON_COMMANDS says. QUON_SEED=7 gives other commands and moments.
 #include <windows.h>
 
 #include <gmock/gmock.h>
@@ -205,7 +205,7 @@ std::string KillTest::RunToKill(unsigned seed, int commands, bool aimed) {
 
 TEST_F(KillTest, LeavesEveryCompleteRecordWholeAndTheNextStartWorks) {
     constexpr int kShortSession = 12;
-    constexpr int kLongSession = 200;
+    constexpr int kLongSession = 50;
     constexpr int kShortRun = 3;
     const int kills = Number("QUON_KILLS", kShortRun);
     const auto seed = static_cast<unsigned>(Number("QUON_SEED", 1));

@@ -4,6 +4,7 @@
 
 #include "tests/support/held_file.h"
 #include "tests/unit/app/panel_parts.h"
+#include "win/errors.h"
 #include "win/geometry.h"
 #include "win/scale.h"
 #include "win/text.h"
@@ -204,6 +205,12 @@ TEST_F(RenameBoxTest, OpensOverTheButtonWithItsNameSelected) {
     const RECT button = testkit::Window(Button(1)).Rect();
     IntersectRect(&shared, &box, &button);
     EXPECT_NE(EqualRect(&shared, &box), 0);
+}
+
+TEST_F(RenameBoxTest, StaysClosedWhereItCannotShowTheName) {
+    const auto none = FAKE_CALL(SetWindowTextW, [](HWND, LPCWSTR) -> BOOL { return FALSE; });
+    EXPECT_THROW(rename_.Begin(), win::RuntimeError);
+    EXPECT_FALSE(rename_.IsOpen()) << "it would give the button the name that it has shown last";
 }
 
 TEST_F(RenameBoxTest, OpensOverTheButtonLastUnderTheMouse) {

@@ -9,7 +9,9 @@
 #include <utility>
 
 #include "config/ini.h"
+#include "config/ini_unit.h"
 #include "tests/support/recorded_call.h"
+#include "tests/support/running_program.h"
 #include "tests/unit/config/config_file.h"
 #include "win/errors.h"
 
@@ -27,13 +29,15 @@ class HeldFileTest : public ConfigFile {
     /// What the profile functions answer: a failure as long as the file is held.
     DWORD Answer(const std::function<DWORD()>& call) {
         ++calls_;
-        if (held_ == 0) return call();
-        --held_;
+        const bool now_and_then = let_go_every_ > 0 && calls_ % let_go_every_ != 0;
+        if (held_ == 0 && !now_and_then) return call();
+        if (held_ > 0) --held_;
         SetLastError(error_);
         return 0;
     }
 
     int held_ = 0;
+    int let_go_every_ = 0;  ///< the file is let go for every so many-th call alone; 0: it is not held so
     DWORD error_ = ERROR_SHARING_VIOLATION;
     int calls_ = 0;
     int pauses_ = 0;
@@ -184,6 +188,37 @@ TEST_F(HeldFileTest, AFileThatIsNotYetWholeGivesNoAnswer) {
     EXPECT_EQ(config::TryReadIni("Cuts", "b"), "");
 }
 
+TEST_F(HeldFileTest, WhatAnotherProgramIsWritingIsLeftToIt) {
+    const std::string whole = "[Settings]\r\nMain=1\r\n[Cuts]\r\na=1\r\nb=2\r\n";
+    constexpr DWORD kShareReading = FILE_SHARE_READ;
+    constexpr DWORD kShareWriting = FILE_SHARE_READ | FILE_SHARE_WRITE;
+    constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    for (const DWORD share : {DWORD{0}, kShareReading, kShareWriting, kShareAll}) {
+        // It pauses before its first byte, in the middle, or before it closes the file.
+        for (const size_t written : {size_t{0}, whole.size() - 5, whole.size()}) {
+            folder_.WriteIniText(whole);
+            AnotherAction();
+            EXPECT_EQ(config::ReadRequired("Settings", "Main"), "1");
+            {
+                const testkit::OwnedHandle writer(CreateFileA(folder_.IniPath().c_str(), GENERIC_WRITE, share,
+                                                              nullptr, CREATE_ALWAYS, 0, nullptr));
+                ASSERT_NE(writer.get(), INVALID_HANDLE_VALUE);
+                DWORD done = 0;
+                WriteFile(writer.get(), whole.data(), static_cast<DWORD>(written), &done, nullptr);
+                EXPECT_FALSE(config::WriteIni("Cuts", "a", "3")) << share << ", " << written;
+                EXPECT_FALSE(config::RemoveRecord("Cuts", "a")) << share << ", " << written;
+                const std::string rest = whole.substr(written);
+                WriteFile(writer.get(), rest.data(), static_cast<DWORD>(rest.size()), &done, nullptr);
+            }
+            EXPECT_EQ(folder_.IniBytes(), whole) << share << ", " << written;
+            EXPECT_FALSE(folder_.Exists(SideName(1)));
+            AnotherAction();
+            EXPECT_TRUE(config::WriteIni("Cuts", "a", "3"));
+            EXPECT_THAT(Lines("Cuts"), ElementsAre("a=3", "b=2"));
+        }
+    }
+}
+
 TEST_F(HeldFileTest, AFileThatHasBecomeWholeMeanwhileIsAskedOnceMore) {
     const std::string whole = "[Settings]\r\nMain=1\r\n[Cuts]\r\na=1\r\nb=2\r\n";
     for (const char* before : {"", "[Cuts]\r\na=1\r\n"}) {
@@ -262,16 +297,42 @@ TEST_F(HeldFileTest, WhatATimerTriesAgainWaitsForNothingAndLeavesActionsTheirPat
 
 TEST_F(HeldFileTest, ANewWaitBeginsAfterItWasRead) {
     AnotherAction();
-    for (int hold = 0; hold < 3; ++hold) {
-        held_ = 7;
-        EXPECT_EQ(config::TryReadIni("Cuts", "a"), "1");
-    }
-    EXPECT_EQ(pauses_, 3 * 7);
-    held_ = 7;
+    held_ = 8;
+    EXPECT_EQ(config::TryReadIni("Cuts", "a"), "1");
+    held_ = 3;
+    EXPECT_EQ(config::TryReadIni("Cuts", "a"), "1");
+    AnotherAction();
+    held_ = 8;
     EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
-    held_ = 7;
+    held_ = 3;
     EXPECT_TRUE(config::WriteIni("Cuts", "a", "3"));
-    EXPECT_EQ(pauses_, 5 * 7);
+    EXPECT_EQ(pauses_, 4 * 11 / 2);
+}
+
+TEST_F(HeldFileTest, NoActionWaitsLongerThan300MillisecondsHoweverOftenTheFileIsTaken) {
+    std::string text = "[Cuts]\r\n";
+    for (int record = 0; record < 30; ++record)
+        text += "n" + std::to_string(record) + "=1=2\r\n";
+    for (let_go_every_ = 2; let_go_every_ <= 14; ++let_go_every_) {
+        folder_.WriteIniText(text);
+        AnotherAction();
+        const ULONGLONG begin = now_;
+        {
+            config::IniUnit unit;
+            for (int record = 0; record < 10; ++record) {
+                config::RemoveRecord("Cuts", "n" + std::to_string(record));
+                config::WriteIni("Cuts", "m" + std::to_string(record), "2");
+                config::TryReadIniSection("Cuts");
+            }
+            static_cast<void>(unit.Finish());
+        }
+        for (int record = 10; record < 30; ++record) {
+            config::RemoveRecord("Cuts", "n" + std::to_string(record));
+            config::TryReadIni("Cuts", "n" + std::to_string(record));
+        }
+        EXPECT_LE(now_ - begin, 300u) << let_go_every_;
+        EXPECT_GE(now_ - begin, 200u) << let_go_every_;
+    }
 }
 
 TEST_F(HeldFileTest, AStartWaitsForItLongerAndThenSaysWhy) {

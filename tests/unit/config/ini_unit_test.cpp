@@ -11,6 +11,7 @@
 #include "config/ini.h"
 #include "config/settings.h"
 #include "tests/unit/config/ini_unit_fixture.h"
+#include "win/errors.h"
 #include "win/message_ban.h"
 
 namespace {
@@ -126,6 +127,20 @@ TEST_F(IniUnitTest, NoMessagesMayRunWhileOneIsOpen) {
     EXPECT_FALSE(win::MayPump());
     EXPECT_TRUE(unit.Finish());
     EXPECT_TRUE(win::MayPump());
+}
+
+TEST_F(IniUnitTest, AnErrorInOneIsReportedWhenItIsOver) {
+    static bool may_pump = false;
+    may_pump = false;
+    win::SetErrorReporter([](HWND, const char*) noexcept { may_pump = win::MayPump(); });
+    win::Guarded(nullptr, 0, []() -> int {
+        const config::IniUnit unit;
+        config::WriteIni("Cuts", "a", "2");
+        throw win::RuntimeError("in the middle");
+    });
+    win::SetErrorReporter(nullptr);
+    EXPECT_TRUE(may_pump) << "the report lets messages run";
+    ExpectUnchanged();
 }
 
 TEST_F(IniUnitTest, OneInWhichNothingIsWrittenTouchesNoFile) {

@@ -17,6 +17,7 @@
 #include "tests/support/program_folder.h"
 #include "tests/support/scoped_ini_path.h"
 #include "tests/unit/dialogs/dialog_parts.h"
+#include "win/errors.h"
 #include "win/picture_box.h"
 
 namespace dialogs {
@@ -79,6 +80,20 @@ TEST_F(DefineTabTest, ShowsItsCaptions) {
         EXPECT_TRUE(dialog.IsTopmost());
         dialog.Child(kCancel).Send(BM_CLICK);
     });
+}
+
+TEST_F(DefineTabTest, DoesNotOpenWhereItCannotShowTheTabsTexts) {
+    static int reports = 0;
+    reports = 0;
+    for (const int box : {kLabel, kDescription}) {
+        const auto none = FAKE_CALL(SetWindowTextW, [box](HWND window, LPCWSTR text) -> BOOL {
+            return GetDlgCtrlID(window) == box ? FALSE : ORIGINAL_CALL(SetWindowTextW)(window, text);
+        });
+        win::SetErrorReporter([](HWND, const char*) noexcept { ++reports; });
+        frmTabPrep(host_, 1).Open();
+        win::SetErrorReporter(nullptr);
+    }
+    EXPECT_EQ(reports, 2);
 }
 
 TEST_F(DefineTabTest, ShowsTheTabsTextsAndTheOption) {

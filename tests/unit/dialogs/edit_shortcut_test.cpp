@@ -24,6 +24,7 @@
 #include "tests/support/scoped_ini_path.h"
 #include "tests/support/text.h"
 #include "tests/unit/dialogs/dialog_parts.h"
+#include "win/errors.h"
 
 namespace dialogs {
 namespace {
@@ -171,6 +172,22 @@ TEST_F(EditShortcutTest, ShowsNameColourAndTheFirstLineOfTheFile) {
         EXPECT_EQ(ColorsOf(dialog, kFile).second, kColor);
         dialog.Child(kCancel).Send(BM_CLICK);
     });
+}
+
+TEST_F(EditShortcutTest, DoesNotOpenWhereItCannotShowWhatIsStored) {
+    static int reports = 0;
+    reports = 0;
+    for (const int box : {kName, kFile}) {
+        const auto none = FAKE_CALL(SetWindowTextW, [box](HWND window, LPCWSTR text) -> BOOL {
+            return GetDlgCtrlID(window) == box ? FALSE : ORIGINAL_CALL(SetWindowTextW)(window, text);
+        });
+        win::SetErrorReporter([](HWND, const char*) noexcept { ++reports; });
+        frmEdit editor(context_);
+        editor.PrepareWindow("Стари", "http://old/?q=1", kColor);
+        editor.Show(owner_.Handle());
+        win::SetErrorReporter(nullptr);
+    }
+    EXPECT_EQ(reports, 2);
 }
 
 TEST_F(EditShortcutTest, DrawsTheIconOfTheFile) {

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <gmock/gmock.h>
+#include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -11,6 +12,7 @@
 #include "res/resource.h"
 #include "tests/support/recorded_call.h"
 #include "win/dialog.h"
+#include "win/errors.h"
 #include "win/input_pause.h"
 #include "win/menu_array.h"
 #include "win/window.h"
@@ -47,6 +49,9 @@ class MessageBanTest : public ::testing::Test {
             const InputPause pause;
         }
         ProcessPendingMessages();
+        SetErrorReporter([](HWND, const char*) noexcept {});
+        Guarded(nullptr, 0, []() -> int { throw RuntimeError("shown to the user"); });
+        SetErrorReporter(nullptr);
     }
 };
 
@@ -62,10 +67,10 @@ TEST_F(MessageBanTest, IsBrokenByWhateverLetsMessagesRun) {
         EXPECT_FALSE(MayPump());
         LetMessagesRun();
     }
-    EXPECT_THAT(g_breaches,
-                ElementsAre("a dialog", "a menu", "a window of the system", "a wait that handles events"));
+    EXPECT_THAT(g_breaches, ElementsAre("a dialog", "a menu", "a window of the system",
+                                        "a wait that handles events", "an error report"));
     LetMessagesRun();
-    EXPECT_EQ(g_breaches.size(), 4u);
+    EXPECT_EQ(g_breaches.size(), 5u);
 }
 
 TEST_F(MessageBanTest, NobodyIsToldOfABreachWithoutAHandler) {
@@ -73,6 +78,21 @@ TEST_F(MessageBanTest, NobodyIsToldOfABreachWithoutAHandler) {
     const MessageBan ban;
     LetMessagesRun();
     EXPECT_THAT(g_breaches, IsEmpty());
+}
+
+// Without what is set at the beginning of each test, both would go unnoticed.
+TEST(MessageBanDefaultTest, ABreachFailsTheTestInWhichItHappens) {
+    EXPECT_NONFATAL_FAILURE(
+        {
+            const MessageBan ban;
+            AssertMayPump("a dialog");
+        },
+        "Messages run in the middle of what they must not see: a dialog");
+}
+
+TEST(MessageBanDefaultTest, AnErrorThatGetsOutOfAHandlerFailsTheTestInWhichItHappens) {
+    EXPECT_NONFATAL_FAILURE(Guarded(nullptr, 0, []() -> int { throw RuntimeError("unseen"); }),
+                            "Error report: unseen");
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 
 #include "tests/support/hidden_window.h"
 #include "tests/support/recorded_call.h"
+#include "win/errors.h"
 #include "win/handles.h"
 
 namespace win {
@@ -76,6 +77,16 @@ TEST(TextTest, ReadsAndSetsTheWholeTextOfAWindow) {
     EXPECT_EQ(WindowText(window.Handle()), text);
     SetText(window.Handle(), "");
     EXPECT_EQ(WindowText(window.Handle()), "");
+}
+
+TEST(TextTest, ABoxThatCannotBeFilledIsAnError) {
+    const testkit::HiddenWindow window;
+    FillBox(window.Handle(), "");
+    FillBox(window.Handle(), "文");
+    EXPECT_EQ(WindowText(window.Handle()), "文");
+    const RecordedCall none = FAKE_CALL(SetWindowTextW, [](HWND, LPCWSTR) -> BOOL { return FALSE; });
+    EXPECT_THROW(FillBox(window.Handle(), "other"), RuntimeError);
+    SetText(window.Handle(), "other");
 }
 
 TEST(TextTest, DrawsAnAmpersandAsItself) {
