@@ -67,6 +67,10 @@ INT_PTR frmTabPrep::OnMessage(UINT message, WPARAM wParam, LPARAM /*lParam*/) {
     return FALSE;
 }
 
+void frmTabPrep::OnColors() {
+    if (tip_) tip_->FollowColors();
+}
+
 /// Label and description are read back together, with the bar between them.
 void frmTabPrep::LimitDescription() {
     const size_t label = LimitedLabel(win::WindowText(Item(Text1 + kLabel))).size();

@@ -36,6 +36,7 @@ class frmTabPrep : public win::Dialog {
     bool OnInit() override;
     bool OnCommand(int id, int notification) override;
     INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void OnColors() override;
 
   private:
     void LimitDescription();

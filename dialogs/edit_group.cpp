@@ -53,7 +53,7 @@ void frmEditB::Show(HWND owner) { ShowModal(owner, IDD_EDIT_GROUP); }
 bool frmEditB::OnInit() {
     // Done before the tip exists: a window that owns topmost windows may not become topmost itself.
     win::SetTopmost(true, Handle());
-    list_.CreateOn(Item(pFrame), Item(Scr), pBasket);
+    list_.CreateOn(Item(pFrame), Item(Scr), pBasket, DialogScale());
     list_.onDelete = [this] { DeleteItem(); };
     list_.Assign(std::exchange(firstItems_, {}));
     name_.Attach(Handle(), t1 + kName, l1, l1 + kExists);

@@ -59,6 +59,7 @@ class frmEditB : public win::Dialog {
     bool OnInit() override;
     bool OnCommand(int id, int notification) override;
     INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void OnColors() override { name_.FollowColors(); }
 
   private:
     void AddItem(const std::string& path);

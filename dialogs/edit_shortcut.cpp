@@ -83,11 +83,20 @@ INT_PTR frmEdit::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     return reinterpret_cast<INT_PTR>(contrast ? GetSysColorBrush(COLOR_WINDOW) : background_.Get());
 }
 
+void frmEdit::OnColors() {
+    name_.FollowColors();
+    // Its ground is part of the picture.
+    DrawPicture();
+}
+
 void frmEdit::DrawFileIcon() {
-    const int size = DialogScale()(kIconSize);
-    const win::Icon icon = model::TargetIcon(File(), 0, size);
+    icon_ = model::TargetIcon(File(), 0, DialogScale()(kIconSize));
+    DrawPicture();
+}
+
+void frmEdit::DrawPicture() {
     picture_.Clear();
-    win::DrawIconOfSize(picture_.Dc(), {0, 0}, icon.Get(), size);
+    win::DrawIconOfSize(picture_.Dc(), {0, 0}, icon_.Get(), DialogScale()(kIconSize));
     picture_.Refresh();
 }
 

@@ -38,7 +38,7 @@ class frmEdit : public win::Dialog {
     explicit frmEdit(model::ButtonContext& context) noexcept : context_(context) {}
 
     /// Takes a shortcut by its name. Its target is the part of `fileText` before the first line feed; both
-    /// boxes get `color` as their background.
+    /// boxes get `color` as their background, unless the user has a contrast theme.
     void PrepareWindow(const std::string& name, const std::string& fileText, COLORREF color);
 
     /// Shows the editor above all windows until it is applied or cancelled.
@@ -51,10 +51,12 @@ class frmEdit : public win::Dialog {
     bool OnInit() override;
     bool OnCommand(int id, int notification) override;
     INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void OnColors() override;
 
   private:
     void CreatePicture();
     void DrawFileIcon();
+    void DrawPicture();
     void Pick(bool folder);
     void Apply();
     [[nodiscard]] bool Store(const std::string& name);
@@ -69,6 +71,7 @@ class frmEdit : public win::Dialog {
     win::Brush background_;
     ShortcutNameBox name_;
     win::ByteLimit fileLimit_;
+    win::Icon icon_;
     win::PictureBox picture_;
 };
 

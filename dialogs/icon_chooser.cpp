@@ -237,6 +237,12 @@ INT_PTR IcoChooser::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
+void IcoChooser::OnColors() {
+    strip_.SetBackColor(GetSysColor(COLOR_WINDOW));
+    for (const auto& box : boxes_)
+        box->SetBackColor(GetSysColor(COLOR_WINDOW));
+}
+
 void IcoChooser::Scroll(int code) {
     scroll_.Act(code);
     PlaceStrip();

@@ -56,6 +56,7 @@ class IcoChooser : public win::Dialog {
     bool OnInit() override;
     bool OnCommand(int id, int notification) override;
     INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void OnColors() override;
 
   private:
     static LRESULT CALLBACK WatchOwner(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,

@@ -28,6 +28,12 @@ constexpr const char* kHomePage = "https://quon.example/";
 // Layout pixels.
 constexpr int kPictureSize = 64;
 constexpr int kMarkWidth = 2;
+// Twips.
+constexpr int kAboutWidth = 4200;
+constexpr int kAboutHeight = 4050;
+// Percent: the text is made smaller in steps of this, and not below its usual size.
+constexpr int kTextStep = 5;
+constexpr int kUsualText = 100;
 
 bool IsLink(HWND control) {
     const int id = GetDlgCtrlID(control);
@@ -72,8 +78,9 @@ bool frmMsg::OnInit() {
     ++OpenDialogCount;
     // Done before the tip exists: a window that owns topmost windows may not become topmost itself.
     win::SetTopmost(true, Handle());
+    layoutScale_ = FittingScale();
     for (HWND child = GetWindow(Handle(), GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))
-        SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(win::MessageFont(DialogScale())), FALSE);
+        SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(win::MessageFont(layoutScale_)), FALSE);
     if (about_)
         FillAbout();
     else
@@ -82,7 +89,8 @@ bool frmMsg::OnInit() {
 }
 
 void frmMsg::FillMessage() {
-    const MessageLayout layout = LayOutMessage(MessageHeight(), buttons_, inBox_);
+    const int textHeight = std::min(TextHeight(layoutScale_), HighestText(layoutScale_));
+    const MessageLayout layout = LayOutMessage(layoutScale_.ToTwips(textHeight), buttons_, inBox_);
     win::SetText(Item(l1), message_);
     Place(l1, layout.text);
     for (int index = 0; index < buttons_; ++index) {
@@ -108,23 +116,21 @@ void frmMsg::FillMessage() {
 }
 
 void frmMsg::FillAbout() {
-    constexpr int kWidth = 4200;
-    constexpr int kHeight = 4050;
     win::SetText(Handle(), "About Quon");
-    Place(Frame2, {150, 75, kWidth - 300, kHeight - 225});
-    Place(ProductPicture, {(kWidth - 960) / 2, 480, 960, 960});
-    Place(VersionLabel, {300, 1590, kWidth - 600, 270});
-    Place(SupportLink, {900, 2130, kWidth - 1800, 270});
-    Place(WebLink, {900, 2475, kWidth - 1800, 270});
-    Place(b2, {(kWidth - 1335) / 2, 3150, 1335, 390});
-    SizeClient(kWidth, kHeight);
+    Place(Frame2, {150, 75, kAboutWidth - 300, kAboutHeight - 225});
+    Place(ProductPicture, {(kAboutWidth - 960) / 2, 480, 960, 960});
+    Place(VersionLabel, {300, 1590, kAboutWidth - 600, 270});
+    Place(SupportLink, {900, 2130, kAboutWidth - 1800, 270});
+    Place(WebLink, {900, 2475, kAboutWidth - 1800, 270});
+    Place(b2, {(kAboutWidth - 1335) / 2, 3150, 1335, 390});
+    SizeClient(kAboutWidth, kAboutHeight);
     ShowWindow(Item(l1), SW_HIDE);
     for (const int id : {Frame2, ProductPicture, VersionLabel, SupportLink, WebLink, b2})
         ShowWindow(Item(id), SW_SHOW);
-    picture_ = win::ResourceIcon(IDI_QUON, DialogScale()(kPictureSize));
+    picture_ = win::ResourceIcon(IDI_QUON, layoutScale_(kPictureSize));
     SendMessageW(Item(ProductPicture), STM_SETICON, reinterpret_cast<WPARAM>(picture_.Get()), 0);
     LOGFONTW font{};
-    GetObjectW(win::MessageFont(DialogScale()), sizeof font, &font);
+    GetObjectW(win::MessageFont(layoutScale_), sizeof font, &font);
     font.lfUnderline = TRUE;
     linkFont_.Reset(CreateFontIndirectW(&font));
     for (const int id : {SupportLink, WebLink})
@@ -136,15 +142,46 @@ void frmMsg::FillAbout() {
     SetFocus(Item(b2));
 }
 
-int frmMsg::MessageHeight() const {
+/// The largest size of the text, up to the dialog's own, at which all of the window fits on its screen.
+win::Scale frmMsg::FittingScale() const {
+    win::Scale scale = DialogScale();
+    while (scale.TextPercent() > kUsualText && !Fits(scale))
+        scale = win::Scale(scale.Dpi(), std::max(kUsualText, scale.TextPercent() - kTextStep));
+    return scale;
+}
+
+bool frmMsg::Fits(const win::Scale& scale) const {
+    const RECT area = win::WorkAreaOf(Handle());
+    const RECT frame = about_ ? OuterRect(scale, kAboutWidth, kAboutHeight)
+                              : OuterRect(scale, LayOutMessage(0, buttons_, inBox_).clientWidth, 0);
+    if (win::Width(frame) > win::Width(area) || win::Height(frame) > win::Height(area)) return false;
+    return about_ || TextHeight(scale) <= HighestText(scale);
+}
+
+/// The height in pixels of all of the text.
+int frmMsg::TextHeight(const win::Scale& scale) const {
     const win::WindowDc dc(Handle());
-    const win::Selection font(dc.Get(), win::MessageFont(DialogScale()));
-    RECT rect{0, 0, DialogScale().FromTwips(MessageTextWidth()), 0};
+    const win::Selection font(dc.Get(), win::MessageFont(scale));
+    RECT rect{0, 0, scale.FromTwips(MessageTextWidth()), 0};
     win::DrawPlainText(dc.Get(), message_.empty() ? " " : message_, rect,
                        DT_CALCRECT | DT_WORDBREAK | DT_EDITCONTROL);
-    // A text taller than the screen would put the buttons out of reach.
-    const int limit = win::Height(win::ScreenOf(Handle())) * 2 / 3;
-    return DialogScale().ToTwips(std::min(win::Height(rect), limit));
+    return win::Height(rect);
+}
+
+/// The height in pixels that the text may have: a taller one would put the buttons out of reach.
+int frmMsg::HighestText(const win::Scale& scale) const {
+    const MessageLayout rest = LayOutMessage(0, buttons_, inBox_);
+    // A pixel may be lost in each of the conversions from twips.
+    const int room = win::Height(win::WorkAreaOf(Handle())) -
+                     win::Height(OuterRect(scale, rest.clientWidth, rest.clientHeight)) - 2;
+    return std::max(0, std::min(room, win::Height(win::ScreenOf(Handle())) * 2 / 3));
+}
+
+/// The whole window around a client area of this size in twips.
+RECT frmMsg::OuterRect(const win::Scale& scale, int width, int height) const {
+    RECT frame{0, 0, scale.FromTwips(width), scale.FromTwips(height)};
+    win::AddFrame(frame, Handle());
+    return frame;
 }
 
 const std::string& frmMsg::Caption(int index) const { return captions_[index]; }
@@ -165,14 +202,13 @@ int frmMsg::DefaultButton() const {
 }
 
 void frmMsg::Place(int id, const TwipsRect& rect) const {
-    const win::Scale& scale = DialogScale();
-    SetWindowPos(Item(id), nullptr, scale.FromTwips(rect.left), scale.FromTwips(rect.top),
-                 scale.FromTwips(rect.width), scale.FromTwips(rect.height), SWP_NOZORDER | SWP_NOACTIVATE);
+    SetWindowPos(Item(id), nullptr, layoutScale_.FromTwips(rect.left), layoutScale_.FromTwips(rect.top),
+                 layoutScale_.FromTwips(rect.width), layoutScale_.FromTwips(rect.height),
+                 SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void frmMsg::SizeClient(int width, int height) const {
-    RECT frame{0, 0, DialogScale().FromTwips(width), DialogScale().FromTwips(height)};
-    win::AddFrame(frame, Handle());
+    const RECT frame = OuterRect(layoutScale_, width, height);
     const int outerWidth = win::Width(frame);
     const int outerHeight = win::Height(frame);
     const RECT screen = win::ScreenOf(Handle());
@@ -241,7 +277,7 @@ void frmMsg::DrawLink(const DRAWITEMSTRUCT& item) const {
     win::DrawPlainText(item.hDC, win::WindowText(item.hwndItem), place, DT_CENTER | DT_WORDBREAK);
     if ((item.itemState & ODS_FOCUS) == 0 || (item.itemState & ODS_NOFOCUSRECT) != 0) return;
     place = item.rcItem;
-    win::DrawSystemFrame(item.hDC, place, DialogScale()(kMarkWidth), COLOR_HIGHLIGHT);
+    win::DrawSystemFrame(item.hDC, place, layoutScale_(kMarkWidth), COLOR_HIGHLIGHT);
 }
 
 void frmMsg::Answer(int index) {

@@ -64,6 +64,7 @@ class frmMsg : public win::Dialog {
     bool OnInit() override;
     bool OnCommand(int id, int notification) override;
     INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void OnColors() override { supportTip_.FollowColors(); }
 
   private:
     void FillMessage();
@@ -71,7 +72,11 @@ class frmMsg : public win::Dialog {
     void DrawLink(const DRAWITEMSTRUCT& item) const;
     void Answer(int index);
     void Dismiss();
-    [[nodiscard]] int MessageHeight() const;
+    [[nodiscard]] win::Scale FittingScale() const;
+    [[nodiscard]] bool Fits(const win::Scale& scale) const;
+    [[nodiscard]] int TextHeight(const win::Scale& scale) const;
+    [[nodiscard]] int HighestText(const win::Scale& scale) const;
+    [[nodiscard]] RECT OuterRect(const win::Scale& scale, int width, int height) const;
     [[nodiscard]] int DefaultButton() const;
     [[nodiscard]] const std::string& Caption(int index) const;
     [[nodiscard]] int ButtonCount(int asked) const;
@@ -80,6 +85,8 @@ class frmMsg : public win::Dialog {
     static void OpenAddress(const char* address);
 
     bool about_ = false;
+    /// The dialog's, but for the text's size: everything stands and is written by it.
+    win::Scale layoutScale_;
     std::string message_;
     int buttons_ = 0;
     std::string captions_[3];

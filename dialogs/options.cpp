@@ -124,7 +124,8 @@ bool frmSettings::OnInit() {
     // Done before the tips exist: a window that owns topmost windows may not become topmost itself.
     win::SetTopmost(true, Handle());
     collectedBefore_ = Settings.ShowCollected;
-    PlaceInCaptionGap(Item(chSet + kPopOnHover), Item(Text1), CheckMarkSize());
+    PlaceDelay();
+    MakeWarningBrush();
     ShapeWarning();
     ShowSettings();
     delayTip_.SetTipText(kDelayTip.text);
@@ -138,7 +139,22 @@ bool frmSettings::OnInit() {
 }
 
 /// Windows draws the mark at the screen's scale, whatever size the text has.
-int frmSettings::CheckMarkSize() const noexcept { return win::Scale(DialogScale().Dpi())(kCheckMarkSize); }
+void frmSettings::PlaceDelay() const {
+    const win::Scale screen(win::Scale::Of(Handle()).Dpi());
+    PlaceInCaptionGap(Item(chSet + kPopOnHover), Item(Text1), screen(kCheckMarkSize));
+}
+
+void frmSettings::OnOtherScreen() { PlaceDelay(); }
+
+void frmSettings::OnColors() {
+    if (tip_) tip_->FollowColors();
+    delayTip_.FollowColors();
+    MakeWarningBrush();
+}
+
+void frmSettings::MakeWarningBrush() {
+    warningBrush_.Reset(CreateSolidBrush(win::ColorOf(win::Color::kWarning)));
+}
 
 void frmSettings::ShowSettings() {
     for (int index = 0; index < static_cast<int>(kOptions.size()); ++index) {
@@ -157,7 +173,6 @@ void frmSettings::ShowSettings() {
 
 /// Leaves only a frame of the warning's window: what it frames is seen and clicked through it.
 void frmSettings::ShapeWarning() {
-    warningBrush_.Reset(CreateSolidBrush(win::ColorOf(win::Color::kWarning)));
     RECT all{};
     GetClientRect(Item(Picture2), &all);
     const int width = DialogScale()(kWarningWidth);
@@ -193,6 +208,9 @@ INT_PTR frmSettings::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             if (reinterpret_cast<HWND>(lParam) != Item(Picture2)) return FALSE;
             return reinterpret_cast<INT_PTR>(warningBrush_.Get());
         case WM_TIMER: HideFocusTip(); return TRUE;
+        case WM_WINDOWPOSCHANGED:
+            if ((reinterpret_cast<const WINDOWPOS*>(lParam)->flags & SWP_SHOWWINDOW) != 0) OnShown();
+            return FALSE;
         case WM_DESTROY: Unload(); return FALSE;
         default: return FALSE;
     }
@@ -228,6 +246,11 @@ void frmSettings::OnFocus(HWND control) {
     pointerThen_ = win::PointerPlace();
     // As long as Windows lets a tip stand under the pointer.
     SetTimer(Handle(), kTipTimer, GetDoubleClickTime() * 10, nullptr);
+}
+
+/// The first control has had the focus since before the dialog could be seen.
+void frmSettings::OnShown() {
+    if (GetFocus() == Item(chSet)) OnFocus(GetFocus());
 }
 
 void frmSettings::HideFocusTip() {

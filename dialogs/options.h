@@ -35,6 +35,8 @@ class frmSettings : public win::Dialog {
     bool OnInit() override;
     bool OnCommand(int id, int notification) override;
     INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void OnColors() override;
+    void OnOtherScreen() override;
 
   private:
     static constexpr int kNoOption = 10;
@@ -44,7 +46,8 @@ class frmSettings : public win::Dialog {
     /// The same of the delay's box, which has a tip of its own under the pointer.
     static constexpr int kDelay = 20;
 
-    [[nodiscard]] int CheckMarkSize() const noexcept;
+    void PlaceDelay() const;
+    void MakeWarningBrush();
     void ShowSettings();
     void ShapeWarning();
     void OnPointer(HWND window);
@@ -52,6 +55,7 @@ class frmSettings : public win::Dialog {
                                        DWORD_PTR options) noexcept;
     void WatchFocusOf(int control);
     void OnFocus(HWND control);
+    void OnShown();
     void HideFocusTip();
     void PrepareTip(int index);
     void ShowTip(int index);

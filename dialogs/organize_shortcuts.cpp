@@ -68,7 +68,7 @@ void frmCuts::Show(HWND owner) {
 
 bool frmCuts::OnInit() {
     win::SetTopmost(true, Handle());
-    list_.CreateOn(Item(pFrame), Item(Scr), pBasket);
+    list_.CreateOn(Item(pFrame), Item(Scr), pBasket, DialogScale());
     list_.onOpen = [this] { EditShortcut(); };
     list_.onDelete = [this] { DeleteShortcut(); };
     readAgain_.onTry = [this] { ReadShortcuts(); };
@@ -196,7 +196,7 @@ void frmCuts::EditShortcut() {
         const auto target = WholeTarget(row);
         if (!target) return;
         frmEdit editor(context_);
-        editor.PrepareWindow(row.name, *target + "\n", list_.RowColor(list_.Selected()));
+        editor.PrepareWindow(row.name, *target + "\n", list_.PlainRowColor(list_.Selected()));
         editor.Show(Handle());
         if (const auto stored = editor.StoredName()) TellChanged({row.name, *stored});
     }

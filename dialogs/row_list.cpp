@@ -11,7 +11,6 @@
 #include "model/launching.h"
 #include "sys/utility.h"
 #include "win/accessible.h"
-#include "win/colors.h"
 #include "win/geometry.h"
 #include "win/handles.h"
 #include "win/icons.h"
@@ -57,9 +56,9 @@ RowLook Scaled(const RowLook& look, const win::Scale& scale) {
             .largeStep = scale(look.largeStep)};
 }
 
-void RowList::CreateOn(HWND frame, HWND scrollBar, int id) {
+void RowList::CreateOn(HWND frame, HWND scrollBar, int id, const win::Scale& scale) {
     frame_ = frame;
-    scale_ = win::Scale::Of(frame);
+    scale_ = scale;
     look_ = Scaled(layout_, scale_);
     rows_.clear();
     selected_ = 0;
@@ -123,9 +122,13 @@ RECT RowList::HighlightPlace(int index) const {
     return place;
 }
 
-COLORREF RowList::RowColor(int index) const {
-    return win::ColorOf(look_.framed && index % 2 != 0 ? win::Color::kOddRow : win::Color::kEvenRow);
+win::Color RowList::ColorBehind(int index) const noexcept {
+    return look_.framed && index % 2 != 0 ? win::Color::kOddRow : win::Color::kEvenRow;
 }
+
+COLORREF RowList::RowColor(int index) const { return win::ColorOf(ColorBehind(index)); }
+
+COLORREF RowList::PlainRowColor(int index) const { return win::PlainColor(ColorBehind(index)); }
 
 int RowList::ContentHeight() const noexcept {
     if (rows_.empty()) return 0;
@@ -198,8 +201,11 @@ void RowList::TellScreenReader() {
 void RowList::TellName() {
     const Row* row = SelectedRow();
     const std::string name = row == nullptr ? std::string() : row->name;
-    if (win::WindowText(Handle()) != name) win::SetText(Handle(), name);
+    const bool changed = win::WindowText(Handle()) != name;
+    if (changed) win::SetText(Handle(), name);
     if (told_) TellScreenReader();
+    // Windows tells of a window's new text by itself, but nobody of what is read out.
+    if (changed) NotifyWinEvent(EVENT_OBJECT_NAMECHANGE, Handle(), OBJID_CLIENT, CHILDID_SELF);
 }
 
 void RowList::Repaint() const noexcept {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "sys/target_state.h"
+#include "win/colors.h"
 #include "win/handles.h"
 #include "win/scale.h"
 #include "win/scroll_bar.h"
@@ -47,9 +48,9 @@ class RowList : public win::Window {
   public:
     explicit RowList(const RowLook& look) : layout_(look), look_(look) {}
 
-    /// Creates the list, empty, as the child `id` of its frame. `scrollBar` is a vertical scroll bar, whose
-    /// WM_VSCROLL its own parent passes on to OnScroll.
-    void CreateOn(HWND frame, HWND scrollBar, int id);
+    /// Creates the list, empty, as the child `id` of its frame, at the scale of the dialog around it.
+    /// `scrollBar` is a vertical scroll bar, whose WM_VSCROLL its own parent passes on to OnScroll.
+    void CreateOn(HWND frame, HWND scrollBar, int id, const win::Scale& scale);
 
     /// Replaces all rows. Selection and scrolling stay where they are as far as there are rows.
     void Assign(std::vector<Row> rows);
@@ -73,6 +74,9 @@ class RowList : public win::Window {
 
     /// The colour behind a row that is not selected.
     [[nodiscard]] COLORREF RowColor(int index) const;
+
+    /// The same in the ordinary colours, whatever theme there is.
+    [[nodiscard]] COLORREF PlainRowColor(int index) const;
 
     /// How far the list is scrolled, in pixels; the content's top is its negative.
     [[nodiscard]] int ScrollValue() const noexcept { return scroll_.Value(); }
@@ -133,9 +137,10 @@ class RowList : public win::Window {
     void DrawLine(HDC dc, const std::string& text, int left, int top, int right) const;
     void DrawFocus(HDC dc) const;
     [[nodiscard]] RECT HighlightPlace(int index) const;
+    [[nodiscard]] win::Color ColorBehind(int index) const noexcept;
 
     RowLook layout_;
-    /// The same at the scale of the frame's screen.
+    /// The same at the list's scale.
     RowLook look_;
     win::Scale scale_;
     HWND frame_ = nullptr;

@@ -44,6 +44,9 @@ class ShortcutNameBox {
     /// the name box alone. The background is the dialog's business.
     void ColorText(HWND control, HDC dc) const noexcept;
 
+    /// To be called when the colours have changed (win::Dialog::OnColors).
+    void FollowColors() noexcept { tip_.FollowColors(); }
+
   private:
     HWND dialog_ = nullptr;
     int box_ = 0;

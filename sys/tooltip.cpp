@@ -89,7 +89,8 @@ bool clsToolTip::Create() {
 }
 
 void clsToolTip::ShowBelow() {
-    Make(TTF_TRACK | TTF_ABSOLUTE);
+    // It may cover other controls, which have to be clicked all the same.
+    Make(TTF_TRACK | TTF_ABSOLUTE | TTF_TRANSPARENT);
     if (window_ == nullptr) return;
     RECT control{};
     GetWindowRect(parentControl_, &control);
@@ -120,16 +121,32 @@ void clsToolTip::Make(UINT flags) {
     SetWindowPos(window_, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
     // A themed tip ignores its background colour.
     SetWindowTheme(window_, L"", L"");
+    SetFont();
     SendTool(TTM_ADDTOOLA, TTM_ADDTOOLW);
     SendTitle();
     SendMessageA(window_, TTM_SETMAXTIPWIDTH, 0, kUnlimitedWidth);
     SetColors();
 }
 
+/// A tooltip's own font is made for the system's scale, whatever screen it comes up on.
+void clsToolTip::SetFont() const {
+    const win::Scale scale = win::Scale::Of(parentControl_);
+    if (scale == win::Scale::Of(nullptr)) return;
+    SendMessageA(window_, WM_SETFONT, reinterpret_cast<WPARAM>(win::MessageFont(scale)), FALSE);
+}
+
 void clsToolTip::SetColors() const noexcept {
     SendMessageA(window_, TTM_SETTIPBKCOLOR, win::ColorOf(win::Color::kTipGround), 0);
     // The text has the system's colour for tips, which cannot always be read on the theme's ground.
     if (win::ContrastTheme()) SendMessageA(window_, TTM_SETTIPTEXTCOLOR, GetSysColor(COLOR_INFOTEXT), 0);
+}
+
+void clsToolTip::FollowColors() noexcept {
+    if (window_ == nullptr) return;
+    SetColors();
+    // Once a tip has been given a colour for its text, it follows the system's no more.
+    SendMessageA(window_, TTM_SETTIPTEXTCOLOR, GetSysColor(COLOR_INFOTEXT), 0);
+    InvalidateRect(window_, nullptr, TRUE);
 }
 
 void clsToolTip::Activate(bool active) noexcept {

@@ -23,7 +23,7 @@ class clsToolTip {
     bool Create();
 
     /// Makes the tooltip window anew and shows it below its control at once, wherever the pointer is; above
-    /// it where the screen ends. It stays until it is made anew or destroyed.
+    /// it where the screen ends. It stays until it is made anew or destroyed, and lets the mouse through.
     void ShowBelow();
 
     /// The control the tip belongs to; null for none.
@@ -49,6 +49,9 @@ class clsToolTip {
     /// that is made anew may come up again.
     void Activate(bool active) noexcept;
 
+    /// Gives a live tip the colours that a new one would get; to be called when they may have changed.
+    void FollowColors() noexcept;
+
     /// The tooltip window; null when none exists.
     [[nodiscard]] HWND Handle() const noexcept { return window_; }
 
@@ -60,6 +63,7 @@ class clsToolTip {
     void SendTool(UINT message, UINT wideMessage);
     void SendTitle();
     void DestroyTip() noexcept;
+    void SetFont() const;
     void SetColors() const noexcept;
 
     std::string title_;

@@ -20,7 +20,8 @@ class Dialog {
     /// The dialog's window; null while it is not shown.
     [[nodiscard]] HWND Handle() const noexcept { return handle_; }
 
-    /// The scale that the dialog was made at, which it keeps wherever it is moved.
+    /// The scale that the dialog was made at, which it keeps wherever it is moved. Where its text had to be
+    /// made smaller to let it fit on its screen, the scale's text is as much smaller.
     [[nodiscard]] const Scale& DialogScale() const noexcept { return scale_; }
 
     /// The window of one of the dialog's controls; null when there is none.
@@ -41,14 +42,36 @@ class Dialog {
     /// A control's notification; false when it was not used.
     virtual bool OnCommand(int id, int notification) = 0;
 
+    /// The colours have changed, or a contrast theme has come or gone: what was made in the former ones is to
+    /// be made anew. The dialog and its controls are painted again then.
+    virtual void OnColors() {}
+
+    /// The dialog has come to a screen with another scale. It keeps its client area, but Windows draws the
+    /// marks of check boxes and the frame at the new scale.
+    virtual void OnOtherScreen() {}
+
     /// Any other message; 0 when it was not used (colour messages answer with their brush).
     virtual INT_PTR OnMessage(UINT /*message*/, WPARAM /*wParam*/, LPARAM /*lParam*/) { return 0; }
 
   private:
     static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
 
+    INT_PTR Begin(HWND window);
+    INT_PTR Dispatch(UINT message, WPARAM wParam, LPARAM lParam);
+    void FollowLook(bool colors);
+    [[nodiscard]] SIZE OuterSize(int dpi) const noexcept;
+    void MoveToScale(int dpi, POINT corner);
+
     HWND handle_ = nullptr;
     Scale scale_;
+    /// The screen on which the owner is seen, if that is not the one that Windows would take.
+    HMONITOR screen_ = nullptr;
+    /// The sizes of the text that the template has and that it would have had (see SizedTemplate).
+    int points_ = 0;
+    int wholePoints_ = 0;
+    /// The client area's size once the dialog is set up.
+    SIZE client_{};
+    bool contrastTheme_ = false;
 };
 
 /// The window that owns the next modal window: the innermost open dialog, else the one set as the main

@@ -76,7 +76,7 @@ std::vector<WORD> WithFont(const WORD* dialogTemplate, size_t words, const std::
     return copy;
 }
 
-std::vector<WORD> TemplateInMessageFont(int id, SIZE room, int dpi) {
+SizedTemplate TemplateInMessageFont(int id, SIZE room, int dpi) {
     const HRSRC resource =
         FindResourceW(ModuleInstance(), MAKEINTRESOURCEW(id), MAKEINTRESOURCEW(kDialogType));
     const HGLOBAL loaded = resource == nullptr ? nullptr : LoadResource(ModuleInstance(), resource);
@@ -94,11 +94,13 @@ std::vector<WORD> TemplateInMessageFont(int id, SIZE room, int dpi) {
         const SIZE size = PixelsOf(units, font, points, dpi);
         return size.cx <= room.cx && size.cy <= room.cy;
     };
-    int points = MulDiv(std::abs(static_cast<int>(font.lfHeight)), kPointsPerInch, kPlainDpi);
+    const int wholePoints = MulDiv(std::abs(static_cast<int>(font.lfHeight)), kPointsPerInch, kPlainDpi);
+    int points = wholePoints;
     while (points > kSmallestPoints && !fits(points))
         --points;
-    return WithFont(words, count, font.lfFaceName, static_cast<WORD>(points),
-                    static_cast<WORD>(font.lfWeight));
+    return {
+        WithFont(words, count, font.lfFaceName, static_cast<WORD>(points), static_cast<WORD>(font.lfWeight)),
+        points, wholePoints};
 }
 
 }  // namespace win

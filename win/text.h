@@ -62,7 +62,7 @@ int DrawPlainText(HDC dc, std::string_view text, RECT& rect, UINT format);
 int TextWidth(HDC dc, std::string_view text);
 
 /// The system's message font at a scale (SystemParametersInfoForDpi), made once for the life of the process;
-/// owned here. It has the size of the system's text already.
+/// owned here. It has the size of the system's text already, or the scale's if that is smaller.
 HFONT MessageFont(const Scale& scale = {});
 
 }  // namespace win

@@ -95,7 +95,16 @@ TEST_F(OptionsLookTest, GroupsItsBoxesInTheirFrames) {
     });
 }
 
+/// Shows no focus marks, as for who uses the mouse.
+testkit::RecordedCall HideMarks() {
+    return FAKE_CALL(SendMessageW, [](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        return message == WM_QUERYUISTATE ? LRESULT{UISF_HIDEFOCUS}
+                                          : ORIGINAL_CALL(SendMessageW)(window, message, wParam, lParam);
+    });
+}
+
 TEST_F(OptionsLookTest, ExplainsEachBoxByItsTip) {
+    const testkit::RecordedCall mouse = HideMarks();
     const std::vector<std::string> tips{
         Tip(frmSettings::chSet + 0,
             "Default: unchecked|If checked, Quon will start when you turn on your computer."),
@@ -145,6 +154,7 @@ TEST_F(OptionsLookTest, ExplainsEachBoxByItsTip) {
 }
 
 TEST_F(OptionsLookTest, MakesATipAnewOnlyForAnotherBoxOrAfterTheBackground) {
+    const testkit::RecordedCall mouse = HideMarks();
     TipLog log;
     Open([&](Window dialog) {
         log.Clear();
@@ -180,7 +190,8 @@ TEST_F(OptionsLookTest, ExplainsTheControlThatTheKeyboardComesTo) {
     });
     TipLog log;
     Open([&](Window dialog) {
-        EXPECT_FALSE(ShownTip()) << "nothing was pressed yet";
+        ASSERT_TRUE(ShownTip()) << "the keyboard is at the first control from the beginning";
+        EXPECT_EQ(std::stoi(log.Tips().back()), frmSettings::chSet + 0);
         for (const int id : {frmSettings::chSet + 6, int{frmSettings::HotKey}, int{frmSettings::Text1}}) {
             GoTo(dialog, id);
             ASSERT_TRUE(ShownTip()) << id;
@@ -232,6 +243,7 @@ TEST_F(OptionsLookTest, ExplainsNothingByTheFocusToWhoUsesTheMouse) {
         return which == VK_LBUTTON ? button : ORIGINAL_CALL(GetKeyState)(which);
     });
     Open([&](Window dialog) {
+        EXPECT_FALSE(ShownTip()) << "opened by the mouse";
         GoTo(dialog, frmSettings::chSet + 6);
         EXPECT_FALSE(ShownTip()) << "no marks are shown";
         state = 0;
@@ -347,6 +359,24 @@ TEST_F(OptionsLookTest, PutsTheDelayIntoTheGapOfItsCaption) {
         EXPECT_TRUE(PtInRegion(region, box.left - 2 - option.left, middle));
         EXPECT_TRUE(PtInRegion(region, box.right + 2 - option.left, middle));
         DeleteObject(region);
+        Click(dialog, kCancelButton);
+    });
+}
+
+TEST_F(OptionsLookTest, TheDelayStaysInItsGapOnAScreenOfAnotherScale) {
+    UINT dpi = 96;
+    const auto scale = FAKE_CALL(GetDpiForWindow, [&](HWND) { return dpi; });
+    Open([&](Window dialog) {
+        const RECT before = dialog.Child(kDelayBox).Rect();
+        const LONG corner = dialog.Child(frmSettings::chSet + 8).Rect().left;
+        dpi = 192;
+        const RECT suggested = dialog.Rect();
+        dialog.Send(WM_DPICHANGED, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(&suggested));
+        const RECT after = dialog.Child(kDelayBox).Rect();
+        const LONG moved = dialog.Child(frmSettings::chSet + 8).Rect().left - corner;
+        // The mark before the caption is twice as wide; the font is the same.
+        EXPECT_EQ(after.left - moved, before.left + 13);
+        EXPECT_EQ(after.right - moved, before.right + 13);
         Click(dialog, kCancelButton);
     });
 }

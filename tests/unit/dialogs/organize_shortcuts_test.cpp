@@ -11,6 +11,7 @@
 #include "tests/support/held_file.h"
 #include "tests/support/scroll_end.h"
 #include "tests/unit/dialogs/organize_shortcuts_fixture.h"
+#include "win/geometry.h"
 
 namespace dialogs {
 namespace {
@@ -256,6 +257,30 @@ TEST_F(OrganizeShortcutsTest, OnAFileThatIsEmptyForAMomentItWaitsForTheListAndKe
                  EXPECT_THAT(Names(organiser), ElementsAre("Notes", "Work", "Ђорђе 文件"));
                  Quit(organiser);
              }});
+}
+
+TEST_F(OrganizeShortcutsTest, ItsRowsAreAsMuchSmallerAsTheDialogsText) {
+    const auto font = FAKE_CALL(
+        SystemParametersInfoForDpi, [](UINT what, UINT size, PVOID record, UINT flags, UINT dpi) -> WINBOOL {
+            if (ORIGINAL_CALL(SystemParametersInfoForDpi)(what, size, record, flags, dpi) == FALSE)
+                return FALSE;
+            static_cast<NONCLIENTMETRICSW*>(record)->lfMessageFont.lfHeight = -12;
+            return TRUE;
+        });
+    LONG height = 0;
+    const auto measure = [&](Window organiser) {
+        height = win::Height(List(organiser).Rect());
+        Quit(organiser);
+    };
+    Organize(kShortcuts, {measure});
+    EXPECT_EQ(height, 4 + 3 * 47 + 2 * 4 + 4);
+    const auto screen = FAKE_CALL(GetMonitorInfoW, [](HMONITOR, LPMONITORINFO info) -> WINBOOL {
+        info->rcMonitor = info->rcWork = {0, 0, 1024, 300};
+        return TRUE;
+    });
+    Organize(kShortcuts, {measure});
+    // Eight points in place of nine.
+    EXPECT_EQ(height, 4 + 3 * 42 + 2 * 4 + 4);
 }
 
 }  // namespace

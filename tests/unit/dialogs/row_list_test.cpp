@@ -56,7 +56,7 @@ class RowListTest : public ::testing::Test {
   protected:
     RowListTest() : frame_(Control(L"STATIC", 730)), bar_(Control(L"SCROLLBAR", 732)) {
         SetWindowLongW(bar_, GWL_STYLE, WS_CHILD | WS_VISIBLE | SBS_VERT);
-        list_.CreateOn(frame_, bar_, 731);
+        list_.CreateOn(frame_, bar_, 731, win::Scale::Of(frame_));
     }
     ~RowListTest() override { model::DefaultBrowserPath.clear(); }
 
@@ -75,7 +75,7 @@ class RowListTest : public ::testing::Test {
     void UseLook(const RowLook& look) {
         list_.Destroy();
         other_ = std::make_unique<RowList>(look);
-        other_->CreateOn(frame_, bar_, 731);
+        other_->CreateOn(frame_, bar_, 731, win::Scale::Of(frame_));
     }
     RowList& Other() { return *other_; }
     /// The top of the list's window in its frame.
@@ -251,6 +251,22 @@ TEST_F(RowListTest, ItsNameIsThatOfTheSelectedRow) {
     EXPECT_EQ(list_.SelectedRow()->tag, "g");
     list_.Assign({});
     EXPECT_EQ(win::WindowText(list_.Handle()), "");
+}
+
+TEST_F(RowListTest, ItTellsOfANameThatChangesAndOfNoOther) {
+    list_.Assign(Numbered(3));
+    const testkit::RecordedCall notify =
+        FAKE_CALL(NotifyWinEvent, [&](DWORD event, HWND window, LONG object, LONG child) {
+            EXPECT_EQ(event, DWORD{EVENT_OBJECT_NAMECHANGE});
+            EXPECT_EQ(window, list_.Handle());
+            EXPECT_EQ(object, LONG{OBJID_CLIENT});
+            EXPECT_EQ(child, LONG{CHILDID_SELF});
+            log_.Add("told", win::WindowText(window));
+        });
+    Press(list_, VK_DOWN);
+    Press(list_, VK_END);
+    Press(list_, VK_END);
+    EXPECT_THAT(log_.Lines(), ElementsAre("told row 1", "told row 2"));
 }
 
 TEST_F(RowListTest, NewRowsKeepSelectionAndScrollingAsFarAsTheyReach) {

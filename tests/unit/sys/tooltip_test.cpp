@@ -15,6 +15,8 @@
 #include "tests/support/text.h"
 #include "tests/support/window.h"
 #include "win/colors.h"
+#include "win/scale.h"
+#include "win/text.h"
 #include "win/window.h"
 
 namespace sys {
@@ -157,6 +159,52 @@ TEST_F(TooltipTest, HasTheThemesColoursUnderAContrastTheme) {
     EXPECT_EQ(lines[lines.size() - 2], "1043 " + std::to_string(GetSysColor(COLOR_INFOBK)) + " 0");
     EXPECT_EQ(lines.back(), "1044 " + std::to_string(GetSysColor(COLOR_INFOTEXT)) + " 0");
     win::ForgetColors();
+}
+
+TEST_F(TooltipTest, FollowsTheColoursOnceItIsThere) {
+    bool dark = false;
+    const RecordedCall contrast =
+        FAKE_CALL(SystemParametersInfoW, [&](UINT what, UINT size, PVOID value, UINT flags) -> WINBOOL {
+            if (what != SPI_GETHIGHCONTRAST)
+                return ORIGINAL_CALL(SystemParametersInfoW)(what, size, value, flags);
+            static_cast<HIGHCONTRASTW*>(value)->dwFlags = dark ? HCF_HIGHCONTRASTON : 0;
+            return TRUE;
+        });
+    DWORD text = RGB(1, 2, 3);
+    const RecordedCall colors = FAKE_CALL(GetSysColor, [&](int index) -> DWORD {
+        return index == COLOR_INFOTEXT ? text : ORIGINAL_CALL(GetSysColor)(index);
+    });
+    win::ForgetColors();
+    clsToolTip tip;
+    tip.FollowColors();
+    tip.SetParentControl(control_);
+    tip.Create();
+    dark = true;
+    win::ForgetColors();
+    tip.FollowColors();
+    EXPECT_EQ(SendMessageW(tip.Handle(), TTM_GETTIPBKCOLOR, 0, 0), GetSysColor(COLOR_INFOBK));
+    EXPECT_EQ(SendMessageW(tip.Handle(), TTM_GETTIPTEXTCOLOR, 0, 0), RGB(1, 2, 3));
+    dark = false;
+    text = RGB(4, 5, 6);
+    win::ForgetColors();
+    tip.FollowColors();
+    EXPECT_EQ(SendMessageW(tip.Handle(), TTM_GETTIPBKCOLOR, 0, 0), RGB(0xDD, 0xE1, 0xDD));
+    EXPECT_EQ(SendMessageW(tip.Handle(), TTM_GETTIPTEXTCOLOR, 0, 0), RGB(4, 5, 6));
+    win::ForgetColors();
+}
+
+TEST_F(TooltipTest, HasTheMessageFontOfAScreenWithAScaleOfItsOwn) {
+    const RecordedCall screen = FAKE_CALL(GetDpiForWindow, [](HWND) { return 144U; });
+    clsToolTip tip;
+    tip.SetParentControl(control_);
+    tip.Create();
+    // The control keeps a copy of what it is given.
+    LOGFONTW given{};
+    LOGFONTW expected{};
+    GetObjectW(reinterpret_cast<HFONT>(SendMessageW(tip.Handle(), WM_GETFONT, 0, 0)), sizeof given, &given);
+    GetObjectW(win::MessageFont(win::Scale(144, win::TextPercent())), sizeof expected, &expected);
+    EXPECT_EQ(given.lfHeight, expected.lfHeight);
+    EXPECT_STREQ(given.lfFaceName, expected.lfFaceName);
 }
 
 TEST_F(TooltipTest, SendsAnEmptyTitleWhenItIsCreated) {
@@ -332,6 +380,53 @@ TEST_F(TooltipDesktopTest, BreaksItsTextAtEachLineFeedAndNowhereElse) {
     const SIZE wide = SizeOf(tip, std::string(200, 'x') + " " + std::string(200, 'y'));
     EXPECT_EQ(wide.cy, one.cy);
     EXPECT_GT(wide.cx, 10 * one.cx);
+}
+
+/// Where a tip comes up that is shown below a control while windows may take up only a part of the screen.
+class TooltipPlaceDesktopTest : public TooltipTest {
+  protected:
+    // A tooltip may stand by the width of its edge beside the place that it is given.
+    static constexpr int kEdge = 3;
+
+    RECT ShownIn(const RECT& area) {
+        ShowWindow(parent_.Handle(), SW_SHOWNA);
+        const RecordedCall screen = FAKE_CALL(GetMonitorInfoW, [&](HMONITOR, LPMONITORINFO info) -> WINBOOL {
+            info->rcMonitor = info->rcWork = area;
+            return TRUE;
+        });
+        clsToolTip tip;
+        tip.SetParentControl(control_);
+        tip.SetTipText("Text that is wider than the control that it explains");
+        tip.ShowBelow();
+        EXPECT_TRUE(testkit::Window(tip.Handle()).IsVisible());
+        // What it covers can still be clicked.
+        EXPECT_EQ(SendMessageW(tip.Handle(), WM_NCHITTEST, 0, 0), HTTRANSPARENT);
+        return testkit::Window(tip.Handle()).Rect();
+    }
+    RECT Control() const { return testkit::Window(control_).Rect(); }
+};
+
+TEST_F(TooltipPlaceDesktopTest, IsBelowTheControlWhereThereIsRoom) {
+    const RECT tip = ShownIn({0, 0, 1024, 768});
+    EXPECT_NEAR(tip.left, Control().left, kEdge);
+    EXPECT_NEAR(tip.top, Control().bottom + 2, kEdge);
+}
+
+TEST_F(TooltipPlaceDesktopTest, IsAboveItWhereTheScreenEnds) {
+    const RECT tip = ShownIn({0, 0, 1024, Control().bottom + 5});
+    EXPECT_NEAR(tip.left, Control().left, kEdge);
+    EXPECT_NEAR(tip.bottom, Control().top - 2, kEdge);
+}
+
+TEST_F(TooltipPlaceDesktopTest, IsFartherLeftWhereTheScreenEnds) {
+    SetWindowPos(parent_.Handle(), nullptr, 400, 10, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    const LONG right = Control().left + 100;
+    const RECT tip = ShownIn({0, 0, right, 768});
+    EXPECT_NEAR(tip.right, right, kEdge);
+    EXPECT_LT(tip.left, Control().left - kEdge);
+    EXPECT_NEAR(tip.top, Control().bottom + 2, kEdge);
+    // A tip wider than the screen begins at the screen's left.
+    EXPECT_NEAR(ShownIn({7, 0, 50, 768}).left, 7, kEdge);
 }
 
 TEST_F(TooltipTest, IsKeptDownAndLetUpAgain) {

@@ -89,7 +89,7 @@ TEST(DialogTemplateTest, LeavesAloneWhatIsNoSuchTemplate) {
     std::vector<WORD> fontless = stored;
     fontless[6] = static_cast<WORD>(fontless[6] & ~DS_SETFONT);
     EXPECT_TRUE(WithFont(fontless.data(), fontless.size(), L"Tahoma", 9, FW_NORMAL).empty());
-    EXPECT_TRUE(TemplateInMessageFont(4711, kMuchRoom, 96).empty());
+    EXPECT_TRUE(TemplateInMessageFont(4711, kMuchRoom, 96).words.empty());
 }
 
 TEST(DialogTemplateTest, TakesTheSystemsMessageFontInItsSize) {
@@ -101,7 +101,7 @@ TEST(DialogTemplateTest, TakesTheSystemsMessageFontInItsSize) {
             std::memcpy(font.lfFaceName, L"Tahoma", sizeof L"Tahoma");
             return TRUE;
         });
-    const Made made = Make(TemplateInMessageFont(IDD_DEFINE_TAB, kMuchRoom, 96));
+    const Made made = Make(TemplateInMessageFont(IDD_DEFINE_TAB, kMuchRoom, 96).words);
     EXPECT_EQ(made.face, L"Tahoma");
     EXPECT_EQ(made.height, -24);
 }
@@ -116,17 +116,17 @@ TEST(DialogTemplateTest, HasSmallerTextWhereTheDialogWouldNotFitOnItsScreen) {
             return TRUE;
         });
     for (const SIZE room : {SIZE{1300, 700}, {1000, 560}, {3000, 400}}) {
-        const Made made = Make(TemplateInMessageFont(IDD_OPTIONS, room, 96));
+        const Made made = Make(TemplateInMessageFont(IDD_OPTIONS, room, 96).words);
         EXPECT_LE(made.client.cx, room.cx);
         EXPECT_LE(made.client.cy, room.cy);
         // As large as it can be: the next larger text would not fit any more.
         EXPECT_TRUE(made.client.cx > room.cx * 85 / 100 || made.client.cy > room.cy * 85 / 100);
     }
-    EXPECT_EQ(Make(TemplateInMessageFont(IDD_OPTIONS, kMuchRoom, 96)).height, -27);
+    EXPECT_EQ(Make(TemplateInMessageFont(IDD_OPTIONS, kMuchRoom, 96).words).height, -27);
     // A screen that is too small for any text leaves one that can be read.
-    EXPECT_EQ(Make(TemplateInMessageFont(IDD_OPTIONS, {10, 10}, 96)).height, -11);
+    EXPECT_EQ(Make(TemplateInMessageFont(IDD_OPTIONS, {10, 10}, 96).words).height, -11);
     height = -12;
-    EXPECT_EQ(Make(TemplateInMessageFont(IDD_OPTIONS, {1018, 568}, 96)).height, -12);
+    EXPECT_EQ(Make(TemplateInMessageFont(IDD_OPTIONS, {1018, 568}, 96).words).height, -12);
 }
 
 TEST(DialogTemplateTest, FitsOnTheSmallestScreens) {
