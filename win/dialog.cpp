@@ -98,8 +98,8 @@ INT_PTR Dialog::Begin(HWND window) {
     MoveToScreen(screen_, window);
     handle_ = window;
     scale_ = Scale::Of(window);
-    if (points_ < wholePoints_)
-        scale_ = Scale(scale_.Dpi(), MulDiv(scale_.TextPercent(), points_, wholePoints_));
+    // The template's text is fitted to this dialog alone.
+    if (wholePoints_ > 0) scale_ = Scale(scale_.Dpi(), MulDiv(TextPercent(), points_, wholePoints_));
     KeepScale(window);
     contrastTheme_ = ContrastTheme();
     client_ = {};

@@ -1,5 +1,7 @@
 #include "win/seen_screen.h"
 
+#include <shellscalingapi.h>
+
 namespace win {
 
 HMONITOR ScreenOfSeenPart(HWND window) noexcept {
@@ -20,14 +22,9 @@ RECT WorkAreaOf(HMONITOR screen) noexcept {
 }
 
 int DpiOf(HMONITOR screen, int otherwise) noexcept {
-    using Function = HRESULT(WINAPI*)(HMONITOR, int, UINT*, UINT*);
-    constexpr int kEffective = 0;  // MDT_EFFECTIVE_DPI
-    // The shell has loaded the library; nothing else of it is needed.
-    const auto ask = reinterpret_cast<Function>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"shcore"), "GetDpiForMonitor")));
     UINT x = 0;
     UINT y = 0;
-    if (ask == nullptr || FAILED(ask(screen, kEffective, &x, &y)) || x == 0) return otherwise;
+    if (FAILED(GetDpiForMonitor(screen, MDT_EFFECTIVE_DPI, &x, &y)) || x == 0) return otherwise;
     return static_cast<int>(x);
 }
 

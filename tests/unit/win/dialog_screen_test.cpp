@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <shellscalingapi.h>
 
 #include <algorithm>
 #include <functional>
@@ -62,13 +63,6 @@ constexpr RECT kSeenArea{0, 0, 480, 340};
 
 void Cancel(Window dialog) { dialog.Send(WM_COMMAND, IDCANCEL); }
 
-HRESULT WINAPI AnswerDpi(HMONITOR screen, int kind, UINT* x, UINT* y) {
-    EXPECT_EQ(screen, kSeen);
-    EXPECT_EQ(kind, 0);
-    *x = *y = 144;
-    return S_OK;
-}
-
 template <class Function>
 FARPROC Untyped(Function* function) {
     return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(function));
@@ -112,10 +106,14 @@ class DialogScreenTest : public ::testing::Test {
                       }));
         fakes_.push_back(FAKE_CALL(GetProcAddress, [](HMODULE module, LPCSTR name) -> FARPROC {
             const std::string wanted = name;
-            if (wanted == "GetDpiForMonitor") return Untyped(&AnswerDpi);
             if (wanted == "SetDialogDpiChangeBehavior") return Untyped(&SetBehaviour);
             return ORIGINAL_CALL(GetProcAddress)(module, name);
         }));
+        fakes_.push_back(
+            FAKE_CALL(GetDpiForMonitor, [](HMONITOR screen, MONITOR_DPI_TYPE, UINT* x, UINT* y) -> HRESULT {
+                *x = *y = screen == kSeen ? 144 : 96;
+                return S_OK;
+            }));
         Behaviours().clear();
     }
 
@@ -328,7 +326,8 @@ TEST_F(DialogLookTest, OfTheSettingsItFollowsAContrastThemeThatComesOrGoes) {
 }
 
 TEST(SeenScreenTest, TellsNoScaleWhereWindowsDoesNot) {
-    const auto missing = FAKE_CALL(GetProcAddress, [](HMODULE, LPCSTR) -> FARPROC { return nullptr; });
+    const auto refuse = FAKE_CALL(GetDpiForMonitor,
+                                  [](HMONITOR, MONITOR_DPI_TYPE, UINT*, UINT*) -> HRESULT { return E_FAIL; });
     EXPECT_EQ(DpiOf(kSeen, 120), 120);
 }
 
