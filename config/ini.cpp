@@ -288,7 +288,10 @@ std::optional<std::string> TryReadIni(const std::string& section, const std::str
         return GetPrivateProfileStringA(section.c_str(), key.c_str(), "", buffer.data(), kValueSize, file);
     });
     if (!count) return std::nullopt;
-    return Answer(buffer, *count);
+    std::string value = Answer(buffer, *count);
+    // Blanks at the end are not part of a value, but those before a part that did not fit are given.
+    if (*count + 1 >= kValueSize) value.resize(value.find_last_not_of(' ') + 1);
+    return value;
 }
 
 std::string ReadIni(const std::string& section, const std::string& key) {

@@ -135,6 +135,13 @@ TEST_F(IniTest, Reads554CharactersOfALongValue) {
     EXPECT_EQ(config::ReadIni("Cuts", "fits"), std::string(554, 'c'));
 }
 
+TEST_F(IniTest, GivesNoBlanksBeforeAPartThatDidNotFit) {
+    folder_.WriteIniText("[Cuts]\r\nlong=C:\\file.exe" + std::string(600, ' ') +
+                         "more\r\nquoted=\"a  \"\r\n");
+    EXPECT_EQ(config::ReadIni("Cuts", "long"), "C:\\file.exe");
+    EXPECT_EQ(config::ReadIni("Cuts", "quoted"), "a  ");
+}
+
 TEST_F(IniTest, SplitsASectionIntoItsEntries) {
     EXPECT_THAT(config::SectionEntries(""), ElementsAre());
     EXPECT_THAT(config::SectionEntries("a=1"), ElementsAre("a=1"));
