@@ -22,6 +22,15 @@ ComPtr<IAccPropServices> Annotations() noexcept {
 
 constexpr DWORD kClient = static_cast<DWORD>(OBJID_CLIENT);
 
+void Tell(HWND window, const MSAAPROPID& what, long number) noexcept {
+    const ComPtr<IAccPropServices> services = Annotations();
+    if (!services) return;
+    VARIANT value{};
+    value.vt = VT_I4;
+    value.lVal = number;
+    services->SetHwndProp(window, kClient, CHILDID_SELF, what, value);
+}
+
 }  // namespace
 
 HWND AddHiddenLabel(HWND parent, std::string_view text) {
@@ -29,14 +38,9 @@ HWND AddHiddenLabel(HWND parent, std::string_view text) {
                            ModuleInstance(), nullptr);
 }
 
-void TellRole(HWND window, long role) noexcept {
-    const ComPtr<IAccPropServices> services = Annotations();
-    if (!services) return;
-    VARIANT value{};
-    value.vt = VT_I4;
-    value.lVal = role;
-    services->SetHwndProp(window, kClient, CHILDID_SELF, PROPID_ACC_ROLE, value);
-}
+void TellRole(HWND window, long role) noexcept { Tell(window, PROPID_ACC_ROLE, role); }
+
+void TellState(HWND window, long state) noexcept { Tell(window, PROPID_ACC_STATE, state); }
 
 void TellName(HWND window, std::string_view name) {
     const ComPtr<IAccPropServices> services = Annotations();
@@ -47,7 +51,7 @@ void TellName(HWND window, std::string_view name) {
 void ForgetTold(HWND window) noexcept {
     const ComPtr<IAccPropServices> services = Annotations();
     if (!services) return;
-    const std::array told{PROPID_ACC_ROLE, PROPID_ACC_NAME};
+    const std::array told{PROPID_ACC_ROLE, PROPID_ACC_NAME, PROPID_ACC_STATE};
     services->ClearHwndProps(window, kClient, CHILDID_SELF, told.data(), static_cast<int>(told.size()));
 }
 

@@ -18,7 +18,11 @@ void TellRole(HWND window, long role) noexcept;
 /// Tells screen readers what a window is called, in place of its text.
 void TellName(HWND window, std::string_view name);
 
-/// Takes both back, as has to be done before the window goes.
+/// Tells screen readers what state a window is in (STATE_SYSTEM_, all of it), in place of the one that they
+/// would find out.
+void TellState(HWND window, long state) noexcept;
+
+/// Takes all of it back, as has to be done before the window goes.
 void ForgetTold(HWND window) noexcept;
 
 }  // namespace win

@@ -100,9 +100,12 @@ void PictureBox::Refresh() noexcept {
     if (Handle() != nullptr) InvalidateRect(Handle(), nullptr, FALSE);
 }
 
-void PictureBox::SetFrame(int frame) noexcept {
+void PictureBox::SetFrame(int frame) {
     frame_ = frame;
     Refresh();
+    if (!told_) return;
+    TellScreenReader();
+    if (frame == 1) NotifyWinEvent(EVENT_OBJECT_SELECTION, Handle(), OBJID_CLIENT, CHILDID_SELF);
 }
 
 void PictureBox::SetMeaning(const std::string& text) {
@@ -119,6 +122,11 @@ void PictureBox::SetAccessible(long role, std::string nameWithoutMeaning) {
 void PictureBox::TellScreenReader() {
     told_ = true;
     TellRole(Handle(), role_);
+    if (role_ == ROLE_SYSTEM_PAGETAB) {
+        const long focus = GetFocus() == Handle() ? STATE_SYSTEM_FOCUSED : 0;
+        const long selection = frame_ == 1 ? STATE_SYSTEM_SELECTED : 0;
+        TellState(Handle(), STATE_SYSTEM_FOCUSABLE | STATE_SYSTEM_SELECTABLE | focus | selection);
+    }
     const std::string meaning = WindowText(Handle());
     TellName(Handle(), meaning.empty() ? nameWithoutMeaning_ : meaning);
 }
@@ -161,10 +169,12 @@ std::optional<LRESULT> PictureBox::OnMessage(UINT message, WPARAM wParam, LPARAM
             return DLGC_WANTARROWS | (wParam == VK_RETURN ? DLGC_WANTMESSAGE : 0);
         case WM_SETFOCUS:
             Refresh();
+            if (told_) TellScreenReader();
             if (onFocus) onFocus();
             return 0;
         case WM_KILLFOCUS:
             Refresh();
+            if (told_) TellScreenReader();
             if (onFocusLost) onFocusLost();
             return 0;
         case WM_CAPTURECHANGED: OnCaptureChanged(); return 0;

@@ -111,7 +111,7 @@ class PictureBox : public Window {
     void Refresh() noexcept;
 
     /// 1 marks the box (the header of the shown tab), 0 does not; onOverlay draws the difference.
-    void SetFrame(int frame) noexcept;
+    void SetFrame(int frame);
 
     /// The value that SetFrame was given last; 0 at first.
     [[nodiscard]] int Frame() const noexcept { return frame_; }
@@ -126,7 +126,7 @@ class PictureBox : public Window {
     void SetMeaning(const std::string& text);
 
     /// What screen readers are told when one asks: what the box is (ROLE_SYSTEM_), a push button unless set,
-    /// and what it is called as long as its meaning is empty.
+    /// and what it is called as long as its meaning is empty. A page tab is selected while it is marked.
     void SetAccessible(long role, std::string nameWithoutMeaning = {});
 
   protected:

@@ -13,6 +13,7 @@ class Annotations::Services : public IAccPropServices {
   public:
     struct Told {
         std::optional<long> role;
+        std::optional<long> state;
         std::string name;
     };
 
@@ -25,9 +26,9 @@ class Annotations::Services : public IAccPropServices {
 
     STDMETHODIMP SetHwndProp(HWND window, DWORD object, DWORD child, MSAAPROPID what,
                              VARIANT value) override {
-        if (!IsWindowItself(object, child) || what != PROPID_ACC_ROLE || value.vt != VT_I4)
-            return E_INVALIDARG;
-        told[window].role = value.lVal;
+        if (!IsWindowItself(object, child) || value.vt != VT_I4) return E_INVALIDARG;
+        if (what != PROPID_ACC_ROLE && what != PROPID_ACC_STATE) return E_INVALIDARG;
+        (what == PROPID_ACC_ROLE ? told[window].role : told[window].state) = value.lVal;
         return S_OK;
     }
     STDMETHODIMP SetHwndPropStr(HWND window, DWORD object, DWORD child, MSAAPROPID what,
@@ -41,6 +42,7 @@ class Annotations::Services : public IAccPropServices {
         if (!IsWindowItself(object, child)) return E_INVALIDARG;
         for (int index = 0; index < count; ++index) {
             if (which[index] == PROPID_ACC_ROLE) told[window].role.reset();
+            if (which[index] == PROPID_ACC_STATE) told[window].state.reset();
             if (which[index] == PROPID_ACC_NAME) told[window].name.clear();
         }
         return S_OK;
@@ -98,6 +100,11 @@ std::optional<long> Annotations::RoleOf(HWND window) const {
     return found == services_->told.end() ? std::nullopt : found->second.role;
 }
 
+std::optional<long> Annotations::StateOf(HWND window) const {
+    const auto found = services_->told.find(window);
+    return found == services_->told.end() ? std::nullopt : found->second.state;
+}
+
 std::string Annotations::NameOf(HWND window) const {
     const auto found = services_->told.find(window);
     return found == services_->told.end() ? std::string() : found->second.name;
@@ -106,7 +113,7 @@ std::string Annotations::NameOf(HWND window) const {
 std::size_t Annotations::Count() const {
     std::size_t count = 0;
     for (const auto& [window, told] : services_->told)
-        if (told.role || !told.name.empty()) ++count;
+        if (told.role || told.state || !told.name.empty()) ++count;
     return count;
 }
 

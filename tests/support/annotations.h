@@ -26,9 +26,11 @@ class Annotations {
 
     /// The role (ROLE_SYSTEM_) that a window was given; nothing when it has none, or not any more.
     std::optional<long> RoleOf(HWND window) const;
+    /// The state (STATE_SYSTEM_) that a window was given; nothing when it has none, or not any more.
+    std::optional<long> StateOf(HWND window) const;
     /// The name that a window was given; "" when it has none, or not any more.
     std::string NameOf(HWND window) const;
-    /// How many windows have a role or a name now.
+    /// How many windows have a role, a state or a name now.
     std::size_t Count() const;
 
   private:

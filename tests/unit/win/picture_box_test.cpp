@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/annotations.h"
 #include "tests/support/hidden_window.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/window.h"
@@ -354,6 +355,48 @@ TEST_F(PictureBoxTest, TellsThatItHasTheFocus) {
     EXPECT_THAT(Events(), ElementsAre("focus"));
     Send(WM_KILLFOCUS);
     EXPECT_THAT(Events(), ElementsAre());
+}
+
+TEST_F(PictureBoxTest, APageTabTellsWhetherItIsSelectedOnceSomebodyHasAsked) {
+    const testkit::Annotations told;
+    HWND focus = nullptr;
+    const RecordedCall get = FAKE_CALL(GetFocus, [&] { return focus; });
+    const RecordedCall event =
+        FAKE_CALL(NotifyWinEvent, [&](DWORD what, HWND window, LONG object, LONG child) {
+            EXPECT_EQ(window, box_.Handle());
+            EXPECT_EQ(object, OBJID_CLIENT);
+            EXPECT_EQ(child, CHILDID_SELF);
+            log_.Add("event", what);
+        });
+    const auto state = [&] { return told.StateOf(box_.Handle()).value_or(0); };
+    constexpr long kAtRest = STATE_SYSTEM_FOCUSABLE | STATE_SYSTEM_SELECTABLE;
+    box_.SetAccessible(ROLE_SYSTEM_PAGETAB, "Tab 1");
+    box_.SetFrame(1);
+    EXPECT_EQ(told.Count(), 0u) << "it takes COM, which nobody needs yet";
+    Events();
+    SendMessageW(box_.Handle(), WM_GETOBJECT, 0, OBJID_CLIENT);
+    EXPECT_EQ(state(), kAtRest | STATE_SYSTEM_SELECTED);
+    box_.SetFrame(0);
+    EXPECT_EQ(state(), kAtRest);
+    EXPECT_THAT(Events(), ElementsAre());
+    box_.SetFrame(1);
+    EXPECT_EQ(state(), kAtRest | STATE_SYSTEM_SELECTED);
+    EXPECT_THAT(Events(), ElementsAre("event " + std::to_string(EVENT_OBJECT_SELECTION)));
+    focus = box_.Handle();
+    SendMessageW(box_.Handle(), WM_SETFOCUS, 0, 0);
+    EXPECT_EQ(state(), kAtRest | STATE_SYSTEM_SELECTED | STATE_SYSTEM_FOCUSED);
+    focus = nullptr;
+    SendMessageW(box_.Handle(), WM_KILLFOCUS, 0, 0);
+    EXPECT_EQ(state(), kAtRest | STATE_SYSTEM_SELECTED);
+    box_.Destroy();
+    EXPECT_EQ(told.Count(), 0u);
+}
+
+TEST_F(PictureBoxTest, AButtonsStateIsWhatWindowsFindsOut) {
+    const testkit::Annotations told;
+    SendMessageW(box_.Handle(), WM_GETOBJECT, 0, OBJID_CLIENT);
+    EXPECT_EQ(told.RoleOf(box_.Handle()), ROLE_SYSTEM_PUSHBUTTON);
+    EXPECT_FALSE(told.StateOf(box_.Handle()));
 }
 
 TEST_F(PictureBoxTest, NeedsNobodyToListen) {
