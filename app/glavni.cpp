@@ -12,6 +12,7 @@
 #include "win/colors.h"
 #include "win/dialog.h"
 #include "win/geometry.h"
+#include "win/icons.h"
 #include "win/key_repeat.h"
 #include "win/modal_windows.h"
 #include "win/shell_call.h"
@@ -61,6 +62,7 @@ void Glavni::CreateParts() {
     options.icon = icon_;
     Create(options);
     FitToScale();
+    SetSmallIcon();
     win::SetMainWindow(Handle());
     menus_.CreateOn(Handle());
     shortcuts_.CreateOn(Handle());
@@ -68,6 +70,13 @@ void Glavni::CreateParts() {
     buttons_.CreateOn(Handle());
     rename_.CreateOn(Handle());
     JoinParts();
+}
+
+void Glavni::SetSmallIcon() {
+    // Left to itself the notification area would shrink the large one.
+    const int size = GetSystemMetricsForDpi(SM_CXSMICON, static_cast<UINT>(scale_.Dpi()));
+    smallIcon_ = win::ResourceIcon(IDI_QUON, size);
+    SendMessageW(Handle(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(smallIcon_.Get()));
 }
 
 bool Glavni::FitToScale() {
@@ -93,10 +102,13 @@ void Glavni::OnDpiChanged(POINT corner) {
 }
 
 void Glavni::OnLookChanged(bool colors) {
+    const HFONT font = win::MessageFont(scale_);
     win::ForgetTextSize();
     win::ForgetColors();
+    win::ForgetFonts();
     // Most changed settings have nothing to do with the panel's look.
-    if (colors || contrastTheme_ != win::ContrastTheme() || scale_ != win::Scale::Of(Handle())) {
+    if (colors || contrastTheme_ != win::ContrastTheme() || scale_ != win::Scale::Of(Handle()) ||
+        font != win::MessageFont(scale_)) {
         if (RescaleParts()) dock_.ShowWhole();
     }
 }

@@ -21,6 +21,7 @@
 #include "app/tray_icon.h"
 #include "config/settings.h"
 #include "dialogs/panel_host.h"
+#include "win/handles.h"
 #include "win/window.h"
 
 namespace app {
@@ -78,6 +79,7 @@ class Glavni : public win::Window, public dialogs::PanelHost {
     void OnScreenChange();
     bool KeyDown(WPARAM key, win::ShiftState shift);
 
+    void SetSmallIcon();
     bool FitToScale();
     bool FitToScreen();
     void OnDpiChanged(POINT corner);
@@ -93,6 +95,8 @@ class Glavni : public win::Window, public dialogs::PanelHost {
     static void BringForward();
     void OnHotKey();
 
+    // The window's small icon, which the notification area shows; it outlives the icon there.
+    win::Icon smallIcon_;
     PanelState state_;
     EdgeDock dock_;
     TrayIcon tray_;

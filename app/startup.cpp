@@ -52,7 +52,8 @@ void Glavni::Load() {
     config::LoadPopUpSettings();
     menus_.ShowTooltipSetting();
     TakeCloseSetting();
-    if (!tray_.AddTrayIcon(Handle(), icon_)) SetTimer(Handle(), kTrayTimer, kTrayInterval, nullptr);
+    if (!tray_.AddTrayIcon(Handle(), smallIcon_ ? smallIcon_.Get() : icon_))
+        SetTimer(Handle(), kTrayTimer, kTrayInterval, nullptr);
     menus_.AddCompanionPrograms();
     ShowFirst();
     // The panel is painted before the rest is done, which nobody sees and for which OLE takes its time.

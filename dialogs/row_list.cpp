@@ -29,15 +29,18 @@ constexpr int kEdgeWidth = 2;  // pixels
 // Windows keeps the coordinates of a window in 16 bits.
 constexpr int kHighestWindow = 30000;
 
-/// The icon of a path in the size that is to be drawn; none when the shell does not tell where it lies.
-win::Icon IconOfSize(const std::string& path, UINT flags, int size) {
+/// The icon of a path in the size that is to be drawn: from the file that the shell names, else from the
+/// system's lists, where it has this index; none when neither has it.
+win::Icon IconOfSize(const std::string& path, UINT flags, int index, int size) {
     SHFILEINFOA info{};
     const UINT asked = flags & SHGFI_USEFILEATTRIBUTES;
-    if (SHGetFileInfoA(path.c_str(), FILE_ATTRIBUTE_NORMAL, &info, sizeof info, SHGFI_ICONLOCATION | asked) !=
-            0 &&
-        info.szDisplayName[0] != '\0')
-        return win::FileIcon(info.szDisplayName, info.iIcon, size);
-    return win::FileIcon(path, 0, size);
+    const bool named = SHGetFileInfoA(path.c_str(), FILE_ATTRIBUTE_NORMAL, &info, sizeof info,
+                                      SHGFI_ICONLOCATION | asked) != 0 &&
+                       info.szDisplayName[0] != '\0';
+    // For many kinds of files the name is only a star.
+    win::Icon icon =
+        named ? win::FileIcon(info.szDisplayName, info.iIcon, size) : win::FileIcon(path, 0, size);
+    return icon ? std::move(icon) : win::ListedIcon(index, size);
 }
 
 }  // namespace
@@ -283,7 +286,7 @@ RowList::ShellIcon RowList::FetchIcon(const std::string& target) {
     ShellIcon icon{reinterpret_cast<HANDLE>(list), info.iIcon, {}};
     const int size = scale_(kIconSize);
     if (icon.list != nullptr && size != GetSystemMetrics(SM_CXSMICON))
-        icon.own = IconOfSize(path, flags, size);
+        icon.own = IconOfSize(path, flags, info.iIcon, size);
     return icon;
 }
 

@@ -265,7 +265,7 @@ void CButtonShortcut::AddFile() {
     const int refresh = refresh_;
     const std::string target = Group ? win::Before(FilePath, '|') : FilePath;
     win::Icon icon;
-    if (answers_ || !icon_) icon = answers_ ? TargetIcon(target, FileIcon, size) : IconOfKind(target);
+    if (answers_ || !icon_) icon = answers_ ? TargetIcon(target, FileIcon, size) : IconOfKind(target, size);
     // The shell lets messages run while it looks for an icon; another refresh has painted then.
     if (refresh != refresh_) return;
     if (icon) icon_ = std::move(icon);
@@ -281,6 +281,10 @@ void CButtonShortcut::DrawCaption(const std::string& caption, const std::string&
     const int right = box_->ScaleWidth() - 3;
     const int top = win::TextWidth(box_->Dc(), caption) > scale(right) ? kTwoLineCaptionTop : kCaptionTop;
     RECT captionPlace = scale(RECT{3, top, right, top + kCaptionHeight});
+    // A font does not grow evenly: two lines just fit at the plain scale, but not at every larger one.
+    if (scale != win::Scale())
+        captionPlace.bottom =
+            std::max<LONG>(captionPlace.bottom, captionPlace.top + 2 * win::LineHeight(box_->Dc()));
     win::DrawPlainText(box_->Dc(), caption, captionPlace, kCentredWrapped);
     RECT markPlace = scale(RECT{4, 2, box_->ScaleWidth() - 4, kCaptionHeight});
     win::DrawPlainText(box_->Dc(), mark, markPlace, DT_WORDBREAK);

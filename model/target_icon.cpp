@@ -60,12 +60,16 @@ win::Icon OwnIcon(int size) {
     return win::ResourceIcon(IDI_QUON, size);
 }
 
-win::Icon ShellIcon(const std::string& path) {
+/// The shell's icon for a path; `kind` says how it is looked for.
+win::Icon ShellIcon(const std::string& path, int size, DWORD attributes, UINT kind) {
     SHFILEINFOA info{};
-    if (path.empty() ||
-        SHGetFileInfoA(path.c_str(), 0, &info, sizeof info, SHGFI_ICON | SHGFI_LARGEICON) == 0)
+    if (path.empty() || SHGetFileInfoA(path.c_str(), attributes, &info, sizeof info,
+                                       SHGFI_ICON | SHGFI_LARGEICON | kind) == 0)
         return {};
-    return Extracted(info.hIcon);
+    win::Icon icon = Extracted(info.hIcon);
+    if (!icon || size == GetSystemMetrics(SM_CXICON)) return icon;
+    win::Icon larger = win::ListedIcon(info.iIcon, size);
+    return larger ? std::move(larger) : std::move(icon);
 }
 
 }  // namespace
@@ -75,19 +79,14 @@ win::Icon TargetIcon(const std::string& target, std::int32_t index, int size) {
     const std::string path = sys::IsUrl(target) ? DefaultBrowserPath : target;
     win::Icon icon = ProgramIcon(path, index, size);
     if (!icon) icon = AssociatedIcon(path, index, size);
-    if (!icon) icon = ShellIcon(path);
+    if (!icon) icon = ShellIcon(path, size, 0, 0);
     return icon ? std::move(icon) : OwnIcon(size);
 }
 
-win::Icon IconOfKind(const std::string& target) {
+win::Icon IconOfKind(const std::string& target, int size) {
     win::AssertMayPump("IconOfKind");
-    SHFILEINFOA info{};
-    constexpr UINT kByName = SHGFI_ICON | SHGFI_LARGEICON | SHGFI_USEFILEATTRIBUTES;
-    win::Icon icon;
-    if (!target.empty() &&
-        SHGetFileInfoA(target.c_str(), FILE_ATTRIBUTE_NORMAL, &info, sizeof info, kByName) != 0)
-        icon = Extracted(info.hIcon);
-    return icon ? std::move(icon) : OwnIcon(GetSystemMetrics(SM_CXICON));
+    win::Icon icon = ShellIcon(target, size, FILE_ATTRIBUTE_NORMAL, SHGFI_USEFILEATTRIBUTES);
+    return icon ? std::move(icon) : OwnIcon(size);
 }
 
 }  // namespace model

@@ -20,6 +20,10 @@ Icon DataIcon(int id, int size) noexcept;
 /// (PrivateExtractIconsW); none when the file has none, or a path that the function has no room for.
 Icon FileIcon(const std::string& file, int index, int size);
 
+/// The icon with this index in the system's list of icons (SHGetImageList), in `size` pixels if the list has
+/// it that large, and as large as the list has it otherwise; none when Windows gives none larger than usual.
+Icon ListedIcon(int index, int size);
+
 /// Draws an icon that is to be `size` pixels wide and high: as it is (DrawIcon) where that is the system's
 /// size of icons, else in that size (DrawIconEx).
 void DrawIconOfSize(HDC dc, POINT at, HICON icon, int size) noexcept;

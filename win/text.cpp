@@ -1,6 +1,9 @@
 #include "win/text.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <cwchar>
 #include <map>
 #include <utility>
 
@@ -8,6 +11,28 @@
 #include "win/handles.h"
 
 namespace win {
+namespace {
+
+/// The message font by dots per inch and the text's size in percent, as it was when it was asked for.
+std::map<std::pair<int, int>, HFONT> g_fonts;
+
+bool IsSame(const LOGFONTW& one, const LOGFONTW& other) noexcept {
+    return std::wcscmp(one.lfFaceName, other.lfFaceName) == 0 &&
+           std::memcmp(&one, &other, offsetof(LOGFONTW, lfFaceName)) == 0;
+}
+
+/// A font is made once for each description and kept: after a change the former one is still selected here
+/// and there, and the user may come back to it.
+HFONT FontOf(const LOGFONTW& description) {
+    static std::vector<std::pair<LOGFONTW, Font>> fonts;
+    for (const auto& [made, font] : fonts)
+        if (IsSame(made, description)) return font.Get();
+    Font font(CreateFontIndirectW(&description));
+    if (!font) return nullptr;
+    return fonts.emplace_back(description, std::move(font)).second.Get();
+}
+
+}  // namespace
 
 std::wstring ToWide(std::string_view text) {
     if (text.empty()) return {};
@@ -106,11 +131,15 @@ int TextWidth(HDC dc, std::string_view text) {
     return size.cx;
 }
 
+int LineHeight(HDC dc) noexcept {
+    TEXTMETRICW metrics{};
+    GetTextMetricsW(dc, &metrics);
+    return metrics.tmHeight;
+}
+
 HFONT MessageFont(const Scale& scale) {
-    // Kept by text size too, because after a change of it the former fonts are still selected here and there.
-    static std::map<std::pair<int, int>, Font> fonts;
-    Font& font = fonts[{scale.Dpi(), scale.TextPercent()}];
-    if (!font) {
+    HFONT& font = g_fonts[{scale.Dpi(), scale.TextPercent()}];
+    if (font == nullptr) {
         NONCLIENTMETRICSW metrics{};
         metrics.cbSize = sizeof metrics;
         SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0,
@@ -119,9 +148,11 @@ HFONT MessageFont(const Scale& scale) {
         if (scale.TextPercent() < TextPercent())
             metrics.lfMessageFont.lfHeight =
                 MulDiv(metrics.lfMessageFont.lfHeight, scale.TextPercent(), TextPercent());
-        font.Reset(CreateFontIndirectW(&metrics.lfMessageFont));
+        font = FontOf(metrics.lfMessageFont);
     }
-    return font.Get();
+    return font;
 }
+
+void ForgetFonts() noexcept { g_fonts.clear(); }
 
 }  // namespace win

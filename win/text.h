@@ -61,8 +61,16 @@ int DrawPlainText(HDC dc, std::string_view text, RECT& rect, UINT format);
 /// The width of one line of text in the font that is selected, in pixels (GetTextExtentPoint32W).
 int TextWidth(HDC dc, std::string_view text);
 
-/// The system's message font at a scale (SystemParametersInfoForDpi), made once for the life of the process;
-/// owned here. It has the size of the system's text already, or the scale's if that is smaller.
+/// The height of one line of text in the font that is selected, in pixels (GetTextMetricsW).
+int LineHeight(HDC dc) noexcept;
+
+/// The system's message font at a scale (SystemParametersInfoForDpi), made once and owned here for the life
+/// of the process. It has the size of the system's text already, or the scale's if that
+/// is smaller.
 HFONT MessageFont(const Scale& scale = {});
+
+/// To be called when the system's message font may have changed: it is asked for anew. Fonts that were handed
+/// out before stay as they are.
+void ForgetFonts() noexcept;
 
 }  // namespace win

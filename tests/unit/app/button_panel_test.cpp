@@ -308,6 +308,26 @@ TEST_F(ButtonPanelTest, FindsTheButtonsOnAnotherScaleToo) {
     }
 }
 
+TEST_F(ButtonPanelTest, MakesTheHoverPictureAndTheTipAnewForAnotherScale) {
+    buttons_.Hover(3);
+    state_.TipButton = 3;
+    const HWND hover = buttons_.HoverPicture().Handle();
+    const auto dpi = FAKE_CALL(GetDpiForWindow, [](HWND) -> UINT { return 192; });
+    std::vector<std::pair<HDC, int>> drawn;
+    const auto icon = FAKE_CALL(DrawIconEx, [&](HDC dc, int x, int y, HICON mark, int width, int height,
+                                                UINT step, HBRUSH brush, UINT flags) {
+        drawn.emplace_back(dc, width);
+        return ORIGINAL_CALL(DrawIconEx)(dc, x, y, mark, width, height, step, brush, flags);
+    });
+    buttons_.Rescale();
+    const RECT place = testkit::Window(hover).Rect();
+    EXPECT_EQ(win::Width(place), 28);
+    EXPECT_EQ(win::Height(place), 28);
+    EXPECT_THAT(drawn, testing::ElementsAre(std::pair(buttons_.HoverPicture().Dc(), 28)));
+    EXPECT_EQ(state_.TipButton, 0) << "the next hover makes a tip of the new size";
+    EXPECT_EQ(GetWindowLongPtrW(hover, GWL_STYLE) & WS_VISIBLE, 0);
+}
+
 TEST_F(ButtonPanelTest, GivesAButtonsPlaceInTheWindow) {
     const RECT place = buttons_.PlaceInWindow(6);
     const RECT real = PlaceIn(host_.Handle(), Button(6));

@@ -5,12 +5,16 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <map>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "res/resource.h"
 #include "tests/support/recorded_call.h"
 #include "tests/unit/app/every_window.h"
+#include "tests/unit/app/panel_harness.h"
 #include "win/handles.h"
 #include "win/scale.h"
 #include "win/text.h"
@@ -42,13 +46,18 @@ class ScopedLook {
                                   -MulDiv(textHeight, static_cast<int>(screen), win::kPlainDpi);
                           return done;
                       }));
-        win::ForgetTextSize();
+        Forget();
     }
-    ~ScopedLook() { win::ForgetTextSize(); }
+    ~ScopedLook() { Forget(); }
     ScopedLook(const ScopedLook&) = delete;
     ScopedLook& operator=(const ScopedLook&) = delete;
 
   private:
+    static void Forget() {
+        win::ForgetTextSize();
+        win::ForgetFonts();
+    }
+
     testkit::RecordedCalls calls_;
 };
 
@@ -60,27 +69,75 @@ void ExpectRoom(const std::string& what, Window window) {
     }
 }
 
-/// The texts that the panel draws itself, in the places that they have.
-void ExpectRoomOnPanel(const std::string& what, Window panel) {
-    const win::Scale scale = win::Scale::Of(panel.Handle());
-    const win::WindowDc dc(panel.Handle());
-    const win::Selection font(dc.Get(), win::MessageFont(scale));
-    const auto lines = [&](const char* text, int width) {
-        RECT place{0, 0, width, 0};
-        win::DrawPlainText(dc.Get(), text, place, DT_CALCRECT | DT_WORDBREAK);
-        return place;
+/// What is drawn while it lives, and what each text lacks in the place that it is drawn in.
+class DrawnTexts {
+  public:
+    DrawnTexts() = default;
+    DrawnTexts(const DrawnTexts&) = delete;
+    DrawnTexts& operator=(const DrawnTexts&) = delete;
+
+    struct Room {
+        LONG lines = 0;
+        LONG width = 0;   // lacking, in pixels
+        LONG height = 0;  // likewise
     };
-    EXPECT_LE(lines("Quon", 1000).bottom, scale(28)) << what;
-    EXPECT_LE(lines("Empty", scale(96)).bottom, scale(30)) << what;
-    EXPECT_LE(lines("Two lines of text", scale(96)).bottom, scale(30)) << what << ": two lines of a name";
-    EXPECT_LE(lines("Main", 1000).bottom, scale(17)) << what << ": a tab's label";
+    const std::map<std::wstring, Room>& Found() const { return found_; }
+
+  private:
+    void Measure(HDC dc, std::wstring text, const RECT& place, UINT format) {
+        RECT needed{0, 0, place.right - place.left, 0};
+        ORIGINAL_CALL(DrawTextExW)
+        (dc, text.data(), static_cast<int>(text.size()), &needed, format | DT_CALCRECT, nullptr);
+        found_[text] = {.lines = needed.bottom / win::LineHeight(dc),
+                        .width = std::max<LONG>(0, needed.right - (place.right - place.left)),
+                        .height = std::max<LONG>(0, needed.bottom - (place.bottom - place.top))};
+    }
+
+    std::map<std::wstring, Room> found_;
+    testkit::RecordedCall draw_ = FAKE_CALL(DrawTextExW, [this](HDC dc, LPWSTR text, int length, LPRECT place,
+                                                                UINT format, LPDRAWTEXTPARAMS params) {
+        if (length > 0) Measure(dc, {text, static_cast<size_t>(length)}, *place, format);
+        return ORIGINAL_CALL(DrawTextExW)(dc, text, length, place, format, params);
+    });
+};
+
+constexpr const char* kWideLabel = "Windows";
+
+/// What a label of seven letters, the most that a tab takes, lacks on the plain scale for the 45 pixels that
+/// it has there.
+int LackOfLabel() {
+    const ScopedLook usual(win::kPlainDpi, 12);
+    const win::MemoryDc dc(CreateCompatibleDC(nullptr));
+    const win::Selection font(dc.Get(), win::MessageFont());
+    return std::max(0, win::TextWidth(dc.Get(), kWideLabel) - 45);
+}
+
+/// The texts that the panel draws itself, in the places that it draws them in.
+void ExpectRoomOnPanel(const std::string& what, int lackOfLabel) {
+    const DrawnTexts drawn;
+    PanelHarness panel(kPlainSettings,
+                       "[Buttons]\r\n10=Main|first\r\n20=Windows|second\r\n11=A name of two lines|0\r\n"
+                       "[Cuts]\r\nA name of two lines=C:\\windows\\notepad.exe\r\n");
+    panel.Load();
+    panel.Window().Send(WM_PAINT);
+    std::set<std::wstring> seen;
+    for (const auto& [text, room] : drawn.Found()) {
+        seen.insert(text);
+        // Nothing is cut that is not cut on the plain scale.
+        const int lack = text == win::ToWide(kWideLabel) ? lackOfLabel : 0;
+        EXPECT_LE(room.width, lack) << what << win::ToBytes(text);
+        EXPECT_EQ(room.height, 0) << what << win::ToBytes(text);
+    }
+    EXPECT_EQ(seen, (std::set<std::wstring>{L"Quon", L"Main", L"Windows", L"A name of two lines", L"Empty"}));
+    EXPECT_EQ(drawn.Found().at(L"A name of two lines").lines, 2) << what;
 }
 
 void ExpectRoomEverywhere(int dpi, int textHeight) {
     const std::string look = std::to_string(dpi) + " dpi, text of " + std::to_string(textHeight) + ": ";
+    const int lackOfLabel = LackOfLabel();
     const ScopedLook scoped(dpi, textHeight);
+    ExpectRoomOnPanel(look, win::Scale(dpi, win::TextPercent())(lackOfLabel));
     ForEveryWindow([&](const std::string& name, Window window) {
-        if (name == "the panel") ExpectRoomOnPanel(look + name, window);
         // The other windows come from templates, which Windows scales.
         const bool fromTemplate = window.FindChild(frmMsg_l1).Handle() == nullptr && name != "the panel";
         if (fromTemplate && dpi != win::kPlainDpi) return;

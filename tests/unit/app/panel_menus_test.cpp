@@ -252,6 +252,50 @@ TEST_F(PanelMenusTest, StandUnderImageButtonsThatAreFlatRaisedOrSunken) {
                                           "edge " + std::to_string(BDR_SUNKENOUTER)));
 }
 
+TEST_F(PanelMenusTest, HaveLightPicturesOnDarkGround) {
+    std::vector<HICON> light;
+    const auto make = FAKE_CALL(
+        CreateIconFromResourceEx,
+        [&](PBYTE bytes, DWORD length, WINBOOL icon, DWORD version, int width, int height, UINT flags) {
+            light.push_back(
+                ORIGINAL_CALL(CreateIconFromResourceEx)(bytes, length, icon, version, width, height, flags));
+            return light.back();
+        });
+    std::vector<HICON> drawn;
+    const auto draw =
+        FAKE_CALL(DrawIconEx, [&](HDC, int, int, HICON icon, int width, int, UINT, HBRUSH, UINT) -> WINBOOL {
+            EXPECT_EQ(width, 20);
+            drawn.push_back(icon);
+            return TRUE;
+        });
+    COLORREF ground = RGB(0x20, 0x20, 0x20);
+    const auto color = FAKE_CALL(GetSysColor, [&](int index) -> DWORD {
+        return index == COLOR_BTNFACE ? ground : ORIGINAL_CALL(GetSysColor)(index);
+    });
+    menus_.Rescale();
+    EXPECT_EQ(light.size(), 4u);
+    EXPECT_EQ(drawn, light);
+    ground = RGB(0xF0, 0xF0, 0xF0);
+    drawn.clear();
+    menus_.Rescale();
+    EXPECT_EQ(light.size(), 4u) << "the usual ones again";
+    EXPECT_EQ(drawn.size(), 4u);
+}
+
+TEST_F(PanelMenusTest, MakeTheTipsThatThereAreAnewForAnotherScale) {
+    ImageButton(1).Send(WM_MOUSEMOVE, 0, MAKELPARAM(5, 5));
+    std::vector<std::pair<HWND, LONG>> tools;
+    const auto note = [&](const auto* tool) { tools.emplace_back(tool->hwnd, tool->rect.right); };
+    const auto send = FAKE_CALL(SendMessageA, [&](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        if (message == TTM_ADDTOOLA) note(reinterpret_cast<const TTTOOLINFOA*>(lParam));
+        if (message == TTM_ADDTOOLW) note(reinterpret_cast<const TTTOOLINFOW*>(lParam));
+        return ORIGINAL_CALL(SendMessageA)(window, message, wParam, lParam);
+    });
+    const auto dpi = FAKE_CALL(GetDpiForWindow, [](HWND) -> UINT { return 192; });
+    menus_.Rescale();
+    EXPECT_THAT(tools, ElementsAre(std::pair(ImageButton(1).Handle(), LONG{56})));
+}
+
 TEST_F(PanelMenusTest, WalkAlongTheirImageButtonsByTheArrows) {
     SetFocus(ImageButton(0).Handle());
     const auto press = [this](WPARAM key) {

@@ -121,6 +121,13 @@ TEST_F(TabStripTest, BuildsTheTipAnewAfterATabWasDefined) {
     EXPECT_EQ(Hover(1).size(), 1u) << "though the pointer never left the header";
 }
 
+TEST_F(TabStripTest, BuildsTheTipAnewAfterTheScaleHasChanged) {
+    EXPECT_EQ(Hover(1).size(), 1u);
+    const auto dpi = FAKE_CALL(GetDpiForWindow, [](HWND) -> UINT { return 192; });
+    tabs_.Rescale();
+    EXPECT_EQ(Hover(1).size(), 1u) << "the former one's tool has the header's former size";
+}
+
 TEST_F(TabStripTest, BuildsATipOnlyWhenThePointerEntersAnotherHeader) {
     EXPECT_EQ(Hover(1).size(), 1u);
     EXPECT_EQ(state_.PopCount, 10);

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "config/settings.h"
+#include "tests/support/icon_lists.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/text.h"
 #include "tests/unit/app/panel_harness.h"
@@ -262,8 +263,23 @@ TEST_F(TrayEventTest, ShowsItsMenuForARightClickInTheNotificationArea) {
 TEST_F(TrayEventTest, ShowsTheWindowAndTheIconOfThePanelInTheNotificationArea) {
     EXPECT_EQ(panel_.TrayRecord().hWnd, panel_.Panel().Handle());
     EXPECT_NE(panel_.TrayRecord().hIcon, nullptr);
-    EXPECT_EQ(reinterpret_cast<ULONG_PTR>(panel_.TrayRecord().hIcon),
-              GetClassLongPtrW(panel_.Panel().Handle(), GCLP_HICON));
+    EXPECT_EQ(reinterpret_cast<LRESULT>(panel_.TrayRecord().hIcon),
+              panel_.Window().Send(WM_GETICON, ICON_SMALL));
+}
+
+TEST(TrayIconSizeTest, IsThatOfTheSystemsSmallIconsAtTheScaleOfTheScreen) {
+    struct Case {
+        UINT dpi;
+        int size;
+    };
+    for (const Case& example : {Case{96, 16}, Case{120, 20}, Case{144, 24}, Case{192, 32}}) {
+        const auto window = FAKE_CALL(GetDpiForWindow, [&](HWND) { return example.dpi; });
+        const auto system = FAKE_CALL(GetDpiForSystem, [&] { return example.dpi; });
+        PanelHarness panel;
+        panel.Load();
+        EXPECT_EQ(testkit::WidthOf(panel.TrayRecord().hIcon), example.size);
+        EXPECT_NE(GetClassLongPtrW(panel.Panel().Handle(), GCLP_HICON), 0) << "the large one stays";
+    }
 }
 
 TEST_F(TrayEventTest, KnowsTheNotificationAreaByTheClassesOfItsWindowsToo) {

@@ -8,12 +8,16 @@
 
 #include <array>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "model/button_shortcut.h"
 #include "model/launching.h"
+#include "model/target_icon.h"
+#include "res/resource.h"
+#include "tests/support/icon_lists.h"
 #include "tests/support/paint_log.h"
 #include "tests/support/paths.h"
 #include "tests/support/recorded_call.h"
@@ -22,6 +26,7 @@
 #include "tests/unit/model/button_fixture.h"
 #include "win/handles.h"
 #include "win/process_start.h"
+#include "win/scale.h"
 #include "win/window.h"
 
 namespace model {
@@ -33,24 +38,15 @@ using testkit::RecordedCall;
 using testkit::RecordedCalls;
 
 constexpr COLORREF kRed = RGB(255, 0, 0);
+constexpr COLORREF kBlue = RGB(0, 0, 255);
 constexpr int kIconSize = 32;
 
 /// A square icon of one colour, covering all its pixels.
-HICON MakeRedIcon() {
-    const win::WindowDc screen(nullptr);
-    const win::Bitmap colour(CreateCompatibleBitmap(screen.Get(), kIconSize, kIconSize));
-    {
-        const win::MemoryDc dc(CreateCompatibleDC(screen.Get()));
-        const win::Selection selected(dc.Get(), colour.Get());
-        const win::Brush brush(CreateSolidBrush(kRed));
-        const RECT all{0, 0, kIconSize, kIconSize};
-        FillRect(dc.Get(), &all, brush.Get());
-    }
-    const std::array<BYTE, kIconSize * kIconSize / 8> opaque{};
-    const win::Bitmap mask(CreateBitmap(kIconSize, kIconSize, 1, 1, opaque.data()));
-    ICONINFO info{TRUE, 0, 0, mask.Get(), colour.Get()};
-    return CreateIconIndirect(&info);
+HICON MakeIcon(COLORREF color, int size) {
+    return testkit::MakeIcon(size, [color](int, int) { return color; });
 }
+
+HICON MakeRedIcon() { return MakeIcon(kRed, kIconSize); }
 
 std::string Times(const std::string& text, int count) {
     std::string all;
@@ -392,6 +388,166 @@ TEST_F(ButtonFaceTest, HasTheMarkInItsTopLeftCorner) {
     button_.Group = false;
     Paint("", "C:\\a.txt");
     EXPECT_EQ(Drawn({2, 2, 35, 88}), 0);
+}
+
+/// A face on a screen of another scale. What a file holds in the size that is asked for is blue.
+class ScaledFaceTest : public ButtonFaceTest {
+  protected:
+    ~ScaledFaceTest() override { button_.SetParentButton(&box_); }
+
+    void UseDpi(int dpi) {
+        dpi_ = FAKE_CALL(GetDpiForWindow, [dpi](HWND) { return static_cast<UINT>(dpi); });
+        large_ = std::make_unique<win::PictureBox>();
+        large_->CreateOn(parent_.Handle(), 202, win::Scale(dpi)(RECT{0, 0, 102, 90}));
+        button_.SetParentButton(large_.get());
+        log_.Clear();
+    }
+    void PaintLarge(const std::string& name, const std::string& path) {
+        button_.Naziv = name;
+        button_.FilePath = path;
+        const RecordedCalls painting = testkit::LogPainting(log_, large_->Handle(), large_->Dc());
+        const RecordedCall icon =
+            FAKE_CALL(DrawIconEx, [this](HDC on, int x, int y, HICON drawn, int width, int height, UINT step,
+                                         HBRUSH brush, UINT flags) {
+                log_.Add("Icon", x, y, "of", width, height);
+                return ORIGINAL_CALL(DrawIconEx)(on, x, y, drawn, width, height, step, brush, flags);
+            });
+        button_.AddFile();
+    }
+    COLORREF LargeAt(int x, int y) const { return GetPixel(large_->Dc(), x, y); }
+
+    bool fileHasSize_ = true;
+    int lineHeight_ = 20;
+    int measured_ = 0;
+    RecordedCall make_ = FAKE_CALL(
+        PrivateExtractIconsW,
+        [this](LPCWSTR file, int index, int width, int height, HICON* icon, UINT*, UINT, UINT) -> UINT {
+            log_.Add("Made", file, index, width, height);
+            if (!fileHasSize_) return 0;
+            *icon = MakeIcon(kBlue, width);
+            return 1;
+        });
+    RecordedCall metrics_ = FAKE_CALL(GetTextMetricsW, [this](HDC dc, LPTEXTMETRICW metrics) -> WINBOOL {
+        ++measured_;
+        ORIGINAL_CALL(GetTextMetricsW)(dc, metrics);
+        metrics->tmHeight = lineHeight_;
+        return TRUE;
+    });
+    std::unique_ptr<win::PictureBox> large_;
+    RecordedCall dpi_;
+};
+
+TEST_F(ScaledFaceTest, HasEverythingAtItsPlaceAndAnIconMadeForItsSize) {
+    UseDpi(144);
+    button_.FileIcon = 3;
+    button_.Switch = "/x";
+    PaintLarge("Name", "C:\\a.txt");
+    EXPECT_THAT(log_.Lines(),
+                ElementsAre("Fill 0 0 153 135", "FindExecutable C:\\a.txt (null)",
+                            "ExtractIcon C:\\Programs\\opener.exe 3", "Made C:\\Programs\\opener.exe 3 48 48",
+                            "Icon 53 12 of 48 48", "Text Name in 5 84 149 129 format 17",
+                            "Text /x in 6 3 147 45 format 16", "Edge 0 0 153 135 type 9 flags 15", "Refresh",
+                            "Refresh"));
+    EXPECT_EQ(LargeAt(53, 12), kBlue);
+    EXPECT_EQ(LargeAt(100, 59), kBlue);
+}
+
+TEST_F(ScaledFaceTest, HasRoomForTwoLinesOfAName) {
+    const RecordedCall wide = FAKE_CALL(GetTextExtentPoint32W, [](HDC, LPCWSTR, int, LPSIZE size) -> WINBOOL {
+        *size = {1000, 20};
+        return TRUE;
+    });
+    struct Case {
+        int dpi;
+        int lineHeight;
+        const char* place;
+    };
+    // The heights of a font whose lines are 1.33 times as high as its size, and of a flat one.
+    for (const Case& example : {Case{120, 20, "4 55 124 95"}, Case{144, 24, "5 66 149 114"},
+                                Case{192, 32, "6 88 198 152"}, Case{192, 26, "6 88 198 148"}}) {
+        UseDpi(example.dpi);
+        lineHeight_ = example.lineHeight;
+        PaintLarge("Name", "C:\\a.txt");
+        EXPECT_EQ(log_.Count("Text Name in " + std::string(example.place) + " format 17"), 1U)
+            << example.dpi << ": " << log_.Text();
+    }
+}
+
+TEST_F(ScaledFaceTest, HasTheLayoutsPlacesOnThePlainScaleWhateverTheFont) {
+    UseDpi(96);
+    lineHeight_ = 40;
+    PaintLarge("Name", "C:\\a.txt");
+    EXPECT_EQ(log_.Count("Text Name in 3 56 99 86 format 17"), 1U) << log_.Text();
+    EXPECT_EQ(log_.Count("Made"), 0U);
+    EXPECT_EQ(measured_, 0);
+}
+
+TEST_F(ScaledFaceTest, TakesAnAssociatedIconFromItsFileInTheRightSize) {
+    const HICON none = nullptr;
+    extracted_ = &none;
+    UseDpi(144);
+    PaintLarge("Name", "C:\\a.txt");
+    EXPECT_EQ(log_.Count("Made C:\\Windows\\shell32.dll 1234 48 48"), 1U) << log_.Text();
+    EXPECT_EQ(LargeAt(53, 12), kBlue);
+}
+
+TEST_F(ScaledFaceTest, StretchesAnIconThatItsFileHasNot) {
+    fileHasSize_ = false;
+    UseDpi(144);
+    PaintLarge("Name", "C:\\a.txt");
+    EXPECT_EQ(LargeAt(53, 12), kRed);
+    EXPECT_EQ(LargeAt(100, 59), kRed);
+}
+
+TEST_F(ScaledFaceTest, ShowsTheProgramsOwnIconInTheRightSize) {
+    const HICON none = nullptr;
+    extracted_ = &none;
+    associated_ = &none;
+    shellHasIcon_ = false;
+    UseDpi(144);
+    const RecordedCall load = FAKE_CALL(
+        LoadImageW, [this](HINSTANCE module, LPCWSTR name, UINT kind, int width, int height, UINT flags) {
+            if (kind == IMAGE_ICON) log_.Add("Load", reinterpret_cast<ULONG_PTR>(name), width, height);
+            return ORIGINAL_CALL(LoadImageW)(module, name, kind, width, height, flags);
+        });
+    PaintLarge("Name", "C:\\a.txt");
+    EXPECT_EQ(log_.Count("Load " + std::to_string(IDI_QUON) + " 48 48"), 1U) << log_.Text();
+    EXPECT_EQ(log_.Count("Icon 53 12 of 48 48"), 1U);
+}
+
+TEST_F(ScaledFaceTest, TakesTheShellsIconFromItsListOfLargerOnes) {
+    const HICON none = nullptr;
+    extracted_ = &none;
+    associated_ = &none;
+    testkit::IconLists lists;
+    lists.Put(SHIL_EXTRALARGE, 48, MakeIcon(kBlue, 48));
+    UseDpi(144);
+    PaintLarge("Name", "C:\\a");
+    EXPECT_EQ(log_.Count("SHGetFileInfo C:\\a 0 " + std::to_string(SHGFI_ICON | SHGFI_LARGEICON)), 1U);
+    EXPECT_EQ(LargeAt(53, 12), kBlue);
+    UseDpi(96);
+    PaintLarge("Name", "C:\\a");
+    EXPECT_EQ(LargeAt(35, 8), kRed) << "as the shell hands it out";
+}
+
+TEST_F(ScaledFaceTest, OfATargetOutOfReachHasTheIconOfItsKindInTheRightSize) {
+    testkit::IconLists lists;
+    lists.Put(SHIL_EXTRALARGE, 48, MakeIcon(kBlue, 48));
+    const std::string asked = "SHGetFileInfo \\\\server\\a.txt " + std::to_string(FILE_ATTRIBUTE_NORMAL) +
+                              " " + std::to_string(SHGFI_ICON | SHGFI_LARGEICON | SHGFI_USEFILEATTRIBUTES);
+    EXPECT_EQ(testkit::PixelOf(IconOfKind("\\\\server\\a.txt", 40).Get(), 39, 39), kBlue);
+    EXPECT_EQ(log_.Count(asked), 1U) << log_.Text();
+    EXPECT_EQ(testkit::PixelOf(IconOfKind("\\\\server\\a.txt", 32).Get(), 31, 31), kRed);
+    shellHasIcon_ = false;
+    EXPECT_EQ(testkit::WidthOf(IconOfKind("\\\\server\\a.txt", 40).Get()), 40) << "the program's own";
+}
+
+TEST_F(ScaledFaceTest, OfAFreeButtonSaysEmptyAtTheSamePlace) {
+    UseDpi(144);
+    button_.Naziv = kFreeName;
+    const RecordedCalls painting = testkit::LogPainting(log_, large_->Handle(), large_->Dc());
+    button_.DrawFace();
+    EXPECT_EQ(log_.Count("Text Empty in 3 84 147 129 format 17"), 1U) << log_.Text();
 }
 
 TEST_F(ButtonFaceTest, HasABumpAroundIt) {

@@ -32,7 +32,7 @@ TEST(ModelMessageBanTest, IsBrokenByIconsAndByOpening) {
     win::SetBanBreachHandler([](const char* routine) noexcept { g_breaches.emplace_back(routine); });
     const auto letMessagesRun = [] {
         static_cast<void>(TargetIcon("C:\\gone.txt", 0, 32));
-        static_cast<void>(IconOfKind("C:\\gone.txt"));
+        static_cast<void>(IconOfKind("C:\\gone.txt", 32));
         std::string target = "C:\\gone.txt";
         int show = SW_SHOWNORMAL;
         LaunchTarget(target, false, show, "");

@@ -3,11 +3,14 @@
 #include <windows.h>
 
 #include <gtest/gtest.h>
+#include <shellapi.h>
 
 #include <string>
+#include <vector>
 
 #include "res/resource.h"
 #include "tests/support/call_log.h"
+#include "tests/support/icon_lists.h"
 #include "tests/support/recorded_call.h"
 #include "win/process_start.h"
 
@@ -15,18 +18,11 @@ namespace win {
 namespace {
 
 using testkit::RecordedCall;
+using testkit::WidthOf;
 
 constexpr int kGroupType = 14;  // RT_GROUP_ICON
-
-int WidthOf(HICON icon) {
-    ICONINFO info{};
-    if (GetIconInfo(icon, &info) == 0) return 0;
-    const Bitmap color(info.hbmColor);
-    const Bitmap mask(info.hbmMask);
-    BITMAP bitmap{};
-    GetObjectW(color.Get(), sizeof bitmap, &bitmap);
-    return bitmap.bmWidth;
-}
+constexpr COLORREF kRed = RGB(255, 0, 0);
+constexpr COLORREF kBlue = RGB(0, 0, 255);
 
 TEST(IconsTest, AreStoredInTheSizesThatTheyAreDrawnAt) {
     // A size that is not stored would be stretched from another one: the file must name it.
@@ -89,6 +85,74 @@ TEST(IconsTest, AFileWithoutIconsGivesNone) {
         return 0;
     });
     EXPECT_FALSE(FileIcon(std::string(MAX_PATH, 'x'), 0, 32));
+}
+
+TEST(IconsTest, OfTheSystemsListsAreShrunkWithoutLosingALine) {
+    testkit::IconLists lists;
+    lists.Put(SHIL_EXTRALARGE, 48,
+              testkit::MakeIcon(48, [](int x, int) { return x % 2 == 0 ? kRed : kBlue; }));
+    lists.Put(SHIL_EXTRALARGE, 48,
+              testkit::MakeIcon(48, [](int x, int) { return x < 24 ? kRed : CLR_NONE; }));
+    const Icon mixed = ListedIcon(0, 24);
+    EXPECT_EQ(testkit::WidthOf(mixed.Get()), 24);
+    EXPECT_EQ(testkit::PixelOf(mixed.Get(), 0, 0), RGB(127, 0, 127));
+    EXPECT_EQ(testkit::PixelOf(mixed.Get(), 23, 23), RGB(127, 0, 127));
+    const Icon half = ListedIcon(1, 32);
+    EXPECT_EQ(testkit::WidthOf(half.Get()), 32);
+    EXPECT_EQ(testkit::PixelOf(half.Get(), 15, 31), kRed);
+    EXPECT_EQ(testkit::PixelOf(half.Get(), 16, 0), RGB(0, 0, 0)) << "nothing is there";
+    const Icon whole = ListedIcon(1, 48);
+    EXPECT_EQ(testkit::PixelOf(whole.Get(), 23, 0), kRed);
+    EXPECT_EQ(testkit::PixelOf(whole.Get(), 24, 0), RGB(0, 0, 0));
+}
+
+TEST(IconsTest, OfTheSystemsListsComeFromTheLargestOneWhereTheOtherIsTooSmall) {
+    testkit::IconLists lists;
+    lists.Put(SHIL_EXTRALARGE, 48, testkit::MakeIcon(48, [](int, int) { return kRed; }));
+    EXPECT_EQ(testkit::WidthOf(ListedIcon(0, 64).Get()), 48) << "there is no larger one";
+    lists.Put(SHIL_JUMBO, 256, testkit::MakeIcon(256, [](int, int) { return kBlue; }));
+    const Icon icon = ListedIcon(0, 64);
+    EXPECT_EQ(testkit::WidthOf(icon.Get()), 64);
+    EXPECT_EQ(testkit::PixelOf(icon.Get(), 0, 0), kBlue);
+    EXPECT_EQ(testkit::PixelOf(icon.Get(), 63, 63), kBlue);
+    EXPECT_EQ(testkit::PixelOf(ListedIcon(0, 40).Get(), 0, 0), kRed);
+}
+
+TEST(IconsTest, ThatOnlyStandInTheCornerOfTheLargestListAreNotTakenFromThere) {
+    testkit::IconLists lists;
+    lists.Put(SHIL_EXTRALARGE, 48, testkit::MakeIcon(48, [](int, int) { return kRed; }));
+    lists.Put(SHIL_JUMBO, 256,
+              testkit::MakeIcon(256, [](int x, int y) { return x < 48 && y < 48 ? kBlue : CLR_NONE; }));
+    const Icon icon = ListedIcon(0, 64);
+    EXPECT_EQ(testkit::WidthOf(icon.Get()), 48);
+    EXPECT_EQ(testkit::PixelOf(icon.Get(), 47, 47), kRed);
+}
+
+TEST(IconsTest, OfOldThatOnlyHaveAMaskKeepTheirHoles) {
+    constexpr int kSize = 48;
+    const WindowDc screen(nullptr);
+    const Bitmap color(CreateCompatibleBitmap(screen.Get(), kSize, kSize));
+    // The right half is not there.
+    std::vector<BYTE> holes;
+    for (int place = 0; place < kSize * kSize / 8; ++place)
+        holes.push_back(place % (kSize / 8) < kSize / 16 ? BYTE{0} : BYTE{0xFF});
+    const Bitmap mask(CreateBitmap(kSize, kSize, 1, 1, holes.data()));
+    ICONINFO info{TRUE, 0, 0, mask.Get(), color.Get()};
+    testkit::IconLists lists;
+    lists.Put(SHIL_EXTRALARGE, kSize, CreateIconIndirect(&info));
+    const Icon icon = ListedIcon(0, 24);
+    const MemoryDc dc(CreateCompatibleDC(screen.Get()));
+    const Bitmap ground(CreateCompatibleBitmap(screen.Get(), 24, 24));
+    SelectObject(dc.Get(), ground.Get());
+    PatBlt(dc.Get(), 0, 0, 24, 24, WHITENESS);
+    DrawIconEx(dc.Get(), 0, 0, icon.Get(), 24, 24, 0, nullptr, DI_NORMAL);
+    EXPECT_EQ(GetPixel(dc.Get(), 11, 0), RGB(0, 0, 0));
+    EXPECT_EQ(GetPixel(dc.Get(), 12, 0), RGB(255, 255, 255));
+}
+
+TEST(IconsTest, OfTheSystemsListsAreNoneWhereWindowsGivesNone) {
+    const testkit::IconLists lists;
+    EXPECT_FALSE(ListedIcon(0, 24));
 }
 
 TEST(IconsTest, AreDrawnAsTheyAreInTheSystemsSizeOnly) {

@@ -129,5 +129,41 @@ TEST(TextTest, HasOneMessageFont) {
     EXPECT_EQ(MessageFont(), MessageFont());
 }
 
+TEST(TextTest, TakesAnotherMessageFontOnceTheFormerOneIsForgotten) {
+    const HFONT usual = MessageFont();
+    const auto weightOf = [](HFONT font) {
+        LOGFONTW description{};
+        EXPECT_NE(GetObjectW(font, sizeof description, &description), 0);
+        return description.lfWeight;
+    };
+    {
+        const RecordedCall heavier = FAKE_CALL(
+            SystemParametersInfoForDpi, [](UINT what, UINT size, PVOID value, UINT flags, UINT dpi) {
+                const WINBOOL done = ORIGINAL_CALL(SystemParametersInfoForDpi)(what, size, value, flags, dpi);
+                if (what == SPI_GETNONCLIENTMETRICS)
+                    static_cast<NONCLIENTMETRICSW*>(value)->lfMessageFont.lfWeight = FW_BLACK;
+                return done;
+            });
+        EXPECT_EQ(MessageFont(), usual);
+        ForgetFonts();
+        const HFONT heavy = MessageFont();
+        EXPECT_EQ(weightOf(heavy), FW_BLACK);
+        ForgetFonts();
+        EXPECT_EQ(MessageFont(), heavy) << "made once only";
+    }
+    EXPECT_NE(weightOf(usual), FW_BLACK) << "it may still be selected somewhere";
+    ForgetFonts();
+    EXPECT_EQ(MessageFont(), usual);
+}
+
+TEST(TextTest, MeasuresTheHeightOfALineOfItsFont) {
+    const MemoryDc dc(CreateCompatibleDC(nullptr));
+    const Selection font(dc.Get(), MessageFont());
+    RECT lines{0, 0, 100, 0};
+    DrawPlainText(dc.Get(), "one\ntwo", lines, DT_CALCRECT);
+    EXPECT_GT(LineHeight(dc.Get()), 0);
+    EXPECT_EQ(2 * LineHeight(dc.Get()), lines.bottom);
+}
+
 }  // namespace
 }  // namespace win
