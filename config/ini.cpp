@@ -156,6 +156,13 @@ std::string Answer(const std::string& buffer, size_t count) {
     return count == 0 ? std::string() : buffer.substr(0, buffer.find_last_not_of('\0', count - 1) + 1);
 }
 
+/// Whether the mark of UTF-8 stands before the line that begins this section.
+bool HidesFirstSection(std::string_view bytes, const std::string& section) {
+    const std::string first = '[' + section + ']';
+    return bytes.starts_with(kUtf8Mark) &&
+           win::UpperCase(bytes.substr(kUtf8Mark.size(), first.size())) == win::UpperCase(first);
+}
+
 /// Whether rewriting the section entry by entry without `key` gives back all the others: a line that is no
 /// entry stops it, one without a name would be lost, and of a double key only the last value would be left.
 bool CanBeRewritten(const std::vector<std::string>& entries, const std::string& key) {
@@ -323,7 +330,7 @@ void AwaitRequired(const std::string& section, const std::string& key) {
         if (bytes && SectionHasKey(*bytes, section, key)) {
             g_required = {IniPath, section, key, state};
             // Windows does not see the section that begins behind the mark.
-            if (bytes->starts_with(kUtf8Mark) && ReadIni(section, key).empty()) RemoveUtf8Mark();
+            if (HidesFirstSection(*bytes, section) && ReadIni(section, key).empty()) RemoveUtf8Mark();
             return;
         }
         // A file that is held is waited for when it is read.

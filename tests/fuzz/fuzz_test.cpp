@@ -80,7 +80,10 @@ class FuzzTest : public testing::Test {
             panel.Load();
         } catch (const win::RuntimeError& error) {
             EXPECT_STRNE(error.what(), "");
-            EXPECT_EQ(panel.Folder().IniBytes(), ini) << "a start that failed has written";
+            // The mark of UTF-8 may go, in case it was what hid the settings.
+            const std::string after = panel.Folder().IniBytes();
+            EXPECT_TRUE(after == ini || "\xEF\xBB\xBF" + after == ini)
+                << "a start that failed has written: " << after;
             return;
         }
         ++loaded_;

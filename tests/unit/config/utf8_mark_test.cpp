@@ -51,7 +51,8 @@ TEST_F(Utf8MarkTest, IsTakenAwayWhereItHidesWhatAStartNeeds) {
 }
 
 TEST_F(Utf8MarkTest, StaysDuringAStartThatReadsWhatItNeeds) {
-    for (const std::string& text : {"\r\n" + std::string(kBegin), std::string("[Settings]\r\nOther=1\r\n")}) {
+    for (const std::string& text : {"\r\n" + std::string(kBegin), std::string("[Settings]\r\nOther=1\r\n"),
+                                    std::string("[Settings\r\nMain=1\r\n")}) {
         folder_.WriteIniText(kMark + text);
         const RecordedCall read =
             FAKE_CALL(GetPrivateProfileStringA, ORIGINAL_CALL(GetPrivateProfileStringA));
