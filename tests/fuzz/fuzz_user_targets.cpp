@@ -73,10 +73,14 @@ void FuzzUser::Paste() {
     NameAddition(index, target);
     DataObject data;
     const bool asText = target.find(":\\") == std::string::npos || dice_.Once(2);
-    if (asText)
+    if (asText) {
         data.OfferText(target);
-    else
-        data.OfferFiles({target, dice_.OneOf(targets_)});
+    } else {
+        const std::string& second = dice_.OneOf(targets_);
+        // A link that leads nowhere is left out.
+        NameTarget(second);
+        data.OfferFiles({target, second});
+    }
     desktop_.Copy(asText ? CF_UNICODETEXT : CF_HDROP, data);
     Choose(index, IDM_BUTTON + app::kPaste);
 }
