@@ -1,9 +1,9 @@
 #include "win/scale.h"
 
-#include <shellscalingapi.h>
-
 #include <algorithm>
 #include <cstdlib>
+
+#include "win/seen_screen.h"
 
 namespace win {
 namespace {
@@ -56,11 +56,7 @@ Scale Scale::Of(HWND window) noexcept {
 void FitTextTo(int layoutHeight) noexcept { g_tallest = layoutHeight; }
 
 int PrimaryDpi() noexcept {
-    UINT across = 0;
-    UINT down = 0;
-    const HMONITOR primary = MonitorFromPoint({0, 0}, MONITOR_DEFAULTTOPRIMARY);
-    if (FAILED(GetDpiForMonitor(primary, MDT_EFFECTIVE_DPI, &across, &down))) across = GetDpiForSystem();
-    return across == 0 ? kPlainDpi : static_cast<int>(across);
+    return DpiOf(MonitorFromPoint({0, 0}, MONITOR_DEFAULTTOPRIMARY), static_cast<int>(GetDpiForSystem()));
 }
 
 int TextPercent() noexcept {

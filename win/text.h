@@ -65,8 +65,7 @@ int TextWidth(HDC dc, std::string_view text);
 int LineHeight(HDC dc) noexcept;
 
 /// The system's message font at a scale (SystemParametersInfoForDpi), made once and owned here for the life
-/// of the process. It has the size of the system's text already, or the scale's if that
-/// is smaller.
+/// of the process. It has the size of the system's text already, or the scale's if that is smaller.
 HFONT MessageFont(const Scale& scale = {});
 
 /// To be called when the system's message font may have changed: it is asked for anew. Fonts that were handed

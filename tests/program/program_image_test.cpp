@@ -143,8 +143,8 @@ TEST(ProgramImageTest, HasItsIconInEverySize) {
 TEST(ProgramImageTest, NeedsOnlyLibrariesOfWindows) {
     const std::vector<std::string> windows{"advapi32.dll", "comctl32.dll", "comdlg32.dll", "dwmapi.dll",
                                            "gdi32.dll",    "mpr.dll",      "kernel32.dll", "msvcrt.dll",
-                                           "ole32.dll",    "oleaut32.dll", "psapi.dll",    "shell32.dll",
-                                           "shlwapi.dll",  "user32.dll",   "uxtheme.dll"};
+                                           "ole32.dll",    "oleaut32.dll", "psapi.dll",    "shcore.dll",
+                                           "shell32.dll",  "shlwapi.dll",  "user32.dll",   "uxtheme.dll"};
     EXPECT_THAT(ProgramImage().Imports(), IsSubsetOf(windows));
 }
 
