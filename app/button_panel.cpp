@@ -179,6 +179,7 @@ std::optional<int> ButtonPanel::ButtonAt(POINT screen) const {
     POINT point = screen;
     ScreenToClient(container_.Handle(), &point);
     for (int index = 1; index <= model::kButtonCount; ++index) {
+        // The scale of the layout: a docked panel may lie on a screen of another.
         const RECT place = hover_.PictureScale()(ButtonPlace(index));
         if (PtInRect(&place, point) != 0) return index;
     }

@@ -145,7 +145,7 @@ void clsToolTip::FollowColors() noexcept {
     if (window_ == nullptr) return;
     SetColors();
     // Once a tip has been given a colour for its text, it follows the system's no more.
-    SendMessageA(window_, TTM_SETTIPTEXTCOLOR, GetSysColor(COLOR_INFOTEXT), 0);
+    if (!win::ContrastTheme()) SendMessageA(window_, TTM_SETTIPTEXTCOLOR, GetSysColor(COLOR_INFOTEXT), 0);
     InvalidateRect(window_, nullptr, TRUE);
 }
 

@@ -24,13 +24,6 @@ int AskTextPercent() noexcept {
     return std::clamp(height * 100 / kUsualTextHeight, 100, kLargestText);
 }
 
-MONITORINFO MonitorOf(HWND window) noexcept {
-    MONITORINFO info{};
-    info.cbSize = sizeof info;
-    GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTOPRIMARY), &info);
-    return info;
-}
-
 /// The text's size that leaves the tallest window on its screen.
 int PercentThatFits(HWND window, int dpi) noexcept {
     const int wanted = TextPercent();
@@ -66,9 +59,16 @@ int TextPercent() noexcept {
 
 void ForgetTextSize() noexcept { g_textPercent = 0; }
 
-RECT ScreenOf(HWND window) noexcept { return MonitorOf(window).rcMonitor; }
+RECT ScreenOf(HWND window) noexcept {
+    MONITORINFO info{};
+    info.cbSize = sizeof info;
+    GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTOPRIMARY), &info);
+    return info.rcMonitor;
+}
 
-RECT WorkAreaOf(HWND window) noexcept { return MonitorOf(window).rcWork; }
+RECT WorkAreaOf(HWND window) noexcept {
+    return WorkAreaOf(MonitorFromWindow(window, MONITOR_DEFAULTTOPRIMARY));
+}
 
 void AddFrame(RECT& rect, HWND window) noexcept {
     const UINT dpi = GetDpiForWindow(window);

@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <commctrl.h>
+#include <gtest/gtest.h>
 
 #include <cstdint>
 #include <functional>
@@ -12,10 +13,30 @@
 
 #include "dialogs/panel_host.h"
 #include "tests/support/call_log.h"
+#include "tests/support/modal_answers.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/window.h"
+#include "win/errors.h"
 
 namespace dialogs {
+
+/// How many errors are reported while `open` runs and the box `id` of a dialog takes no text. A dialog that
+/// cannot show what is stored must not stay open, because it could store what it shows.
+inline int ReportsWithoutText(int id, const std::function<void()>& open) {
+    static int reports = 0;
+    reports = 0;
+    const auto none = FAKE_CALL(SetWindowTextW, [id](HWND window, LPCWSTR text) -> BOOL {
+        return GetDlgCtrlID(window) == id ? FALSE : ORIGINAL_CALL(SetWindowTextW)(window, text);
+    });
+    win::SetErrorReporter([](HWND, const char*) noexcept { ++reports; });
+    const auto user = testkit::ModalAnswers::ForAll([](testkit::Window dialog) {
+        ADD_FAILURE() << "stays open: " << dialog.Text();
+        dialog.Send(WM_SYSCOMMAND, SC_CLOSE);
+    });
+    open();
+    win::SetErrorReporter(nullptr);
+    return reports;
+}
 
 /// Logs what a dialog asks of the main window.
 class RecordedHost : public PanelHost {

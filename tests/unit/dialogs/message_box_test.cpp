@@ -13,6 +13,7 @@
 #include "tests/support/modal_answers.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/window.h"
+#include "tests/unit/dialogs/dialog_parts.h"
 #include "win/dialog.h"
 #include "win/geometry.h"
 
@@ -380,6 +381,13 @@ TEST(MessageBoxTest, TheInputLineTakesNoMoreBytesThanItIsAllowed) {
         box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
     }});
     EXPECT_EQ(ShowMessage("Switch:", 2, "OK", "Cancel", "", true, "文", 6), "文文");
+}
+
+TEST(MessageBoxTest, DoesNotOpenWhereItCannotShowWhatIsToBeChanged) {
+    std::string answer = "none";
+    const auto ask = [&] { answer = ShowMessage("Which?", 2, "OK", "Cancel", "", true, "/x"); };
+    EXPECT_EQ(ReportsWithoutText(frmMsg::Text1, ask), 1);
+    EXPECT_EQ(answer, "");
 }
 
 }  // namespace

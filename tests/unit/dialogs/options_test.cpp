@@ -380,5 +380,9 @@ TEST_F(OptionsTest, ReportsATakenHotKeyAndStaysOpenWithTheFormerOne) {
     EXPECT_EQ(host_.log.Count("close setting"), 0u);
 }
 
+TEST_F(OptionsTest, DoesNotOpenWhereItCannotShowTheDelay) {
+    EXPECT_EQ(ReportsWithoutText(kDelayBox, [this] { Open(); }), 1);
+}
+
 }  // namespace
 }  // namespace dialogs
