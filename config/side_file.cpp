@@ -80,9 +80,9 @@ std::string FinalPath(HANDLE file) {
 
 /// The path that a file was opened by, or for a symbolic link that of the file it leads to. A folder on the
 /// way may be a link without the file being one. Nothing when a link leads nowhere that has a path.
-std::optional<std::string> ResolvedPath(const std::string& path, HANDLE file) {
+std::optional<std::string> ResolvedPath(const std::string& path, DWORD attributes, HANDLE file) {
     std::string final = FinalPath(file);
-    const bool isLink = (GetFileAttributesA(path.c_str()) & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+    const bool isLink = (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
     if (final.empty()) return isLink ? std::nullopt : std::optional(path);
     if (isLink) return final;
     if (win::EqualIgnoringCase(final, path)) return path;
@@ -139,30 +139,31 @@ bool SaysUnknown(DWORD error) {
            error == ERROR_CALL_NOT_IMPLEMENTED;
 }
 
-bool Rename(const std::string& from, const std::string& to, DWORD flags) {
-    return MoveFileExA(from.c_str(), to.c_str(), flags | MOVEFILE_WRITE_THROUGH) != 0;
+bool Rename(const std::string& from, const std::string& to) {
+    return MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_WRITE_THROUGH) != 0;
 }
 
-/// Renames a file onto another one, also while others have that one open and let it be deleted: they go on
-/// with the old one (SetFileInformationByHandle, FileRenameInfoEx).
-bool RenameOntoOpen(const std::string& from, const std::string& to) {
-    // The headers have these for the newest systems only.
-    constexpr auto kFileRenameInfoEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);
-    constexpr DWORD kReplaceIfExists = 1;
-    constexpr DWORD kPosixSemantics = 2;
-    constexpr DWORD kFlags = kReplaceIfExists | kPosixSemantics;
-    const win::File file = Open(from, DELETE | SYNCHRONIZE);
-    if (!file) return false;
+/// Renames a file that is open with the right DELETE (SetFileInformationByHandle).
+bool RenameOpen(HANDLE file, const std::string& to, FILE_INFO_BY_HANDLE_CLASS how, DWORD flags) {
     const std::wstring path = win::ToWide(to);
     const size_t length = path.size() * sizeof(wchar_t);
     // The NUL has its room in the structure.
     std::vector<std::byte> buffer(sizeof(FILE_RENAME_INFO) + length);
     auto* information = reinterpret_cast<FILE_RENAME_INFO*>(buffer.data());
     information->FileNameLength = static_cast<DWORD>(length);
-    std::memcpy(buffer.data(), &kFlags, sizeof(kFlags));
+    std::memcpy(buffer.data(), &flags, sizeof(flags));
     std::memcpy(buffer.data() + offsetof(FILE_RENAME_INFO, FileName), path.data(), length);
-    return SetFileInformationByHandle(file.Get(), kFileRenameInfoEx, information,
-                                      static_cast<DWORD>(buffer.size())) != 0;
+    return SetFileInformationByHandle(file, how, information, static_cast<DWORD>(buffer.size())) != 0;
+}
+
+/// Renames such a file onto another one, also while others have that one open and let it be deleted: they go
+/// on with the old one.
+bool RenameOntoOpen(HANDLE file, const std::string& to) {
+    // The headers have these for the newest systems only.
+    constexpr auto kFileRenameInfoEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);
+    constexpr DWORD kReplaceIfExists = 1;
+    constexpr DWORD kPosixSemantics = 2;
+    return RenameOpen(file, to, kFileRenameInfoEx, kReplaceIfExists | kPosixSemantics);
 }
 
 }  // namespace
@@ -183,7 +184,7 @@ SideFileResult SideFile::Make(const std::string& path) {
         const Writable writable = OpenToWrite(path);
         const win::File& file = writable.File;
         if (!file) return SideFileResult::kRefused;
-        const std::optional<std::string> resolved = ResolvedPath(path, file.Get());
+        const std::optional<std::string> resolved = ResolvedPath(path, attributes, file.Get());
         if (!resolved) return SideFileResult::kImpossible;
         target_ = *resolved;
         // Nor could a side file with the same rights be deleted.
@@ -196,6 +197,12 @@ SideFileResult SideFile::Make(const std::string& path) {
     return MakeUnderAName();
 }
 
+bool SideFile::MakeNew(const std::string& path) const {
+    if (!targetIsNew_) return CopyFileA(target_.c_str(), path.c_str(), TRUE) != 0;
+    return static_cast<bool>(
+        win::File(CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr)));
+}
+
 SideFileResult SideFile::MakeUnderAName() {
     for (int number = 1; number <= kNames; ++number) {
         const std::string name = SideName(target_, number);
@@ -203,10 +210,11 @@ SideFileResult SideFile::MakeUnderAName() {
         if (win::ToWide(name).size() >= MAX_PATH) break;
         bool made = false;
         do {
-            if (Exists(name)) DeleteFileA(name.c_str());
-            made = targetIsNew_ ? static_cast<bool>(win::File(CreateFileA(name.c_str(), GENERIC_WRITE, 0,
-                                                                          nullptr, CREATE_NEW, 0, nullptr)))
-                                : CopyFileA(target_.c_str(), name.c_str(), TRUE) != 0;
+            made = MakeNew(name);
+            if (!made && GetLastError() == ERROR_FILE_EXISTS) {
+                DeleteFileA(name.c_str());
+                made = MakeNew(name);
+            }
         } while (!made && IsHeldError(GetLastError()) && WaitForHeldFile());
         if (made) {
             if (Keep(name)) return SideFileResult::kMade;
@@ -259,9 +267,13 @@ bool SideFile::TargetWasEmptied() const noexcept {
 }
 
 std::optional<SideFile::Identity> SideFile::IdentityOf(HANDLE file) {
-    BY_HANDLE_FILE_INFORMATION information{};
-    if (GetFileInformationByHandle(file, &information) == 0) return std::nullopt;
-    return Identity{information.dwFileAttributes, information.ftCreationTime, AccessRights(file)};
+    // The whole information would have the volume's number too, for which other processes may be asked.
+    FILE_BASIC_INFO information{};
+    if (GetFileInformationByHandleEx(file, FileBasicInfo, &information, sizeof(information)) == 0)
+        return std::nullopt;
+    const FILETIME created{information.CreationTime.LowPart,
+                           static_cast<DWORD>(information.CreationTime.HighPart)};
+    return Identity{information.FileAttributes, created, AccessRights(file)};
 }
 
 void SideFile::TakeOverIdentity(HANDLE file) const {
@@ -279,15 +291,20 @@ void SideFile::TakeOverRights() const {
         SetFileSecurityA(path_.c_str(), DACL_SECURITY_INFORMATION, rights.data());
 }
 
-bool SideFile::Flush() const {
+bool SideFile::KeepForMove(DWORD access) {
+    kept_.Reset();
+    kept_ = Open(path_, access | DELETE, FILE_ATTRIBUTE_NORMAL, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    return static_cast<bool>(kept_);
+}
+
+bool SideFile::Flush() {
     if (!HasRoomToGrow(target_)) {
         SetLastError(ERROR_DISK_FULL);
         return false;
     }
-    const win::File file = Open(path_, GENERIC_WRITE);
-    if (!file) return false;
-    TakeOverIdentity(file.Get());
-    return FlushFileBuffers(file.Get()) != 0;
+    if (!KeepForMove(GENERIC_WRITE)) return false;
+    TakeOverIdentity(kept_.Get());
+    return FlushFileBuffers(kept_.Get()) != 0;
 }
 
 // There are three ways into the place. The first takes one step, also where others have the target open, but
@@ -299,12 +316,15 @@ bool SideFile::TakePlace() {
     // For a target for which it is not known, that costs nothing any more.
     static std::string unknownFor;
     const bool replaces = !targetIsNew_ && !TargetIsLost();
+    if (!kept_ && !KeepForMove(0)) return false;
     if (replaces && unknownFor != target_) {
-        if (RenameOntoOpen(path_, target_)) return true;
+        if (RenameOntoOpen(kept_.Get(), target_)) return true;
         if (SaysUnknown(GetLastError())) unknownFor = target_;
     }
     // A file that has meanwhile come into the place of a missing target is not ours to replace.
-    if (Rename(path_, target_, replaces ? MOVEFILE_REPLACE_EXISTING : 0)) return true;
+    if (RenameOpen(kept_.Get(), target_, FileRenameInfo, replaces ? TRUE : FALSE)) return true;
+    // The third way opens the file itself.
+    kept_.Reset();
     return replaces && unknownFor == target_ && ReplaceWithBackup();
 }
 
@@ -316,17 +336,16 @@ bool SideFile::ReplaceWithBackup() {
     }
     const DWORD error = GetLastError();
     // It stopped between its steps: the second is made up for, or the first taken back.
-    if (TargetIsLost() && Rename(path_, target_, 0)) {
+    if (TargetIsLost() && Rename(path_, target_)) {
         DeleteFileA(backup.c_str());
         return true;
     }
-    if (TargetIsLost()) Rename(backup, target_, 0);
+    if (TargetIsLost()) Rename(backup, target_);
     SetLastError(error);
     return false;
 }
 
 bool SideFile::Replace() {
-    kept_.Reset();
     for (;;) {
         if (TargetHasChanged()) {
             SetLastError(ERROR_FILE_INVALID);
@@ -338,6 +357,7 @@ bool SideFile::Replace() {
         SetLastError(error);
         return false;
     }
+    kept_.Reset();
     path_.clear();
     return true;
 }
@@ -360,7 +380,8 @@ void SideFile::Drop() noexcept {
 void RemoveSideFiles(const std::string& path) {
     const win::File file = Open(path, 0);
     if (!file) return;
-    const std::string target = ResolvedPath(path, file.Get()).value_or(path);
+    const std::string target =
+        ResolvedPath(path, GetFileAttributesA(path.c_str()), file.Get()).value_or(path);
     const std::string start = target + kSuffix;
     WIN32_FIND_DATAA found{};
     // Does not look at the short names, which could match too.

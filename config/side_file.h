@@ -65,12 +65,13 @@ class SideFile {
     [[nodiscard]] bool TargetWasEmptied() const noexcept;
 
     /// Gives the file the target's attributes and creation time and writes what Windows still
-    /// keeps in memory to the disk (FlushFileBuffers). False for a full disk, too; the last error says why.
-    [[nodiscard]] bool Flush() const;
+    /// keeps in memory to the disk (FlushFileBuffers). From here on nobody else can write it either. False
+    /// for a full disk, too; the last error says why.
+    [[nodiscard]] bool Flush();
 
-    /// Takes the target's place, in one step wherever Windows has one (SetFileInformationByHandle,
-    /// MoveFileExA), else in two (ReplaceFileA). A target that has changed is not replaced. False when it
-    /// failed: the last error says why, and both files are as they were, unless TargetIsLost().
+    /// Takes the target's place, after Flush(), in one step wherever Windows has one
+    /// (SetFileInformationByHandle), else in two (ReplaceFileA). A target that has changed is not replaced.
+    /// False when it failed: the last error says why, and both files are as they were, unless TargetIsLost().
     [[nodiscard]] bool Replace();
 
     /// Whether Windows has stopped halfway: there is no target any more, and this file holds everything.
@@ -84,6 +85,7 @@ class SideFile {
 
   private:
     [[nodiscard]] SideFileResult MakeUnderAName();
+    [[nodiscard]] bool MakeNew(const std::string& path) const;
     [[nodiscard]] bool TakePlace();
     [[nodiscard]] bool ReplaceWithBackup();
 
@@ -98,6 +100,7 @@ class SideFile {
     void TakeOverIdentity(HANDLE file) const;
     void TakeOverRights() const;
     [[nodiscard]] bool Keep(const std::string& path);
+    [[nodiscard]] bool KeepForMove(DWORD access);
 
     std::string target_;
     std::string path_;

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 
 #include "tests/support/recorded_call.h"
 #include "tests/support/running_program.h"
@@ -65,6 +66,13 @@ class IniUnitTest : public ConfigFile {
                              SetLastError(ERROR_DISK_FULL);
                              return FALSE;
                          });
+    }
+    /// The full path of an open file.
+    static std::string PathOf(HANDLE file) {
+        std::string path(MAX_PATH, '\0');
+        path.resize(GetFinalPathNameByHandleA(file, path.data(), MAX_PATH, 0));
+        constexpr std::string_view kLocal = "\\\\?\\";
+        return path.starts_with(kLocal) ? path.substr(kLocal.size()) : path;
     }
     testkit::OwnedHandle Hold(const std::string& name, DWORD share = 0) const {
         testkit::OwnedHandle file(CreateFileA(folder_.FullPath(name).c_str(), GENERIC_READ, share, nullptr,

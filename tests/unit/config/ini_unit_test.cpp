@@ -45,14 +45,13 @@ TEST_F(IniUnitTest, TheSideFileIsFlushedAsAWholeBeforeItTakesThePlace) {
         steps.push_back("flushed " + folder_.ReadFile(kSide).substr(0, 6));
         EXPECT_THAT(folder_.ReadFile(kSide), HasSubstr("d=4"));
     });
-    const RecordedCall move = WATCH_CALL(MoveFileExA, [&](LPCSTR from, LPCSTR to, DWORD flags) {
-        EXPECT_EQ(from, folder_.FullPath(kSide));
-        EXPECT_EQ(to, folder_.IniPath());
-        EXPECT_EQ(flags, DWORD{MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH});
-        steps.emplace_back("moved");
-    });
+    const RecordedCall rename =
+        WATCH_CALL(SetFileInformationByHandle, [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS how, auto...) {
+            if (how != FileRenameInfo) return;
+            steps.push_back("moved " + PathOf(file));
+        });
     config::WriteIni("Cuts", "d", "4");
-    EXPECT_THAT(steps, ElementsAre("flushed ; mine", "moved"));
+    EXPECT_THAT(steps, ElementsAre("flushed ; mine", "moved " + folder_.FullPath(kSide)));
 }
 
 TEST_F(IniUnitTest, ReadsInsideAUnitSeeItAndOthersDoNot) {
@@ -385,32 +384,33 @@ TEST_F(IniUnitTest, TheTimeOfItsCreationAndTheAccessRightsAreKept) {
     std::vector<SECURITY_INFORMATION> rights;
     bool same = true;
     const RecordedCall information =
-        FAKE_CALL(GetFileInformationByHandle, [](HANDLE file, LPBY_HANDLE_FILE_INFORMATION data) {
-            const BOOL done = ORIGINAL_CALL(GetFileInformationByHandle)(file, data);
-            data->ftCreationTime = {0x1234, 0x01d00000};
-            return done;
-        });
+        FAKE_CALL(GetFileInformationByHandleEx,
+                  [](HANDLE file, FILE_INFO_BY_HANDLE_CLASS what, LPVOID data, DWORD size) {
+                      const BOOL done = ORIGINAL_CALL(GetFileInformationByHandleEx)(file, what, data, size);
+                      if (what == FileBasicInfo)
+                          static_cast<FILE_BASIC_INFO*>(data)->CreationTime.QuadPart = 0x01d0000000001234;
+                      return done;
+                  });
     const RecordedCall time = FAKE_CALL(
         SetFileTime, [&](HANDLE, const FILETIME* creation, const FILETIME* access, const FILETIME* write) {
             EXPECT_TRUE(access == nullptr && write == nullptr);
             stored = *creation;
             return TRUE;
         });
-    const RecordedCall get = FAKE_CALL(
-        GetKernelObjectSecurity,
-        [&](HANDLE file, SECURITY_INFORMATION what, PSECURITY_DESCRIPTOR rightsOf, DWORD size,
-            LPDWORD needed) -> BOOL {
-            EXPECT_EQ(what, SECURITY_INFORMATION{DACL_SECURITY_INFORMATION});
-            *needed = kLongRights;
-            if (size < kLongRights) {
-                SetLastError(ERROR_INSUFFICIENT_BUFFER);
-                return FALSE;
-            }
-            std::string path(MAX_PATH, '\0');
-            path.resize(GetFinalPathNameByHandleA(file, path.data(), MAX_PATH, 0));
-            static_cast<char*>(rightsOf)[kLongRights - 1] = path.ends_with("Quon.ini") || same ? 'a' : 'b';
-            return TRUE;
-        });
+    const RecordedCall get =
+        FAKE_CALL(GetKernelObjectSecurity,
+                  [&](HANDLE file, SECURITY_INFORMATION what, PSECURITY_DESCRIPTOR rightsOf, DWORD size,
+                      LPDWORD needed) -> BOOL {
+                      EXPECT_EQ(what, SECURITY_INFORMATION{DACL_SECURITY_INFORMATION});
+                      *needed = kLongRights;
+                      if (size < kLongRights) {
+                          SetLastError(ERROR_INSUFFICIENT_BUFFER);
+                          return FALSE;
+                      }
+                      static_cast<char*>(rightsOf)[kLongRights - 1] =
+                          PathOf(file).ends_with("Quon.ini") || same ? 'a' : 'b';
+                      return TRUE;
+                  });
     const RecordedCall set =
         FAKE_CALL(SetFileSecurityA, [&](LPCSTR file, SECURITY_INFORMATION what, PSECURITY_DESCRIPTOR given) {
             EXPECT_EQ(file, folder_.FullPath(kSide));
@@ -455,7 +455,7 @@ TEST_F(IniUnitTest, ASymbolicLinkStaysOne) {
     EXPECT_FALSE(folder_.Exists("elsewhere\\true.ini.unit-1"));
     // A link to where no path leads: the file itself is written.
     const RecordedCalls link = asLink("", "");
-    const RecordedCall move = FAKE_CALL(MoveFileExA, [](auto...) -> BOOL {
+    const RecordedCall rename = FAKE_CALL(SetFileInformationByHandle, [](auto...) -> BOOL {
         ADD_FAILURE() << "the link is replaced";
         return FALSE;
     });

@@ -33,21 +33,16 @@ TEST_F(SideFileTest, ASideFileThatIsHeldFromBeforeCostsNothing) {
 }
 
 TEST_F(SideFileTest, ASideFileThatIsTakenDuringAUnitCostsNothing) {
-    // After the copy, after each write, before the file takes its place. While the unit has it open, nobody
-    // can keep it from being read.
+    // After the copy and after each write. While the unit has it open, nobody can keep it from being read.
     constexpr int kAfterTheCopy = 1;
-    constexpr int kBeforeThePlace = 4;
-    for (int moment = 1; moment <= kBeforeThePlace; ++moment) {
+    constexpr int kAfterTheLastWrite = 3;
+    for (int moment = 1; moment <= kAfterTheLastWrite; ++moment) {
         folder_.WriteIniText(kText);
         testkit::OwnedHandle held;
         int step = 0;
         {
             const RecordedCalls calls = AfterEachStep([&] {
-                if (++step == moment && moment < kBeforeThePlace)
-                    held = Hold(kSide, moment == kAfterTheCopy ? 0 : FILE_SHARE_READ);
-            });
-            const RecordedCall move = WATCH_CALL(MoveFileExA, [&] {
-                if (moment == kBeforeThePlace && !held) held = Hold(kSide);
+                if (++step == moment) held = Hold(kSide, moment == kAfterTheCopy ? 0 : FILE_SHARE_READ);
             });
             config::IniUnit unit;
             EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
@@ -72,6 +67,24 @@ TEST_F(SideFileTest, NobodyCanDeleteTheSideFileDuringAUnit) {
     EXPECT_TRUE(config::WriteIni("Cuts", "d", "4"));
     EXPECT_TRUE(unit.Finish());
     EXPECT_THAT(Lines("Cuts"), ElementsAre("a=2", "b=x=y", "c=3", "d=4"));
+}
+
+TEST_F(SideFileTest, NobodyCanKeepTheFlushedSideFileFromItsPlace) {
+    const std::string path = folder_.FullPath(kSide);
+    const auto open = [&](DWORD access, DWORD share) {
+        const testkit::OwnedHandle file(
+            CreateFileA(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr));
+        return file.get() != INVALID_HANDLE_VALUE;
+    };
+    constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const RecordedCall rename = WATCH_CALL(SetFileInformationByHandle, [&] {
+        EXPECT_FALSE(open(GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE));
+        EXPECT_FALSE(open(DELETE, kShareAll));
+        EXPECT_TRUE(open(GENERIC_READ, kShareAll));
+    });
+    EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
+    EXPECT_EQ(folder_.IniValue("Cuts", "a"), "2");
+    EXPECT_FALSE(folder_.Exists(kSecondSide));
 }
 
 TEST_F(SideFileTest, ASideFileThatVanishesIsMadeAnewWithAllThatWasWritten) {

@@ -19,12 +19,11 @@ const std::string kBackup = SideName(5);
 /// What Windows answers when the side file is to take its place.
 class TakingPlaceTest : public IniUnitTest {
   protected:
-    /// Lets the renaming fail with this error as long as the file is there.
+    /// Lets the renaming onto the file fail with this error, on a system that does not know of renaming onto
+    /// an open one.
     static RecordedCall NoRenaming(DWORD error) {
-        return FAKE_CALL(MoveFileExA, [error](LPCSTR from, LPCSTR to, DWORD flags) -> BOOL {
-            if (GetFileAttributesA(to) == INVALID_FILE_ATTRIBUTES)
-                return ORIGINAL_CALL(MoveFileExA)(from, to, flags);
-            SetLastError(error);
+        return FAKE_CALL(SetFileInformationByHandle, [error](HANDLE, FILE_INFO_BY_HANDLE_CLASS how, auto...) {
+            SetLastError(how == FileRenameInfo ? error : ERROR_INVALID_PARAMETER);
             return FALSE;
         });
     }
@@ -41,14 +40,14 @@ class TakingPlaceTest : public IniUnitTest {
 };
 
 TEST_F(TakingPlaceTest, WhereARenameCannotReplaceTheFileIsReplaced) {
-    const RecordedCall move = NoRenaming(ERROR_ACCESS_DENIED);
+    const RecordedCall rename = NoRenaming(ERROR_ACCESS_DENIED);
     EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
     EXPECT_EQ(folder_.IniValue("Cuts", "a"), "2");
     EXPECT_TRUE(NothingIsLeft());
 }
 
 TEST_F(TakingPlaceTest, IsTriedAgainWhileTheFileIsBusy) {
-    const RecordedCall move = NoRenaming(ERROR_ACCESS_DENIED);
+    const RecordedCall rename = NoRenaming(ERROR_ACCESS_DENIED);
     for (const int busy : {2, 3, 1000}) {
         folder_.WriteIniText(kText);
         Sleep(600);
@@ -67,7 +66,7 @@ TEST_F(TakingPlaceTest, IsTriedAgainWhileTheFileIsBusy) {
 }
 
 TEST_F(TakingPlaceTest, IsNotTriedAgainAfterAnErrorThatStays) {
-    const RecordedCall move = NoRenaming(ERROR_NOT_SUPPORTED);
+    const RecordedCall rename = NoRenaming(ERROR_NOT_SUPPORTED);
     int tries = 0;
     const RecordedCall replace = FAKE_CALL(ReplaceFileA, [&](auto...) -> BOOL {
         ++tries;
@@ -80,7 +79,7 @@ TEST_F(TakingPlaceTest, IsNotTriedAgainAfterAnErrorThatStays) {
 }
 
 TEST_F(TakingPlaceTest, WhereWindowsStopsHalfwayTheWorkIsFinished) {
-    const RecordedCall move = NoRenaming(ERROR_ACCESS_DENIED);
+    const RecordedCall rename = NoRenaming(ERROR_ACCESS_DENIED);
     const RecordedCall replace = StoppedHalfway();
     EXPECT_TRUE(config::WriteIni("Cuts", "a", "2"));
     EXPECT_EQ(folder_.IniValue("Cuts", "a"), "2");
@@ -89,6 +88,7 @@ TEST_F(TakingPlaceTest, WhereWindowsStopsHalfwayTheWorkIsFinished) {
 }
 
 TEST_F(TakingPlaceTest, WhereItCannotBeFinishedTheFormerFileIsPutBack) {
+    const RecordedCall rename = NoRenaming(ERROR_ACCESS_DENIED);
     const RecordedCall move = FAKE_CALL(MoveFileExA, [this](LPCSTR from, LPCSTR to, DWORD flags) -> BOOL {
         if (from == folder_.FullPath(kBackup)) return ORIGINAL_CALL(MoveFileExA)(from, to, flags);
         SetLastError(ERROR_ACCESS_DENIED);
@@ -102,6 +102,7 @@ TEST_F(TakingPlaceTest, WhereItCannotBeFinishedTheFormerFileIsPutBack) {
 
 TEST_F(TakingPlaceTest, WhereNothingCanBeFinishedNothingIsLostAndTheNextUnitFinishesIt) {
     {
+        const RecordedCall rename = NoRenaming(ERROR_ACCESS_DENIED);
         const RecordedCall move = FAKE_CALL(MoveFileExA, [](auto...) -> BOOL {
             SetLastError(ERROR_ACCESS_DENIED);
             return FALSE;
@@ -122,7 +123,7 @@ TEST_F(TakingPlaceTest, WhereNothingCanBeFinishedNothingIsLostAndTheNextUnitFini
 }
 
 TEST_F(TakingPlaceTest, WhereThePlaceIsDeniedForGoodTheFileItselfIsWritten) {
-    const RecordedCall move = NoRenaming(ERROR_ACCESS_DENIED);
+    const RecordedCall rename = NoRenaming(ERROR_ACCESS_DENIED);
     int tries = 0;
     const RecordedCall replace = FAKE_CALL(ReplaceFileA, [&](auto...) -> BOOL {
         ++tries;
@@ -140,7 +141,7 @@ TEST_F(TakingPlaceTest, WhereThePlaceIsDeniedForGoodTheFileItselfIsWritten) {
 }
 
 TEST_F(TakingPlaceTest, WhereThePlaceIsDeniedForGoodAFailureIsTakenBackToo) {
-    const RecordedCall move = NoRenaming(ERROR_ACCESS_DENIED);
+    const RecordedCall rename = NoRenaming(ERROR_ACCESS_DENIED);
     const RecordedCall replace = FAKE_CALL(ReplaceFileA, [](auto...) -> BOOL {
         SetLastError(ERROR_ACCESS_DENIED);
         return FALSE;
@@ -181,7 +182,7 @@ TEST_F(TakingPlaceTest, AFileThatMayNotBeDeletedIsWrittenItself) {
 }
 
 TEST_F(TakingPlaceTest, TheFormerFileIsThereUntilItsSuccessorIs) {
-    const RecordedCall move = NoRenaming(ERROR_ACCESS_DENIED);
+    const RecordedCall rename = NoRenaming(ERROR_ACCESS_DENIED);
     int replaced = 0;
     const RecordedCall replace =
         WATCH_CALL(ReplaceFileA, [&](LPCSTR, LPCSTR, LPCSTR backup, DWORD, LPVOID, LPVOID) {
