@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -11,6 +13,7 @@
 #include "dialogs/icon_chooser.h"
 #include "tests/program/quon_test.h"
 #include "tests/support/neighbour.h"
+#include "tests/support/paths.h"
 #include "tests/support/wine.h"
 
 namespace testkit {
@@ -48,6 +51,18 @@ class ButtonMenuProgramTest : public QuonTest {
         WaitFor("the panel is topmost again", [&] { return quon.Main().IsTopmost(); });
     }
 };
+
+/// The bytes of a program with its imports in memory that may only be read, where newer linkers put them.
+std::string WithProtectedImports(const std::string& program) {
+    std::string bytes = FileBytes(program);
+    const auto* start = reinterpret_cast<const IMAGE_DOS_HEADER*>(bytes.data());
+    auto* headers = reinterpret_cast<IMAGE_NT_HEADERS*>(bytes.data() + start->e_lfanew);
+    const std::span sections(IMAGE_FIRST_SECTION(headers), headers->FileHeader.NumberOfSections);
+    for (IMAGE_SECTION_HEADER& section : sections)
+        if (std::memcmp(section.Name, ".idata", sizeof(".idata")) == 0)
+            section.Characteristics &= ~DWORD{IMAGE_SCN_MEM_WRITE};
+    return bytes;
+}
 
 TEST_F(ButtonMenuProgramTest, RenamesAFileAndKeepsItsButton) {
     const std::string path = folder_.MakeFile("Извор\\writ č.txt", "text");
@@ -136,6 +151,16 @@ TEST_F(ButtonMenuProgramTest, PickersReturnAndCancel) {
     }
     ExpectPanelBack(quon);
     EXPECT_EQ(quon.Button(3).Text(), "Empty");
+}
+
+TEST_F(ButtonMenuProgramTest, ALibraryThatIsLoadedLateNeedsNoWritableImports) {
+    folder_.MakeFile("Quon.exe", WithProtectedImports(QuonExe()));
+    QuonPanel quon = Start({});
+    Choose(quon, 2, "Add file to button");
+    const Window picker = WaitForPicker(quon);
+    keyboard::Press(VK_ESCAPE);
+    WaitUntilClosed(picker);
+    ExpectPanelBack(quon);
 }
 
 TEST_F(ButtonMenuProgramTest, AssignsARunningProgramAndNeverOffersItself) {
