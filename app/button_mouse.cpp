@@ -141,18 +141,21 @@ void ButtonMouse::EditSwitch() {
     }
     const std::string name = button.Naziv;
     std::string shown = button.Switch;
-    while (!AskSwitch(name, shown))
+    const std::string stored = shown;
+    while (!AskSwitch(name, stored, shown))
         dialogs::ShowNote("Couldn't perform the operation, sorry.");
     state_.RefreshNamed({name}, place);
 }
 
 /// Asks for the switch of a shortcut, starting with the shown one. False when the answer could not be stored;
 /// what was typed is shown from then on.
-bool ButtonMouse::AskSwitch(const std::string& name, std::string& shown) {
+bool ButtonMouse::AskSwitch(const std::string& name, const std::string& stored, std::string& shown) {
     const std::string answer = dialogs::ShowMessage("Please enter command switch for this file:", 3, "Cancel",
                                                     "Delete", "OK", true, shown, config::kLongestValue);
     if (answer.empty() || answer == "Cancel") return true;
     if (answer == "Delete") return state_.Store().RemoveSwitch(name);
+    // The file may hold more of it than was read.
+    if (answer == stored) return true;
     shown = answer;
     return state_.Store().PutSwitch(name, answer);
 }

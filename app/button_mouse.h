@@ -51,7 +51,7 @@ class ButtonMouse {
     void RunAction();
     void Launch(int showCommand);
     void EditSwitch();
-    bool AskSwitch(const std::string& name, std::string& shown);
+    bool AskSwitch(const std::string& name, const std::string& stored, std::string& shown);
 
     PanelState& state_;
     ButtonPanel& buttons_;

@@ -11,7 +11,7 @@ namespace {
 FARPROC WINAPI MakeAddressWritable(unsigned step, PDelayLoadInfo import) {
     DWORD before = 0;
     if (step == dliStartProcessing)
-        VirtualProtect(import->ppfn, sizeof(*import->ppfn), PAGE_READWRITE, &before);
+        VirtualProtect(static_cast<void*>(import->ppfn), sizeof(*import->ppfn), PAGE_READWRITE, &before);
     return nullptr;
 }
 

@@ -221,20 +221,22 @@ struct Removal {
         kByRewrite  ///< the section is written without the entry
     };
     Kind What = kNothing;
+    std::string Key = {};  ///< as it is spelled in the file, as far as that could be read
     std::vector<std::string> Entries = {};
     size_t Index = 0;  ///< of the entry, where the section is rewritten
 };
 
 Removal FindRemoval(const std::string& sectionText, const std::string& key) {
     const std::vector<std::string> entries = SectionEntries(sectionText);
-    // A section that was not read to its end, or that holds more than entries, cannot be rewritten either.
-    if (WasCut(sectionText) || !CanBeRewritten(entries, key))
-        return {key.empty() ? Removal::kNothing : Removal::kByKey};
     const auto match = std::find_if(entries.begin(), entries.end(), [&](const std::string& entry) {
         return win::EqualIgnoringCase(win::Before(entry, '='), key);
     });
+    const std::string stored = match == entries.end() ? key : win::Before(*match, '=');
+    // A section that was not read to its end, or that holds more than entries, cannot be rewritten either.
+    if (WasCut(sectionText) || !CanBeRewritten(entries, key))
+        return {key.empty() ? Removal::kNothing : Removal::kByKey, stored};
     if (match == entries.end()) return {};
-    return {Removal::kByRewrite, entries, static_cast<size_t>(match - entries.begin())};
+    return {Removal::kByRewrite, stored, entries, static_cast<size_t>(match - entries.begin())};
 }
 
 /// The answer of a change that could not read what it is to change.
@@ -250,12 +252,14 @@ bool TakeOut(const std::string& section, const std::string& key) {
     if (!text) return NothingDone();
     const Removal removal = FindRemoval(*text, key);
     if (removal.What == Removal::kNothing) return true;
-    if (removal.What == Removal::kByKey || (!key.empty() && HasComments(section)))
-        return CarryOut({section, key, std::nullopt});
+    // Where the file itself is written, it would for a moment hold values that are cut at their "=".
+    if (removal.What == Removal::kByKey ||
+        (!key.empty() && (IniUnit::WritesItself() || HasComments(section))))
+        return CarryOut({section, removal.Key, std::nullopt});
     // What other programs add meanwhile is not in what was read: then only the one record is taken out.
     const unsigned reading = IniUnit::TimesMade();
     IniWrite write = SectionWrite(section, WithoutEntry(removal.Entries, removal.Index));
-    write.Otherwise = IniWrite::InNewFile{reading, key};
+    write.Otherwise = IniWrite::InNewFile{reading, removal.Key};
     if (!CarryOut(std::move(write))) return false;
     // Values were cut at their "=".
     std::vector<std::string> left = removal.Entries;
@@ -299,6 +303,15 @@ std::optional<std::string> TryReadIni(const std::string& section, const std::str
     // Blanks at the end are not part of a value, but those before a part that did not fit are given.
     if (*count + 1 >= kValueSize) value.resize(value.find_last_not_of(' ') + 1);
     return value;
+}
+
+std::optional<std::string> ReadIniForCertain(const std::string& section, const std::string& key) {
+    // While it is open here, nobody can keep it from being read.
+    const win::File file(CreateFileA(FileToRead().c_str(), GENERIC_READ,
+                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file && IsHeldError(GetLastError())) return std::nullopt;
+    return TryReadIni(section, key);
 }
 
 std::string ReadIni(const std::string& section, const std::string& key) {

@@ -32,6 +32,10 @@ std::string ReadIni(const std::string& section, const std::string& key);
 /// or not whole as while another program writes it. Only "" says that there is no such record.
 std::optional<std::string> TryReadIni(const std::string& section, const std::string& key);
 
+/// As TryReadIni, but what says that there is no such record can be acted upon: Windows has the same answer
+/// for that and, on some systems, for a file that another program keeps to itself.
+std::optional<std::string> ReadIniForCertain(const std::string& section, const std::string& key);
+
 /// Writes one value in the open unit of writes, else in one of its own (WritePrivateProfileStringA). False
 /// when it failed, which a caller may ignore.
 bool WriteIni(const std::string& section, const std::string& key, const std::string& value);

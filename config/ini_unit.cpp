@@ -179,6 +179,8 @@ bool CarryOutLast() {
 bool WriteItself() {
     g_unit.side.Drop();
     g_unit.way = Way::kItself;
+    // What was read for the rewriting of a section is not what is written now.
+    ++g_unit.timesMade;
     if (!ReadBefore() || !MeetsCondition(StateOf(IniPath))) return false;
     return std::all_of(g_unit.writes.begin(), g_unit.writes.end(), [](const IniWrite& write) {
         while (!CallProfileFunction(write))
@@ -277,6 +279,8 @@ bool IniUnit::BeginWriting() {
     g_unit.failed = !ChooseWay();
     return !g_unit.failed;
 }
+
+bool IniUnit::WritesItself() noexcept { return g_unit.way == Way::kItself; }
 
 unsigned IniUnit::TimesMade() noexcept { return g_unit.timesMade; }
 

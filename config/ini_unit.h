@@ -52,6 +52,10 @@ class IniUnit {
     /// is now, whatever other programs write. False when that failed; the unit has failed then.
     static bool BeginWriting();
 
+    /// Whether the open unit writes the file itself, because there can be no other: what it writes is seen at
+    /// once, and a kill leaves it there.
+    static bool WritesItself() noexcept;
+
     /// How often the open unit's file has been made: another number says that it was made anew, on what other
     /// programs have written.
     static unsigned TimesMade() noexcept;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "config/ini.h"
+#include "win/window.h"
 
 namespace config {
 namespace {
@@ -29,7 +30,8 @@ struct Row {
 Row g_row;
 
 ULONGLONG g_lastAsked = 0;
-bool g_never = false;
+/// Up to this depth of handlers nothing is waited for; those that come in between wait.
+int g_hurriedDepth = -1;
 
 void ForgetOtherRows(ULONGLONG now) noexcept {
     const LONG message = GetMessageTime();
@@ -38,6 +40,8 @@ void ForgetOtherRows(ULONGLONG now) noexcept {
         g_row = {message, file, 0};
 }
 
+bool IsHurried() noexcept { return win::HandlerDepth() <= g_hurriedDepth; }
+
 }  // namespace
 
 bool IsHeldError(DWORD error) noexcept {
@@ -45,7 +49,7 @@ bool IsHeldError(DWORD error) noexcept {
 }
 
 bool WaitForHeldFile() noexcept {
-    if (g_never) return false;
+    if (IsHurried()) return false;
     const ULONGLONG begin = GetTickCount64();
     if (begin - g_lastAsked > kForgetting) g_waited = 0;
     ForgetOtherRows(begin);
@@ -62,12 +66,12 @@ bool WaitForHeldFile() noexcept {
 }
 
 void ForgetWaiting() noexcept {
-    if (!g_never) g_waited = 0;
+    if (!IsHurried()) g_waited = 0;
 }
 
-NoPatience::NoPatience() noexcept : former_(std::exchange(g_never, true)) {}
+NoPatience::NoPatience() noexcept : former_(std::exchange(g_hurriedDepth, win::HandlerDepth())) {}
 
-NoPatience::~NoPatience() { g_never = former_; }
+NoPatience::~NoPatience() { g_hurriedDepth = former_; }
 
 LongPatience::LongPatience(DWORD milliseconds) noexcept
     : former_(std::exchange(g_patience, std::max(milliseconds, g_patience))) {}

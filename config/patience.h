@@ -17,7 +17,7 @@ void ForgetWaiting() noexcept;
 bool IsHeldError(unsigned long error) noexcept;
 
 /// While it lives, a held file is not waited for, and what the user's actions may wait stays as it is. For
-/// what is tried again and again by a timer.
+/// what is tried again and again by a timer. A message that is handled meanwhile waits as always.
 class NoPatience {
   public:
     NoPatience() noexcept;
@@ -28,7 +28,7 @@ class NoPatience {
     ~NoPatience();
 
   private:
-    bool former_;
+    int former_;
 };
 
 /// While it lives, a held file is waited for longer. For times when no window freezes meanwhile.

@@ -166,6 +166,19 @@ bool RenameOntoOpen(HANDLE file, const std::string& to) {
     return RenameOpen(file, to, kFileRenameInfoEx, kReplaceIfExists | kPosixSemantics);
 }
 
+/// Whether a side file is one of a pair: the former target, and what was to take its place when the program
+/// was killed. There was no target then, and whatever is there now, its user may have made for want of one.
+bool IsHalfOfReplacement(const std::string& name, const std::vector<std::string>& all) {
+    const auto numberAt = [](const std::string& of) { return of.rfind('-') + 1; };
+    const auto isBackup = [&](const std::string& of) {
+        return of.substr(numberAt(of)) == std::to_string(kBackupName);
+    };
+    return std::any_of(all.begin(), all.end(), [&](const std::string& other) {
+        return isBackup(other) != isBackup(name) &&
+               other.substr(0, numberAt(other)) == name.substr(0, numberAt(name));
+    });
+}
+
 }  // namespace
 
 SideFileResult SideFile::Make(const std::string& path) {
@@ -279,8 +292,9 @@ std::optional<SideFile::Identity> SideFile::IdentityOf(HANDLE file) {
 void SideFile::TakeOverIdentity(HANDLE file) const {
     if (!identity_) return;
     SetFileTime(file, &identity_->Created, nullptr, nullptr);
-    if (GetFileAttributesA(path_.c_str()) != identity_->Attributes)
-        SetFileAttributesA(path_.c_str(), identity_->Attributes);
+    // It has been written, which a backup is to see.
+    const DWORD attributes = (identity_->Attributes & ~DWORD{FILE_ATTRIBUTE_NORMAL}) | FILE_ATTRIBUTE_ARCHIVE;
+    if (GetFileAttributesA(path_.c_str()) != attributes) SetFileAttributesA(path_.c_str(), attributes);
 }
 
 void SideFile::TakeOverRights() const {
@@ -388,11 +402,14 @@ void RemoveSideFiles(const std::string& path) {
     const win::FindFiles listing(
         FindFirstFileExA((start + "*").c_str(), FindExInfoBasic, &found, FindExSearchNameMatch, nullptr, 0));
     if (!listing) return;
+    std::vector<std::string> names;
     do {
         const std::string name = FolderOf(target) + static_cast<const char*>(found.cFileName);
         if (name.size() > start.size() && IsSideNumber(std::string_view(name).substr(start.size())))
-            DeleteFileA(name.c_str());
+            names.push_back(name);
     } while (FindNextFileA(listing.Get(), &found) != 0);
+    for (const std::string& name : names)
+        if (!IsHalfOfReplacement(name, names)) DeleteFileA(name.c_str());
 }
 
 }  // namespace config

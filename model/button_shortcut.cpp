@@ -136,7 +136,9 @@ CButtonShortcut::Reading CButtonShortcut::Read(const std::string& key, sys::Sile
         reading.target = moved->path;
         return reading;
     }
-    const auto target = ShortcutStore::Target(reading.names.name);
+    auto target = ShortcutStore::Target(reading.names.name);
+    // The button is about to be freed for that.
+    if (target && target->empty()) target = ShortcutStore::TargetForCertain(reading.names.name);
     reading.fate = target ? Fate::kDangling : Fate::kUnread;
     if (!target || target->empty() || reading.names.name.empty()) return reading;
     reading.target = *target;

@@ -113,6 +113,10 @@ std::optional<std::string> ShortcutStore::Target(const std::string& name) {
     return config::TryReadIni(kCuts, name);
 }
 
+std::optional<std::string> ShortcutStore::TargetForCertain(const std::string& name) {
+    return config::ReadIniForCertain(kCuts, name);
+}
+
 std::optional<std::string> ShortcutStore::WholeTarget(const std::string& name, const std::string& read) {
     return WholeValue(kCuts, name, read);
 }

@@ -32,6 +32,9 @@ class ShortcutStore {
     /// The target of this name, at most its first 554 bytes; "" when there is none.
     static std::optional<std::string> Target(const std::string& name);
 
+    /// As Target, but "" only when the file was open to us while it was read: it can be acted upon.
+    static std::optional<std::string> TargetForCertain(const std::string& name);
+
     /// The target of this name in full, for whoever writes it back. `read` is what a button or Target has of
     /// it; when the stored one begins like that and is too long to be read at once, the stored one is the
     /// answer, else `read` itself. No value either when the whole lies beyond what can be read of a section.

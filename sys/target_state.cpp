@@ -42,8 +42,10 @@ std::wstring PlaceOfDrive(const std::wstring& drive) {
     if (GetDriveTypeW((drive + L"\\").c_str()) != DRIVE_REMOTE) return drive;
     std::array<wchar_t, 1024> share{};
     auto size = static_cast<DWORD>(share.size());
-    if (WNetGetConnectionW(drive.c_str(), share.data(), &size) != NO_ERROR || !IsNetworkPath(share.data()))
-        return drive;
+    const DWORD error = WNetGetConnectionW(drive.c_str(), share.data(), &size);
+    // The second: Windows remembers the share, but is not connected with it now.
+    const bool isKnown = error == NO_ERROR || error == ERROR_CONNECTION_UNAVAIL;
+    if (!isKnown || !IsNetworkPath(share.data())) return drive;
     return ServerOf(share.data());
 }
 

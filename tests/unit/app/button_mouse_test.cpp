@@ -312,6 +312,16 @@ TEST_F(ButtonMouseTest, TakesNoLongerSwitchThanCanBeReadBack) {
     EXPECT_EQ(state_.Button(1).Switch, std::string(554, 's'));
 }
 
+TEST_F(ButtonMouseTest, CutsNoLongerSwitchThatIsOnlyConfirmed) {
+    const std::string whole(700, 's');
+    StoreSwitch(whole);
+    EditSwitch([](Window box) {
+        EXPECT_EQ(box.Child(dialogs::frmMsg::Text1).Text(), std::string(554, 's'));
+        box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
+    });
+    EXPECT_EQ(StoredSwitch(), whole);
+}
+
 TEST_F(ButtonMouseTest, AsksAgainWithATypedSwitchThatCouldNotBeStored) {
     StoreSwitch("/old");
     auto held = std::make_unique<testkit::HeldFile>(folder_.IniPath());

@@ -5,15 +5,18 @@
 #include <gmock/gmock.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 
 #include "config/ini.h"
 #include "config/ini_unit.h"
+#include "tests/support/hidden_window.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/running_program.h"
 #include "tests/unit/config/config_file.h"
 #include "win/errors.h"
+#include "win/picture_box.h"
 
 namespace {
 
@@ -293,6 +296,22 @@ TEST_F(HeldFileTest, WhatATimerTriesAgainWaitsForNothingAndLeavesActionsTheirPat
     held_ = 8;
     EXPECT_EQ(config::TryReadIni("Cuts", "a"), "1");
     EXPECT_EQ(pauses_, 5 + 8);
+}
+
+TEST_F(HeldFileTest, AMessageThatIsHandledMeanwhileHasItsPatience) {
+    const testkit::HiddenWindow parent;
+    win::PictureBox box;
+    box.CreateOn(parent.Handle(), 1, {0, 0, 10, 10});
+    std::optional<std::string> read;
+    box.onDoubleClick = [&] { read = config::TryReadIni("Cuts", "a"); };
+    AnotherAction();
+    const config::NoPatience hurry;
+    held_ = 5;
+    SendMessageW(box.Handle(), WM_LBUTTONDBLCLK, 0, 0);
+    EXPECT_EQ(read, "1");
+    EXPECT_EQ(pauses_, 5);
+    held_ = 1;
+    EXPECT_EQ(config::TryReadIni("Cuts", "a"), std::nullopt);
 }
 
 TEST_F(HeldFileTest, ANewWaitBeginsAfterItWasRead) {

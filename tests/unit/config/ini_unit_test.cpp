@@ -377,6 +377,26 @@ TEST_F(IniUnitTest, AnAttributeIsKept) {
     EXPECT_TRUE(GetFileAttributesA(folder_.IniPath().c_str()) & FILE_ATTRIBUTE_HIDDEN);
 }
 
+TEST_F(IniUnitTest, ABackupSeesThatTheFileHasBeenWritten) {
+    const RecordedCall information =
+        FAKE_CALL(GetFileInformationByHandleEx,
+                  [](HANDLE file, FILE_INFO_BY_HANDLE_CLASS how, LPVOID data, DWORD size) {
+                      const BOOL done = ORIGINAL_CALL(GetFileInformationByHandleEx)(file, how, data, size);
+                      if (how == FileBasicInfo)
+                          static_cast<FILE_BASIC_INFO*>(data)->FileAttributes = FILE_ATTRIBUTE_NORMAL;
+                      return done;
+                  });
+    const RecordedCall attributes = FAKE_CALL(GetFileAttributesA, [this](LPCSTR file) -> DWORD {
+        if (file == folder_.FullPath(kSide)) return FILE_ATTRIBUTE_NORMAL;
+        return ORIGINAL_CALL(GetFileAttributesA)(file);
+    });
+    std::vector<DWORD> set;
+    const RecordedCall change =
+        WATCH_CALL(SetFileAttributesA, [&](LPCSTR, DWORD given) { set.push_back(given); });
+    EXPECT_TRUE(config::WriteIni("Cuts", "a", "3"));
+    EXPECT_THAT(set, ElementsAre(DWORD{FILE_ATTRIBUTE_ARCHIVE}));
+}
+
 TEST_F(IniUnitTest, TheTimeOfItsCreationAndTheAccessRightsAreKept) {
     // Not every file system stores them, so what it is asked to store is compared.
     constexpr DWORD kLongRights = 3000;

@@ -234,6 +234,43 @@ TEST_F(RemoveRecordTest, KeepsWhatAnotherProgramHasAddedBeforeItIsDone) {
     }
 }
 
+TEST_F(RemoveRecordTest, WhereTheFileItselfIsWrittenNoValueIsEverCut) {
+    // No new file can be made, or it may not take the place.
+    for (const bool canCopy : {false, true}) {
+        folder_.WriteIniText("[Cuts]\r\na=1\r\nB=2\r\nc=http://h/?x=1&y=2\r\n");
+        const RecordedCall copy = FAKE_CALL(CopyFileA, [&](LPCSTR from, LPCSTR to, BOOL keep) -> BOOL {
+            if (canCopy) return ORIGINAL_CALL(CopyFileA)(from, to, keep);
+            SetLastError(ERROR_ACCESS_DENIED);
+            return FALSE;
+        });
+        const RecordedCall rename = FAKE_CALL(SetFileInformationByHandle, [](auto...) -> BOOL {
+            SetLastError(ERROR_ACCESS_DENIED);
+            return FALSE;
+        });
+        const auto look = [&](LPCSTR file) {
+            if (folder_.IniPath() != file) return;
+            EXPECT_THAT(Lines("Cuts"), testing::Contains("c=http://h/?x=1&y=2")) << canCopy;
+        };
+        const RecordedCall section =
+            FAKE_CALL(WritePrivateProfileSectionA, [&](LPCSTR name, LPCSTR text, LPCSTR file) {
+                const BOOL done = ORIGINAL_CALL(WritePrivateProfileSectionA)(name, text, file);
+                look(file);
+                return done;
+            });
+        std::string removed;
+        const RecordedCall key =
+            FAKE_CALL(WritePrivateProfileStringA, [&](LPCSTR name, LPCSTR record, LPCSTR text, LPCSTR file) {
+                const BOOL done = ORIGINAL_CALL(WritePrivateProfileStringA)(name, record, text, file);
+                look(file);
+                removed = record;
+                return done;
+            });
+        EXPECT_TRUE(config::RemoveRecord("Cuts", "b"));
+        EXPECT_THAT(Lines("Cuts"), ElementsAre("a=1", "c=http://h/?x=1&y=2"));
+        EXPECT_EQ(removed, "B") << "as it is spelled there";
+    }
+}
+
 TEST_F(RemoveRecordTest, LosesNoRecordWhereOneCannotBeWrittenBack) {
     for (int failing = 1; failing <= 2; ++failing) {
         folder_.WriteIniText("[Cuts]\r\na=1\r\nb=2\r\nc=3=x\r\nd=4\r\n");

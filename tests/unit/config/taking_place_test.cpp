@@ -198,4 +198,19 @@ TEST_F(TakingPlaceTest, TheFormerFileIsThereUntilItsSuccessorIs) {
     EXPECT_FALSE(folder_.Exists(kBackup));
 }
 
+TEST_F(TakingPlaceTest, WhatAKillBetweenTheTwoStepsLeftIsNotDeletedWithTheFreshFileInItsPlace) {
+    const std::string other = "Quon.ini.unit-77-";
+    for (const std::string& killed : {SideName(5), SideName(2), other + "5", other + "1", other + "2"})
+        folder_.MakeFile(killed, kText);
+    for (const char* junk : {"Quon.ini.unit-78-5", "Quon.ini.unit-79-1", "Quon.ini.unit-1"})
+        folder_.MakeFile(junk, "junk");
+    config::RemoveInterruptedUnits();
+    EXPECT_TRUE(folder_.Exists(SideName(5)));
+    EXPECT_TRUE(folder_.Exists(SideName(2)));
+    for (const char* number : {"5", "1", "2"})
+        EXPECT_TRUE(folder_.Exists(other + number)) << number;
+    for (const char* junk : {"Quon.ini.unit-78-5", "Quon.ini.unit-79-1", "Quon.ini.unit-1"})
+        EXPECT_FALSE(folder_.Exists(junk)) << junk;
+}
+
 }  // namespace

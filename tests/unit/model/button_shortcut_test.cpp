@@ -5,11 +5,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "config/ini.h"
 #include "sys/utility.h"
+#include "tests/support/held_file.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/window.h"
 #include "tests/unit/model/button_fixture.h"
@@ -215,6 +218,38 @@ TEST_F(ButtonShortcutTest, ARecordThatAnotherProgramHasChangedIsTakenInsteadOfFr
         EXPECT_EQ(context_.Records.At("11"), "a|4");
         EXPECT_EQ(folder_.IniValue("Buttons", "11"), "a|4");
         EXPECT_EQ(folder_.IniValue("Cuts", "gone|0"), "C:\\x");
+    }
+}
+
+TEST_F(ButtonShortcutTest, NothingIsFreedByAHeldFileThatReadsLikeAMissingRecord) {
+    const std::string text = "[Buttons]\r\n11=n|0\r\n[Cuts]\r\nn=http://example.org/\r\n";
+    // The hold ends only after the button was refreshed, or at once after the first answer.
+    for (const bool goesOn : {true, false}) {
+        Load(text);
+        bool answered = false;
+        auto held = std::make_unique<testkit::HeldFile>(folder_.IniPath());
+        {
+            const RecordedCall read =
+                FAKE_CALL(GetPrivateProfileStringA,
+                          [&](LPCSTR section, LPCSTR key, LPCSTR fallback, LPSTR value, DWORD size,
+                              LPCSTR file) -> DWORD {
+                              if (section != std::string("Cuts") || std::exchange(answered, true))
+                                  return ORIGINAL_CALL(GetPrivateProfileStringA)(section, key, fallback,
+                                                                                 value, size, file);
+                              if (!goesOn) held.reset();
+                              *value = '\0';
+                              SetLastError(ERROR_FILE_NOT_FOUND);
+                              return 0;
+                          });
+            button_.RefreshButton("11");
+        }
+        held.reset();
+        EXPECT_TRUE(answered);
+        EXPECT_EQ(button_.Naziv, "n") << goesOn;
+        EXPECT_EQ(folder_.IniBytes(), text);
+        EXPECT_EQ(context_.Records.At("11"), "n|0");
+        button_.RefreshButton("11");
+        EXPECT_EQ(button_.FilePath, "http://example.org/") << goesOn;
     }
 }
 

@@ -90,6 +90,7 @@ class TargetOnTheNetworkTest : public testing::Test {
     std::map<std::string, DWORD> errors_;
     /// The shares behind the drive letters of the network.
     std::map<std::wstring, std::wstring> shares_;
+    bool connected_ = true;
     SilentPlaces silent_;
     CallLog log_;
 
@@ -125,10 +126,10 @@ class TargetOnTheNetworkTest : public testing::Test {
     RecordedCall connection_ =
         FAKE_CALL(WNetGetConnectionW, [this](LPCWSTR drive, LPWSTR share, LPDWORD size) -> DWORD {
             const std::wstring& name = shares_[drive];
-            if (name.empty()) return ERROR_CONNECTION_UNAVAIL;
+            if (name.empty()) return ERROR_NOT_CONNECTED;
             if (name.size() >= *size) return ERROR_MORE_DATA;
             name.copy(share, name.size());
-            return NO_ERROR;
+            return connected_ ? NO_ERROR : ERROR_CONNECTION_UNAVAIL;
         });
 };
 
@@ -218,13 +219,18 @@ TEST_F(TargetOnTheNetworkTest, WaitsForEachSilentServerOnceARefresh) {
 TEST_F(TargetOnTheNetworkTest, KnowsTheServerBehindADriveLetter) {
     shares_ = {{L"H:", L"\\\\Dead\\home"}, {L"S:", L"\\\\dead\\shared"}, {L"X:", L""}};
     errors_ = {{"H:\\1.txt", 53}, {"X:\\1.txt", 53}};
-    EXPECT_EQ(KindOf("H:\\1.txt"), TargetKind::kUnknown);
-    EXPECT_EQ(KindOf("X:\\1.txt"), TargetKind::kUnknown);
-    log_.Clear();
-    EXPECT_EQ(KindOf("S:\\2.txt"), TargetKind::kUnknown);
-    EXPECT_EQ(KindOf("\\\\dead\\more\\3.txt"), TargetKind::kUnknown);
-    EXPECT_EQ(KindOf("X:\\2.txt"), TargetKind::kUnknown);
-    EXPECT_THAT(log_.Lines(), IsEmpty());
+    // Windows remembers a share that it is not connected with at the moment.
+    for (const bool connected : {true, false}) {
+        connected_ = connected;
+        silent_ = {};
+        EXPECT_EQ(KindOf("H:\\1.txt"), TargetKind::kUnknown);
+        EXPECT_EQ(KindOf("X:\\1.txt"), TargetKind::kUnknown);
+        log_.Clear();
+        EXPECT_EQ(KindOf("S:\\2.txt"), TargetKind::kUnknown);
+        EXPECT_EQ(KindOf("\\\\dead\\more\\3.txt"), TargetKind::kUnknown);
+        EXPECT_EQ(KindOf("X:\\2.txt"), TargetKind::kUnknown);
+        EXPECT_THAT(log_.Lines(), IsEmpty()) << connected;
+    }
 }
 
 TEST_F(TargetOnTheNetworkTest, AServerThatDeniesAFileIsAskedForTheNext) {
