@@ -1,6 +1,7 @@
 #include "app/glavni.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/add_to_button.h"
@@ -62,7 +63,7 @@ void Glavni::CreateParts() {
     options.icon = icon_;
     Create(options);
     FitToScale();
-    SetSmallIcon();
+    FitSmallIcon();
     win::SetMainWindow(Handle());
     menus_.CreateOn(Handle());
     shortcuts_.CreateOn(Handle());
@@ -72,11 +73,18 @@ void Glavni::CreateParts() {
     JoinParts();
 }
 
-void Glavni::SetSmallIcon() {
-    // Left to itself the notification area would shrink the large one.
-    const int size = GetSystemMetricsForDpi(SM_CXSMICON, static_cast<UINT>(scale_.Dpi()));
-    smallIcon_ = win::ResourceIcon(IDI_QUON, size);
+void Glavni::FitSmallIcon() {
+    // The notification area is on the primary screen. Left to itself it would shrink or stretch another size.
+    const int size = GetSystemMetricsForDpi(SM_CXSMICON, static_cast<UINT>(win::PrimaryDpi()));
+    if (size == smallIconSize_) return;
+    win::Icon icon = win::ResourceIcon(IDI_QUON, size);
+    if (!icon) return;
+    // The one before goes only when nobody shows it any more.
+    std::swap(icon, smallIcon_);
     SendMessageW(Handle(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(smallIcon_.Get()));
+    smallIconSize_ = size;
+    // What a busy taskbar did not take is tried again when the next change is told.
+    if (!tray_.ChangeIcon(smallIcon_.Get())) smallIconSize_ = 0;
 }
 
 bool Glavni::FitToScale() {
@@ -94,6 +102,7 @@ bool Glavni::FitToScale() {
 bool Glavni::FitToScreen() { return scale_ != win::Scale::Of(Handle()) && RescaleParts(); }
 
 void Glavni::OnDpiChanged(POINT corner) {
+    FitSmallIcon();
     // What is moved or made larger by us may come to lie on another screen for a moment only. Whatever the
     // window is for in the end, it is made to fit when it has come out.
     if (dock_.Moving() || rescaling_) return;
@@ -102,6 +111,7 @@ void Glavni::OnDpiChanged(POINT corner) {
 }
 
 void Glavni::OnLookChanged(bool colors) {
+    FitSmallIcon();
     const HFONT font = win::MessageFont(scale_);
     win::ForgetTextSize();
     win::ForgetColors();

@@ -79,7 +79,7 @@ class Glavni : public win::Window, public dialogs::PanelHost {
     void OnScreenChange();
     bool KeyDown(WPARAM key, win::ShiftState shift);
 
-    void SetSmallIcon();
+    void FitSmallIcon();
     bool FitToScale();
     bool FitToScreen();
     void OnDpiChanged(POINT corner);
@@ -97,6 +97,7 @@ class Glavni : public win::Window, public dialogs::PanelHost {
 
     // The window's small icon, which the notification area shows; it outlives the icon there.
     win::Icon smallIcon_;
+    int smallIconSize_ = 0;  // pixels; 0 while it is not the one that is shown
     PanelState state_;
     EdgeDock dock_;
     TrayIcon tray_;

@@ -113,6 +113,7 @@ void Glavni::OnTimer(WPARAM timer) {
             return;
         case kScreenTimer:
             KillTimer(Handle(), kScreenTimer);
+            FitSmallIcon();
             dock_.FollowScreen();
             return;
         default: return;
@@ -120,6 +121,7 @@ void Glavni::OnTimer(WPARAM timer) {
 }
 
 void Glavni::OnScreenChange() {
+    FitSmallIcon();
     dock_.FollowScreen();
     // Windows moves windows by itself after this message, and the taskbar takes its time.
     SetTimer(Handle(), kScreenTimer, kScreenInterval, nullptr);

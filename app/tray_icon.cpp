@@ -40,13 +40,24 @@ bool TrayIcon::AddTrayIcon(HWND window, HICON icon) {
     record_.hIcon = icon;
     std::copy(kTip.begin(), kTip.end(), record_.szTip);
     asked_ = true;
-    return win::Traced(Shell_NotifyIconA(NIM_ADD, &record_), "Shell_NotifyIconA") != FALSE;
+    there_ = win::Traced(Shell_NotifyIconA(NIM_ADD, &record_), "Shell_NotifyIconA") != FALSE;
+    return there_;
 }
 
 bool TrayIcon::AddAgain() {
-    if (Shell_NotifyIconA(NIM_ADD, &record_) != FALSE) return true;
     // The taskbar is busy at logon and may have taken the icon earlier without answering in time.
-    return Shell_NotifyIconA(NIM_MODIFY, &record_) != FALSE;
+    there_ =
+        Shell_NotifyIconA(NIM_ADD, &record_) != FALSE || Shell_NotifyIconA(NIM_MODIFY, &record_) != FALSE;
+    return there_;
+}
+
+bool TrayIcon::ChangeIcon(HICON icon) {
+    record_.hIcon = icon;
+    // One that is yet to be added comes with this picture.
+    if (!there_) return true;
+    NOTIFYICONDATAA change = record_;
+    change.uFlags = NIF_ICON;
+    return win::Traced(Shell_NotifyIconA(NIM_MODIFY, &change), "Shell_NotifyIconA") != FALSE;
 }
 
 POINT TrayIcon::Place() const {
@@ -81,7 +92,7 @@ bool NotificationAreaHasKeyboard() { return HoldsNotificationArea(GetForegroundW
 
 void TrayIcon::RemoveTrayIcon() noexcept {
     if (!asked_) return;
-    asked_ = false;
+    asked_ = there_ = false;
     win::Traced(Shell_NotifyIconA(NIM_DELETE, &record_), "Shell_NotifyIconA");
 }
 

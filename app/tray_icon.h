@@ -25,6 +25,10 @@ class TrayIcon {
     /// Tries once more what AddTrayIcon could not do; true when the icon is there.
     bool AddAgain();
 
+    /// Shows another picture from now on; the one before may be destroyed. False when the icon is there but
+    /// the taskbar did not take it.
+    bool ChangeIcon(HICON icon);
+
     /// Takes the icon away; harmless when there is none.
     void RemoveTrayIcon() noexcept;
 
@@ -42,6 +46,7 @@ class TrayIcon {
   private:
     NOTIFYICONDATAA record_{};
     bool asked_ = false;
+    bool there_ = false;
 };
 
 /// True when the pointer is over the taskbar's notification area, by the caption of the window there or by

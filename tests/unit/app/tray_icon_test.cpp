@@ -4,14 +4,17 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <shellscalingapi.h>
 
 #include <cstddef>
 #include <cstring>
 #include <cwchar>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "config/settings.h"
+#include "res/resource.h"
 #include "tests/support/icon_lists.h"
 #include "tests/support/recorded_call.h"
 #include "tests/support/text.h"
@@ -27,6 +30,7 @@ using ::testing::IsEmpty;
 
 const HWND kWindow = reinterpret_cast<HWND>(INT_PTR{0x4711});
 const HICON kIcon = reinterpret_cast<HICON>(INT_PTR{0x815});
+const HICON kOtherIcon = reinterpret_cast<HICON>(INT_PTR{0x816});
 
 struct Notified {
     DWORD what;
@@ -89,6 +93,44 @@ TEST_F(TrayIconTest, TellsWhetherTheIconIsThereAndTriesAgainUntilItIs) {
     there_ = FALSE;
     EXPECT_TRUE(tray.AddAgain());
     EXPECT_TRUE(TrayIcon().AddTrayIcon(kWindow, kIcon));
+}
+
+TEST_F(TrayIconTest, ExchangesNothingButThePicture) {
+    TrayIcon tray;
+    tray.AddTrayIcon(kWindow, kIcon);
+    there_ = TRUE;
+    EXPECT_TRUE(tray.ChangeIcon(kOtherIcon));
+    ASSERT_EQ(calls_.size(), 2u);
+    EXPECT_EQ(calls_[1].what, DWORD{NIM_MODIFY});
+    const NOTIFYICONDATAA& record = calls_[1].record;
+    EXPECT_EQ(record.cbSize, calls_[0].record.cbSize);
+    EXPECT_EQ(record.hWnd, kWindow);
+    EXPECT_EQ(record.uID, 1u);
+    EXPECT_EQ(record.uFlags, UINT{NIF_ICON});
+    EXPECT_EQ(record.hIcon, kOtherIcon);
+    there_ = FALSE;
+    EXPECT_FALSE(tray.ChangeIcon(kIcon));
+    tray.RemoveTrayIcon();
+    EXPECT_EQ(calls_.back().record.uFlags, 7u) << "the record itself stays whole";
+}
+
+TEST_F(TrayIconTest, ExchangesNoPictureOfAnIconThatIsNotThere) {
+    TrayIcon tray;
+    EXPECT_TRUE(tray.ChangeIcon(kOtherIcon));
+    taken_ = FALSE;
+    tray.AddTrayIcon(kWindow, kIcon);
+    EXPECT_TRUE(tray.ChangeIcon(kOtherIcon));
+    ASSERT_EQ(calls_.size(), 1u) << "the taskbar does not know it yet";
+    taken_ = TRUE;
+    EXPECT_TRUE(tray.AddAgain());
+    EXPECT_EQ(calls_.back().record.hIcon, kOtherIcon) << "it comes with the new one";
+    there_ = TRUE;
+    EXPECT_TRUE(tray.ChangeIcon(kIcon));
+    EXPECT_EQ(calls_.back().what, DWORD{NIM_MODIFY});
+    tray.RemoveTrayIcon();
+    const size_t before = calls_.size();
+    EXPECT_TRUE(tray.ChangeIcon(kOtherIcon));
+    EXPECT_EQ(calls_.size(), before);
 }
 
 TEST_F(TrayIconTest, KnowsWhereTheIconIsOrElseTakesThePointersPlace) {
@@ -267,19 +309,126 @@ TEST_F(TrayEventTest, ShowsTheWindowAndTheIconOfThePanelInTheNotificationArea) {
               panel_.Window().Send(WM_GETICON, ICON_SMALL));
 }
 
-TEST(TrayIconSizeTest, IsThatOfTheSystemsSmallIconsAtTheScaleOfTheScreen) {
-    struct Case {
-        UINT dpi;
-        int size;
-    };
-    for (const Case& example : {Case{96, 16}, Case{120, 20}, Case{144, 24}, Case{192, 32}}) {
-        const auto window = FAKE_CALL(GetDpiForWindow, [&](HWND) { return example.dpi; });
-        const auto system = FAKE_CALL(GetDpiForSystem, [&] { return example.dpi; });
-        PanelHarness panel;
-        panel.Load();
-        EXPECT_EQ(testkit::WidthOf(panel.TrayRecord().hIcon), example.size);
-        EXPECT_NE(GetClassLongPtrW(panel.Panel().Handle(), GCLP_HICON), 0) << "the large one stays";
+/// The icon in the notification area of a primary screen whose scale changes. The panel is on another screen,
+/// which keeps its own.
+class TrayIconSizeTest : public ::testing::Test {
+  protected:
+    TrayIconSizeTest() {
+        fakes_.push_back(FAKE_CALL(GetDpiForMonitor, [this](HMONITOR, MONITOR_DPI_TYPE, UINT* x, UINT* y) {
+            *x = *y = primaryDpi_;
+            return HRESULT{S_OK};
+        }));
+        fakes_.push_back(FAKE_CALL(GetSystemMetricsForDpi, [this](int index, UINT dpi) {
+            if (index == SM_CXSMICON && smallIcon_ != 0) return smallIcon_;
+            return ORIGINAL_CALL(GetSystemMetricsForDpi)(index, dpi);
+        }));
+        fakes_.push_back(FAKE_CALL(Shell_NotifyIconA, [this](DWORD what, PNOTIFYICONDATAA record) -> BOOL {
+            if (what == NIM_ADD) added_.push_back(testkit::WidthOf(record->hIcon));
+            if (what == NIM_MODIFY) changed_.push_back(testkit::WidthOf(record->hIcon));
+            return what != NIM_MODIFY || !busy_;
+        }));
+        fakes_.push_back(FAKE_CALL(
+            LoadImageW,
+            [this](HINSTANCE module, LPCWSTR name, UINT kind, int width, int height, UINT flags) -> HANDLE {
+                if (name == MAKEINTRESOURCEW(IDI_QUON)) ++loaded_;
+                if (name == MAKEINTRESOURCEW(IDI_QUON) && missing_) return nullptr;
+                return ORIGINAL_CALL(LoadImageW)(module, name, kind, width, height, flags);
+            }));
     }
+
+    void Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
+        panel_.Window().Send(message, wParam, lParam);
+    }
+    HICON IconOfWindow() { return reinterpret_cast<HICON>(panel_.Window().Send(WM_GETICON, ICON_SMALL)); }
+
+    PanelHarness panel_;
+    UINT primaryDpi_ = 96;
+    int smallIcon_ = 0;
+    bool busy_ = false;
+    bool missing_ = false;
+    int loaded_ = 0;
+    std::vector<int> added_;
+    std::vector<int> changed_;
+    testkit::RecordedCalls fakes_;
+};
+
+TEST_F(TrayIconSizeTest, IsThatOfTheSystemsSmallIconsAtTheScaleOfThePrimaryScreen) {
+    const std::vector<std::pair<UINT, int>> sizes{{96, 16}, {120, 20}, {144, 24}, {192, 32}};
+    for (const auto& [dpi, size] : sizes) {
+        primaryDpi_ = dpi;
+        added_.clear();
+        panel_.Renew();
+        panel_.Load();
+        EXPECT_THAT(added_, ElementsAre(size));
+        EXPECT_THAT(changed_, IsEmpty());
+        EXPECT_EQ(testkit::WidthOf(IconOfWindow()), size);
+        EXPECT_NE(GetClassLongPtrW(panel_.Panel().Handle(), GCLP_HICON), 0) << "the large one stays";
+    }
+}
+
+TEST_F(TrayIconSizeTest, FollowsTheScaleWhateverMessageTellsOfIt) {
+    panel_.Load();
+    primaryDpi_ = 120;
+    Send(WM_DISPLAYCHANGE, 32, MAKELPARAM(1024, 768));
+    EXPECT_THAT(changed_, ElementsAre(20));
+    primaryDpi_ = 144;
+    Send(WM_TIMER, kScreenTimer);
+    EXPECT_THAT(changed_, ElementsAre(20, 24)) << "the scale may be known later than the message comes";
+    primaryDpi_ = 192;
+    Send(WM_SETTINGCHANGE, SPI_SETNONCLIENTMETRICS);
+    EXPECT_THAT(changed_, ElementsAre(20, 24, 32));
+    primaryDpi_ = 96;
+    RECT place = panel_.Window().Rect();
+    Send(WM_DPICHANGED, MAKEWPARAM(96, 96), reinterpret_cast<LPARAM>(&place));
+    EXPECT_THAT(changed_, ElementsAre(20, 24, 32, 16));
+    EXPECT_EQ(testkit::WidthOf(IconOfWindow()), 16);
+}
+
+TEST_F(TrayIconSizeTest, FollowsTheSystemsSmallIcons) {
+    panel_.Load();
+    smallIcon_ = 24;
+    Send(WM_SETTINGCHANGE, SPI_SETNONCLIENTMETRICS);
+    EXPECT_THAT(changed_, ElementsAre(24));
+}
+
+TEST_F(TrayIconSizeTest, IsLeftAloneWhileItIsTheSame) {
+    panel_.Load();
+    const HICON icon = IconOfWindow();
+    loaded_ = 0;
+    Send(WM_SETTINGCHANGE, SPI_SETDOUBLECLICKTIME);
+    Send(WM_DISPLAYCHANGE, 32, MAKELPARAM(1024, 768));
+    Send(WM_TIMER, kScreenTimer);
+    Send(WM_SYSCOLORCHANGE);
+    RECT place = panel_.Window().Rect();
+    Send(WM_DPICHANGED, MAKEWPARAM(96, 96), reinterpret_cast<LPARAM>(&place));
+    EXPECT_THAT(changed_, IsEmpty());
+    EXPECT_EQ(loaded_, 0);
+    EXPECT_EQ(IconOfWindow(), icon);
+}
+
+TEST_F(TrayIconSizeTest, IsTriedAgainWithTheNextMessageWhenTheTaskbarIsBusy) {
+    panel_.Load();
+    busy_ = true;
+    primaryDpi_ = 144;
+    Send(WM_DISPLAYCHANGE, 32, MAKELPARAM(1024, 768));
+    EXPECT_THAT(changed_, ElementsAre(24));
+    busy_ = false;
+    Send(WM_TIMER, kScreenTimer);
+    EXPECT_THAT(changed_, ElementsAre(24, 24));
+    Send(WM_SETTINGCHANGE);
+    EXPECT_THAT(changed_, ElementsAre(24, 24));
+    EXPECT_THAT(added_, ElementsAre(16)) << "it is never added anew";
+}
+
+TEST_F(TrayIconSizeTest, StaysTheOneItWasWhenTheOtherCannotBeLoaded) {
+    panel_.Load();
+    const HICON icon = IconOfWindow();
+    missing_ = true;
+    primaryDpi_ = 144;
+    Send(WM_SETTINGCHANGE);
+    EXPECT_THAT(changed_, IsEmpty());
+    EXPECT_EQ(IconOfWindow(), icon);
+    EXPECT_EQ(testkit::WidthOf(icon), 16) << "it is still there";
 }
 
 TEST_F(TrayEventTest, KnowsTheNotificationAreaByTheClassesOfItsWindowsToo) {
