@@ -22,6 +22,11 @@ void TellName(HWND window, std::string_view name);
 /// would find out.
 void TellState(HWND window, long state) noexcept;
 
+/// Lets screen readers call a control by its text where they would not look for it, because nobody sees it
+/// there, as that of a scroll bar. They are told when one asks for the first time (WM_GETOBJECT), and it is
+/// taken back when the window goes.
+void NameByText(HWND control) noexcept;
+
 /// Takes all of it back, as has to be done before the window goes.
 void ForgetTold(HWND window) noexcept;
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "win/accessible.h"
+
 namespace win {
 namespace {
 
@@ -18,6 +20,7 @@ void ScrollBar::Attach(HWND bar, const Steps& steps) noexcept {
     bar_ = bar;
     steps_ = steps;
     value_ = 0;
+    NameByText(bar_);
     SetMaximum(0);
 }
 

@@ -15,7 +15,7 @@ class ScrollBar {
         int page = 0;   ///< seen at once; 0 leaves the thumb as Windows makes it
     };
 
-    /// Takes over a control (SetScrollInfo).
+    /// Takes over a control (SetScrollInfo), whose text is what screen readers call it.
     void Attach(HWND bar, const Steps& steps) noexcept;
 
     /// Sets the greatest value; the present one is kept inside.

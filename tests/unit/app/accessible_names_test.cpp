@@ -30,7 +30,7 @@ bool IsFrame(Window control) {
 /// What a user can do something with; texts, frames and what only holds other windows have nothing to be
 /// called.
 bool IsControl(Window window) {
-    static const std::set<std::string> kOthers{"Static", "QuonButtons", "ScrollBar"};
+    static const std::set<std::string> kOthers{"Static", "QuonButtons"};
     const bool part = window.Parent().Class() == "ComboBox";
     return (window.Style() & WS_VISIBLE) != 0 && !part && !IsFrame(window) &&
            !kOthers.contains(window.Class());
@@ -48,12 +48,12 @@ std::string LabelBefore(Window control) {
 }
 
 /// The name as Windows' accessibility makes it up. The text of a field is what it holds, not what it is
-/// called.
+/// called; that of a scroll bar is not seen, and so no screen reader has to look for it.
 std::string NameOf(Window control, const testkit::Annotations& told) {
     static const std::set<std::string> kFields{"Edit", "ComboBox", "ListBox", "msctls_hotkey32"};
     control.Send(WM_GETOBJECT, 0, OBJID_CLIENT);
     const std::string annotated = told.NameOf(control.Handle());
-    if (!annotated.empty()) return annotated;
+    if (!annotated.empty() || control.Class() == "ScrollBar") return annotated;
     return kFields.contains(control.Class()) ? LabelBefore(control) : control.Text();
 }
 
@@ -82,6 +82,11 @@ TEST(AccessibleNamesTest, AreTheOnesOfTheirLabels) {
         if (name == "the options") expect(name, window, frmSettings_HotKey, "Hot key:");
         if (name == "the question for a switch")
             expect(name, window, frmMsg_Text1, "Please enter command switch for this file:");
+        if (name == "the organiser") expect(name, window, frmCuts_Scr, "Shortcuts, up and down");
+        if (name.starts_with("the group's editor"))
+            expect(name, window, frmEditB_Scr, "Items of the group, up and down");
+        if (name.starts_with("the icon chooser"))
+            expect(name, window, IcoChooser_HScr, "Icons, left and right");
         if (name == "the panel while a button is renamed") expect(name, window, IDC_RENAME, "New name");
         if (name != "the panel") return;
         expect(name, window, IDC_SHORTCUTS, "Shortcuts");

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/annotations.h"
 #include "tests/support/hidden_window.h"
 #include "tests/support/recorded_call.h"
 
@@ -28,6 +29,29 @@ TEST_F(ScrollBarTest, TakesNoInputUntilThereIsAWayToGo) {
     EXPECT_FALSE(IsWindowEnabled(control_));
     bar_.SetMaximum(-7);
     EXPECT_EQ(bar_.Maximum(), 0);
+}
+
+TEST_F(ScrollBarTest, IsCalledByItsTextFromTheFirstQuestionUntilItGoes) {
+    const testkit::Annotations told;
+    SetWindowTextW(control_, L"Pages, up and down");
+    SendMessageW(control_, WM_GETOBJECT, 0, OBJID_WINDOW);
+    EXPECT_EQ(told.Count(), 0U) << "that was not about what is inside";
+    SendMessageW(control_, WM_GETOBJECT, 0, OBJID_CLIENT);
+    EXPECT_EQ(told.NameOf(control_), "Pages, up and down");
+    ScrollBar().Attach(control_, {});
+    DestroyWindow(control_);
+    EXPECT_EQ(told.Count(), 0U);
+}
+
+TEST_F(ScrollBarTest, AsksForNoHelpUntilAScreenReaderDoes) {
+    bool asked = false;
+    const auto create = FAKE_CALL(CoCreateInstance, [&](REFCLSID, LPUNKNOWN, DWORD, REFIID, LPVOID* object) {
+        asked = true;
+        *object = nullptr;
+        return E_FAIL;
+    });
+    DestroyWindow(control_);
+    EXPECT_FALSE(asked);
 }
 
 TEST_F(ScrollBarTest, TheControlShowsRangeAndValue) {
