@@ -15,6 +15,7 @@
 #include "tests/support/caption_room.h"
 #include "tests/support/recorded_call.h"
 #include "win/handles.h"
+#include "win/scale.h"
 #include "win/text.h"
 #include "win/window.h"
 
@@ -129,27 +130,55 @@ TEST(DialogTemplateTest, HasSmallerTextWhereTheDialogWouldNotFitOnItsScreen) {
     EXPECT_EQ(Make(TemplateInMessageFont(IDD_OPTIONS, {1018, 568}, 96).words).height, -12);
 }
 
-TEST(DialogTemplateTest, FitsOnTheSmallestScreens) {
+TEST(DialogTemplateTest, FitsOnTheSmallestScreensInTextOfTheUsualSize) {
     struct Screen {
         int width;
         int height;
         int percent;
+        // A dialog unit is a quarter of the mean width of a letter and an eighth of its height. These are
+        // those of Windows' message font, Segoe UI of 9 points, which grow by steps of their own.
+        SIZE letter;
     };
-    // In words of a template: width and height in dialog units. Those are a quarter and an eighth of a
-    // character of the message font, which is 7 by 15 pixels at 100 %.
+    // In words of a template: width and height in dialog units.
     constexpr size_t kWidth = 11;
     constexpr size_t kHeight = 12;
+    // Pixels of 96 dots per inch.
     constexpr int kFrame = 3;
     constexpr int kCaption = 23;
-    constexpr int kTaskbar = 40;
-    for (const int id :
-         {IDD_OPTIONS, IDD_ORGANIZE_SHORTCUTS, IDD_EDIT_SHORTCUT, IDD_EDIT_GROUP, IDD_DEFINE_TAB}) {
-        const std::vector<WORD> stored = Stored(id);
-        const int width = MulDiv(stored[kWidth], 7, 4) + 2 * kFrame;
-        const int height = MulDiv(stored[kHeight], 15, 8) + 2 * kFrame + kCaption;
-        for (const Screen& screen : {Screen{1024, 600, 100}, {1366, 768, 150}, {1920, 1080, 200}}) {
-            EXPECT_LE(width * screen.percent / 100, screen.width) << id;
-            EXPECT_LE((height + kTaskbar) * screen.percent / 100, screen.height) << id;
+    constexpr int kTaskbar = 48;
+    constexpr int kTextHeight = 12;
+    constexpr int kPoints = 9;
+    SIZE letter{};
+    int textHeight = 0;
+    const testkit::RecordedCall ask =
+        FAKE_CALL(SystemParametersInfoForDpi, [](UINT, UINT, PVOID record, UINT, UINT) -> WINBOOL {
+            static_cast<NONCLIENTMETRICSW*>(record)->lfMessageFont.lfHeight = -kTextHeight;
+            return TRUE;
+        });
+    const testkit::RecordedCall measure =
+        FAKE_CALL(GetTextExtentPoint32W, [&](HDC dc, LPCWSTR, int length, LPSIZE size) -> WINBOOL {
+            LOGFONTW font{};
+            GetObjectW(GetCurrentObject(dc, OBJ_FONT), sizeof font, &font);
+            EXPECT_EQ(font.lfHeight, -textHeight) << "no other size has to be tried";
+            *size = {letter.cx * length, letter.cy};
+            return TRUE;
+        });
+    for (const Screen& screen : {Screen{1024, 600, 100, {7, 15}},
+                                 {1366, 768, 125, {8, 20}},
+                                 {1366, 768, 150, {10, 25}},
+                                 {1920, 1080, 200, {13, 32}}}) {
+        letter = screen.letter;
+        textHeight = kTextHeight * screen.percent / 100;
+        const auto scaled = [&](int length) { return (length * screen.percent + 99) / 100; };
+        const SIZE room{screen.width - scaled(2 * kFrame),
+                        screen.height - scaled(2 * kFrame + kCaption + kTaskbar)};
+        for (const int id :
+             {IDD_OPTIONS, IDD_ORGANIZE_SHORTCUTS, IDD_EDIT_SHORTCUT, IDD_EDIT_GROUP, IDD_DEFINE_TAB}) {
+            const std::vector<WORD> stored = Stored(id);
+            EXPECT_LE(MulDiv(stored[kWidth], letter.cx, 4), room.cx) << id << " at " << screen.percent;
+            EXPECT_LE(MulDiv(stored[kHeight], letter.cy, 8), room.cy) << id << " at " << screen.percent;
+            const int dpi = kPlainDpi * screen.percent / 100;
+            EXPECT_EQ(TemplateInMessageFont(id, room, dpi).points, kPoints) << id << " at " << screen.percent;
         }
     }
 }
