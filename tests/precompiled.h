@@ -1,7 +1,8 @@
-// The headers that nearly every test takes: compiled once for all test programs. Every source includes what
-// it needs nevertheless.
+// The headers of Windows, the test framework and the standard library that nearly every test takes: compiled
+// once for all test programs. Tests get them with tests/support/unit_test.h or tests/support/desktop.h.
 #pragma once
 
+// IWYU pragma: begin_exports
 #include <windows.h>
 
 #include <commctrl.h>
@@ -12,9 +13,14 @@
 #include <shlobj.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <functional>
+#include <initializer_list>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <optional>
@@ -22,5 +28,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
+// IWYU pragma: end_exports

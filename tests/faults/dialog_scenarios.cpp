@@ -28,7 +28,7 @@ Scenario Choice(const char* name, int imageButton, int command) {
     return {name, [=](Stage& stage) { ChooseFrom(stage, imageButton, command); }};
 }
 
-void Press(Window dialog, int id) { dialog.Child(id).Send(BM_CLICK); }
+void Press(Window dialog, int id) { dialog.Press(id); }
 
 Window Edit(Stage& stage) {
     COMBOBOXINFO info{};

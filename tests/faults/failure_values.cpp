@@ -1,11 +1,3 @@
-#include <windows.h>
-
-#include <shellapi.h>
-
-#include <algorithm>
-#include <map>
-#include <set>
-
 #include "tests/faults/fault_points.h"
 
 namespace faults {

@@ -1,9 +1,6 @@
 #include "tests/faults/fault_points.h"
 
-#include <windows.h>
-
 #include <atomic>
-#include <stdexcept>
 
 namespace {
 

@@ -16,9 +16,7 @@
 // about failures (failure_values.cpp).
 #pragma once
 
-#include <cstdint>
-#include <string>
-#include <vector>
+#include "tests/support/unit_test.h"
 
 namespace faults {
 

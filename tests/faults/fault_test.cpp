@@ -8,19 +8,9 @@
 // tries those whose name ("scenario: function call") contains the text.
 // What must hold each time: the program survives, shows no message but its own, loses no record of Quon.ini,
 // gives back what it took, and works as before when the same is done once more.
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <optional>
-#include <string>
-#include <vector>
 
 #include "tests/faults/outcome.h"
 #include "tests/faults/watchdog.h"
-#include "tests/support/paths.h"
 #include "win/text.h"
 
 namespace faults {

@@ -4,25 +4,11 @@
 // again the panel shows what is in it.
 //
 // Every other scenario is tried with one of the times; all of them with all times by QUON_FAULTS=all.
-#include "tests/support/held_file.h"
-
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
-#include <optional>
-#include <string>
-#include <vector>
 
 #include "config/settings.h"
 #include "model/button_record.h"
 #include "tests/faults/outcome.h"
 #include "tests/faults/watchdog.h"
-#include "tests/support/paths.h"
-#include "tests/support/recorded_call.h"
 
 namespace faults {
 namespace {

@@ -1,12 +1,5 @@
 #include "tests/faults/outcome.h"
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <set>
-
 #include "tests/support/ini_text.h"
 #include "win/text.h"
 

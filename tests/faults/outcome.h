@@ -1,12 +1,6 @@
 // What a scenario leaves behind, in Quon.ini and on the screen, and whether anything is lost by it.
 #pragma once
 
-#include <map>
-#include <optional>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "tests/faults/fault_points.h"
 #include "tests/faults/scenarios.h"
 

@@ -1,21 +1,14 @@
-#include <windows.h>
-
-#include <algorithm>
-
 #include "app/button_commands.h"
 #include "config/settings.h"
 #include "dialogs/define_tab.h"
 #include "dialogs/message_box.h"
 #include "res/resource.h"
 #include "tests/faults/scenarios.h"
-#include "tests/support/recorded_call.h"
 
 namespace faults {
 namespace {
 
-using testkit::DataObject;
-using testkit::RecordedCall;
-using testkit::Window;
+using testkit::DataObject, testkit::RecordedCall, testkit::Window;
 
 constexpr int kUsedButton = 1;
 constexpr int kLinkButton = 2;
@@ -38,7 +31,7 @@ void TypeInto(Stage& stage, const char* text, int answer) {
     stage.Use(dialogs::frmMsg::Text1, [text, answer](Window box) {
         const Window input = box.Child(dialogs::frmMsg::Text1);
         if (input.IsVisible()) input.SetText(text);
-        box.Child(input.IsVisible() ? answer : dialogs::frmMsg::b1).Send(BM_CLICK);
+        box.Press(input.IsVisible() ? answer : dialogs::frmMsg::b1);
     });
 }
 

@@ -1,10 +1,5 @@
 #include "tests/faults/resource_ledger.h"
 
-#include <windows.h>
-
-#include <shellapi.h>
-#include <shlobj.h>
-
 namespace faults {
 
 template <class Handle>

@@ -10,13 +10,7 @@
 // Of several fakes of one function only the last one made is reached, so make this one last.
 #pragma once
 
-#include <cstdint>
-#include <map>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 
 namespace faults {
 

@@ -1,11 +1,8 @@
 // What a user does with the panel, one thing at a time; some call of Windows fails in the middle of it.
 #pragma once
 
-#include <functional>
-#include <string>
-#include <vector>
-
 #include "tests/faults/stage.h"
+#include "tests/support/unit_test.h"
 
 namespace faults {
 

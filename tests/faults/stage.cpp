@@ -1,19 +1,10 @@
 #include "tests/faults/stage.h"
 
 #include <commdlg.h>
-#include <gtest/gtest.h>
-#include <ole2.h>
-#include <shellapi.h>
-#include <shlobj.h>
-
-#include <array>
-#include <cstring>
-#include <utility>
 
 #include "dialogs/message_box.h"
 #include "res/resource.h"
 #include "tests/support/open_dialog.h"
-#include "tests/support/text.h"
 #include "win/errors.h"
 #include "win/window.h"
 
@@ -272,7 +263,7 @@ void Stage::UseDialog(Window dialog) {
         how(dialog);
         return;
     }
-    if (message) dialog.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
+    if (message) dialog.Press(dialogs::frmMsg::b1);
 }
 
 }  // namespace faults

@@ -9,19 +9,9 @@
 //     EXPECT_THAT(stage.Said(), IsEmpty());        // the messages that came up
 #pragma once
 
-#include <windows.h>
-
-#include <functional>
-#include <map>
-#include <string>
-#include <vector>
-
 #include "res/resource.h"
 #include "tests/faults/resource_ledger.h"
 #include "tests/support/data_object.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/window.h"
 #include "tests/unit/app/panel_harness.h"
 #include "win/com.h"
 

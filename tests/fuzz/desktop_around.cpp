@@ -1,11 +1,6 @@
 #include "tests/fuzz/desktop_around.h"
 
-#include <gtest/gtest.h>
-#include <ole2.h>
-#include <shellapi.h>
-
 #include "tests/support/pickers.h"
-#include "tests/support/text.h"
 
 namespace testkit {
 

@@ -8,17 +8,11 @@
 //     desktop.Pick("C:\\folder");                   // what the next pickers answer; "" cancels
 #pragma once
 
-#include <windows.h>
-
 #include <objidl.h>
 #include <oleidl.h>
 
-#include <map>
-#include <string>
-
 #include "tests/support/data_object.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/window.h"
+#include "tests/support/unit_test.h"
 #include "win/com.h"
 
 namespace testkit {

@@ -4,10 +4,9 @@
 //     if (dice.Once(3)) text += dice.OneOf(kOddNames);
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-#include <iterator>
 #include <random>
+
+#include "tests/support/unit_test.h"
 
 namespace testkit {
 

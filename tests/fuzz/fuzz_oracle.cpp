@@ -1,18 +1,11 @@
 #include "tests/fuzz/fuzz_oracle.h"
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
 #include <shlwapi.h>
 
-#include <algorithm>
 #include <cctype>
-#include <cstddef>
-#include <vector>
 
 #include "config/ini.h"
 #include "model/button_record.h"
-#include "tests/support/text.h"
 #include "win/text.h"
 
 namespace testkit {

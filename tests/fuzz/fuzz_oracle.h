@@ -11,9 +11,7 @@
 // name, which Windows does not read.
 #pragma once
 
-#include <map>
-#include <set>
-#include <string>
+#include "tests/support/unit_test.h"
 
 namespace testkit {
 

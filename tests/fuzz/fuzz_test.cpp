@@ -6,22 +6,13 @@
 // What must hold for each file: nothing crashes or hangs; a start that fails leaves the file as it was; only
 // records change that a command named or that lead nowhere (fuzz_oracle.h); and the next session starts with
 // what this one stored.
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 #include "tests/fuzz/dice.h"
 #include "tests/fuzz/fuzz_guard.h"
 #include "tests/fuzz/fuzz_oracle.h"
 #include "tests/fuzz/fuzz_user.h"
 #include "tests/fuzz/ini_generator.h"
-#include "tests/support/paths.h"
-#include "tests/support/program_folder.h"
 #include "tests/support/screen.h"
-#include "tests/support/text.h"
 #include "tests/support/wine.h"
 #include "tests/unit/app/panel_harness.h"
 #include "win/errors.h"

@@ -1,18 +1,10 @@
 #include "tests/fuzz/fuzz_user.h"
 
 #include <psapi.h>
-#include <shellapi.h>
-
-#include <algorithm>
-#include <array>
-#include <cstring>
-#include <string_view>
-#include <utility>
 
 #include "app/button_commands.h"
 #include "config/settings.h"
 #include "res/resource.h"
-#include "tests/support/text.h"
 #include "win/errors.h"
 #include "win/window.h"
 

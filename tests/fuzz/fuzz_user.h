@@ -8,18 +8,11 @@
 // the registry or waits. Errors that the program shows are counted in Errors().
 #pragma once
 
-#include <windows.h>
-
-#include <string>
-#include <vector>
-
 #include "res/resource.h"
 #include "tests/fuzz/desktop_around.h"
 #include "tests/fuzz/dice.h"
 #include "tests/fuzz/fuzz_oracle.h"
 #include "tests/fuzz/ini_generator.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/recorded_call.h"
 #include "tests/unit/app/panel_harness.h"
 
 namespace testkit {

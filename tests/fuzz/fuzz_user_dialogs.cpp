@@ -1,7 +1,4 @@
 // What the random user does in the dialogs that come up.
-#include <windows.h>
-
-#include <gtest/gtest.h>
 
 #include "dialogs/icon_chooser.h"
 #include "model/storable_name.h"
@@ -42,7 +39,7 @@ constexpr int kTabCheck = frmTabPrep_Check1;
 constexpr int kTabApply = frmTabPrep_Command1 + 0;
 constexpr int kTabCancel = frmTabPrep_Command1 + 1;
 
-void Click(Window dialog, int id) { dialog.Child(id).Send(BM_CLICK); }
+void Click(Window dialog, int id) { dialog.Press(id); }
 
 bool IsOpen(Window dialog) { return dialog.Exists() && dialog.IsVisible(); }
 

@@ -1,10 +1,5 @@
 // What the random user does with files and addresses: drops, pastes and picks them, and has the panel move,
 // rename and delete them.
-#include <windows.h>
-
-#include <shellapi.h>
-
-#include <array>
 
 #include "app/button_commands.h"
 #include "config/settings.h"

@@ -1,9 +1,5 @@
 #include "tests/fuzz/ini_generator.h"
 
-#include <algorithm>
-#include <array>
-#include <string_view>
-
 #include "win/text.h"
 
 namespace testkit {

@@ -7,9 +7,6 @@
 //     SetText(box, generator.Typed());          // a name of the file's, or one as strange
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "tests/fuzz/dice.h"
 
 namespace testkit {

@@ -5,14 +5,8 @@
 //
 // What must hold after each action: of all records only those have changed that the action named, or that
 // lead nowhere (fuzz_oracle.h); no error is shown; and what was stored comes back with the next start.
-#include <windows.h>
 
-#include <gtest/gtest.h>
-
-#include <array>
 #include <iostream>
-#include <string>
-#include <vector>
 
 #include "tests/fuzz/desktop_around.h"
 #include "tests/fuzz/dice.h"
@@ -20,10 +14,7 @@
 #include "tests/fuzz/fuzz_oracle.h"
 #include "tests/fuzz/fuzz_user.h"
 #include "tests/fuzz/ini_generator.h"
-#include "tests/support/paths.h"
-#include "tests/support/program_folder.h"
 #include "tests/support/screen.h"
-#include "tests/support/text.h"
 #include "tests/unit/app/panel_harness.h"
 
 namespace {

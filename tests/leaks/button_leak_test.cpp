@@ -1,10 +1,4 @@
 // What is done with tabs and buttons on the panel itself, and its whole life from load to close.
-#include <windows.h>
-
-#include <gtest/gtest.h>
-#include <shellapi.h>
-
-#include <string>
 
 #include "app/tray_icon.h"
 #include "res/resource.h"

@@ -1,10 +1,4 @@
 // Each dialog, opened from the panel as its user opens it, used and closed.
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include <utility>
-#include <vector>
 
 #include "app/button_commands.h"
 #include "dialogs/define_tab.h"
@@ -20,8 +14,7 @@
 namespace leaks {
 namespace {
 
-using testkit::ModalAnswers;
-using testkit::Window;
+using testkit::ModalAnswers, testkit::Window;
 
 class DialogLeakTest : public PanelLeakTest {
   protected:
@@ -75,7 +68,7 @@ TEST_F(DialogLeakTest, TheOptions) {
         Choose(1, {[](Window dialog) {
                    for (const int option : {0, 3, 7, 1})
                        PointAt(dialog, dialogs::frmSettings::chSet + option);
-                   dialog.Child(dialogs::frmSettings::ltBut1 + 1).Send(BM_CLICK);
+                   dialog.Press(dialogs::frmSettings::ltBut1 + 1);
                }});
         Choose(1, {Press(dialogs::frmSettings::ltBut1 + 0)});
     });
@@ -84,20 +77,20 @@ TEST_F(DialogLeakTest, TheOptions) {
 TEST_F(DialogLeakTest, TheOrganiserAndBothEditors) {
     bare_ = [this] { OpenBare({IDD_ORGANIZE_SHORTCUTS, IDD_EDIT_SHORTCUT, IDD_EDIT_GROUP}); };
     Repeat([this] {
-        Choose(0, {[](Window organiser) { organiser.Child(dialogs::frmCuts::Command1 + 0).Post(BM_CLICK); },
+        Choose(0, {[](Window organiser) { organiser.PostPress(dialogs::frmCuts::Command1 + 0); },
                    [](Window editor) {
                        editor.Child(dialogs::frmEdit::t1 + 0).SetText("Other");
                        editor.Child(dialogs::frmEdit::t1 + 0).SetText("File");
                        const Window organiser = editor.Owner();
-                       editor.Child(dialogs::frmEdit::c1 + 3).Send(BM_CLICK);
+                       editor.Press(dialogs::frmEdit::c1 + 3);
                        organiser.Child(dialogs::frmCuts::pBasket).Post(WM_KEYDOWN, VK_DOWN);
                        organiser.Child(dialogs::frmCuts::pBasket).Post(WM_KEYDOWN, VK_DOWN);
-                       organiser.Child(dialogs::frmCuts::Command1 + 0).Post(BM_CLICK);
+                       organiser.PostPress(dialogs::frmCuts::Command1 + 0);
                    },
                    [](Window editor) {
                        const Window organiser = editor.Owner();
-                       editor.Child(dialogs::frmEditB::c1 + 3).Send(BM_CLICK);
-                       organiser.Child(dialogs::frmCuts::Command1 + 2).Post(BM_CLICK);
+                       editor.Press(dialogs::frmEditB::c1 + 3);
+                       organiser.PostPress(dialogs::frmCuts::Command1 + 2);
                    }});
     });
 }
@@ -107,7 +100,7 @@ TEST_F(DialogLeakTest, EditingAGroupOfAButton) {
     Repeat([this] {
         ChooseOnButton(2, app::kGroup, {[](Window editor) {
                            editor.Child(dialogs::frmEditB::pBasket).Send(WM_KEYDOWN, VK_END);
-                           editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
+                           editor.PostPress(dialogs::frmEditB::c1 + 2);
                        }});
         ASSERT_EQ(Button(2).Text(), "Group");
     });
@@ -118,7 +111,7 @@ TEST_F(DialogLeakTest, DefiningATab) {
     Repeat([this] {
         const ModalAnswers user({[](Window dialog) {
             PointAt(dialog, dialogs::frmTabPrep::Check1);
-            dialog.Child(dialogs::frmTabPrep::Command1 + 0).Send(BM_CLICK);
+            dialog.Press(dialogs::frmTabPrep::Command1 + 0);
         }});
         Child(IDC_TAB_HEADER + 1).Send(WM_RBUTTONUP, 0, MAKELPARAM(5, 5));
     });

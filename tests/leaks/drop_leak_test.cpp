@@ -1,11 +1,4 @@
 // Drops on a button and on the drop-down, the clipboard, typing in the drop-down and its list.
-#include <windows.h>
-
-#include <gtest/gtest.h>
-#include <shlobj.h>
-
-#include <cstring>
-#include <string>
 
 #include "app/button_commands.h"
 #include "config/ini.h"
@@ -18,8 +11,7 @@
 namespace leaks {
 namespace {
 
-using testkit::DataObject;
-using testkit::ModalAnswers;
+using testkit::DataObject, testkit::ModalAnswers;
 
 constexpr size_t kFreeButton = 8;  // by their targets
 constexpr size_t kUsedButton = 0;

@@ -3,16 +3,10 @@
 #include <psapi.h>
 #include <winternl.h>
 
-#include <algorithm>
-#include <chrono>
 #include <iostream>
-#include <string>
-#include <vector>
 
 #include "tests/leaks/heap_count.h"
 #include "tests/support/gdi_table.h"
-#include "tests/support/paths.h"
-#include "tests/support/wait.h"
 #include "win/window.h"
 
 namespace leaks {

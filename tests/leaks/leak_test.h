@@ -12,15 +12,8 @@
 // in which the memory of the process may not grow by a hundred bytes a round either.
 #pragma once
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <memory>
-#include <string>
-
 #include "tests/leaks/ledger.h"
+#include "tests/support/unit_test.h"
 
 namespace leaks {
 

@@ -1,13 +1,7 @@
 #include "tests/leaks/ledger.h"
 
-#include <commctrl.h>
-#include <ole2.h>
 #include <oleacc.h>
-#include <shellapi.h>
-#include <shlobj.h>
 #include <tlhelp32.h>
-
-#include <algorithm>
 
 #include "tests/leaks/counted_dispatch.h"
 

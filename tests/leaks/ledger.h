@@ -13,19 +13,9 @@
 // delete at all.
 #pragma once
 
-#include <windows.h>
-
 #include <objidl.h>
 
-#include <cstddef>
-#include <cstdint>
-#include <map>
-#include <set>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 
 namespace leaks {
 

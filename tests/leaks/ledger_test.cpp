@@ -1,34 +1,19 @@
 // The ledger sees one thing of each kind, and that it is given back; so does the heap's count.
 #include "tests/leaks/ledger.h"
 
-#include <windows.h>
-
-#include <commctrl.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <ole2.h>
-#include <shellapi.h>
-#include <shlobj.h>
 #include <tlhelp32.h>
-
-#include <functional>
-#include <string>
 
 #include "app/drop_target.h"
 #include "res/resource.h"
 #include "tests/leaks/heap_count.h"
 #include "tests/support/data_object.h"
-#include "tests/support/hidden_window.h"
-#include "tests/support/program_folder.h"
 #include "win/com.h"
 #include "win/process_start.h"
 
 namespace leaks {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::Pair;
+using ::testing::ElementsAre, ::testing::IsEmpty, ::testing::Pair;
 
 class LedgerTest : public testing::Test {
   protected:

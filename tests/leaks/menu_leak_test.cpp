@@ -1,25 +1,16 @@
 // Each menu of the program, opened for real and closed by keys, and what some of their commands do.
-#include <windows.h>
-
-#include <gtest/gtest.h>
-#include <shellapi.h>
-
-#include <cstring>
 
 #include "app/button_commands.h"
 #include "dialogs/message_box.h"
 #include "res/resource.h"
 #include "sys/process_list.h"
 #include "tests/leaks/panel_leak_test.h"
-#include "tests/support/hidden_window.h"
 #include "tests/support/pickers.h"
-#include "tests/support/text.h"
 
 namespace leaks {
 namespace {
 
-using testkit::ModalAnswers;
-using testkit::Window;
+using testkit::ModalAnswers, testkit::Window;
 
 class MenuLeakTest : public PanelLeakTest {
   protected:

@@ -1,12 +1,6 @@
 #include "tests/leaks/panel_leak_test.h"
 
-#include <shellapi.h>
-
-#include <cstring>
-
 #include "res/resource.h"
-#include "tests/support/paths.h"
-#include "tests/support/text.h"
 
 namespace leaks {
 namespace {
@@ -55,8 +49,7 @@ PanelLeakTest::~PanelLeakTest() {
 
 void PanelLeakTest::Click(testkit::Window picture, std::initializer_list<int> held) {
     const app::HeldModifierKeys keys(held);
-    picture.Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
-    picture.Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+    picture.SendClick();
 }
 
 void PanelLeakTest::DoubleClick(testkit::Window picture, std::initializer_list<int> held) {
@@ -127,10 +120,6 @@ void PanelLeakTest::Drop(size_t target, const std::function<void(testkit::DataOb
     // The object is made with one reference; a reference that was kept would make it three.
     EXPECT_EQ(object.AddRef(), 2u);
     win::ProcessPendingMessages();
-}
-
-testkit::ModalAnswers::Step Press(int id) {
-    return [id](testkit::Window dialog) { dialog.Child(id).Send(BM_CLICK); };
 }
 
 }  // namespace leaks

@@ -1,17 +1,8 @@
 #pragma once
 
-#include <windows.h>
-
-#include <functional>
-#include <initializer_list>
-#include <string>
-#include <vector>
-
 #include "res/resource.h"
 #include "tests/leaks/leak_test.h"
 #include "tests/support/data_object.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/program_folder.h"
 #include "tests/unit/app/panel_harness.h"
 #include "win/com.h"
 
@@ -65,7 +56,6 @@ class PanelLeakTest : public LeakTest {
     std::vector<IDropTarget*> dropTargets_;
 };
 
-/// Answers a dialog with one of its buttons.
-testkit::ModalAnswers::Step Press(int id);
+using testkit::Press;
 
 }  // namespace leaks

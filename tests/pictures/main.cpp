@@ -3,35 +3,17 @@
 //     quon_pictures <a Quon.ini with filled buttons> <the number of the button with a group>
 //
 // The pictures go into the folder for artifacts, as BMP files.
-#include <windows.h>
 
-#include <algorithm>
-#include <chrono>
-#include <cstring>
 #include <exception>
 #include <iostream>
-#include <optional>
-#include <string>
 
 #include "dialogs/organize_shortcuts.h"
 #include "tests/program/quon_panel.h"
-#include "tests/support/input.h"
-#include "tests/support/message_box_window.h"
-#include "tests/support/paths.h"
-#include "tests/support/popup_menu.h"
-#include "tests/support/screen.h"
-#include "tests/support/tooltip_window.h"
-#include "tests/support/wait.h"
-#include "tests/support/window.h"
 
 namespace {
 
-using testkit::CaptureScreen;
-using testkit::MessageBoxWindow;
-using testkit::Picture;
-using testkit::PopupMenu;
-using testkit::QuonPanel;
-using testkit::Window;
+using testkit::CaptureScreen, testkit::MessageBoxWindow, testkit::Picture, testkit::PopupMenu,
+    testkit::QuonPanel, testkit::Window;
 
 constexpr POINT kAway{5, 400};
 /// A picture is taken when nothing has changed for so long.
@@ -230,7 +212,7 @@ class Album {
         const Window organizer = WaitForDialog(quon_->Id(), "Organize shortcuts");
         testkit::mouse::MoveTo(kAway);
         Save("organize", organizer);
-        organizer.Child(dialogs::frmCuts::Command1 + 0).Post(BM_CLICK);
+        organizer.PostPress(dialogs::frmCuts::Command1 + 0);
         TakeDialog("edit-shortcut", "Edit ");
         Dismiss(organizer);
     }

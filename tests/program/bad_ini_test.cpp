@@ -1,16 +1,8 @@
 // Quon.ini in every bad shape: what stops the start says what is wrong and leaves the file alone, everything
 // else is survived.
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 #include "dialogs/edit_group.h"
 #include "tests/program/quon_test.h"
-#include "tests/support/text.h"
 
 namespace testkit {
 namespace {
@@ -79,8 +71,7 @@ INSTANTIATE_TEST_SUITE_P(
 class BadIniTest : public QuonTest {};
 
 TEST_F(BadIniTest, RubbishAroundTheSettingsIsSurvived) {
-    QuonIni ini;
-    ini.AddShortcut("11", "Editor", folder_.Path());
+    const QuonIni ini = QuonIni{}.AddShortcut("11", "Editor", folder_.Path());
     std::string rubbish;
     for (int at = 0; at < 4000; ++at)
         rubbish.push_back(static_cast<char>((at * 37 + at / 251) % 256));
@@ -113,8 +104,7 @@ TEST_F(BadIniTest, AHugeFileIsSurvived) {
 }
 
 TEST_F(BadIniTest, AFileThatCannotBeWrittenIsSurvivedAndKept) {
-    QuonIni ini;
-    ini.AddShortcut("11", "Editor", folder_.Path());
+    const QuonIni ini = QuonIni{}.AddShortcut("11", "Editor", folder_.Path());
     folder_.WriteIniText(ini.Text());
     folder_.SetReadOnly("Quon.ini");
     // Under Wine the read-only mark alone does not stop an administrator's program from writing.
@@ -132,8 +122,7 @@ TEST_F(BadIniTest, AFileThatCannotBeWrittenIsSurvivedAndKept) {
 }
 
 TEST_F(BadIniTest, ALineThatIsNoRecordStopsNoRenaming) {
-    QuonIni ini;
-    ini.AddShortcut("11", "Group", folder_.Path() + "|C:\\");
+    const QuonIni ini = QuonIni{}.AddShortcut("11", "Group", folder_.Path() + "|C:\\");
     std::string text = ini.Text();
     const std::string section = "[Buttons]\r\n";
     const std::string junk = "a line that is no entry\r\n";

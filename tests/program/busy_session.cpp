@@ -22,9 +22,7 @@ constexpr int kCreateGroup = 0;
 constexpr int kReplace = 1;
 
 QuonIni IniShowing(int tab) {
-    QuonIni ini;
-    ini.click_shows = true;
-    ini.current_tab = tab;
+    const QuonIni ini{.current_tab = tab, .click_shows = true};
     return ini;
 }
 
@@ -255,12 +253,12 @@ void BusySession::Organise(const std::string& name, const std::function<void(Win
 void BusySession::FillGroupEditor(const std::string& name, const std::string& page) {
     const Window editor = AwaitDialog("Edit group");
     editor.Child(frmEditB_t1).SetText(name);
-    editor.Child(frmEditB_c1 + 4).Post(BM_CLICK);
+    editor.PostPress(frmEditB_c1 + 4);
     const Window question = AwaitMessage(editor);
     question.Child(frmMsg_Text1).SetText(page);
-    question.Child(frmMsg_b1).Post(BM_CLICK);
+    question.PostPress(frmMsg_b1);
     Await("the page is added", [&] { return !question.Exists() && editor.IsEnabled(); });
-    editor.Child(frmEditB_c1 + 2).Post(BM_CLICK);
+    editor.PostPress(frmEditB_c1 + 2);
     AwaitEndOf(editor);
 }
 
@@ -289,7 +287,7 @@ Command BusySession::DefineTab(int tab) {
         PostClick(quon_.Header(tab), WM_RBUTTONDOWN, WM_RBUTTONUP);
         const Window dialog = AwaitDialog("Define tab");
         dialog.Child(frmTabPrep_Text1).SetText(label);
-        dialog.Child(frmTabPrep_Command1).Post(BM_CLICK);
+        dialog.PostPress(frmTabPrep_Command1);
         AwaitEndOf(dialog);
     };
     return {"define " + label, {{"Buttons", std::to_string(10 * tab), label + "|with a description"}}, run};
@@ -328,9 +326,9 @@ Command BusySession::DeleteFrom(const Shortcut& shortcut) {
     ++freed_;
     const auto run = [this, shortcut] {
         Organise(shortcut.name, [this](Window organiser) {
-            organiser.Child(frmCuts_Command1 + 1).Post(BM_CLICK);
+            organiser.PostPress(frmCuts_Command1 + 1);
             const Window question = AwaitMessage(organiser);
-            question.Child(frmMsg_b1).Post(BM_CLICK);
+            question.PostPress(frmMsg_b1);
             Await("the question closes", [&] { return !question.Exists(); });
         });
         AwaitName(shortcut.button, "Empty");
@@ -344,7 +342,7 @@ Command BusySession::DeleteWithoutButton() {
     const auto run = [this] {
         Organise(kUnbound, [this](Window organiser) {
             const std::string before = organiser.Text();
-            organiser.Child(frmCuts_Command1 + 1).Post(BM_CLICK);
+            organiser.PostPress(frmCuts_Command1 + 1);
             Await("the row goes", [&] { return organiser.Text() != before; });
         });
     };
@@ -357,11 +355,11 @@ Command BusySession::EditShortcut(const Shortcut& shortcut) {
     const std::string target = kPage + std::to_string(count_);
     const auto run = [this, shortcut, name, target] {
         Organise(shortcut.name, [&](Window organiser) {
-            organiser.Child(frmCuts_Command1 + 0).Post(BM_CLICK);
+            organiser.PostPress(frmCuts_Command1 + 0);
             const Window editor = AwaitDialog("Edit shortcut");
             editor.Child(frmEdit_t1 + 0).SetText(name);
             editor.Child(frmEdit_t1 + 1).SetText(target);
-            editor.Child(frmEdit_c1 + 2).Post(BM_CLICK);
+            editor.PostPress(frmEdit_c1 + 2);
             Await("the editor closes", [&] { return !editor.Exists(); });
         });
         AwaitName(shortcut.button, name);
@@ -418,7 +416,7 @@ Command BusySession::DropOnUsed(bool group) {
         Drop(page, quon_.Button(shortcut.button).Centre());
         const Window question = AwaitMessage(quon_.Main());
         if (group) question.Child(frmMsg_Text1).SetText(name);
-        question.Child(frmMsg_b1 + (group ? kCreateGroup : kReplace)).Post(BM_CLICK);
+        question.PostPress(frmMsg_b1 + (group ? kCreateGroup : kReplace));
         AwaitName(shortcut.button, name);
     };
     return {"drop on " + shortcut.name + (group ? " to make a group" : " to replace it"),
@@ -450,7 +448,7 @@ Command BusySession::Move(bool onto_used) {
         quon_.Main().Activate();
         mouse::Drag(quon_.Button(source.button).Centre(), quon_.Button(target).Centre(),
                     {VK_CONTROL, VK_SHIFT});
-        if (onto_used) AwaitMessage(quon_.Main()).Child(frmMsg_b1 + kReplace).Post(BM_CLICK);
+        if (onto_used) AwaitMessage(quon_.Main()).PostPress(frmMsg_b1 + kReplace);
         AwaitName(target, source.name);
         AwaitName(source.button, "Empty");
     };

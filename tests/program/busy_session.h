@@ -6,15 +6,8 @@
 //     session.Run(last);                              // throws ProgramIsGone if it is killed meanwhile
 #pragma once
 
-#include <windows.h>
-
 #include <exception>
-#include <functional>
-#include <map>
-#include <optional>
 #include <random>
-#include <string>
-#include <vector>
 
 #include "tests/program/quon_panel.h"
 #include "tests/support/drag_source.h"

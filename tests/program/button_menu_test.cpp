@@ -1,13 +1,5 @@
 // The button's menu, opened by the right mouse button, and its commands on real files and programs.
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cstring>
 #include <span>
-#include <string>
-#include <vector>
 
 #include "dialogs/edit_group.h"
 #include "dialogs/icon_chooser.h"
@@ -66,9 +58,7 @@ std::string WithProtectedImports(const std::string& program) {
 
 TEST_F(ButtonMenuProgramTest, RenamesAFileAndKeepsItsButton) {
     const std::string path = folder_.MakeFile("Извор\\writ č.txt", "text");
-    QuonIni ini;
-    ini.AddShortcut("11", "Име", path);
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}.AddShortcut("11", "Име", path));
     Choose(quon, 1, {"File operations", "Rename file"});
     {
         const MessageBoxWindow box = MessageBoxWindow::Wait(quon.Id());
@@ -89,13 +79,11 @@ TEST_F(ButtonMenuProgramTest, RenamesAFileAndKeepsItsButton) {
 
 TEST_F(ButtonMenuProgramTest, FreesAButtonWhoseFileHasVanishedWhenTheShellReportsFailure) {
     ONLY_UNDER_WINE(kShellsQuestion);
-    QuonIni ini;
-    ini.AddShortcut("11", "Име", folder_.MakeFile("writ č.txt", "text"));
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}.AddShortcut("11", "Име", folder_.MakeFile("writ č.txt", "text")));
     folder_.RemoveFile("writ č.txt");
     Choose(quon, 1, {"File operations", "Delete file"});
     const Window question = WaitForPicker(quon);
-    question.Child(IDYES).Post(BM_CLICK);
+    question.PostPress(IDYES);
     EXPECT_EQ(ReadNote(quon), "Couldn't perform the operation, sorry.");
     quon.ExpectName(1, "Empty");
     WaitForRecord("Buttons", "11", "");
@@ -103,14 +91,13 @@ TEST_F(ButtonMenuProgramTest, FreesAButtonWhoseFileHasVanishedWhenTheShellReport
 
 TEST_F(ButtonMenuProgramTest, RecyclesAndDeletesFiles) {
     ONLY_UNDER_WINE(kShellsQuestion);
-    QuonIni ini;
-    ini.AddShortcut("11", "one", folder_.MakeFile("један.txt", "1"));
-    ini.AddShortcut("12", "two", folder_.MakeFile("два.txt", "2"));
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}
+                               .AddShortcut("11", "one", folder_.MakeFile("један.txt", "1"))
+                               .AddShortcut("12", "two", folder_.MakeFile("два.txt", "2")));
     for (const auto& [button, command, file] :
          {std::tuple{1, "Move to Recycle bin", "један.txt"}, std::tuple{2, "Delete file", "два.txt"}}) {
         Choose(quon, button, {"File operations", command});
-        WaitForPicker(quon).Child(IDYES).Post(BM_CLICK);
+        WaitForPicker(quon).PostPress(IDYES);
         EXPECT_EQ(ReadNote(quon), "Operation completed.");
         EXPECT_FALSE(folder_.Exists(file));
         quon.ExpectName(button, "Empty");
@@ -146,7 +133,7 @@ TEST_F(ButtonMenuProgramTest, PickersReturnAndCancel) {
     {
         const Window picker = WaitForPicker(quon);
         CaptureScreen().SaveAs("folder-picker.bmp");
-        picker.Child(IDCANCEL).Post(BM_CLICK);
+        picker.PostPress(IDCANCEL);
         WaitUntilClosed(picker);
     }
     ExpectPanelBack(quon);
@@ -203,15 +190,14 @@ TEST_F(ButtonMenuProgramTest, PastesTextAndFiles) {
 
 TEST_F(ButtonMenuProgramTest, EditsAGroupAndChangesAnIcon) {
     const std::string target = folder_.CopyIn(TestTargetExe(), "target.exe");
-    QuonIni ini;
-    ini.AddShortcut("11", "Група", target + "|" + folder_.Path());
-    ini.AddShortcut("12", "Single", QuonExe());
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}
+                               .AddShortcut("11", "Група", target + "|" + folder_.Path())
+                               .AddShortcut("12", "Single", QuonExe()));
     Choose(quon, 1, "Edit group");
     const Window editor = quon.Program().WaitForWindow({.title = "Edit group"});
     EXPECT_FALSE(quon.Main().IsEnabled());
     editor.Child(dialogs::frmEditB::t1 + 0).SetText("Нова");
-    editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
+    editor.PostPress(dialogs::frmEditB::c1 + 2);
     quon.ExpectName(1, "Нова");
     ExpectPanelBack(quon);
     Choose(quon, 2, "Change icon");
@@ -223,9 +209,7 @@ TEST_F(ButtonMenuProgramTest, EditsAGroupAndChangesAnIcon) {
 }
 
 TEST_F(ButtonMenuProgramTest, ARightPressThatSlipsOntoAnItemRunsNothing) {
-    QuonIni ini;
-    ini.AddShortcut("11", "Stays", folder_.MakeFile("a.txt"));
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}.AddShortcut("11", "Stays", folder_.MakeFile("a.txt")));
     const std::string before = folder_.IniBytes();
     mouse::MoveTo(quon.Button(1).Centre());
     mouse::Press(mouse::Button::kRight);

@@ -1,13 +1,6 @@
 // Defining a tab on the whole program: by a right click on its header, until Quon.ini shows it.
 #include "dialogs/define_tab.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "tests/program/quon_test.h"
 
 namespace testkit {
@@ -33,8 +26,7 @@ class DefineTabDialogTest : public QuonTest {
 };
 
 TEST_F(DefineTabDialogTest, AppliesLabelDescriptionAndOption) {
-    QuonIni ini;
-    ini.extensive_tooltips = true;
+    QuonIni ini{.extensive_tooltips = true};
     QuonPanel quon = Start(ini);
     const ToolTipWatch tips(quon.Main());
     {
@@ -73,9 +65,7 @@ TEST_F(DefineTabDialogTest, AppliesLabelDescriptionAndOption) {
 }
 
 TEST_F(DefineTabDialogTest, TakesNoEighthCharacterAndCancelsEverything) {
-    QuonIni ini;
-    ini.buttons.emplace_back("20", "Before|Опис");
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start({.buttons = {{"20", "Before|Опис"}}});
     const std::string before = folder_.IniBytes();
     const Window dialog = Open(quon, 2);
     keyboard::Type("12345678");

@@ -1,9 +1,4 @@
 // The desktop driver tried on a program whose behaviour is known.
-#include <windows.h>
-
-#include <commctrl.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "tests/support/desktop.h"
 #include "tests/support/target/ids.h"
@@ -13,11 +8,8 @@
 namespace testkit {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
-using ::testing::StartsWith;
+using ::testing::ElementsAre, ::testing::HasSubstr, ::testing::IsEmpty, ::testing::SizeIs,
+    ::testing::StartsWith;
 
 class DesktopDriverTest : public ::testing::Test {
   protected:

@@ -1,12 +1,4 @@
 // Drops from another program onto the buttons: what becomes a shortcut, what is asked and what is refused.
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <ole2.h>
-
-#include <optional>
-#include <string>
 
 #include "tests/program/quon_test.h"
 #include "tests/support/drag_source.h"

@@ -1,11 +1,4 @@
 // The docked panel on a real screen: what brings it out, what does not, and that it stays on top.
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <chrono>
-#include <utility>
 
 #include "tests/program/other_window.h"
 #include "tests/program/quon_test.h"

@@ -1,14 +1,7 @@
 // The organiser and the editor of a single shortcut on the whole program, as a person goes through them, and
 // what Quon.ini, the panel and the drop-down show afterwards.
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
 
 #include "tests/program/quon_test.h"
-#include "tests/support/text.h"
 
 namespace testkit {
 namespace {
@@ -66,10 +59,10 @@ class EditShortcutDialogTest : public QuonTest {
 };
 
 TEST_F(EditShortcutDialogTest, AShortcutRenamedHereIsRenamedOnItsButtonWithItsSwitch) {
-    QuonIni ini;
-    ini.AddShortcut("12", "First", folder_.MakeFile("first.txt"));
-    ini.AddShortcut("13", "Белешке", folder_.MakeFile("белешке.txt"), "/p=1");
-    ini.AddShortcut("21", "Other tab", folder_.MakeFile("other.txt"));
+    const QuonIni ini = QuonIni{}
+                            .AddShortcut("12", "First", folder_.MakeFile("first.txt"))
+                            .AddShortcut("13", "Белешке", folder_.MakeFile("белешке.txt"), "/p=1")
+                            .AddShortcut("21", "Other tab", folder_.MakeFile("other.txt"));
     const std::string newFile = folder_.MakeFile("новая 文.txt");
     QuonPanel quon = Start(ini);
     const Window organiser = quon.OpenOrganiser();
@@ -126,9 +119,7 @@ TEST_F(EditShortcutDialogTest, AShortcutRenamedHereIsRenamedOnItsButtonWithItsSw
 }
 
 TEST_F(EditShortcutDialogTest, CancelledEditorsAndQuestionsChangeNothing) {
-    QuonIni ini;
-    ini.AddShortcut("11", "One", folder_.MakeFile("one.txt"));
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}.AddShortcut("11", "One", folder_.MakeFile("one.txt")));
     const std::string before = folder_.IniBytes();
     const Window organiser = quon.OpenOrganiser();
     {
@@ -157,8 +148,7 @@ TEST_F(EditShortcutDialogTest, CancelledEditorsAndQuestionsChangeNothing) {
 }
 
 TEST_F(EditShortcutDialogTest, DeletingWithoutAButtonAsksNothingAndTheDropDownFollows) {
-    QuonIni ini;
-    ini.AddShortcut("11", "Kept", folder_.MakeFile("kept.txt"));
+    QuonIni ini = QuonIni{}.AddShortcut("11", "Kept", folder_.MakeFile("kept.txt"));
     ini.cuts.emplace_back("Слободна", "http://a.example/?x=y");
     QuonPanel quon = Start(ini);
     EXPECT_TRUE(HasShortcut(quon, "Слободна"));
@@ -191,9 +181,7 @@ TEST_F(EditShortcutDialogTest, TheWheelScrollsTheListAgainAfterAnEditor) {
 }
 
 TEST_F(EditShortcutDialogTest, TheProgramEndsWhileTheEditorIsOpen) {
-    QuonIni ini;
-    ini.AddShortcut("11", "One", folder_.MakeFile("one.txt"));
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}.AddShortcut("11", "One", folder_.MakeFile("one.txt")));
     const Window organiser = quon.OpenOrganiser();
     const Window editor = Edit(quon, organiser);
     keyboard::Type("Two");

@@ -1,17 +1,7 @@
 // The program is asked to end while something of its own or of the system's waits for an answer: that is
 // cancelled, and the program ends at once with everything saved.
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <functional>
-#include <string>
-#include <string_view>
-#include <vector>
 
 #include "dialogs/options.h"
-#include "res/resource.h"
 #include "tests/program/quon_test.h"
 #include "tests/support/wine.h"
 
@@ -99,7 +89,7 @@ TEST_F(EndingTest, PassesTheMessageBoxOfTheSystem) {
             quon.OpenSettingsMenu().Choose("Options");
             const Window options = quon.Program().WaitForWindow({.title = "Quon settings"});
             options.Child(dialogs::frmSettings::Text1).SetText("soon");
-            options.Child(dialogs::frmSettings::ltBut1 + 1).Post(BM_CLICK);
+            options.PostPress(dialogs::frmSettings::ltBut1 + 1);
             WaitForSystemMessageBox(quon.Id(), "Quon: Error report");
         });
 }

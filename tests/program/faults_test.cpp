@@ -1,27 +1,13 @@
 // The program where something around it fails: many starts at once, a file that cannot be written, a foreign
 // window that hangs.
-#include <windows.h>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <string>
-#include <string_view>
-#include <vector>
-
-#include "res/resource.h"
 #include "tests/program/quon_test.h"
 #include "tests/support/neighbour.h"
-#include "tests/support/text.h"
 
 namespace testkit {
 namespace {
 
-using ::testing::Contains;
-using ::testing::HasSubstr;
-using ::testing::Not;
-using ::testing::SizeIs;
+using ::testing::Contains, ::testing::HasSubstr, ::testing::Not, ::testing::SizeIs;
 
 /// A process that does not run yet.
 class SuspendedProgram {
@@ -81,9 +67,9 @@ class FaultsTest : public QuonTest {
         EXPECT_FALSE(HasSideFile(folder_));
     }
     std::string FilledIni() const {
-        QuonIni ini;
-        ini.AddShortcut("11", "Program", QuonExe(), "/x");
-        ini.AddShortcut("12", "Page", "http://example.test/?a=b");
+        const QuonIni ini = QuonIni{}
+                                .AddShortcut("11", "Program", QuonExe(), "/x")
+                                .AddShortcut("12", "Page", "http://example.test/?a=b");
         return ini.Text();
     }
 };
@@ -143,12 +129,10 @@ TEST_F(FaultsTest, AFileThatAnotherProgramHoldsStaysAsItIs) {
 
 TEST_F(FaultsTest, AWindowThatHangsHoldsUpNeitherTheMenuNorThePanel) {
     const Neighbour neighbour(folder_, "hung.exe", "hung");
-    QuonIni ini;
-    ini.edge = static_cast<int>(Edge::kTop);
-    ini.pop_on_hover = true;
-    ini.click_shows = true;
-    ini.taskbar_processes_only = false;
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start({.taskbar_processes_only = false,
+                            .edge = static_cast<int>(Edge::kTop),
+                            .pop_on_hover = true,
+                            .click_shows = true});
     neighbour.Hang();
     const PopupMenu menu = quon.OpenButtonMenu(1);
     EXPECT_THAT(menu.Captions(), Contains("Free button"));

@@ -1,13 +1,5 @@
 // A button's group and icon in a user's hands: the menu, the editor or the chooser, and what the button and
 // Quon.ini show afterwards.
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <string>
-#include <vector>
 
 #include "tests/program/quon_test.h"
 
@@ -52,9 +44,7 @@ class GroupAndIconTest : public QuonTest {
 };
 
 TEST_F(GroupAndIconTest, APickedIconIsOnTheFaceAndInTheFile) {
-    QuonIni ini;
-    ini.AddShortcut("12", "Програм", QuonExe());
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}.AddShortcut("12", "Програм", QuonExe()));
     quon.LeaveAlone();
     const Picture before = CaptureWindow(quon.Button(2));
     const Window chooser = ChangeIcon(quon, 2);
@@ -98,9 +88,7 @@ TEST_F(GroupAndIconTest, SmallStepsOfTheWheelAddUpInTheEditorOfAGroup) {
 }
 
 TEST_F(GroupAndIconTest, ThePanelTheCrossAndEscDismissTheChooser) {
-    QuonIni ini;
-    ini.AddShortcut("12", "Програм", QuonExe());
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}.AddShortcut("12", "Програм", QuonExe()));
     const std::string before = folder_.IniBytes();
     const std::function<void(Window)> ways[] = {
         [&](Window) { mouse::Click(quon.Button(5).Centre()); },
@@ -120,9 +108,7 @@ TEST_F(GroupAndIconTest, ThePanelTheCrossAndEscDismissTheChooser) {
 
 TEST_F(GroupAndIconTest, AFileWithoutIconsShowsAnEmptyChooser) {
     const std::string script = folder_.MakeFile("празно.exe", "not a program");
-    QuonIni ini;
-    ini.AddShortcut("12", "Ништа", script);
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}.AddShortcut("12", "Ништа", script));
     const Window chooser = Choose(quon, 2, "Change icon", "Icon Chooser");
     EXPECT_FALSE(chooser.FindChild(kFirstIcon));
     mouse::Click(chooser.Child(kCross));
@@ -166,10 +152,9 @@ TEST_F(GroupAndIconTest, AFreeButtonGetsAGroupThatIsEditedAndRenamed) {
 }
 
 TEST_F(GroupAndIconTest, FreeButtonTakesTheGroupOfTheSecondButtonOnly) {
-    QuonIni ini;
-    ini.AddShortcut("11", "Први", folder_.MakeFile("a.txt"));
-    ini.AddShortcut("12", "Други", folder_.MakeFile("b.txt") + "|" + folder_.Path());
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}
+                               .AddShortcut("11", "Први", folder_.MakeFile("a.txt"))
+                               .AddShortcut("12", "Други", folder_.MakeFile("b.txt") + "|" + folder_.Path()));
     quon.OpenButtonMenu(2).Choose("Free button");
     quon.ExpectName(2, "Empty");
     WaitForRecord("Buttons", "12", "");

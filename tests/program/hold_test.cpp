@@ -1,25 +1,16 @@
 // Another program, such as a backup or a virus scanner, keeps Quon.ini to itself for a while: whatever is
 // done meanwhile, no record is lost, nothing wrong is said, and the panel answers.
-#include <windows.h>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <atomic>
-#include <chrono>
 #include <iostream>
-#include <string>
 #include <thread>
 
 #include "tests/program/quon_panel.h"
-#include "tests/support/text.h"
 
 namespace testkit {
 namespace {
 
-using ::testing::HasSubstr;
-using ::testing::SizeIs;
+using ::testing::HasSubstr, ::testing::SizeIs;
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::milliseconds;
 
@@ -230,9 +221,8 @@ INSTANTIATE_TEST_SUITE_P(Milliseconds, SharedHoldTest, ::testing::Values(500));
 TEST(HoldAtStartTest, AFileThatIsJustBeingSavedIsWaitedFor) {
     for (const bool missing : {true, false}) {
         ProgramFolder folder;
-        QuonIni ini;
-        ini.buttons.emplace_back("10", "Work|mine");
-        ini.AddShortcut("11", "a", "http://example.test/");
+        const QuonIni ini =
+            QuonIni{.buttons = {{"10", "Work|mine"}}}.AddShortcut("11", "a", "http://example.test/");
         if (!missing) folder.WriteIniText("");
         // Not sooner than the program can have looked, and well before it gives up.
         const std::jthread saving([&] {
@@ -248,9 +238,7 @@ TEST(HoldAtStartTest, AFileThatIsJustBeingSavedIsWaitedFor) {
 
 TEST(HoldAtStartTest, ALastingHoldIsNamedInTheMessage) {
     ProgramFolder folder;
-    QuonIni ini;
-    ini.AddShortcut("11", "a", "http://example.test/");
-    folder.WriteIniText(ini.Text());
+    folder.WriteIniText(QuonIni{}.AddShortcut("11", "a", "http://example.test/").Text());
     const OwnedHandle held(
         CreateFileW(Wide(folder.IniPath()).c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     ASSERT_NE(held.get(), INVALID_HANDLE_VALUE);

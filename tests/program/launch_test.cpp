@@ -1,21 +1,11 @@
 // Buttons open real programs: which, with what, in which window state, and what the panel does around it.
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <optional>
-#include <string>
-#include <vector>
 
 #include "tests/program/quon_test.h"
 
 namespace testkit {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
+using ::testing::ElementsAre, ::testing::IsEmpty, ::testing::SizeIs;
 
 constexpr char kTargetClass[] = "QuonTestTarget";
 
@@ -40,9 +30,7 @@ class LaunchTest : public QuonTest {
 
 TEST_F(LaunchTest, TheHeldKeysChooseTheWindowState) {
     const std::string target = MakeTarget("tools\\target.exe");
-    QuonIni ini;
-    ini.AddShortcut("15", "Editor", target);
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}.AddShortcut("15", "Editor", target));
     struct Case {
         Keys held;
         int show_state;
@@ -71,9 +59,7 @@ TEST_F(LaunchTest, TheHeldKeysChooseTheWindowState) {
 
 TEST_F(LaunchTest, ASwitchFollowsTheTargetAndNeverAccumulates) {
     const std::string target = MakeTarget("target.exe");
-    QuonIni ini;
-    ini.AddShortcut("11", "Editor", target, "-a \"two words\" /b");
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}.AddShortcut("11", "Editor", target, "-a \"two words\" /b"));
     const std::string expected = target + " -a \"two words\" /b";
     for (int round = 0; round < 2; ++round) {
         // With a switch, the target always starts in the normal state.
@@ -90,9 +76,7 @@ TEST_F(LaunchTest, ASwitchFollowsTheTargetAndNeverAccumulates) {
 TEST_F(LaunchTest, AGroupOpensAllItsMembersInTheirOwnFolders) {
     const std::string first = MakeTarget("one\\first.exe");
     const std::string second = MakeTarget("два\\second.exe");
-    QuonIni ini;
-    ini.AddShortcut("19", "Both", first + "|" + second);
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}.AddShortcut("19", "Both", first + "|" + second));
     const TargetLaunch last = Open(quon, 9, second, {VK_SHIFT});
     const std::vector<TargetLaunch> firsts = WaitForTargetLaunches(first, 1);
     ASSERT_THAT(firsts, SizeIs(1));
@@ -105,13 +89,11 @@ TEST_F(LaunchTest, AGroupOpensAllItsMembersInTheirOwnFolders) {
 
 TEST_F(LaunchTest, WithTheSingleClickSettingOneClickOpensOnceAndThePanelDocks) {
     const std::string target = MakeTarget("target.exe");
-    QuonIni ini;
-    ini.single_click = true;
-    ini.hide_after_launch = true;
-    ini.click_shows = true;
-    ini.edge = static_cast<int>(Edge::kRight);
-    ini.AddShortcut("11", "Editor", target);
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{.hide_after_launch = true,
+                                   .edge = static_cast<int>(Edge::kRight),
+                                   .single_click = true,
+                                   .click_shows = true}
+                               .AddShortcut("11", "Editor", target));
     mouse::Click(quon.Button(1));
     const TargetLaunch launch = WaitForTargetLaunches(target, 1).front();
     EXPECT_EQ(launch.show_state, SW_SHOWNORMAL);
@@ -131,11 +113,9 @@ TEST_F(LaunchTest, WithTheSingleClickSettingOneClickOpensOnceAndThePanelDocks) {
 
 TEST_F(LaunchTest, WithoutTheSingleClickSettingOneClickOpensNothing) {
     const std::string target = MakeTarget("target.exe");
-    QuonIni ini;
-    ini.hide_after_launch = true;
-    ini.edge = static_cast<int>(Edge::kTop);
-    ini.AddShortcut("11", "Editor", target);
-    QuonPanel quon = Start(ini);
+    QuonPanel quon =
+        Start(QuonIni{.hide_after_launch = true, .edge = static_cast<int>(Edge::kTop)}.AddShortcut(
+            "11", "Editor", target));
     mouse::Click(quon.Button(1));
     quon.OpenButton(2);
     quon.Settle();
@@ -148,9 +128,8 @@ TEST_F(LaunchTest, WithoutTheSingleClickSettingOneClickOpensNothing) {
 
 TEST_F(LaunchTest, CtrlFreesTheButtonAndDropsItsRecords) {
     const std::string target = MakeTarget("target.exe");
-    QuonIni ini;
-    ini.AddShortcut("11", "Редактор", target, "/x");
-    ini.AddShortcut("12", "Other", target, "/y=z");
+    QuonIni ini =
+        QuonIni{}.AddShortcut("11", "Редактор", target, "/x").AddShortcut("12", "Other", target, "/y=z");
     ini.cuts.emplace_back("Link", "http://host.example/?a=b");
     QuonPanel quon = Start(ini);
     quon.ExpectName(1, "Редактор");
@@ -184,9 +163,7 @@ class SwitchQuestionTest : public LaunchTest {
 
 TEST_F(SwitchQuestionTest, AltCtrlAsksForTheSwitchAndKeepsIt) {
     const std::string target = MakeTarget("target.exe");
-    QuonIni ini;
-    ini.AddShortcut("11", "Editor", target);
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}.AddShortcut("11", "Editor", target));
     // The face's corner inside the focus mark, with nothing hovering over it.
     const auto corner = [&] { return CaptureWindow(quon.Button(1)).Part({5, 5, 34, 17}); };
     quon.LeaveAlone();
@@ -237,9 +214,7 @@ TEST_F(SwitchQuestionTest, AltCtrlAsksForTheSwitchAndKeepsIt) {
 
 TEST_F(SwitchQuestionTest, AGroupTakesNoSwitch) {
     const std::string target = MakeTarget("target.exe");
-    QuonIni ini;
-    ini.AddShortcut("11", "Both", target + "|" + folder_.Path());
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}.AddShortcut("11", "Both", target + "|" + folder_.Path()));
     const std::string before = folder_.IniBytes();
     const MessageBoxWindow box = Ask(quon, 1);
     EXPECT_EQ(box.Text(), "Sorry, can not add switch to group button.");

@@ -20,10 +20,7 @@
 namespace testkit {
 namespace {
 
-using ::testing::Contains;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::IsSupersetOf;
+using ::testing::Contains, ::testing::HasSubstr, ::testing::IsEmpty, ::testing::IsSupersetOf;
 
 constexpr GUID kStorageClass = {0x5d02926a, 0x212e, 0x11d0, {0x9d, 0xf9, 0x00, 0xa0, 0xc9, 0x22, 0xe6, 0xec}};
 constexpr GUID kStorageInterface = {

@@ -1,10 +1,4 @@
 // Moving a button with CTRL, SHIFT and the mouse.
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include <optional>
-#include <string>
 
 #include "tests/program/quon_test.h"
 

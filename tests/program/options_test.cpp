@@ -2,17 +2,6 @@
 // Quon.ini, the registry and the panel show afterwards.
 #include "dialogs/options.h"
 
-#include <windows.h>
-
-#include <commctrl.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <optional>
-#include <string>
-#include <vector>
-
-#include "res/resource.h"
 #include "tests/program/other_window.h"
 #include "tests/program/quon_test.h"
 #include "tests/support/wine.h"
@@ -156,8 +145,7 @@ TEST_F(OptionsDialogTest, AppliesEverySettingAndQuonIniKeepsIt) {
 }
 
 TEST_F(OptionsDialogTest, AChangeIsLostWithAProgramThatIsKilled) {
-    QuonIni ini;
-    ini.click_shows = true;
+    const QuonIni ini{.click_shows = true};
     QuonPanel quon = Start(ini);
     {
         const Window dialog = OpenOptions(quon);
@@ -174,11 +162,7 @@ TEST_F(OptionsDialogTest, AChangeIsLostWithAProgramThatIsKilled) {
 }
 
 TEST_F(OptionsDialogTest, CancelLeavesEverySettingAndBringsThePanelOut) {
-    QuonIni ini;
-    ini.start_glued = true;
-    ini.edge = 3;
-    ini.click_shows = true;
-    ini.pop_delay = 350;
+    const QuonIni ini{.start_glued = true, .edge = 3, .pop_delay = 350, .click_shows = true};
     QuonPanel quon = Start(ini);
     quon.WaitUntilDockedAt(Edge::kRight);
     const RECT strip = quon.Main().Rect();
@@ -199,10 +183,7 @@ TEST_F(OptionsDialogTest, CancelLeavesEverySettingAndBringsThePanelOut) {
 }
 
 TEST_F(OptionsDialogTest, RemovesTheStartEntryAgain) {
-    QuonIni ini;
-    ini.click_shows = true;
-    ini.start_with_windows = true;
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start({.start_with_windows = true, .click_shows = true});
     Leave(OpenOptions(quon), kAccept);
     EXPECT_EQ(StartEntry(), folder_.FullPath("Quon.exe"));
     const Window dialog = OpenOptions(quon);
@@ -216,9 +197,7 @@ TEST_F(OptionsDialogTest, RemovesTheStartEntryAgain) {
 
 TEST_F(OptionsDialogTest, ReportsThatTheStartEntrysKeyCannotBeOpenedAndStaysOpen) {
     ONLY_UNDER_WINE(kRunKeyIsTheUsers);
-    QuonIni ini;
-    ini.click_shows = true;
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start({.click_shows = true});
     {
         const RunKeyGone gone;
         const Window dialog = OpenOptions(quon);
@@ -243,8 +222,7 @@ TEST_F(OptionsDialogTest, ReportsThatTheStartEntrysKeyCannotBeOpenedAndStaysOpen
 
 TEST_F(OptionsDialogTest, TheProgramEndsInSpiteOfTheMessageAboutTheStartEntrysKey) {
     ONLY_UNDER_WINE(kRunKeyIsTheUsers);
-    QuonIni ini;
-    ini.click_shows = true;
+    const QuonIni ini{.click_shows = true};
     QuonPanel quon = Start(ini);
     const RunKeyGone gone;
     Click(OpenOptions(quon), kAccept);
@@ -255,9 +233,7 @@ TEST_F(OptionsDialogTest, TheProgramEndsInSpiteOfTheMessageAboutTheStartEntrysKe
 }
 
 TEST_F(OptionsDialogTest, ReportsADelayThatIsNoNumberAndStaysOpen) {
-    QuonIni ini;
-    ini.click_shows = true;
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start({.click_shows = true});
     const Window dialog = OpenOptions(quon);
     Toggle(dialog, frmSettings_chSet + 1);
     Toggle(dialog, frmSettings_chSet + 6);
@@ -281,10 +257,7 @@ TEST_F(OptionsDialogTest, ReportsADelayThatIsNoNumberAndStaysOpen) {
 }
 
 TEST_F(OptionsDialogTest, FramesBothTriggersInRedWhileItWarns) {
-    QuonIni ini;
-    ini.pop_on_hover = true;
-    ini.click_shows = true;
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start({.pop_on_hover = true, .click_shows = true});
     const Window dialog = OpenOptions(quon);
     const RECT place = dialog.Child(kFrame).Rect();
     Toggle(dialog, frmSettings_chSet + 8);
@@ -304,9 +277,7 @@ TEST_F(OptionsDialogTest, FramesBothTriggersInRedWhileItWarns) {
 }
 
 TEST_F(OptionsDialogTest, ExplainsTheBoxUnderThePointer) {
-    QuonIni ini;
-    ini.click_shows = true;
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start({.click_shows = true});
     const Window dialog = OpenOptions(quon);
     const ToolTipWatch tips(dialog);
     const auto hover = [&](int id) { Hover(dialog.Child(id)); };
@@ -330,9 +301,7 @@ TEST_F(OptionsDialogTest, ExplainsTheBoxUnderThePointer) {
 }
 
 TEST_F(OptionsDialogTest, TheMenuTheListAndTheCloseButtonFollow) {
-    QuonIni ini;
-    ini.click_shows = true;
-    folder_.WriteIniText(ini.Text() + "[Collected]\r\nПрограм=C:\\a.exe\r\n");
+    folder_.WriteIniText(QuonIni{.click_shows = true}.Text() + "[Collected]\r\nПрограм=C:\\a.exe\r\n");
     QuonPanel quon(folder_);
     EXPECT_EQ(quon.Shortcuts().Send(CB_GETCOUNT), 1);
     const Window dialog = OpenOptions(quon);
@@ -351,10 +320,7 @@ TEST_F(OptionsDialogTest, TheMenuTheListAndTheCloseButtonFollow) {
 }
 
 TEST_F(OptionsDialogTest, GoesByTheKeyboardAlone) {
-    QuonIni ini;
-    ini.edge = 9;
-    ini.click_shows = true;
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start({.edge = 9, .click_shows = true});
     {
         const Window dialog = OpenOptions(quon);
         keyboard::Press(VK_SPACE);
@@ -391,8 +357,7 @@ TEST_F(OptionsDialogTest, GoesByTheKeyboardAlone) {
 }
 
 TEST_F(OptionsDialogTest, ClosesWithTheProgram) {
-    QuonIni ini;
-    ini.click_shows = true;
+    const QuonIni ini{.click_shows = true};
     QuonPanel quon = Start(ini);
     Toggle(OpenOptions(quon), frmSettings_chSet + 1);
     quon.Main().Post(WM_CLOSE);
@@ -401,10 +366,7 @@ TEST_F(OptionsDialogTest, ClosesWithTheProgram) {
 }
 
 TEST_F(OptionsDialogTest, AHotKeyBringsThePanelOutAndDocksItFromEverywhere) {
-    QuonIni ini;
-    ini.click_shows = true;
-    ini.start_glued = true;
-    folder_.WriteIniText(ini.Text() + "[Collected]\r\n");
+    folder_.WriteIniText(QuonIni{.start_glued = true, .click_shows = true}.Text() + "[Collected]\r\n");
     {
         QuonPanel quon(folder_);
         quon.ClickTrayIcon();
@@ -461,9 +423,7 @@ TEST_F(OptionsDialogTest, AHotKeyBringsThePanelOutAndDocksItFromEverywhere) {
 
 TEST_F(OptionsDialogTest, SaysThatAHotKeyIsTaken) {
     ASSERT_TRUE(RegisterHotKey(nullptr, 1, MOD_CONTROL | MOD_ALT, 'K'));
-    QuonIni ini;
-    ini.click_shows = true;
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start({.click_shows = true});
     const Window dialog = OpenOptions(quon);
     dialog.Child(dialogs::frmSettings::HotKey)
         .Send(HKM_SETHOTKEY, MAKEWORD('K', HOTKEYF_CONTROL | HOTKEYF_ALT));

@@ -1,23 +1,14 @@
 // The organiser and the editors it opens on the whole program: by mouse, wheel and keyboard, and what
 // Quon.ini, the panel and the drop-down show afterwards.
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
 
 #include "dialogs/edit_group.h"
 #include "dialogs/organize_shortcuts.h"
-#include "res/resource.h"
 #include "tests/program/quon_test.h"
 
 namespace testkit {
 namespace {
 
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::Not;
+using ::testing::Contains, ::testing::ElementsAre, ::testing::Not;
 
 constexpr int kEdit = frmCuts_Command1 + 0;
 constexpr int kDelete = frmCuts_Command1 + 1;
@@ -55,10 +46,9 @@ class OrganizerTest : public QuonTest {
 };
 
 TEST_F(OrganizerTest, AShortcutDeletedHereFreesItsButton) {
-    QuonIni ini;
-    ini.AddShortcut("13", "Белешке", folder_.MakeFile("белешке.txt"));
-    ini.AddShortcut("12", "Other", folder_.MakeFile("other.txt"));
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}
+                               .AddShortcut("13", "Белешке", folder_.MakeFile("белешке.txt"))
+                               .AddShortcut("12", "Other", folder_.MakeFile("other.txt")));
     quon.ExpectName(3, "Белешке");
     EXPECT_EQ(quon.Shortcuts().Send(CB_GETCOUNT), 3);
     const Window organiser = Open(quon, 2);

@@ -1,24 +1,12 @@
 // The panel worked by keys, and what is dragged and renamed on it.
-#include <windows.h>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <string>
-#include <vector>
-
-#include "res/resource.h"
 #include "tests/program/other_window.h"
 #include "tests/program/quon_test.h"
-#include "tests/support/text.h"
-#include "win/handles.h"
 
 namespace testkit {
 namespace {
 
-using ::testing::ElementsAreArray;
-using ::testing::SizeIs;
+using ::testing::ElementsAreArray, ::testing::SizeIs;
 
 // The controls of the panel, each the base of its index.
 constexpr int b1 = IDC_TAB_HEADER;
@@ -102,10 +90,8 @@ TEST_F(PanelKeyboardTest, TabComesBackToTheTabThatIsShownAndToTheButtonThatWasPr
 
 TEST_F(PanelKeyboardTest, EnterAndSpaceOpenButtonsAndShowTabs) {
     const std::string target = folder_.CopyIn(TestTargetExe(), "target.exe");
-    QuonIni ini;
-    ini.AddShortcut("12", "Editor", target);
-    ini.AddShortcut("61", "Sixth", folder_.Path());
-    QuonPanel quon = Start(ini);
+    QuonPanel quon =
+        Start(QuonIni{}.AddShortcut("12", "Editor", target).AddShortcut("61", "Sixth", folder_.Path()));
     PressAndExpectFocus(quon, {VK_RIGHT}, pb1 + 2);
     keyboard::Press(VK_RETURN);
     RunningProgram::Attach(WaitForTargetLaunches(target, 1).back().process_id).CloseAndWait();
@@ -156,9 +142,7 @@ void HoldForTwoSeconds(const QuonPanel& quon, WORD key) {
 
 TEST_F(PanelKeyboardTest, AHeldKeyOpensOneProgramAndStoresOnce) {
     const std::string target = folder_.CopyIn(TestTargetExe(), "target.exe");
-    QuonIni ini;
-    ini.AddShortcut("11", "Editor", target);
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}.AddShortcut("11", "Editor", target));
     std::size_t launches = 0;
     const auto expect_one_more = [&](const char* what) {
         const TargetLaunch launch = WaitForTargetLaunches(target, ++launches).back();
@@ -285,9 +269,7 @@ TEST_F(PanelKeyboardTest, F1OpensTheManualWhereverTheFocusIs) {
     const std::string target = folder_.CopyIn(TestTargetExe(), "target.exe");
     const std::string manual = folder_.MakeFile("Manual.chm", "pages");
     const OpenedByTarget type(".chm", target);
-    QuonIni ini;
-    ini.AddShortcut("11", "Editor", target);
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}.AddShortcut("11", "Editor", target));
     std::size_t launches = 0;
     const auto press = [&] {
         keyboard::Press(VK_F1);
@@ -319,10 +301,9 @@ TEST_F(PanelKeyboardTest, F1OpensTheManualWhereverTheFocusIs) {
 }
 
 TEST_F(PanelKeyboardTest, TheMenuKeysOpenTheButtonMenu) {
-    QuonIni ini;
-    ini.AddShortcut("11", "Folder", folder_.Path());
-    ini.AddShortcut("12", "Group", folder_.Path() + "|C:\\");
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}
+                               .AddShortcut("11", "Folder", folder_.Path())
+                               .AddShortcut("12", "Group", folder_.Path() + "|C:\\"));
     std::vector<std::string> captions = {"Add file to button",
                                          "Add folder to button",
                                          "Add group to button",
@@ -364,10 +345,8 @@ TEST_F(PanelKeyboardTest, TheMenuKeysOpenTheButtonMenu) {
 
 TEST_F(PanelKeyboardTest, F2RenamesInPlace) {
     const std::string target = folder_.CopyIn(TestTargetExe(), "target.exe");
-    QuonIni ini;
-    ini.AddShortcut("11", "Editor", target, "/x");
-    ini.AddShortcut("12", "Other", target);
-    QuonPanel quon = Start(ini);
+    QuonPanel quon =
+        Start(QuonIni{}.AddShortcut("11", "Editor", target, "/x").AddShortcut("12", "Other", target));
     keyboard::Press(VK_F2);
     WaitFor("the rename box has the focus", [&] { return quon.RenameBox().IsFocused(); });
     EXPECT_EQ(quon.RenameBox().Text(), "Editor");
@@ -390,9 +369,7 @@ TEST_F(PanelKeyboardTest, F2RenamesInPlace) {
 }
 
 TEST_F(PanelKeyboardTest, EscapeAndALostFocusAbandonARename) {
-    QuonIni ini;
-    ini.AddShortcut("11", "Editor", folder_.Path());
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}.AddShortcut("11", "Editor", folder_.Path()));
     const std::string before = folder_.IniBytes();
     const auto begin = [&] {
         keyboard::Press(VK_F2);
@@ -423,9 +400,7 @@ TEST_F(PanelKeyboardTest, EscapeAndALostFocusAbandonARename) {
 }
 
 TEST_F(PanelKeyboardTest, LeavingForAnotherProgramAbandonsARename) {
-    QuonIni ini;
-    ini.AddShortcut("15", "Editor", folder_.Path());
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}.AddShortcut("15", "Editor", folder_.Path()));
     const std::string before = folder_.IniBytes();
     PressAndExpectFocus(quon, {VK_RIGHT}, pb1 + 2);
     PressAndExpectFocus(quon, {VK_DOWN}, pb1 + 5);
@@ -443,10 +418,8 @@ TEST_F(PanelKeyboardTest, LeavingForAnotherProgramAbandonsARename) {
 }
 
 TEST_F(PanelKeyboardTest, ADragOverAHeaderShowsItsTabAndADropElsewhereChangesNothing) {
-    QuonIni ini;
-    ini.AddShortcut("11", "First", folder_.Path());
-    ini.AddShortcut("31", "Third", folder_.Path());
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(
+        QuonIni{}.AddShortcut("11", "First", folder_.Path()).AddShortcut("31", "Third", folder_.Path()));
     const auto record = [&] { return Record("Buttons", "11") + " " + Record("Buttons", "31"); };
     const std::string before = record();
     const Keys moving = {VK_CONTROL, VK_SHIFT};
@@ -478,9 +451,7 @@ TEST_F(PanelKeyboardTest, ADragOverAHeaderShowsItsTabAndADropElsewhereChangesNot
 
 TEST_F(PanelKeyboardTest, ADragMovesAShortcutToAButtonOfAnotherTab) {
     const std::string target = folder_.CopyIn(TestTargetExe(), "target.exe");
-    QuonIni ini;
-    ini.AddShortcut("11", "Премештен 文", target, "/x");
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}.AddShortcut("11", "Премештен 文", target, "/x"));
     mouse::MoveTo(quon.Button(1).Centre());
     {
         const HeldKeys keys({VK_CONTROL, VK_SHIFT});

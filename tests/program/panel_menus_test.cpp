@@ -1,21 +1,11 @@
 // The menus of the image buttons, as the user sees and works them.
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 #include "tests/program/quon_test.h"
 
 namespace testkit {
 namespace {
 
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::MatchesRegex;
-using ::testing::SizeIs;
+using ::testing::Contains, ::testing::ElementsAre, ::testing::MatchesRegex, ::testing::SizeIs;
 
 class ImageButtonMenuTest : public QuonTest {};
 
@@ -41,9 +31,7 @@ TEST_F(ImageButtonMenuTest, TheFirstListsDrivesAndPlacesBelowItsButton) {
 
 TEST_F(ImageButtonMenuTest, TheSecondStartsTheOtherProgramsOfTheFolderAndDocks) {
     const std::string target = folder_.CopyIn(TestTargetExe(), "Алат 文 & co.exe");
-    QuonIni ini;
-    ini.hide_after_launch = true;
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start({.hide_after_launch = true});
     const PopupMenu menu = quon.OpenImageMenu(1);
     EXPECT_THAT(menu.Captions(),
                 ElementsAre("Launch default browser", "Launch default mail client", "Write new mail", "-",
@@ -58,9 +46,7 @@ TEST_F(ImageButtonMenuTest, TheSecondStartsTheOtherProgramsOfTheFolderAndDocks) 
 }
 
 TEST_F(ImageButtonMenuTest, TheUptimeIsShownAndThePanelStaysOut) {
-    QuonIni ini;
-    ini.hide_after_launch = true;
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start({.hide_after_launch = true});
     quon.OpenImageMenu(1).Choose("Shows Windows uptime");
     const MessageBoxWindow box = MessageBoxWindow::Wait(quon.Id());
     EXPECT_TRUE(box.Text().starts_with("Windows is running for: \r\n")) << box.Text();

@@ -1,11 +1,4 @@
 // What the panel shows: tabs, faces, tips, its menus; and that showing it costs nothing in the long run.
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <utility>
 
 #include "dialogs/message_box.h"
 #include "tests/program/quon_test.h"
@@ -14,9 +7,7 @@
 namespace testkit {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::StartsWith;
+using ::testing::ElementsAre, ::testing::HasSubstr, ::testing::StartsWith;
 
 constexpr COLORREF kShownTabMark = RGB(0x17, 0x78, 0x8A);
 
@@ -28,12 +19,9 @@ class PanelTest : public QuonTest {
 bool IsBlank(const Picture& picture, RECT part) { return picture.Part(part).ColourCount() == 1; }
 
 TEST_F(PanelTest, AClickOnAHeaderShowsItsTab) {
-    QuonIni ini;
-    ini.buttons.emplace_back("10", "Работа|");
-    ini.buttons.emplace_back("60", "日本語|with | in it");
-    ini.AddShortcut("11", "First", folder_.Path());
-    ini.AddShortcut("61", "Sixth", folder_.Path());
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{.buttons = {{"10", "Работа|"}, {"60", "日本語|with | in it"}}}
+                               .AddShortcut("11", "First", folder_.Path())
+                               .AddShortcut("61", "Sixth", folder_.Path()));
     quon.WaitUntilPainted();
     EXPECT_EQ(quon.Header(1).Text(), "Работа");
     EXPECT_EQ(quon.Header(2).Text(), "");
@@ -56,12 +44,11 @@ TEST_F(PanelTest, AClickOnAHeaderShowsItsTab) {
 
 TEST_F(PanelTest, AFaceShowsIconCaptionMarkAndEdge) {
     const std::string target = folder_.CopyIn(TestTargetExe(), "target.exe");
-    QuonIni ini;
-    ini.AddShortcut("11", "Short", target);
-    ini.AddShortcut("12", "A name much too long for one line", target);
-    ini.AddShortcut("13", "Group", target + "|" + folder_.Path());
-    ini.AddShortcut("14", "Switched", target, "/x");
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}
+                               .AddShortcut("11", "Short", target)
+                               .AddShortcut("12", "A name much too long for one line", target)
+                               .AddShortcut("13", "Group", target + "|" + folder_.Path())
+                               .AddShortcut("14", "Switched", target, "/x"));
     quon.ExpectName(4, "Switched");
     quon.LeaveAlone();
     CaptureScreen().SaveAs("faces.bmp");
@@ -97,12 +84,9 @@ TEST_F(PanelTest, AFaceShowsIconCaptionMarkAndEdge) {
 
 TEST_F(PanelTest, TheTipOfATabListsItsButtons) {
     const std::string target = folder_.MakeFile("Упутство.txt", "text");
-    QuonIni ini;
-    ini.extensive_tooltips = true;
-    ini.buttons.emplace_back("20", "Алати|Description");
-    ini.AddShortcut("22", "Manual", target);
-    ini.AddShortcut("25", "Both 文", target + "|" + folder_.Path());
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{.extensive_tooltips = true, .buttons = {{"20", "Алати|Description"}}}
+                               .AddShortcut("22", "Manual", target)
+                               .AddShortcut("25", "Both 文", target + "|" + folder_.Path()));
     const ToolTipWatch tips(quon.Main());
     Hover(quon.Header(2));
     const ToolTipText tip = tips.Wait();
@@ -129,11 +113,9 @@ TEST_F(PanelTest, EachImageButtonGetsItsTipWhenThePointerComes) {
 }
 
 TEST_F(PanelTest, TheTipOfATabIsItsDescriptionWhenTheSettingSaysSo) {
-    QuonIni ini;
-    ini.extensive_tooltips = true;
-    ini.tab_descriptions = true;
-    ini.buttons.emplace_back("20", "Label|Опис | with a bar");
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start({.extensive_tooltips = true,
+                            .tab_descriptions = true,
+                            .buttons = {{"20", "Label|Опис | with a bar"}}});
     const ToolTipWatch tips(quon.Main());
     Hover(quon.Header(2));
     EXPECT_EQ(tips.Wait().text, "Опис | with a bar");
@@ -153,13 +135,11 @@ TEST_F(PanelTest, TheMarkGoesWhenThePointerLeftWhileAMenuWasOpen) {
 
 TEST_F(PanelTest, TheHoverPictureTellsAboutItsButton) {
     const std::string target = folder_.MakeFile("Упутство.txt", std::string(2000, 'x'));
-    QuonIni ini;
-    ini.extensive_tooltips = true;
-    ini.AddShortcut("11", "Manual", target);
-    ini.AddShortcut("12", "Both", target + "|" + folder_.Path());
-    ini.AddShortcut("14", "Page", "http://host.example/путь");
-    ini.AddShortcut("15", "Folder", folder_.Path());
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{.extensive_tooltips = true}
+                               .AddShortcut("11", "Manual", target)
+                               .AddShortcut("12", "Both", target + "|" + folder_.Path())
+                               .AddShortcut("14", "Page", "http://host.example/путь")
+                               .AddShortcut("15", "Folder", folder_.Path()));
     quon.Main().Activate();
     const ToolTipWatch tips(quon.Main());
     const auto tip_of = [&](int button, const Keys& held = {}) {
@@ -238,9 +218,8 @@ TEST_F(PanelTest, TheSettingsMenuSwitchesTheTipsAndShowsAbout) {
 }
 
 TEST_F(PanelTest, SwitchingTabsCostsNothingInTheLongRun) {
-    QuonIni ini;
-    ini.AddShortcut("21", "Name", folder_.CopyIn(TestTargetExe(), "target.exe"));
-    QuonPanel quon = Start(ini);
+    QuonPanel quon =
+        Start(QuonIni{}.AddShortcut("21", "Name", folder_.CopyIn(TestTargetExe(), "target.exe")));
     const LPARAM middle = MAKELPARAM(20, 10);
     const auto rounds = [&](int count) {
         for (int round = 0; round < count; ++round) {

@@ -1,10 +1,5 @@
 #include "tests/program/quon_panel.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <stdexcept>
-
 namespace testkit {
 namespace {
 
@@ -33,11 +28,12 @@ std::string SectionText(const std::string& name, const QuonIni::Records& records
 
 }  // namespace
 
-void QuonIni::AddShortcut(const std::string& key, const std::string& name, const std::string& value,
-                          const std::string& command_switch) {
+QuonIni& QuonIni::AddShortcut(const std::string& key, const std::string& name, const std::string& value,
+                              const std::string& command_switch) {
     buttons.emplace_back(key, name + "|0");
     cuts.emplace_back(name, value);
     if (!command_switch.empty()) switches.emplace_back(name, command_switch);
+    return *this;
 }
 
 std::string QuonIni::Main() const {

@@ -1,20 +1,11 @@
 // A running Quon with its panel, and the Quon.ini it starts with.
 //
 //     ProgramFolder folder;
-//     QuonIni ini;
-//     ini.single_click = true;
-//     ini.AddShortcut("11", "Editor", folder.CopyIn(TestTargetExe(), "target.exe"));
-//     folder.WriteIniText(ini.Text());
+//     const std::string target = folder.CopyIn(TestTargetExe(), "target.exe");
+//     folder.WriteIniText(QuonIni{.single_click = true}.AddShortcut("11", "Editor", target).Text());
 //     QuonPanel quon(folder);
 //     mouse::Click(quon.Button(1));
 #pragma once
-
-#include <windows.h>
-
-#include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
 
 #include "res/resource.h"
 #include "tests/support/desktop.h"
@@ -47,8 +38,9 @@ struct QuonIni {
     Records switches = {};
 
     /// Binds the button of this key ("11" to "69") to a shortcut; several members joined by "|" are a group.
-    void AddShortcut(const std::string& key, const std::string& name, const std::string& value,
-                     const std::string& command_switch = {});
+    /// Gives this record, to go on with.
+    QuonIni& AddShortcut(const std::string& key, const std::string& name, const std::string& value,
+                         const std::string& command_switch = {});
     /// The value of "Main".
     std::string Main() const;
     /// The whole file.

@@ -1,10 +1,6 @@
 // What most tests of the whole program have: a folder for Quon, and what their user does over and over.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "tests/program/quon_panel.h"
 
 namespace testkit {

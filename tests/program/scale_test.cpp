@@ -1,11 +1,6 @@
 // The panel on a screen with another scale.
 #include "win/scale.h"
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include "res/resource.h"
 #include "tests/program/quon_panel.h"
 #include "tests/support/screen_scale.h"
 
@@ -24,9 +19,7 @@ TEST(ScaleTest, ThePanelIsDrawnForItsScreensScaleAndNotStretched) {
     constexpr win::Scale kScale(kDpi);
     const ScreenScale screen(kDpi);
     const ProgramFolder folder;
-    QuonIni ini;
-    ini.edge = static_cast<int>(Edge::kRight);
-    folder.WriteIniText(ini.Text());
+    folder.WriteIniText(QuonIni{.edge = static_cast<int>(Edge::kRight)}.Text());
     const QuonPanel quon(folder);
     RECT client{};
     GetClientRect(quon.Main().Handle(), &client);

@@ -1,11 +1,4 @@
 // Screens that change, programs that are in front, and what the keyboard does with a panel that nobody sees.
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <functional>
-#include <string>
 
 #include "tests/program/other_window.h"
 #include "tests/program/quon_test.h"
@@ -57,11 +50,8 @@ class ScreensTest : public QuonTest {
 
 TEST_F(ScreensTest, ADockedPanelFollowsItsEdgeWhenTheScreenChanges) {
     ONLY_UNDER_WINE(kOtherSizes);
-    QuonIni ini;
-    ini.start_glued = true;
-    ini.edge = static_cast<int>(Edge::kRight);
-    ini.click_shows = true;
-    QuonPanel quon = Start(ini);
+    QuonPanel quon =
+        Start({.start_glued = true, .edge = static_cast<int>(Edge::kRight), .click_shows = true});
     ASSERT_TRUE(quon.IsDockedAt(Edge::kRight));
     {
         const ScreenSize small(640, 480);
@@ -98,9 +88,7 @@ TEST_F(ScreensTest, APanelThatIsOutStaysInReach) {
 
 TEST_F(ScreensTest, APlaceThatNoScreenShowsAnyMoreCountsAsNone) {
     ONLY_UNDER_WINE(kOtherSizes);
-    QuonIni ini;
-    ini.edge = static_cast<int>(Edge::kLeft);
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start({.edge = static_cast<int>(Edge::kLeft)});
     SetWindowPos(quon.Main().Handle(), nullptr, 700, 400, 0, 0,
                  SWP_NOSIZE | SWP_NOZORDER | SWP_ASYNCWINDOWPOS);
     WaitFor("the panel moves", [&] { return quon.Main().Rect().left == 700; });
@@ -149,9 +137,7 @@ TEST_F(ScreensTest, TheOrganiserThatDocksThePanelKeepsTheForeground) {
 
 TEST_F(ScreensTest, ADockedPanelTakesNoKeysButAltF4) {
     const std::string target = folder_.CopyIn(TestTargetExe(), "target.exe");
-    QuonIni ini;
-    ini.AddShortcut("11", "Target", target);
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start(QuonIni{}.AddShortcut("11", "Target", target));
     mouse::Click(quon.Button(1));
     WaitFor("the button has the focus", [&] { return quon.Button(1).IsFocused(); });
     Dock(quon, Edge::kBottom);
@@ -227,8 +213,7 @@ TEST_F(ScreensTest, ThePanelMakesWayForAQuestionThatTheShellAsksInAProgramOfItsO
 TEST_F(ScreensTest, TheTrayIconAndTheHotKeyBringTheShellsQuestionAboutALaunchForward) {
     // Opened by name, what the shell would ask with in its own time.
     const std::string asking = folder_.CopyIn(TestTargetExe(), "OpenWith.exe");
-    QuonIni ini;
-    ini.AddShortcut("11", "Strange file", asking);
+    const QuonIni ini = QuonIni{}.AddShortcut("11", "Strange file", asking);
     std::string text = ini.Text();
     text.insert(text.find("Main="), "hotkey=1610\r\n");
     folder_.WriteIniText(text);

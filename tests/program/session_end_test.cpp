@@ -1,14 +1,7 @@
 // The session ends while a window of the program waits for an answer: nothing holds it up, and no setting is
 // lost.
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <exception>
-#include <functional>
-#include <string>
-#include <vector>
 
 #include "dialogs/define_tab.h"
 #include "dialogs/edit_shortcut.h"
@@ -26,10 +19,9 @@ class SessionEndTest : public QuonTest {
   protected:
     /// Starts on the first tab, goes to the second, lets `open` bring up windows and ends the session.
     void EndAfter(const std::function<void(QuonPanel&)>& open) {
-        QuonIni ini;
-        ini.pop_delay = 700;
-        ini.AddShortcut("21", "Програм", QuonExe(), "/x");
-        ini.AddShortcut("22", "Group", QuonExe() + "|C:\\");
+        QuonIni ini = QuonIni{.pop_delay = 700}
+                          .AddShortcut("21", "Програм", QuonExe(), "/x")
+                          .AddShortcut("22", "Group", QuonExe() + "|C:\\");
         QuonPanel quon = Start(ini);
         mouse::Click(quon.Header(2));
         quon.ExpectName(1, "Програм");

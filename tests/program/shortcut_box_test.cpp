@@ -1,25 +1,12 @@
 // The drop-down of text shortcuts under the user's hands: typing, opening, refreshing, drops, the Go button.
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <ole2.h>
-
-#include <optional>
-#include <string>
-#include <vector>
 
 #include "tests/program/quon_test.h"
 #include "tests/support/drag_source.h"
-#include "tests/support/text.h"
 
 namespace testkit {
 namespace {
 
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
+using ::testing::Contains, ::testing::ElementsAre, ::testing::IsEmpty, ::testing::SizeIs;
 
 class ShortcutBoxProgramTest : public QuonTest {
   protected:
@@ -38,7 +25,7 @@ class ShortcutBoxProgramTest : public QuonTest {
     /// The text with its selected part between "[" and "]"; "|" is the caret where nothing is selected.
     std::string Shown() const {
         std::wstring text = Wide(Edit().Text());
-        const LRESULT selection = Edit().Send(EM_GETSEL);
+        const LRESULT selection = Edit().Selection();
         const std::size_t start = LOWORD(selection);
         const std::size_t end = HIWORD(selection);
         if (start > text.size() || end > text.size()) return "(in between)";
@@ -49,10 +36,15 @@ class ShortcutBoxProgramTest : public QuonTest {
         HappensWithin(kPatience, [&] { return Shown() == shown; });
         EXPECT_EQ(Shown(), shown);
     }
-    void Clear() const {
-        keyboard::Press(VK_ESCAPE);
-        ExpectShown("|");
+    void Type(const std::string& text, const std::string& shown) const {
+        keyboard::Type(text);
+        ExpectShown(shown);
     }
+    void Press(WORD key, const std::string& shown) const {
+        keyboard::Press(key);
+        ExpectShown(shown);
+    }
+    void Clear() const { Press(VK_ESCAPE, "|"); }
     LRESULT Count() const { return quon_->Shortcuts().Send(CB_GETCOUNT); }
     bool IsListed(const std::string& name) const {
         return quon_->Shortcuts().Send(CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
@@ -106,28 +98,21 @@ class TypingTest : public ShortcutBoxProgramTest {
 
 TEST_F(TypingTest, CompletesLetterByLetterAndAllAtOnce) {
     Start();
-    keyboard::Press('N');
-    ExpectShown("N[otepad]");
-    keyboard::Press('O');
-    ExpectShown("No[tepad]");
+    Press('N', "N[otepad]");
+    Press('O', "No[tepad]");
     keyboard::Press('T');
     keyboard::Press('E');
-    keyboard::Press('S');
-    ExpectShown("Notes[ 2]");
+    Press('S', "Notes[ 2]");
     CaptureWindow(quon_->Main()).SaveAs("completion.bmp");
     Clear();
-    keyboard::Type("notepad");
-    ExpectShown("Notepad|");
+    Type("notepad", "Notepad|");
     Clear();
-    keyboard::Type("otep");
-    ExpectShown("otep[ad]");
+    Type("otep", "otep[ad]");
     Clear();
-    keyboard::Type("cal and more");
-    ExpectShown("Cal and more|");
+    Type("cal and more", "Cal and more|");
     Clear();
     // "[Refresh list]" is no name.
-    keyboard::Type("re");
-    ExpectShown("re|");
+    Type("re", "re|");
 }
 
 TEST_F(TypingTest, AFastTypistsKeysOverlap) {
@@ -146,51 +131,37 @@ TEST_F(TypingTest, AFastTypistsKeysOverlap) {
 
 TEST_F(TypingTest, CorrectionsAreLeftAsTheyAre) {
     Start();
-    keyboard::Type("nox");
-    ExpectShown("Nox|");
-    keyboard::Press(VK_BACK);
-    ExpectShown("No|");
-    keyboard::Type("t");
-    ExpectShown("Not[epad]");
-    keyboard::Press(VK_BACK);
-    ExpectShown("Not|");
-    keyboard::Press(VK_BACK);
-    ExpectShown("No|");
-    keyboard::Type("tes");
-    ExpectShown("Notes[ 2]");
-    keyboard::Press(VK_DELETE);
-    ExpectShown("Notes|");
+    Type("nox", "Nox|");
+    Press(VK_BACK, "No|");
+    Type("t", "Not[epad]");
+    Press(VK_BACK, "Not|");
+    Press(VK_BACK, "No|");
+    Type("tes", "Notes[ 2]");
+    Press(VK_DELETE, "Notes|");
     // In the middle of a text.
     keyboard::Press(VK_HOME);
-    keyboard::Press(VK_DELETE);
-    ExpectShown("|otes");
-    keyboard::Type("n");
-    ExpectShown("n|otes");
+    Press(VK_DELETE, "|otes");
+    Type("n", "n|otes");
 }
 
 TEST_F(TypingTest, TypingReplacesWhatIsSelected) {
     Start();
-    keyboard::Type("nothing at all");
-    ExpectShown("Nothing at all|");
+    Type("nothing at all", "Nothing at all|");
     keyboard::Chord({VK_SHIFT, VK_HOME});
     ExpectShown("[Nothing at all]");
-    keyboard::Type("c");
-    ExpectShown("C[alc]");
+    Type("c", "C[alc]");
     keyboard::Press(VK_END);
     keyboard::Chord({VK_CONTROL, VK_SHIFT, VK_LEFT});
-    keyboard::Type("n");
-    ExpectShown("N[otepad]");
+    Type("n", "N[otepad]");
 }
 
 TEST_F(TypingTest, TakesEveryScript) {
     Start();
-    keyboard::Type("Заметки 日本");
-    ExpectShown("Заметки 日本|");
+    Type("Заметки 日本", "Заметки 日本|");
     Clear();
     // These characters have no key that completes; the digit's key does.
     keyboard::Type("notes ");
-    keyboard::Press('2');
-    ExpectShown("Notes 2|");
+    Press('2', "Notes 2|");
 }
 
 class OpeningTest : public ShortcutBoxProgramTest {
@@ -207,8 +178,7 @@ TEST_F(OpeningTest, EnterOpensWhatIsCompletedAndLeavesItThere) {
     const std::string target = MakeTarget("алати\\уредник.exe");
     ini_.cuts.emplace_back("Editor č 文", target);
     Start();
-    keyboard::Type("ed");
-    ExpectShown("Ed[itor č 文]");
+    Type("ed", "Ed[itor č 文]");
     keyboard::Press(VK_RETURN);
     const TargetLaunch launch = CloseAfterLaunch(target, 1);
     EXPECT_EQ(launch.work_folder, folder_.FullPath("алати"));
@@ -231,10 +201,8 @@ TEST_F(OpeningTest, EnterDocksThePanelAfterwardsWhenTheSettingSaysSo) {
 TEST_F(OpeningTest, EscEmptiesTheBoxAndDocksThePanelOnlyFromAnEmptyOne) {
     ini_.edge = static_cast<int>(Edge::kRight);
     Start();
-    keyboard::Type("text");
-    ExpectShown("text|");
-    keyboard::Press(VK_ESCAPE);
-    ExpectShown("|");
+    Type("text", "text|");
+    Press(VK_ESCAPE, "|");
     EXPECT_TRUE(quon_->IsOut());
     keyboard::Press(VK_ESCAPE);
     WaitFor("the panel docks", [&] { return quon_->IsDockedAt(Edge::kRight); });
@@ -246,8 +214,7 @@ TEST_F(OpeningTest, TheGoButtonDocksThePanelAndOpens) {
     ini_.edge = static_cast<int>(Edge::kLeft);
     ini_.cuts.emplace_back("Editor", target);
     Start();
-    keyboard::Type("editor");
-    ExpectShown("Editor|");
+    Type("editor", "Editor|");
     mouse::Click(quon_->ImageButton(3));
     WaitFor("the panel docks", [&] { return quon_->IsDockedAt(Edge::kLeft); });
     CloseAfterLaunch(target, 1);
@@ -260,10 +227,8 @@ TEST_F(OpeningTest, AChosenNameIsOpenedByEnterOnly) {
     ini_.cuts.emplace_back("First", first);
     ini_.cuts.emplace_back("Second", second);
     Start();
-    keyboard::Press(VK_DOWN);
-    ExpectShown("[First]");
-    keyboard::Press(VK_DOWN);
-    ExpectShown("[Second]");
+    Press(VK_DOWN, "[First]");
+    Press(VK_DOWN, "[Second]");
     keyboard::Press(VK_RETURN);
     CloseAfterLaunch(second, 1);
     EXPECT_THAT(TargetLaunches(first), IsEmpty());
@@ -290,8 +255,7 @@ TEST_F(OpeningTest, EscInTheOpenListClosesThatAndNothingMore) {
     ini_.cuts.emplace_back("First", "C:\\nothing");
     Start();
     OpenList();
-    keyboard::Press(VK_DOWN);
-    ExpectShown("[First]");
+    Press(VK_DOWN, "[First]");
     keyboard::Press(VK_ESCAPE);
     WaitFor("the list closes", [&] { return quon_->Shortcuts().Send(CB_GETDROPPEDSTATE) == FALSE; });
     quon_->Program().WaitUntilIdle();
@@ -303,8 +267,7 @@ TEST_F(OpeningTest, AMatchInsideANameOpensThatName) {
     const std::string target = MakeTarget("target.exe");
     ini_.cuts.emplace_back("Great editor", target);
     Start();
-    keyboard::Type("edit");
-    ExpectShown("edit[or]");
+    Type("edit", "edit[or]");
     keyboard::Press(VK_RETURN);
     CloseAfterLaunch(target, 1);
     ExpectShown("editor|");
@@ -356,8 +319,7 @@ TEST_F(RefreshTest, TheRefreshItemReadsTheFileAnew) {
 TEST_F(RefreshTest, KeysAndWheelOverTheClosedListOnlyFillTheBox) {
     ini_.show_collected = true;
     Start();
-    keyboard::Press(VK_DOWN);
-    ExpectShown("[[Refresh list]]");
+    Press(VK_DOWN, "[[Refresh list]]");
     mouse::MoveTo(Edit().Centre());
     mouse::Wheel(-1);
     quon_->Program().WaitUntilIdle();

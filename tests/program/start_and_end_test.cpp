@@ -1,23 +1,12 @@
 // The program from its start to its end: one instance a folder, the ways to close it, what is saved.
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <shellapi.h>
-
-#include <algorithm>
-#include <functional>
-#include <string>
 
 #include "tests/program/quon_test.h"
 #include "tests/support/agent.h"
-#include "tests/support/text.h"
 
 namespace testkit {
 namespace {
 
-using ::testing::AnyOf;
-using ::testing::SizeIs;
+using ::testing::AnyOf, ::testing::SizeIs;
 
 /// Whether the notification area has the icon of this window.
 bool HasTrayIcon(HWND window) {
@@ -69,8 +58,7 @@ TEST_F(StartAndEndTest, ADriveWithoutADiskBringsNoComplaintInAnyThread) {
 }
 
 TEST_F(StartAndEndTest, ASecondStartEndsAtOnceAndSilently) {
-    QuonIni ini;
-    ini.start_glued = true;
+    const QuonIni ini{.start_glued = true};
     QuonPanel quon = Start(ini);
     const std::string before = folder_.IniBytes();
     EXPECT_EQ(RunToExit(folder_.FullPath("Quon.exe")), 0u);
@@ -110,9 +98,7 @@ TEST_F(StartAndEndTest, AStartEndsSilentlyWhenItCannotOpenTheInstanceThatRuns) {
 }
 
 TEST_F(StartAndEndTest, TheCloseButtonHidesAndAltF4EndsWithTheSettingAsItWas) {
-    QuonIni ini;
-    ini.edge = static_cast<int>(Edge::kLeft);
-    ini.click_shows = true;
+    const QuonIni ini{.edge = static_cast<int>(Edge::kLeft), .click_shows = true};
     QuonPanel quon = Start(ini);
     const RECT out = quon.Main().Rect();
     SetWindowPos(quon.Main().Handle(), nullptr, out.left + 41, out.top - 23, 0, 0,
@@ -138,12 +124,10 @@ TEST_F(StartAndEndTest, TheCloseButtonHidesAndAltF4EndsWithTheSettingAsItWas) {
 }
 
 TEST_F(StartAndEndTest, TheCloseButtonEndsTheProgramWhenTheSettingSaysSo) {
-    QuonIni ini;
-    ini.close_button_closes = true;
-    ini.edge = static_cast<int>(Edge::kTop);
-    ini.pop_on_hover = true;
-    ini.pop_delay = 250;
-    QuonPanel quon = Start(ini);
+    QuonPanel quon = Start({.close_button_closes = true,
+                            .edge = static_cast<int>(Edge::kTop),
+                            .pop_on_hover = true,
+                            .pop_delay = 250});
     const HWND panel = quon.Main().Handle();
     mouse::Click(quon.CloseButtonPlace());
     EXPECT_EQ(quon.Program().WaitForExit(), 0u);
@@ -170,8 +154,7 @@ TEST_F(StartAndEndTest, SettingsAreSavedInTheirOwnForm) {
 }
 
 TEST_F(StartAndEndTest, TheTabThatWasShownIsShownAgain) {
-    QuonIni ini;
-    ini.AddShortcut("31", "Third", folder_.Path());
+    QuonIni ini = QuonIni{}.AddShortcut("31", "Third", folder_.Path());
     ini.buttons.emplace_back("30", "Work|");
     QuonPanel quon = Start(ini);
     quon.ExpectName(1, "Empty");
@@ -188,9 +171,7 @@ TEST_F(StartAndEndTest, TheTabThatWasShownIsShownAgain) {
 
 TEST_F(StartAndEndTest, StartGluedShowsOnlyTheStrip) {
     for (const Edge edge : {Edge::kLeft, Edge::kTop, Edge::kRight, Edge::kBottom}) {
-        QuonIni ini;
-        ini.start_glued = true;
-        ini.edge = static_cast<int>(edge);
+        const QuonIni ini{.start_glued = true, .edge = static_cast<int>(edge)};
         const Window before = Window::Foreground();
         QuonPanel quon = Start(ini);
         EXPECT_TRUE(quon.IsDockedAt(edge)) << ini.edge;
@@ -205,9 +186,7 @@ TEST_F(StartAndEndTest, StartGluedShowsOnlyTheStrip) {
 }
 
 TEST_F(StartAndEndTest, ANumberThatIsNoEdgeLeavesThePanelWhereItIs) {
-    QuonIni ini;
-    ini.start_glued = true;
-    ini.edge = 7;
+    const QuonIni ini{.start_glued = true, .edge = 7};
     QuonPanel quon = Start(ini);
     EXPECT_TRUE(quon.IsOut());
     EXPECT_EQ(quon.Program().CloseAndWait(), 0u);
@@ -243,9 +222,7 @@ TEST_F(StartAndEndTest, TheEndOfTheSessionSavesAndEnds) {
 }
 
 TEST_F(StartAndEndTest, TheEndOfTheSessionPassesAnOpenMessageBox) {
-    QuonIni ini;
-    ini.AddShortcut("41", "Editor", folder_.FullPath("Quon.exe"));
-    ini.current_tab = 4;
+    const QuonIni ini = QuonIni{.current_tab = 4}.AddShortcut("41", "Editor", folder_.FullPath("Quon.exe"));
     QuonPanel quon = Start(ini);
     quon.OpenButton(1, {VK_MENU, VK_CONTROL});
     MessageBoxWindow::Wait(quon.Id());

@@ -18,6 +18,7 @@
 #pragma once
 
 // IWYU pragma: begin_exports
+#include "tests/precompiled.h"
 #include "tests/support/input.h"
 #include "tests/support/message_box_window.h"
 #include "tests/support/paths.h"

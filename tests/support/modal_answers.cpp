@@ -73,4 +73,29 @@ void ModalAnswers::Answer(Window dialog) {
     }
 }
 
+ModalAnswers::Step Press(int id) {
+    return [id](Window dialog) { dialog.Press(id); };
+}
+
+ModalAnswers::Step PostPress(int id) {
+    return [id](Window dialog) { dialog.PostPress(id); };
+}
+
+ModalAnswers::Step TypeAndPress(const std::string& text, int id) {
+    return [text, id](Window box) {
+        box.Child(dialogs::frmMsg::Text1).SetText(text);
+        box.Press(id);
+    };
+}
+
+ModalAnswers::Step Note(const std::string& text) {
+    return [text](Window box) {
+        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), text);
+        EXPECT_EQ(box.Child(dialogs::frmMsg::b1).Text(), "OK");
+        EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 1).IsVisible());
+        EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 2).IsVisible());
+        box.Press(dialogs::frmMsg::b1);
+    };
+}
+
 }  // namespace testkit

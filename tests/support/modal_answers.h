@@ -1,6 +1,6 @@
 // Answers the modal dialogs that code under test opens in the test's own thread.
 //
-//     ModalAnswers user({[](Window box) { box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK); }});
+//     ModalAnswers user({Press(dialogs::frmMsg::b1 + 0)});
 //     EXPECT_EQ(dialogs::ShowMessage("Go on?", 1, "OK"), "OK");
 //
 // Each step gets one dialog, in the order in which they open; a dialog that a step itself opens counts too. A
@@ -8,8 +8,7 @@
 // then. It may leave the dialog open after posting a message that will close it.
 // Where nobody can know which dialogs come up, one step answers them all:
 //
-//     const ModalAnswers user = ModalAnswers::ForAll(
-//         [](Window box) { box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK); });
+//     const ModalAnswers user = ModalAnswers::ForAll(Press(dialogs::frmMsg::b1 + 0));
 //
 // A dialog without a step, a step without a dialog, an exception in a step and a dialog that stays open
 // fail the test; the dialog is closed then.
@@ -19,6 +18,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -55,5 +55,13 @@ class ModalAnswers {
     ULONGLONG last_answer_ = 0;
     ModalAnswers* before_ = nullptr;
 };
+
+/// Presses a button of the dialog; the second one posts the press and returns at once.
+ModalAnswers::Step Press(int id);
+ModalAnswers::Step PostPress(int id);
+/// Types into the line of Quon's message box and presses a button.
+ModalAnswers::Step TypeAndPress(const std::string& text, int id);
+/// Takes note of a message of Quon's, which has to have this text and no button but "OK".
+ModalAnswers::Step Note(const std::string& text);
 
 }  // namespace testkit

@@ -173,4 +173,11 @@ std::string ProgramFolder::IniBytes() const {
     return Exists("Quon.ini") ? ReadFile("Quon.ini") : std::string();
 }
 
+std::vector<std::string> ProgramFolder::IniLines(std::string_view section) const {
+    std::vector<std::string> lines;
+    for (const IniText::Entry& entry : Ini().Entries(section))
+        lines.push_back(entry.key + "=" + entry.value);
+    return lines;
+}
+
 }  // namespace testkit

@@ -16,6 +16,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "tests/support/ini_text.h"
 #include "tests/support/paths.h"
@@ -68,6 +69,8 @@ class ProgramFolder {
     std::optional<std::string> IniValue(std::string_view section, std::string_view key) const {
         return Ini().Value(section, key);
     }
+    /// The entries of a section of Quon.ini as "key=value", in order.
+    std::vector<std::string> IniLines(std::string_view section) const;
 
   private:
     std::string path_;

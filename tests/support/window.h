@@ -70,6 +70,19 @@ class Window {
     /// Sends a message and waits for the answer, at most for the usual patience.
     LRESULT Send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const;
     void Post(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const;
+    /// Presses the button with this control id without the mouse; returns when all that it does is done.
+    void Press(int id) const { Child(id).Send(BM_CLICK); }
+    /// The same, but returns at once.
+    void PostPress(int id) const { Child(id).Post(BM_CLICK); }
+
+    /// Presses and releases the left mouse button at a point of its client area, without the mouse.
+    void SendClick(int x = 5, int y = 5) const {
+        Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
+        Send(WM_LBUTTONUP, 0, MAKELPARAM(x, y));
+    }
+    /// What is selected in an edit field: MAKELONG of the start and the end, in characters.
+    LRESULT Selection() const { return Send(EM_GETSEL); }
+
     /// Makes it the foreground window and waits until it is.
     void Activate() const;
     /// Replaces a control's text as a whole, the way a program would; typing is keyboard::Type.

@@ -1,24 +1,11 @@
 // Buttons without a window, over a configuration file of their own.
 #pragma once
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include <optional>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "app/add_to_button.h"
 #include "config/settings.h"
 #include "dialogs/message_box.h"
 #include "res/resource.h"
-#include "tests/support/call_log.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/scoped_ini_path.h"
+#include "tests/support/unit_test.h"
 #include "win/com.h"
 
 namespace app {
@@ -62,6 +49,12 @@ class AddToButtonFixture : public ::testing::Test {
         log_.Clear();
     }
 
+    /// Begins with free buttons, and with the log.
+    void StartFree() {
+        Start("[Settings]\r\n");
+        Record();
+    }
+
     bool Add(std::string target, std::string name, std::string commandSwitch = {}) {
         return AddToButton(state_, state_.CurrentPlace(), target, name, commandSwitch);
     }
@@ -93,7 +86,7 @@ class AddToButtonFixture : public ::testing::Test {
             return;
         }
         box.Child(dialogs::frmMsg::Text1).SetText(answer);
-        box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
+        box.Press(dialogs::frmMsg::b1);
     }
 
     const config::SettingsRecord before_ = config::Settings;

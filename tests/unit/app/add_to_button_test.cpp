@@ -1,10 +1,6 @@
 #include "app/add_to_button.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "dialogs/message_box.h"
-#include "tests/support/held_file.h"
 #include "tests/unit/app/add_to_button_fixture.h"
 
 namespace app {
@@ -23,8 +19,7 @@ class AddToButtonTest : public AddToButtonFixture {
 };
 
 TEST_F(AddToButtonTest, FillsAFreeButtonWithoutAQuestion) {
-    Start("[Settings]\r\n");
-    Record();
+    StartFree();
     EXPECT_TRUE(Add(file_, "Заметки"));
     EXPECT_THAT(log_.Lines(), ElementsAre("Cuts Заметки = " + file_, "Buttons 21 = Заметки|0", "refill"));
     EXPECT_EQ(state_.Context.Records.At("21"), "Заметки|0");
@@ -35,8 +30,7 @@ TEST_F(AddToButtonTest, FillsAFreeButtonWithoutAQuestion) {
 }
 
 TEST_F(AddToButtonTest, WritesTheSwitchAfterTheRecord) {
-    Start("[Settings]\r\n");
-    Record();
+    StartFree();
     EXPECT_TRUE(Add(file_, "Notes", "/x \"two words\""));
     EXPECT_THAT(log_.Lines(), ElementsAre("Cuts Notes = " + file_, "Buttons 21 = Notes|0",
                                           "Switch Notes = /x \"two words\"", "refill"));
@@ -73,7 +67,7 @@ TEST_F(AddToButtonTest, AsksWithTheNameOfTheButtonInTheInputLine) {
         EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 1).Text(), "Replace");
         EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 2).Text(), "Cancel");
         EXPECT_TRUE(box.Child(dialogs::frmMsg::b1 + 2).IsVisible());
-        box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
+        box.Press(dialogs::frmMsg::b1 + 2);
     }});
     EXPECT_FALSE(Add(other_, "Other"));
 }
@@ -81,15 +75,9 @@ TEST_F(AddToButtonTest, AsksWithTheNameOfTheButtonInTheInputLine) {
 TEST_F(AddToButtonTest, SaysWhyAGroupTakesNoSwitch) {
     StartGroup();
     const testkit::ModalAnswers user(
-        {[](testkit::Window box) { box.Child(dialogs::frmMsg::b1).Send(BM_CLICK); },
-         [](testkit::Window box) {
-             EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
-                       "This shortcut has command switch. Quon will add it to the group, but you can use "
-                       "command switches only on non group buttons.");
-             EXPECT_EQ(box.Child(dialogs::frmMsg::b1).Text(), "OK");
-             EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 1).IsVisible());
-             box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
-         }});
+        {testkit::Press(dialogs::frmMsg::b1),
+         testkit::Note("This shortcut has command switch. Quon will add it to the group, but you can use "
+                       "command switches only on non group buttons.")});
     EXPECT_TRUE(Add(folder_.Path(), "Folder", "/new"));
 }
 
@@ -258,7 +246,7 @@ TEST_F(AddToButtonTest, ActsOnItsPlaceWhereverTheCurrentButtonIsMeanwhile) {
     StartUsed();
     const testkit::ModalAnswers user({[this](testkit::Window box) {
         state_.Context.Select(7);
-        box.Child(dialogs::frmMsg::b1 + 1).Send(BM_CLICK);
+        box.Press(dialogs::frmMsg::b1 + 1);
     }});
     EXPECT_TRUE(Add(other_, "Other"));
     EXPECT_EQ(Ini("Buttons", "21"), "Other|0");
@@ -331,8 +319,7 @@ TEST_F(ShortcutFromDropTest, MakesNothingOfEmptyData) {
 class DropOnButtonTest : public AddToButtonFixture {};
 
 TEST_F(DropOnButtonTest, SelectsTheButtonAndAddsTheTargetToIt) {
-    Start("[Settings]\r\n");
-    Record();
+    StartFree();
     DropOnButton(state_, {2, 7}, {false, file_});
     EXPECT_EQ(state_.Context.CurrentButtonIndex, 7);
     EXPECT_EQ(state_.Context.CurrentButtonKey, "27");
@@ -353,8 +340,7 @@ TEST_F(DropOnButtonTest, FillsTheButtonItWasDroppedOnAfterTheTabHasChanged) {
 }
 
 TEST_F(DropOnButtonTest, TakesAUrlAFolderAndATextThatNamesAFile) {
-    Start("[Settings]\r\n");
-    Record();
+    StartFree();
     DropOnButton(state_, {2, 1}, {true, "https://example.org/страница.html\n"});
     DropOnButton(state_, {2, 2}, {false, folder_.MakeFolder("папка")});
     DropOnButton(state_, {2, 3}, {true, file_ + "\r\n"});
@@ -396,11 +382,8 @@ TEST_F(DropOnButtonTest, SaysWhatItCannotMakeAndChangesNothing) {
 
 TEST_F(DropOnButtonTest, SaysThatALinksArgumentsWereLeftOut) {
     Start("[Settings]\r\n");
-    const testkit::ModalAnswers user({[](testkit::Window box) {
-        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
-                  "The command switch of this shortcut is too long. Quon has left it out.");
-        box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
-    }});
+    const testkit::ModalAnswers user(
+        {testkit::Note("The command switch of this shortcut is too long. Quon has left it out.")});
     DropOnButton(state_, {2, 1},
                  {false, folder_.MakeLink("a.lnk", {.target = file_, .arguments = std::string(600, 'x')})});
     EXPECT_EQ(Ini("Buttons", "21"), "Заметки|0");
@@ -408,8 +391,7 @@ TEST_F(DropOnButtonTest, SaysThatALinksArgumentsWereLeftOut) {
 }
 
 TEST_F(DropOnButtonTest, AUrlWithABarMakesASingleShortcut) {
-    Start("[Settings]\r\n");
-    Record();
+    StartFree();
     DropOnButton(state_, {2, 1}, {true, "https://example.org/a|b.html"});
     EXPECT_EQ(state_.Button(1).FilePath, "https://example.org/a%7Cb.html");
     EXPECT_FALSE(state_.Button(1).Group);

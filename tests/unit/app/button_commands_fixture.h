@@ -1,21 +1,11 @@
 // The commands of a button's menu, with the shell's part played by the test.
 #pragma once
 
-#include <windows.h>
-
-#include <shellapi.h>
-
-#include <cstring>
-#include <functional>
-#include <string>
-#include <string_view>
-
 #include "app/button_commands.h"
 #include "dialogs/message_box.h"
-#include "tests/support/modal_answers.h"
 #include "tests/support/pickers.h"
 #include "tests/support/program_calls.h"
-#include "tests/support/text.h"
+#include "tests/support/unit_test.h"
 #include "tests/unit/app/panel_parts.h"
 #include "win/window.h"
 
@@ -78,7 +68,7 @@ class ButtonCommandsFixture : public PanelParts {
     static testkit::ModalAnswers::Step Note(const std::string& text) {
         return [text](testkit::Window box) {
             EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), text);
-            box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
+            box.Press(dialogs::frmMsg::b1 + 0);
         };
     }
 

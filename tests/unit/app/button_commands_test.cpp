@@ -2,34 +2,20 @@
 
 #include "app/button_commands.h"
 
-#include <windows.h>
-
 #include <commdlg.h>
-#include <gmock/gmock.h>
-#include <shellapi.h>
-#include <shlobj.h>
-
-#include <cstring>
-#include <functional>
 
 #include "dialogs/edit_group.h"
 #include "dialogs/icon_chooser.h"
 #include "dialogs/message_box.h"
 #include "res/resource.h"
-#include "tests/support/held_file.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/text.h"
-#include "tests/support/wait.h"
 #include "tests/unit/app/button_commands_fixture.h"
 #include "win/errors.h"
 
 namespace app {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using testkit::ModalAnswers;
-using testkit::Window;
+using ::testing::ElementsAre, ::testing::IsEmpty;
+using testkit::ModalAnswers, testkit::Window;
 
 using ButtonCommandsDesktopTest = ButtonCommandsFixture;
 
@@ -93,7 +79,7 @@ TEST_F(ButtonCommandsDesktopTest, RefuseATargetThatCannotBeReadBackWhole) {
 TEST_F(ButtonCommandsDesktopTest, AskWhatToDoWithAUsedButton) {
     LoadSingle("http://a/");
     answer_ = folder_.MakeFile("b.txt");
-    const ModalAnswers user({[](Window box) { box.Child(dialogs::frmMsg::b1 + 1).Send(BM_CLICK); }});
+    const ModalAnswers user({testkit::Press(dialogs::frmMsg::b1 + 1)});
     commands_.Run(kAddFile, state_.CurrentPlace());
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "b|0");
 }
@@ -136,7 +122,7 @@ TEST_F(ButtonCommandsDesktopTest, EditAGroupWithThePanelOutAndBindAFreeButtonToW
         log_.Add("editor");
         state_.Context.Select(5);
         editor.Child(dialogs::frmEditB::t1 + 0).SetText("Нова");
-        editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
+        editor.PostPress(dialogs::frmEditB::c1 + 2);
     }});
     commands_.Run(kGroup, state_.CurrentPlace());
     EXPECT_TRUE(InOrder(log_, {"topmost", "editor", "topmost", "write 11 Нова|0"})) << log_.Text();
@@ -149,12 +135,12 @@ TEST_F(ButtonCommandsDesktopTest, MakeAGroupOfASingleShortcutAndShowIt) {
     LoadSingle("http://a/");
     const ModalAnswers user({[](Window editor) {
                                  EXPECT_EQ(editor.Child(dialogs::frmEditB::t1 + 0).Text(), "Име");
-                                 editor.Child(dialogs::frmEditB::c1 + 4).Post(BM_CLICK);
+                                 editor.PostPress(dialogs::frmEditB::c1 + 4);
                              },
                              [](Window box) {
                                  box.Child(dialogs::frmMsg::Text1).SetText("http://b/");
-                                 box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
-                                 Window(box.Owner()).Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
+                                 box.Press(dialogs::frmMsg::b1 + 0);
+                                 Window(box.Owner()).PostPress(dialogs::frmEditB::c1 + 2);
                              }});
     commands_.Run(kGroup, state_.CurrentPlace());
     EXPECT_EQ(folder_.IniValue("Cuts", "Име"), "http://a/|http://b/");
@@ -167,8 +153,8 @@ TEST_F(ButtonCommandsDesktopTest, FreeAButtonWhoseGroupIsLeftEmptyAndBindNoneToA
     for (const int button : {1, 2}) {
         state_.Context.Select(button);
         const ModalAnswers user({[](Window editor) {
-            editor.Child(dialogs::frmEditB::c1 + 5).Send(BM_CLICK);
-            editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
+            editor.Press(dialogs::frmEditB::c1 + 5);
+            editor.PostPress(dialogs::frmEditB::c1 + 2);
         }});
         commands_.Run(kGroup, state_.CurrentPlace());
         EXPECT_TRUE(state_.Button(button).IsFree()) << button;
@@ -184,9 +170,9 @@ TEST_F(ButtonCommandsDesktopTest, ShowTheEditedGroupOnAllItsButtons) {
     const auto edit = [this](int button, const std::string& name) {
         state_.Context.Select(button);
         const ModalAnswers user({[name](Window editor) {
-            editor.Child(dialogs::frmEditB::c1 + 5).Send(BM_CLICK);
+            editor.Press(dialogs::frmEditB::c1 + 5);
             editor.Child(dialogs::frmEditB::t1 + 0).SetText(name);
-            editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
+            editor.PostPress(dialogs::frmEditB::c1 + 2);
         }});
         commands_.Run(kGroup, state_.CurrentPlace());
         EXPECT_EQ(state_.Context.CurrentButtonIndex, button);
@@ -204,7 +190,7 @@ TEST_F(ButtonCommandsDesktopTest, ShowTheEditedGroupOnAllItsButtons) {
 TEST_F(ButtonCommandsDesktopTest, ChangeNothingWhenTheGroupEditorIsCancelled) {
     LoadSingle("http://a/");
     const std::string before = folder_.IniBytes();
-    const ModalAnswers user({[](Window editor) { editor.Child(dialogs::frmEditB::c1 + 3).Post(BM_CLICK); }});
+    const ModalAnswers user({[](Window editor) { editor.PostPress(dialogs::frmEditB::c1 + 3); }});
     commands_.Run(kGroup, state_.CurrentPlace());
     EXPECT_EQ(folder_.IniBytes(), before);
     EXPECT_EQ(state_.PopCount, 10);

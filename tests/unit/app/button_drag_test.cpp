@@ -7,8 +7,7 @@
 namespace app {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using ::testing::ElementsAre, ::testing::IsEmpty;
 
 class ButtonDragTest : public PanelParts {
   protected:

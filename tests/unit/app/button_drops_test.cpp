@@ -1,12 +1,5 @@
 #include "app/button_drops.h"
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-#include <ole2.h>
-
-#include <map>
-
 #include "config/settings.h"
 #include "tests/support/data_object.h"
 #include "tests/unit/app/panel_parts.h"

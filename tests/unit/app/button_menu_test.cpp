@@ -1,16 +1,13 @@
 #include "app/button_menu.h"
 
-#include <gmock/gmock.h>
-#include <shellapi.h>
-
 #include "config/ini.h"
+#include "tests/support/ini_writes.h"
 #include "tests/unit/app/panel_parts.h"
 
 namespace app {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using ::testing::ElementsAre, ::testing::IsEmpty;
 
 std::vector<std::string> Captions(const win::MenuArray& menu) {
     std::vector<std::string> captions;
@@ -174,14 +171,9 @@ TEST_F(ButtonMenuTest, LeavesASwitchUnderTheNameOfAGroup) {
 
 TEST_F(ButtonMenuTest, DeletesSwitchThenTargetThenTheButtonsRecord) {
     Load("[Buttons]\r\n11=A|0\r\n[Cuts]\r\nA=http://a/\r\n[Switch]\r\nA=/x\r\n");
-    const auto section = WATCH_CALL(WritePrivateProfileSectionA,
-                                    [this](LPCSTR name, LPCSTR, LPCSTR) { log_.Add("empty", name); });
-    const auto write =
-        WATCH_CALL(WritePrivateProfileStringA, [this](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR) {
-            if (std::string_view(name) == "Buttons") log_.Add("write", key, value);
-        });
+    const testkit::RecordedCalls writes = testkit::LogWrites(log_);
     menu_.FreeButton(state_.CurrentPlace());
-    EXPECT_TRUE(InOrder(log_, {"empty Switch", "empty Cuts", "write 11 ", "refill"}));
+    EXPECT_TRUE(InOrder(log_, {"empty Switch", "empty Cuts", "write Buttons 11 ", "refill"}));
 }
 
 TEST_F(ButtonMenuTest, LeavesAFreeButtonUntouched) {

@@ -1,28 +1,16 @@
 #include "app/button_mouse.h"
 
-#include <gmock/gmock.h>
-
-#include <functional>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "config/ini.h"
 #include "dialogs/message_box.h"
 #include "res/resource.h"
-#include "tests/support/held_file.h"
-#include "tests/support/modal_answers.h"
 #include "tests/support/program_calls.h"
 #include "tests/unit/app/panel_parts.h"
 
 namespace app {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using testkit::ModalAnswers;
-using testkit::Window;
+using ::testing::ElementsAre, ::testing::IsEmpty;
+using testkit::ModalAnswers, testkit::Window;
 
 TEST(ButtonActionTest, FollowsTheModifierKeys) {
     struct Row {
@@ -148,7 +136,7 @@ TEST_F(ButtonMouseTest, FreesTheButtonForCtrlWithoutALaunch) {
 
 TEST_F(ButtonMouseTest, StaysOutWhereNothingIsLaunched) {
     config::Settings.HideAfterLaunch = true;
-    EditSwitch([](Window box) { box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK); });
+    EditSwitch(testkit::Press(dialogs::frmMsg::b1 + 0));
     DoubleClick(Button(2), {VK_CONTROL});
     EXPECT_TRUE(state_.Button(2).IsFree());
     EXPECT_FALSE(dock_.Hidden());
@@ -157,10 +145,7 @@ TEST_F(ButtonMouseTest, StaysOutWhereNothingIsLaunched) {
 
 TEST_F(ButtonMouseTest, FreesAndEditsOnASingleClickTooWhenOneIsEnough) {
     config::Settings.SingleClickOpen = true;
-    ModalAnswers user({[](Window box) {
-        box.Child(dialogs::frmMsg::Text1).SetText("/single");
-        box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
-    }});
+    ModalAnswers user({testkit::TypeAndPress("/single", dialogs::frmMsg::b1 + 2)});
     Press(Button(1), {VK_CONTROL, VK_MENU});
     Release(Button(1));
     EXPECT_EQ(StoredSwitch(), "/single");
@@ -267,12 +252,7 @@ TEST_F(ButtonMouseTest, AReleaseOutsideTheButtonIsNoClick) {
 }
 
 TEST_F(ButtonMouseTest, RefusesASwitchForAGroup) {
-    ModalAnswers user({[](Window box) {
-        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), "Sorry, can not add switch to group button.");
-        EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 0).Text(), "OK");
-        EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 1).IsVisible());
-        box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
-    }});
+    ModalAnswers user({testkit::Note("Sorry, can not add switch to group button.")});
     DoubleClick(Button(2), {VK_CONTROL, VK_MENU});
     EXPECT_EQ(log_.Count("open"), 0u);
 }
@@ -286,7 +266,7 @@ TEST_F(ButtonMouseTest, AsksForTheSwitchWithThePresentOne) {
         EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 2).Text(), "OK");
         EXPECT_EQ(box.Child(dialogs::frmMsg::Text1).Text(), "/прво 二");
         EXPECT_TRUE(box.Child(dialogs::frmMsg::Text1).IsVisible());
-        box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
+        box.Press(dialogs::frmMsg::b1 + 0);
     });
     EXPECT_EQ(StoredSwitch(), "/прво 二");
     EXPECT_EQ(log_.Count("open"), 0u);
@@ -294,10 +274,7 @@ TEST_F(ButtonMouseTest, AsksForTheSwitchWithThePresentOne) {
 
 TEST_F(ButtonMouseTest, StoresTheTypedSwitchUnderTheShortcutsName) {
     for (const std::string text : {"-a=b", "/ново 新", "\"quoted\""}) {
-        EditSwitch([&](Window box) {
-            box.Child(dialogs::frmMsg::Text1).SetText(text);
-            box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
-        });
+        EditSwitch(testkit::TypeAndPress(text, dialogs::frmMsg::b1 + 2));
         EXPECT_EQ(state_.Button(1).Switch, text);
     }
     EXPECT_EQ(StoredSwitch(), "\"\"quoted\"\"");
@@ -307,7 +284,7 @@ TEST_F(ButtonMouseTest, TakesNoLongerSwitchThanCanBeReadBack) {
     EditSwitch([](Window box) {
         box.Child(dialogs::frmMsg::Text1).SetText(std::string(554, 's'));
         box.Child(dialogs::frmMsg::Text1).SetText(std::string(555, 't'));
-        box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
+        box.Press(dialogs::frmMsg::b1 + 2);
     });
     EXPECT_EQ(state_.Button(1).Switch, std::string(554, 's'));
 }
@@ -325,19 +302,11 @@ TEST_F(ButtonMouseTest, CutsNoLongerSwitchThatIsOnlyConfirmed) {
 TEST_F(ButtonMouseTest, AsksAgainWithATypedSwitchThatCouldNotBeStored) {
     StoreSwitch("/old");
     auto held = std::make_unique<testkit::HeldFile>(folder_.IniPath());
-    const ModalAnswers user({[](Window box) {
-                                 box.Child(dialogs::frmMsg::Text1).SetText("/typed");
-                                 box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
-                             },
-                             [](Window box) {
-                                 EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
-                                           "Couldn't perform the operation, sorry.");
-                                 box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
-                             },
-                             [&](Window box) {
+    const ModalAnswers user({testkit::TypeAndPress("/typed", dialogs::frmMsg::b1 + 2),
+                             testkit::Note("Couldn't perform the operation, sorry."), [&](Window box) {
                                  EXPECT_EQ(box.Child(dialogs::frmMsg::Text1).Text(), "/typed");
                                  held.reset();
-                                 box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
+                                 box.Press(dialogs::frmMsg::b1 + 2);
                              }});
     DoubleClick(Button(1), {VK_CONTROL, VK_MENU});
     EXPECT_EQ(StoredSwitch(), "/typed");
@@ -347,23 +316,16 @@ TEST_F(ButtonMouseTest, AsksAgainWithATypedSwitchThatCouldNotBeStored) {
 TEST_F(ButtonMouseTest, ShowsTheSwitchOnEveryButtonOfTheShortcut) {
     EXPECT_TRUE(state_.Store().PutRecord({1, 9}, "Име|0"));
     state_.Button(9).RefreshButton("19");
-    EditSwitch([](Window box) {
-        box.Child(dialogs::frmMsg::Text1).SetText("/x");
-        box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
-    });
+    EditSwitch(testkit::TypeAndPress("/x", dialogs::frmMsg::b1 + 2));
     EXPECT_EQ(state_.Button(9).Switch, "/x");
 }
 
 TEST_F(ButtonMouseTest, LeavesTheSwitchForCancelForAClosedAndForAnEmptyAnswer) {
     StoreSwitch("/old");
     const std::vector<ModalAnswers::Step> answers{
-        [](Window box) { box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK); },
-        [](Window box) { box.Send(WM_CLOSE); },
+        testkit::Press(dialogs::frmMsg::b1 + 0), [](Window box) { box.Send(WM_CLOSE); },
         [](Window) { PostMessageW(GetFocus(), WM_KEYDOWN, VK_ESCAPE, 0); },
-        [](Window box) {
-            box.Child(dialogs::frmMsg::Text1).SetText("");
-            box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
-        }};
+        testkit::TypeAndPress("", dialogs::frmMsg::b1 + 2)};
     for (const ModalAnswers::Step& answer : answers) {
         EditSwitch(answer);
         EXPECT_EQ(StoredSwitch(), "/old");
@@ -374,7 +336,7 @@ TEST_F(ButtonMouseTest, LeavesTheSwitchForCancelForAClosedAndForAnEmptyAnswer) {
 TEST_F(ButtonMouseTest, DeletesTheSwitchAndNoOther) {
     StoreSwitch("/old");
     config::WriteIni("Switch", "Other", "a=b");
-    EditSwitch([](Window box) { box.Child(dialogs::frmMsg::b1 + 1).Send(BM_CLICK); });
+    EditSwitch(testkit::Press(dialogs::frmMsg::b1 + 1));
     EXPECT_FALSE(StoredSwitch());
     EXPECT_EQ(folder_.IniValue("Switch", "Other"), "a=b");
     EXPECT_EQ(state_.Button(1).Switch, "");
@@ -384,7 +346,7 @@ TEST_F(ButtonMouseTest, ReadsTheButtonAnewWhateverTheAnswer) {
     StoreSwitch("/old");
     EditSwitch([](Window box) {
         config::WriteIni("Switch", "Име", "/meanwhile");
-        box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
+        box.Press(dialogs::frmMsg::b1 + 0);
     });
     EXPECT_EQ(state_.Button(1).Switch, "/meanwhile");
 }
@@ -394,7 +356,7 @@ TEST_F(ButtonMouseTest, TakesATypedCaptionForItsButton) {
     const auto type = [](const char* text) {
         return [text](Window box) {
             box.Child(dialogs::frmMsg::Text1).SetText(text);
-            box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
+            box.Press(dialogs::frmMsg::b1 + 2);
         };
     };
     EditSwitch(type("Cancel"));
@@ -407,7 +369,7 @@ TEST_F(ButtonMouseTest, StaysWithItsButtonWhileTheQuestionIsOpen) {
     EditSwitch([this](Window box) {
         state_.Context.Select(2);
         box.Child(dialogs::frmMsg::Text1).SetText("/x");
-        box.Child(dialogs::frmMsg::b1 + 2).Send(BM_CLICK);
+        box.Press(dialogs::frmMsg::b1 + 2);
     });
     EXPECT_EQ(StoredSwitch(), "/x");
     EXPECT_EQ(state_.Button(1).Switch, "/x");
@@ -415,7 +377,7 @@ TEST_F(ButtonMouseTest, StaysWithItsButtonWhileTheQuestionIsOpen) {
 
 TEST_F(ButtonMouseTest, HasTheNextHoverBuildTheTipAnewAfterTheSwitchWasEdited) {
     state_.TipButton = 1;
-    EditSwitch([](Window box) { box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK); });
+    EditSwitch(testkit::Press(dialogs::frmMsg::b1 + 0));
     EXPECT_EQ(state_.TipButton, 0);
 }
 

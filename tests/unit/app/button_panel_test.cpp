@@ -1,16 +1,8 @@
 #include "app/button_panel.h"
 
-#include <gmock/gmock.h>
 #include <shlwapi.h>
 
-#include <functional>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "app/panel_layout.h"
-#include "tests/support/held_file.h"
-#include "tests/support/wait.h"
 #include "tests/unit/app/panel_parts.h"
 #include "win/errors.h"
 #include "win/geometry.h"

@@ -1,8 +1,6 @@
 #include "app/button_rename.h"
 
-#include <gmock/gmock.h>
-
-#include "tests/support/held_file.h"
+#include "tests/support/ini_writes.h"
 #include "tests/unit/app/panel_parts.h"
 #include "win/errors.h"
 #include "win/geometry.h"
@@ -13,8 +11,7 @@
 namespace app {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using ::testing::ElementsAre, ::testing::IsEmpty;
 using testkit::IniText;
 
 class ButtonRenameTest : public PanelParts {
@@ -30,12 +27,9 @@ class ButtonRenameTest : public PanelParts {
 
 TEST_F(ButtonRenameTest, MovesTargetRecordAndSwitchToTheNewName) {
     RenameButton(state_, state_.CurrentPlace(), "新 Ново");
-    const IniText ini = folder_.Ini();
-    EXPECT_THAT(ini.Entries("Cuts"), ElementsAre(IniText::Entry{"B", "http://b/?x=1"},
-                                                 IniText::Entry{"新 Ново", "http://a/?q=1"}));
-    EXPECT_EQ(ini.Value("Buttons", "11"), "新 Ново|4");
-    EXPECT_THAT(ini.Entries("Switch"),
-                ElementsAre(IniText::Entry{"B", "/y=z"}, IniText::Entry{"新 Ново", "/x=1"}));
+    EXPECT_THAT(folder_.IniLines("Cuts"), ElementsAre("B=http://b/?x=1", "新 Ново=http://a/?q=1"));
+    EXPECT_EQ(folder_.IniValue("Buttons", "11"), "新 Ново|4");
+    EXPECT_THAT(folder_.IniLines("Switch"), ElementsAre("B=/y=z", "新 Ново=/x=1"));
     EXPECT_EQ(state_.Context.Records.At("11"), "新 Ново|4");
     EXPECT_EQ(state_.Button(1).Naziv, "新 Ново");
     EXPECT_EQ(testkit::Window(Button(1)).Text(), "新 Ново");
@@ -43,11 +37,7 @@ TEST_F(ButtonRenameTest, MovesTargetRecordAndSwitchToTheNewName) {
 }
 
 TEST_F(ButtonRenameTest, TakesItsStepsInOrder) {
-    const auto section = WATCH_CALL(WritePrivateProfileSectionA,
-                                    [this](LPCSTR name, LPCSTR, LPCSTR) { log_.Add("empty", name); });
-    const auto write = WATCH_CALL(
-        WritePrivateProfileStringA,
-        [this](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR) { log_.Add("write", name, key, value); });
+    const testkit::RecordedCalls writes = testkit::LogWrites(log_);
     RenameButton(state_, state_.CurrentPlace(), "new");
     EXPECT_TRUE(InOrder(log_, {"empty Cuts", "write Cuts new http://a/?q=1", "write Buttons 11 new|4",
                                "empty Switch", "write Switch new /x=1", "refill"}));
@@ -195,11 +185,7 @@ TEST_F(RenameBoxTest, OpensOverTheButtonWithItsNameSelected) {
     EXPECT_EQ(Box().Id(), 220);
     EXPECT_EQ(Box().Text(), "Старо");
     EXPECT_EQ(GetFocus(), rename_.Box());
-    DWORD start = 9;
-    DWORD end = 0;
-    Box().Send(EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
-    EXPECT_EQ(start, 0u);
-    EXPECT_EQ(end, 5u);
+    EXPECT_EQ(Box().Selection(), MAKELONG(0, 5));
     RECT shared{};
     const RECT box = Box().Rect();
     const RECT button = testkit::Window(Button(1)).Rect();

@@ -1,19 +1,14 @@
 #include "app/button_tip.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
 #include <shlwapi.h>
 #include <uxtheme.h>
 
-#include "tests/support/text.h"
 #include "tests/unit/app/panel_parts.h"
 
 namespace app {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using ::testing::ElementsAre, ::testing::IsEmpty;
 
 class ButtonTipTest : public PanelParts {
   protected:

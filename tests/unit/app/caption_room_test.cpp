@@ -1,18 +1,7 @@
 // No caption is cut, whatever the screen's scale and the size of the text.
 #include "tests/support/caption_room.h"
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <map>
-#include <set>
-#include <string>
-#include <vector>
-
 #include "res/resource.h"
-#include "tests/support/recorded_call.h"
 #include "tests/unit/app/every_window.h"
 #include "tests/unit/app/panel_harness.h"
 #include "win/handles.h"

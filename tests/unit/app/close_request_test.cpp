@@ -1,21 +1,8 @@
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <shellapi.h>
-
-#include <functional>
-#include <string>
-#include <vector>
-
 #include "config/settings.h"
 #include "dialogs/define_tab.h"
 #include "dialogs/message_box.h"
 #include "dialogs/options.h"
 #include "res/resource.h"
-#include "tests/support/held_file.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/wait.h"
 #include "tests/unit/app/panel_harness.h"
 #include "win/dialog.h"
 #include "win/menu_array.h"
@@ -25,8 +12,7 @@
 namespace app {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::StartsWith;
+using ::testing::ElementsAre, ::testing::StartsWith;
 
 constexpr const char* kHides =
     "Main=1,False,False,False,False,False,False,3,False,False,False\r\n"
@@ -170,25 +156,22 @@ TEST(CloseRequestTest, KeepsEveryChangeOfTheSettingsInMemoryUntilThen) {
     const auto track = FAKE_CALL(TrackPopupMenu, [&] { return command; });
     const auto choose = [&](int chosen) {
         command = chosen;
-        const testkit::Window settings = panel.Window().Child(IDC_IMAGE_BUTTON + 2);
-        settings.Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
-        settings.Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+        panel.Window().Child(IDC_IMAGE_BUTTON + 2).SendClick();
     };
     const testkit::Window header = panel.Window().Child(IDC_TAB_HEADER + 5);
     testkit::ModalAnswers user({[](testkit::Window options) {
-                                    options.Child(dialogs::frmSettings::chSet + 1).Send(BM_CLICK);
-                                    options.Child(dialogs::frmSettings::o1 + 4).Send(BM_CLICK);
+                                    options.Press(dialogs::frmSettings::chSet + 1);
+                                    options.Press(dialogs::frmSettings::o1 + 4);
                                     options.Child(dialogs::frmSettings::Text1).SetText("900");
-                                    options.Child(dialogs::frmSettings::ltBut1 + 1).Send(BM_CLICK);
+                                    options.Press(dialogs::frmSettings::ltBut1 + 1);
                                 },
                                 [](testkit::Window definition) {
-                                    definition.Child(dialogs::frmTabPrep::Check1).Send(BM_CLICK);
-                                    definition.Child(dialogs::frmTabPrep::Command1 + 0).Send(BM_CLICK);
+                                    definition.Press(dialogs::frmTabPrep::Check1);
+                                    definition.Press(dialogs::frmTabPrep::Command1 + 0);
                                 }});
     choose(IDM_SETTINGS + 1);
     choose(IDM_SETTINGS + 3);
-    header.Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
-    header.Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+    header.SendClick();
     header.Send(WM_RBUTTONUP, 0, MAKELPARAM(5, 5));
     EXPECT_EQ(user.Used(), 2u);
     EXPECT_EQ(panel.Log().Count("write Settings"), 0u) << panel.Log().Text();
@@ -274,9 +257,7 @@ TEST(CloseRequestTest, SavesTheSettingsOnceWhenTheEndBeginsToWait) {
         begun = EndOf(panel.Log());
         return 0;
     });
-    const testkit::Window settings = panel.Window().Child(IDC_IMAGE_BUTTON + 2);
-    settings.Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
-    settings.Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+    panel.Window().Child(IDC_IMAGE_BUTTON + 2).SendClick();
     EXPECT_THAT(begun,
                 ElementsAre(StartsWith("write Settings Main"), StartsWith("write Settings popdelay"),
                             StartsWith("write Settings poptf"), StartsWith("write Settings clickshow")));
@@ -300,9 +281,7 @@ TEST(CloseRequestTest, WaitsWithoutBusyWorkForWhatTakesItsTimeToGo) {
         took = GetTickCount64() - start;
         return 0;
     });
-    const testkit::Window settings = panel.Window().Child(IDC_IMAGE_BUTTON + 2);
-    settings.Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
-    settings.Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+    panel.Window().Child(IDC_IMAGE_BUTTON + 2).SendClick();
     EXPECT_LE(tries, took / kInterval + 2);
     testkit::WaitFor("the panel ends", [&] { return panel.Ended(); });
 }
@@ -344,9 +323,7 @@ TEST(CloseRequestTest, WaitsUntilTheHandlerThatItCameInHasReturned) {
         within = panel.Ended();
         return 0;
     });
-    const testkit::Window settings = panel.Window().Child(IDC_IMAGE_BUTTON + 2);
-    settings.Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
-    settings.Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+    panel.Window().Child(IDC_IMAGE_BUTTON + 2).SendClick();
     EXPECT_FALSE(within) << "the menu's owner went while the menu was open";
     testkit::WaitFor("the panel ends", [&] { return panel.Ended(); });
     EXPECT_EQ(EndOf(panel.Log()).size(), 9u);
@@ -365,9 +342,7 @@ TEST(CloseRequestTest, OpensNothingMoreOnceItIsEnding) {
         EXPECT_EQ(win::TrackMenu(menu, {0, 0}, panel.Window().Handle()), 0);
         return 0;
     });
-    const testkit::Window settings = panel.Window().Child(IDC_IMAGE_BUTTON + 2);
-    settings.Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
-    settings.Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+    panel.Window().Child(IDC_IMAGE_BUTTON + 2).SendClick();
     EXPECT_EQ(answer, "");
     EXPECT_EQ(menus, 1);
     testkit::WaitFor("the panel ends", [&] { return panel.Ended(); });
@@ -381,9 +356,7 @@ TEST(CloseRequestTest, SavesBeforeTheMessageOfTheSessionsEndReturnsAndGoesAfterw
         saved = EndOf(panel.Log()).size();
         return 0;
     });
-    const testkit::Window settings = panel.Window().Child(IDC_IMAGE_BUTTON + 2);
-    settings.Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
-    settings.Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+    panel.Window().Child(IDC_IMAGE_BUTTON + 2).SendClick();
     EXPECT_EQ(saved, 5u);
     testkit::WaitFor("the panel ends", [&] { return panel.Ended(); });
     EXPECT_EQ(EndOf(panel.Log()).size(), 5u);

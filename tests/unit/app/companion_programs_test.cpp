@@ -1,25 +1,23 @@
 // The other programs of the program folder in the predefined menu.
-#include <windows.h>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <string_view>
-#include <vector>
-
-#include "tests/support/modal_answers.h"
 #include "tests/support/program_calls.h"
 #include "tests/unit/app/panel_menus_fixture.h"
 
 namespace app {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::UnorderedElementsAre;
+using ::testing::ElementsAre, ::testing::IsEmpty, ::testing::UnorderedElementsAre;
 
-class CompanionProgramsTest : public PanelMenusFixture {};
+class CompanionProgramsTest : public PanelMenusFixture {
+  protected:
+    /// Adds them and gives their captions.
+    std::vector<std::string> Added() {
+        menus_.AddCompanionPrograms();
+        std::vector<std::string> added = Captions(menus_.mnuPreDef);
+        added.erase(added.begin(), added.begin() + 6);
+        return added;
+    }
+};
 
 TEST_F(CompanionProgramsTest, AppendTheOtherProgramsOfTheProgramFolder) {
     for (const char* name : {"Quon.exe", "QSU.exe", "Алат 文.exe", "notes.txt"})
@@ -40,9 +38,7 @@ TEST_F(CompanionProgramsTest, AppendTheOtherProgramsOfTheProgramFolder) {
         takeOff(found);
         return more;
     });
-    menus_.AddCompanionPrograms();
-    std::vector<std::string> added = Captions(menus_.mnuPreDef);
-    added.erase(added.begin(), added.begin() + 6);
+    const std::vector<std::string> added = Added();
     EXPECT_THAT(added, UnorderedElementsAre("QSU", "Алат 文"));
     const int index = added[0] == "QSU" ? 6 : 7;
     EXPECT_EQ(menus_.mnuPreDef[index].tag, folder_.FullPath("QSU.exe"));
@@ -59,10 +55,7 @@ TEST_F(CompanionProgramsTest, AppendNothingThatIsFoundByItsShortNameOnly) {
     const auto first = FAKE_CALL(FindFirstFileA, [&](LPCSTR, LPWIN32_FIND_DATAA found) {
         return ORIGINAL_CALL(FindFirstFileA)(folder_.FullPath("*.exe*").c_str(), found);
     });
-    menus_.AddCompanionPrograms();
-    std::vector<std::string> added = Captions(menus_.mnuPreDef);
-    added.erase(added.begin(), added.begin() + 6);
-    EXPECT_THAT(added, UnorderedElementsAre("a", "B"));
+    EXPECT_THAT(Added(), UnorderedElementsAre("a", "B"));
 }
 
 TEST_F(CompanionProgramsTest, TreatAnotherSpellingOfTheProgramsNameAsAnotherProgram) {
@@ -73,8 +66,7 @@ TEST_F(CompanionProgramsTest, TreatAnotherSpellingOfTheProgramsNameAsAnotherProg
 
 TEST_F(CompanionProgramsTest, AppendNothingWithoutOtherPrograms) {
     folder_.MakeFile("Quon.exe", "x");
-    menus_.AddCompanionPrograms();
-    EXPECT_EQ(menus_.mnuPreDef.Count(), 6);
+    EXPECT_THAT(Added(), IsEmpty());
 }
 
 TEST_F(CompanionProgramsTest, HideThePanelAfterAnotherProgramToo) {
@@ -123,25 +115,19 @@ TEST_F(CompanionProgramsTest, PassOverAFolderThatIsNamedLikeAProgram) {
         found->dwFileAttributes |= FILE_ATTRIBUTE_ARCHIVE;
         return listing;
     });
-    menus_.AddCompanionPrograms();
-    EXPECT_EQ(menus_.mnuPreDef.Count(), 6);
+    EXPECT_THAT(Added(), IsEmpty());
 }
 
 TEST_F(CompanionProgramsTest, LeaveOutTheUninstallerThatLiesInAFolderOfItsOwn) {
     for (const char* name : {"Quon.exe", "QSU.exe", "Uninstall\\Uninstall.exe"})
         folder_.MakeFile(name, "x");
-    menus_.AddCompanionPrograms();
-    ASSERT_EQ(menus_.mnuPreDef.Count(), 7);
-    EXPECT_EQ(menus_.mnuPreDef[6].caption, "QSU");
+    EXPECT_THAT(Added(), ElementsAre("QSU"));
 }
 
 TEST_F(CompanionProgramsTest, NameAProgramInFullWhereItsBareNameWouldBeNoCaption) {
     for (const char* name : {"-.exe", ".exe"})
         folder_.MakeFile(name, "x");
-    menus_.AddCompanionPrograms();
-    std::vector<std::string> added = Captions(menus_.mnuPreDef);
-    added.erase(added.begin(), added.begin() + 6);
-    EXPECT_THAT(added, UnorderedElementsAre("-.exe", ".exe"));
+    EXPECT_THAT(Added(), UnorderedElementsAre("-.exe", ".exe"));
 }
 
 TEST_F(CompanionProgramsTest, WorkInAFolderOnANetworkShare) {

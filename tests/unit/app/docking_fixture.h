@@ -2,21 +2,11 @@
 // window is recorded, one line a call.
 #pragma once
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include <cstdint>
-#include <cstring>
-#include <functional>
-#include <string>
-
 #include "app/edge_dock.h"
 #include "app/screen_place.h"
 #include "config/settings.h"
 #include "res/resource.h"
-#include "tests/support/call_log.h"
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 
 namespace app {
 

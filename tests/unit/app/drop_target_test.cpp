@@ -1,20 +1,11 @@
 #include "app/drop_target.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <ole2.h>
-
 #include <new>
-#include <string>
-#include <vector>
 
 #include "app/button_drops.h"
 #include "res/resource.h"
-#include "tests/support/call_log.h"
 #include "tests/support/data_object.h"
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 #include "win/com.h"
 #include "win/errors.h"
 
@@ -22,9 +13,7 @@ namespace app {
 namespace {
 
 using ::testing::ElementsAre;
-using testkit::CallLog;
-using testkit::DataObject;
-using testkit::RecordedCall;
+using testkit::CallLog, testkit::DataObject, testkit::RecordedCall;
 
 constexpr DWORD kNone = DROPEFFECT_NONE;
 constexpr DWORD kCopy = DROPEFFECT_COPY;

@@ -1,23 +1,11 @@
 // The docked strip and a program that fills the screen, with the tick of the timer and without it.
-#include <windows.h>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <shellapi.h>
-
-#include <map>
-#include <string>
-
-#include "tests/support/hidden_window.h"
 #include "tests/unit/app/docking_fixture.h"
 
 namespace app {
 namespace {
 
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::Not;
+using ::testing::Contains, ::testing::ElementsAre, ::testing::IsEmpty, ::testing::Not;
 
 const std::string kBehind = "after " + std::to_string(SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 

@@ -1,21 +1,11 @@
 // What the mouse does with a docked window.
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "tests/unit/app/docking_fixture.h"
 
 namespace app {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using ::testing::ElementsAre, ::testing::IsEmpty;
 using testkit::CallLog;
 
 TEST(HoverWaitsTest, RoundsTheHoverDelayToTheNearestWaitAndTiesToEven) {

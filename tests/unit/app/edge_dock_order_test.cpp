@@ -1,13 +1,6 @@
 // Above which windows the docked panel and the one that is out are, and which one is in front.
-#include <windows.h>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <shellapi.h>
-
-#include <string>
-
-#include "tests/support/hidden_window.h"
+#include "tests/support/other_program.h"
 #include "tests/unit/app/docking_fixture.h"
 #include "win/dialog.h"
 #include "win/input_pause.h"
@@ -18,8 +11,7 @@
 namespace app {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using ::testing::ElementsAre, ::testing::IsEmpty;
 
 /// Above which windows the panel is.
 class RaisingTest : public DockingTest {};
@@ -60,26 +52,12 @@ class QuestionTest : public RaisingTest {
   protected:
     QuestionTest() {
         fakes_.push_back(FAKE_CALL(GetForegroundWindow, [this] { return front_; }));
-        fakes_.push_back(FAKE_CALL(GetWindowThreadProcessId, [this](HWND window, LPDWORD process) -> DWORD {
-            if (window != other_.Handle()) return ORIGINAL_CALL(GetWindowThreadProcessId)(window, process);
-            *process = 1;
-            return 1;
-        }));
-        fakes_.push_back(FAKE_CALL(OpenProcess, [](DWORD access, BOOL inherit, DWORD process) {
-            // No other program tells its name.
-            return process == 1 ? ORIGINAL_CALL(OpenProcess)(access, inherit, GetCurrentProcessId())
-                                : nullptr;
-        }));
-        fakes_.push_back(
-            FAKE_CALL(QueryFullProcessImageNameW, [this](HANDLE, DWORD, LPWSTR name, PDWORD size) -> BOOL {
-                *size = static_cast<DWORD>(program_.copy(name, *size));
-                return TRUE;
-            }));
     }
 
     const testkit::HiddenWindow other_;
     HWND front_ = other_.Handle();
     std::wstring program_ = L"C:\\Windows\\System32\\OpenWith.exe";
+    const testkit::RecordedCalls ofProgram_ = testkit::WindowOfProgram(other_.Handle(), program_);
 };
 
 const std::string kOwed = "timer 250";

@@ -1,22 +1,12 @@
 // Where a docking and a coming out put the window, and what is to be seen of it.
 #include "app/edge_dock.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "tests/unit/app/docking_fixture.h"
 
 namespace app {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using ::testing::ElementsAre, ::testing::IsEmpty;
 
 TEST_F(DockingTest, DocksAtEachEdgeInPixels) {
     const std::vector<std::pair<std::int32_t, std::string>> cases{

@@ -1,9 +1,5 @@
 #include "tests/unit/app/every_window.h"
 
-#include <gtest/gtest.h>
-
-#include <vector>
-
 #include "app/add_to_button.h"
 #include "dialogs/define_tab.h"
 #include "dialogs/edit_group.h"
@@ -12,14 +8,12 @@
 #include "dialogs/message_box.h"
 #include "dialogs/options.h"
 #include "dialogs/organize_shortcuts.h"
-#include "tests/support/modal_answers.h"
 #include "tests/unit/app/panel_harness.h"
 
 namespace app {
 namespace {
 
-using testkit::ModalAnswers;
-using testkit::Window;
+using testkit::ModalAnswers, testkit::Window;
 using Visit = std::function<void(const std::string&, Window)>;
 
 constexpr const char* kRecords =

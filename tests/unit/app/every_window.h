@@ -7,10 +7,7 @@
 // The panel itself stays hidden, with its rename box open the second time; the dialogs are on the screen.
 #pragma once
 
-#include <functional>
-#include <string>
-
-#include "tests/support/window.h"
+#include "tests/support/unit_test.h"
 
 namespace app {
 

@@ -1,33 +1,19 @@
 // What the commands of a button's menu do to the file itself: copy, move, rename, recycle, delete.
 
-#include <windows.h>
-
 #include <commdlg.h>
-#include <gmock/gmock.h>
-#include <shellapi.h>
-#include <shlobj.h>
-
-#include <cstring>
-#include <functional>
 
 #include "dialogs/edit_group.h"
 #include "dialogs/icon_chooser.h"
 #include "dialogs/message_box.h"
 #include "res/resource.h"
-#include "tests/support/held_file.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/text.h"
-#include "tests/support/wait.h"
 #include "tests/unit/app/button_commands_fixture.h"
 #include "win/errors.h"
 
 namespace app {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using testkit::ModalAnswers;
-using testkit::Window;
+using ::testing::ElementsAre, ::testing::IsEmpty;
+using testkit::ModalAnswers, testkit::Window;
 
 using FileOperationsDesktopTest = ButtonCommandsFixture;
 
@@ -209,7 +195,7 @@ TEST_F(FileOperationsDesktopTest, RenameWithTheOldExtensionOrTheNewOne) {
                  EXPECT_EQ(box.Child(dialogs::frmMsg::Text1).Text(), "");
                  box.Child(dialogs::frmMsg::Text1).SetText(it.answer);
                  state_.Context.Select(3);
-                 box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
+                 box.Press(dialogs::frmMsg::b1 + 0);
              },
              Note(kDone)});
         commands_.RunFileCommand(kRename, state_.CurrentPlace());
@@ -223,11 +209,7 @@ TEST_F(FileOperationsDesktopTest, RenameWithTheOldExtensionOrTheNewOne) {
 TEST_F(FileOperationsDesktopTest, PointTheButtonToTheNewNameEvenIfTheFileKeptItsOwn) {
     LoadSingle("C:\\Док\\report.txt");
     result_ = 2;
-    const ModalAnswers user({[](Window box) {
-                                 box.Child(dialogs::frmMsg::Text1).SetText("notes");
-                                 box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
-                             },
-                             Note(kFailed)});
+    const ModalAnswers user({testkit::TypeAndPress("notes", dialogs::frmMsg::b1 + 0), Note(kFailed)});
     commands_.RunFileCommand(kRename, state_.CurrentPlace());
     EXPECT_EQ(state_.Button(1).FilePath, "C:\\Док\\notes.txt");
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "C:\\Док\\notes.txt|2");
@@ -236,8 +218,7 @@ TEST_F(FileOperationsDesktopTest, PointTheButtonToTheNewNameEvenIfTheFileKeptIts
 TEST_F(FileOperationsDesktopTest, RenameNothingForNoNameOrCancel) {
     LoadSingle("C:\\a.txt");
     const std::string before = folder_.IniBytes();
-    const ModalAnswers user({[](Window box) { box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK); },
-                             [](Window box) { box.Child(dialogs::frmMsg::b1 + 1).Send(BM_CLICK); },
+    const ModalAnswers user({testkit::Press(dialogs::frmMsg::b1 + 0), testkit::Press(dialogs::frmMsg::b1 + 1),
                              [](Window box) { box.Post(WM_COMMAND, IDCANCEL); }});
     for (int time = 0; time < 3; ++time)
         commands_.RunFileCommand(kRename, state_.CurrentPlace());
@@ -249,11 +230,7 @@ TEST_F(FileOperationsDesktopTest, RefuseANameThatWouldLeadElsewhere) {
     LoadSingle("C:\\a.txt");
     const std::string before = folder_.IniBytes();
     for (const char* name : {"..\\b", "b/c", "..", " . ", "D:b", "*.txt", "b?", "\"b\"", "<b", "b>", "b|c"}) {
-        const ModalAnswers user({[&](Window box) {
-                                     box.Child(dialogs::frmMsg::Text1).SetText(name);
-                                     box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
-                                 },
-                                 Note(kFailed)});
+        const ModalAnswers user({testkit::TypeAndPress(name, dialogs::frmMsg::b1 + 0), Note(kFailed)});
         commands_.RunFileCommand(kRename, state_.CurrentPlace());
     }
     EXPECT_EQ(folder_.IniBytes(), before);
@@ -282,11 +259,7 @@ TEST_F(FileOperationsDesktopTest, DoNothingToAFileThatTheButtonCouldNotFollow) {
     const std::string folder = "C:\\" + Han(300);
     LoadSingle(folder + "\\a.txt");
     const std::string second = folder_.IniBytes();
-    const ModalAnswers user({[](Window box) {
-                                 box.Child(dialogs::frmMsg::Text1).SetText(Han(249));
-                                 box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
-                             },
-                             Note(kFailed)});
+    const ModalAnswers user({testkit::TypeAndPress(Han(249), dialogs::frmMsg::b1 + 0), Note(kFailed)});
     commands_.RunFileCommand(kRename, state_.CurrentPlace());
     EXPECT_EQ(folder_.IniBytes(), second);
     EXPECT_EQ(log_.Count("operation"), 0u);

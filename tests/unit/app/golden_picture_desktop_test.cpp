@@ -3,23 +3,11 @@
 // of the system's own controls tells; elsewhere the test is skipped.
 //
 // Where a new look is wanted, QUON_GOLDEN=keep writes golden_pictures.txt into the folder for artifacts.
-#include <windows.h>
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstdint>
 #include <cstdlib>
-#include <map>
 #include <sstream>
-#include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
 
-#include "tests/support/paths.h"
 #include "tests/support/screen.h"
-#include "tests/support/text.h"
 #include "tests/unit/app/every_window.h"
 #include "win/handles.h"
 #include "win/picture_box.h"
@@ -29,8 +17,7 @@
 namespace app {
 namespace {
 
-using testkit::Picture;
-using testkit::Window;
+using testkit::Picture, testkit::Window;
 
 constexpr const char* kProbe = "the system's controls";
 

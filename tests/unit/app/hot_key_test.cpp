@@ -1,23 +1,14 @@
 #include "app/hot_key.h"
 
-#include <windows.h>
-
-#include <commctrl.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "config/settings.h"
 #include "res/resource.h"
-#include "tests/support/call_log.h"
-#include "tests/support/recorded_call.h"
 #include "tests/unit/app/panel_harness.h"
 #include "tests/unit/app/shell_question.h"
 
 namespace app {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using ::testing::ElementsAre, ::testing::IsEmpty;
 
 constexpr std::uint16_t Word(unsigned key, unsigned held) {
     return static_cast<std::uint16_t>(MAKEWORD(key, held));

@@ -1,10 +1,7 @@
 // Moving a button: what is written, in which order, and what a cancelled question leaves behind.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "app/add_to_button.h"
 #include "dialogs/message_box.h"
-#include "tests/support/held_file.h"
 #include "tests/unit/app/add_to_button_fixture.h"
 
 namespace app {
@@ -120,7 +117,7 @@ TEST_F(MoveToButtonTest, ChangesNothingWhenTheQuestionIsCancelled) {
 TEST_F(MoveToButtonTest, StoresNothingBeforeTheQuestionIsAnswered) {
     const testkit::ModalAnswers user({[this](testkit::Window box) {
         EXPECT_EQ(folder_.IniBytes(), ini_) << "a program that is ended now has lost nothing";
-        box.Child(dialogs::frmMsg::b1 + 1).Send(BM_CLICK);
+        box.Press(dialogs::frmMsg::b1 + 1);
     }});
     MoveToButton(state_, {2, 2}, Notes());
     EXPECT_EQ(Ini("Buttons", "21"), "");
@@ -131,7 +128,7 @@ TEST_F(MoveToButtonTest, StoresNothingBeforeTheQuestionIsAnswered) {
 TEST_F(MoveToButtonTest, LeavesASourceAloneThatGotSomethingElseMeanwhile) {
     const testkit::ModalAnswers user({[this](testkit::Window box) {
         EXPECT_TRUE(state_.Store().PutRecord({2, 1}, "Other|7"));
-        box.Child(dialogs::frmMsg::b1 + 1).Send(BM_CLICK);
+        box.Press(dialogs::frmMsg::b1 + 1);
     }});
     MoveToButton(state_, {2, 2}, Notes());
     EXPECT_EQ(Ini("Buttons", "21"), "Other|7");

@@ -1,15 +1,8 @@
 #include "tests/unit/app/panel_harness.h"
 
-#include <shellapi.h>
-
-#include <algorithm>
-#include <cstring>
-
 #include "config/settings.h"
 #include "model/launching.h"
-#include "tests/support/paths.h"
 #include "tests/support/program_calls.h"
-#include "tests/support/text.h"
 #include "win/dialog.h"
 
 namespace app {

@@ -6,19 +6,8 @@
 //     EXPECT_TRUE(InOrder(panel.Log(), {"read Settings Main", "tray add"}));
 #pragma once
 
-#include <windows.h>
-
-#include <initializer_list>
-#include <memory>
-#include <string>
-#include <string_view>
-
 #include "app/glavni.h"
-#include "tests/support/call_log.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/scoped_ini_path.h"
-#include "tests/support/window.h"
+#include "tests/support/unit_test.h"
 
 namespace app {
 

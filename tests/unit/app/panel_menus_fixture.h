@@ -2,26 +2,12 @@
 // there. What they open and start is recorded, not done.
 #pragma once
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-#include <shellapi.h>
-
-#include <algorithm>
-#include <string>
-#include <vector>
-
 #include "app/panel_menus.h"
 #include "config/settings.h"
 #include "model/launching.h"
 #include "res/resource.h"
-#include "tests/support/call_log.h"
-#include "tests/support/hidden_window.h"
 #include "tests/support/program_calls.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/text.h"
-#include "tests/support/window.h"
+#include "tests/support/unit_test.h"
 
 namespace app {
 
@@ -66,8 +52,7 @@ class PanelMenusFixture : public ::testing::Test {
     void Choose(int button, int command) {
         chosen_ = command;
         log_.Clear();
-        ImageButton(button).Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
-        ImageButton(button).Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+        ImageButton(button).SendClick();
     }
     std::string Root() const { return folder_.Path().substr(0, 3); }
 

@@ -1,26 +1,13 @@
 #include "app/panel_menus.h"
 
-#include <windows.h>
-
-#include <commctrl.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <shellapi.h>
-#include <shlobj.h>
-
-#include <string>
-#include <vector>
-
 #include "dialogs/message_box.h"
 #include "model/text_shortcut.h"
-#include "tests/support/modal_answers.h"
 #include "tests/unit/app/panel_menus_fixture.h"
 
 namespace app {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using ::testing::ElementsAre, ::testing::IsEmpty;
 
 class PanelMenusTest : public PanelMenusFixture {};
 
@@ -78,12 +65,8 @@ TEST_F(PanelMenusTest, LaunchTheControlPanel) {
 TEST_F(PanelMenusTest, ShowTheUptimeAndNeverHideForIt) {
     const auto ticks = ANSWER_CALL(GetTickCount, 3723000);
     config::Settings.HideAfterLaunch = true;
-    testkit::ModalAnswers user({[](testkit::Window box) {
-        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
-                  "Windows is running for: \r\n" + model::CTextShortcut::HowLong());
-        EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 0).Text(), "OK");
-        box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
-    }});
+    testkit::ModalAnswers user(
+        {testkit::Note("Windows is running for: \r\n" + model::CTextShortcut::HowLong())});
     Choose(1, 2005);
     EXPECT_FALSE(dock_.Hidden());
     EXPECT_EQ(log_.Count("Sleep"), 0u);

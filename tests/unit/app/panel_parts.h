@@ -1,15 +1,6 @@
 // The parts of the panel on a window that is never shown, without the main window around them.
 #pragma once
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-#include <shellapi.h>
-
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "app/button_drag.h"
 #include "app/button_menu.h"
 #include "app/button_mouse.h"
@@ -20,12 +11,6 @@
 #include "app/panel_state.h"
 #include "app/tab_strip.h"
 #include "config/settings.h"
-#include "tests/support/call_log.h"
-#include "tests/support/hidden_window.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/scoped_ini_path.h"
-#include "tests/support/window.h"
 #include "tests/unit/app/panel_harness.h"
 
 namespace app {

@@ -1,20 +1,12 @@
 // The panel on another scale than the usual one, and while the scale, the text's size or the colours change.
-#include <windows.h>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <shellscalingapi.h>
 
-#include <algorithm>
 #include <cwchar>
-#include <iterator>
-#include <string>
-#include <vector>
 
 #include "config/settings.h"
 #include "res/resource.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/window.h"
+#include "tests/support/contrast_theme.h"
 #include "tests/unit/app/panel_harness.h"
 #include "win/colors.h"
 #include "win/geometry.h"
@@ -265,13 +257,8 @@ TEST_F(PanelScaleTest, GrowsWithTheSizeOfTheSystemsText) {
 
 TEST_F(PanelScaleTest, DrawsInTheThemesColoursWhenOneIsSwitchedOn) {
     panel_.Load();
-    const RecordedCall contrast =
-        FAKE_CALL(SystemParametersInfoW, [](UINT what, UINT size, PVOID value, UINT flags) -> WINBOOL {
-            if (what != SPI_GETHIGHCONTRAST)
-                return ORIGINAL_CALL(SystemParametersInfoW)(what, size, value, flags);
-            static_cast<HIGHCONTRASTW*>(value)->dwFlags = HCF_HIGHCONTRASTON;
-            return TRUE;
-        });
+    const bool on = true;
+    const RecordedCall contrast = testkit::ContrastThemeIs(on);
     constexpr COLORREF kText = RGB(1, 2, 3);
     const RecordedCall system = FAKE_CALL(GetSysColor, [](int index) -> DWORD {
         return index == COLOR_BTNTEXT ? kText : ORIGINAL_CALL(GetSysColor)(index);

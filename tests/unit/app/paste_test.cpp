@@ -1,24 +1,15 @@
 // Pasting onto a button, from a clipboard that only the test knows.
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <shlobj.h>
 #include <shlwapi.h>
-
-#include <cstring>
 
 #include "app/button_commands.h"
 #include "dialogs/message_box.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/text.h"
 #include "tests/unit/app/panel_parts.h"
 
 namespace app {
 namespace {
 
 using testkit::ModalAnswers;
-using testkit::Window;
 
 class PasteTest : public PanelParts {
   protected:
@@ -29,6 +20,7 @@ class PasteTest : public PanelParts {
         fakes_.push_back(FAKE_CALL(CloseClipboard, [] { return TRUE; }));
         fakes_.push_back(FAKE_CALL(GetClipboardData,
                                    [this](UINT format) { return format == format_ ? memory_ : nullptr; }));
+        Load("[Settings]\r\n");
     }
     ~PasteTest() override { GlobalFree(memory_); }
 
@@ -55,20 +47,16 @@ class PasteTest : public PanelParts {
         ButtonCommands commands(state_, dock_);
         commands.Run(kPaste, state_.CurrentPlace());
     }
-    static void NothingReadable(Window box) {
-        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), "Couldn't read file path or URL from Clipboard.");
-        EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 0).Text(), "OK");
-        EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 1).IsVisible());
-        box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
-    }
 
+    const ModalAnswers::Step kNothingReadable =
+        testkit::Note("Couldn't read file path or URL from Clipboard.");
+    const ModalAnswers::Step kCouldNotMake = testkit::Note("Couldn't make this shortcut, sorry.");
     UINT format_ = 0;
     BOOL opens_ = TRUE;
     HGLOBAL memory_ = nullptr;
 };
 
 TEST_F(PasteTest, TakesAUrlUnderItsLastElement) {
-    Load("[Settings]\r\n");
     HoldText("http://пример.test/страна.html");
     Paste();
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "страна|0");
@@ -76,7 +64,6 @@ TEST_F(PasteTest, TakesAUrlUnderItsLastElement) {
 }
 
 TEST_F(PasteTest, TakesThePathInTheFirstLine) {
-    Load("[Settings]\r\n");
     const std::string path = folder_.MakeFile("文 č.tar.gz");
     HoldText(path + "\r\nand more");
     Paste();
@@ -85,7 +72,6 @@ TEST_F(PasteTest, TakesThePathInTheFirstLine) {
 }
 
 TEST_F(PasteTest, TakesAPathThatTheShellsFunctionRefusesToLookAt) {
-    Load("[Settings]\r\n");
     const std::string path = folder_.MakeFile("a.txt");
     HoldText(path);
     const auto exists = FAKE_CALL(PathFileExistsA, [](LPCSTR) -> BOOL {
@@ -97,7 +83,6 @@ TEST_F(PasteTest, TakesAPathThatTheShellsFunctionRefusesToLookAt) {
 }
 
 TEST_F(PasteTest, IgnoresAnyOtherTextWithoutAWord) {
-    Load("[Settings]\r\n");
     const std::string before = folder_.IniBytes();
     for (const std::string& text :
          {std::string("plain text"), std::string("\nhttp://second.line/"), folder_.FullPath("missing.txt"),
@@ -109,15 +94,11 @@ TEST_F(PasteTest, IgnoresAnyOtherTextWithoutAWord) {
 }
 
 TEST_F(PasteTest, SaysSoForAUrlThatCannotBeStored) {
-    Load("[Settings]\r\n");
     const std::string before = folder_.IniBytes();
     for (const std::string& text :
          {"http://a.test/" + std::string(600, 'm'), std::string("http://a.test/\tb")}) {
         HoldText(text);
-        const ModalAnswers user({[](Window box) {
-            EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
-            box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
-        }});
+        const ModalAnswers user({kCouldNotMake});
         Paste();
         EXPECT_EQ(user.Used(), 1u);
     }
@@ -125,7 +106,6 @@ TEST_F(PasteTest, SaysSoForAUrlThatCannotBeStored) {
 }
 
 TEST_F(PasteTest, TakesAUrlWithABarAsOneTarget) {
-    Load("[Settings]\r\n");
     HoldText("http://a.test/b|c.html");
     Paste();
     EXPECT_EQ(folder_.IniValue("Cuts", "b-c"), "http://a.test/b%7Cc.html");
@@ -133,7 +113,6 @@ TEST_F(PasteTest, TakesAUrlWithABarAsOneTarget) {
 }
 
 TEST_F(PasteTest, TakesOneCopiedFile) {
-    Load("[Settings]\r\n");
     const std::string path = folder_.MakeFile("Писмо č.txt");
     HoldFiles({path});
     Paste();
@@ -143,7 +122,6 @@ TEST_F(PasteTest, TakesOneCopiedFile) {
 }
 
 TEST_F(PasteTest, TakesSeveralCopiedFilesAsAGroupNamedAfterTheFirst) {
-    Load("[Settings]\r\n");
     const std::string first = folder_.MakeFile("1 文.txt");
     const std::string second = folder_.MakeFile("2.txt");
     const std::string third = folder_.MakeFile("3.txt");
@@ -155,7 +133,6 @@ TEST_F(PasteTest, TakesSeveralCopiedFilesAsAGroupNamedAfterTheFirst) {
 }
 
 TEST_F(PasteTest, PrefersTheTextOfAClipboardThatHoldsBoth) {
-    Load("[Settings]\r\n");
     HoldText("http://a.test/text.html");
     const auto both = FAKE_CALL(IsClipboardFormatAvailable,
                                 [](UINT format) { return format == CF_UNICODETEXT || format == CF_HDROP; });
@@ -170,7 +147,6 @@ TEST_F(PasteTest, PrefersTheTextOfAClipboardThatHoldsBoth) {
 }
 
 TEST_F(PasteTest, TakesTheFilesBesideAnEmptyText) {
-    Load("[Settings]\r\n");
     const std::string path = folder_.MakeFile("file.txt");
     HoldFiles({path});
     const HGLOBAL nothing = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, sizeof(wchar_t));
@@ -184,28 +160,22 @@ TEST_F(PasteTest, TakesTheFilesBesideAnEmptyText) {
 }
 
 TEST_F(PasteTest, RefusesMoreFilesThanCanBeReadBack) {
-    Load("[Settings]\r\n");
     const std::string before = folder_.IniBytes();
     HoldFiles(std::vector<std::string>(20, "C:\\a folder with a name\\and a file.txt"));
-    const ModalAnswers user({[](Window box) {
-        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
-        box.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
-    }});
+    const ModalAnswers user({kCouldNotMake});
     Paste();
     EXPECT_EQ(folder_.IniBytes(), before);
 }
 
 TEST_F(PasteTest, SaysThatNothingCouldBeReadFromAnEmptyClipboard) {
-    Load("[Settings]\r\n");
-    const ModalAnswers user({NothingReadable});
+    const ModalAnswers user({kNothingReadable});
     Paste();
 }
 
 TEST_F(PasteTest, SaysSoForALinkThatLeadsNowhereAndPassesItOverBesideAFile) {
-    Load("[Settings]\r\n");
     const std::string link = folder_.MakeFile("веза.lnk", "no link");
     HoldFiles({link});
-    const ModalAnswers user({NothingReadable});
+    const ModalAnswers user({kNothingReadable});
     Paste();
     EXPECT_EQ(user.Used(), 1u);
     const std::string path = folder_.MakeFile("file.txt");
@@ -216,10 +186,9 @@ TEST_F(PasteTest, SaysSoForALinkThatLeadsNowhereAndPassesItOverBesideAFile) {
 }
 
 TEST_F(PasteTest, SaysSoForAClipboardThatDoesNotOpenToo) {
-    Load("[Settings]\r\n");
     HoldFiles({"C:\\a.txt"});
     opens_ = FALSE;
-    const ModalAnswers user({NothingReadable});
+    const ModalAnswers user({kNothingReadable});
     Paste();
 }
 

@@ -1,16 +1,9 @@
 // All windows at a scale that the system itself has, and windows of two scales side by side. Nothing is
 // played here: this program is started again for each scale, because a process keeps the one it finds.
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include <string>
 
 #include "dialogs/message_box.h"
 #include "res/resource.h"
 #include "tests/support/caption_room.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/paths.h"
 #include "tests/support/running_program.h"
 #include "tests/support/screen_scale.h"
 #include "tests/unit/app/every_window.h"
@@ -20,8 +13,7 @@
 namespace app {
 namespace {
 
-using testkit::ModalAnswers;
-using testkit::Window;
+using testkit::ModalAnswers, testkit::Window;
 
 /// What the system takes windows for that this thread makes meanwhile.
 class ThreadAwareness {

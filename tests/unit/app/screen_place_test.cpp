@@ -1,13 +1,6 @@
 #include "app/screen_place.h"
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include <cstdint>
-#include <utility>
-
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 
 namespace app {
 namespace {

@@ -1,22 +1,9 @@
 #pragma once
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-#include <shellapi.h>
-
-#include <string>
-#include <string_view>
-
 #include "app/shortcut_box.h"
 #include "config/settings.h"
 #include "res/resource.h"
-#include "tests/support/hidden_window.h"
 #include "tests/support/program_calls.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/scoped_ini_path.h"
-#include "tests/support/text.h"
 #include "tests/unit/app/panel_harness.h"
 
 namespace app {

@@ -1,21 +1,6 @@
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <ole2.h>
-#include <shellapi.h>
-
-#include <algorithm>
-#include <cstring>
-#include <string>
-#include <vector>
-
 #include "config/ini.h"
 #include "dialogs/message_box.h"
 #include "tests/support/data_object.h"
-#include "tests/support/held_file.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/window.h"
 #include "tests/unit/app/shortcut_box_fixture.h"
 #include "win/com.h"
 #include "win/handles.h"
@@ -23,8 +8,7 @@
 namespace app {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using ::testing::ElementsAre, ::testing::IsEmpty;
 using testkit::IniText;
 
 class ShortcutBoxTest : public ShortcutBoxFixture {};
@@ -41,11 +25,8 @@ TEST_F(ShortcutBoxTest, OpensWhatIsTypedOnEnterAndSelectsNothing) {
     EXPECT_TRUE(Press("План", VK_RETURN));
     EXPECT_THAT(log_.Lines(), ElementsAre("open C:\\план.txt"));
     EXPECT_EQ(box_.List().Text(), "План");
-    DWORD start = 0;
-    DWORD end = 9;
-    SendMessageW(box_.List().Edit(), EM_GETSEL, reinterpret_cast<WPARAM>(&start),
-                 reinterpret_cast<LPARAM>(&end));
-    EXPECT_EQ(start, end);
+    const LRESULT selection = testkit::Window(Edit()).Selection();
+    EXPECT_EQ(LOWORD(selection), HIWORD(selection));
     EXPECT_FALSE(dock_.Hidden());
 }
 
@@ -164,12 +145,9 @@ TEST_F(ShortcutBoxTest, EnterAndGoOnTheRefreshItemRefresh) {
 }
 
 TEST_F(ShortcutBoxTest, SaysWhereToGetTheSearchTool) {
-    testkit::ModalAnswers user({[](testkit::Window note) {
-        EXPECT_EQ(note.Child(dialogs::frmMsg::l1).Text(),
-                  "You need to have Quon Search Utility to execute this command.\n\nYou can download it from "
-                  "Quon's web site.");
-        note.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
-    }});
+    testkit::ModalAnswers user({testkit::Note(
+        "You need to have Quon Search Utility to execute this command.\n\nYou can download it from "
+        "Quon's web site.")});
     Press("?report", VK_RETURN);
     EXPECT_THAT(log_.Lines(), IsEmpty());
 }
@@ -259,7 +237,7 @@ TEST_F(CollectingTest, ShowsTheHourglassAndSaysToWaitAndThenWhatToDo) {
         EXPECT_FALSE(note.Child(dialogs::frmMsg::b1 + 1).IsVisible());
         EXPECT_FALSE(win::Hourglass::IsShown());
         EXPECT_THAT(box_.List().Items(), ElementsAre("Writer", "План", "[Refresh list]"));
-        note.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
+        note.Press(dialogs::frmMsg::b1 + 0);
     }});
     box_.List().SetText("[Refresh list]");
     box_.OnChosen();
@@ -285,10 +263,7 @@ TEST_F(CollectingTest, SaysThatNothingCouldBeStored) {
         std::strcpy(program, "C:\\next.exe");
         return reinterpret_cast<HINSTANCE>(INT_PTR{42});
     });
-    testkit::ModalAnswers user({[](testkit::Window note) {
-        EXPECT_EQ(note.Child(dialogs::frmMsg::l1).Text(), dialogs::kCouldNotMake);
-        note.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
-    }});
+    testkit::ModalAnswers user({testkit::Note(dialogs::kCouldNotMake)});
     box_.CollectApplications();
     EXPECT_EQ(folder_.Ini().Entries("Collected").size(), 0u);
 }
@@ -389,7 +364,7 @@ TEST_F(BoxDropTest, StoresALinksTargetWithoutItsArgumentsAndSaysSoOnce) {
         EXPECT_EQ(note.Child(dialogs::frmMsg::b1 + 0).Text(), "OK");
         EXPECT_EQ(folder_.IniValue("Cuts", "文書"), file) << "stored before the note";
         EXPECT_THAT(box_.List().Items(), ElementsAre("План", "[Refresh list]")) << "listed after it";
-        note.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
+        note.Press(dialogs::frmMsg::b1 + 0);
     }});
     DropFiles({folder_.MakeLink("one.lnk", {.target = file, .arguments = "/a b"})});
     EXPECT_EQ(user.Used(), 1u);
@@ -436,10 +411,7 @@ TEST_F(BoxDropTest, ABrokenLinkIsADropWithoutAName) {
 }
 
 TEST_F(BoxDropTest, SaysSoWhenTheFileCannotBeWritten) {
-    const testkit::ModalAnswers user({[](testkit::Window note) {
-        EXPECT_EQ(note.Child(dialogs::frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
-        note.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
-    }});
+    const testkit::ModalAnswers user({testkit::Note("Couldn't make this shortcut, sorry.")});
     const std::string before = folder_.IniBytes();
     HANDLE file = CreateFileW(testkit::Wide(folder_.IniPath()).c_str(), GENERIC_READ, FILE_SHARE_READ,
                               nullptr, OPEN_EXISTING, 0, nullptr);
@@ -454,8 +426,7 @@ TEST_F(BoxDropTest, TakesATextWithATabulatorAndNoneWithAnotherControlCharacter) 
     DropText("some\twords");
     EXPECT_EQ(folder_.IniValue("Cuts", "some words"), "some\twords");
     const std::string before = folder_.IniBytes();
-    const testkit::ModalAnswers user(
-        {[](testkit::Window note) { note.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK); }});
+    const testkit::ModalAnswers user({testkit::Press(dialogs::frmMsg::b1 + 0)});
     DropText("some\rwords");
     EXPECT_EQ(folder_.IniBytes(), before);
 }
@@ -486,10 +457,7 @@ TEST_F(BoxDropTest, KeepsItsListWhileTheFileCannotBeRead) {
 
 TEST_F(BoxDropTest, RefusesWhatCouldNotBeReadBackWhole) {
     const std::string before = folder_.IniBytes();
-    testkit::ModalAnswers user({[](testkit::Window note) {
-        EXPECT_EQ(note.Child(dialogs::frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
-        note.Child(dialogs::frmMsg::b1 + 0).Send(BM_CLICK);
-    }});
+    testkit::ModalAnswers user({testkit::Note("Couldn't make this shortcut, sorry.")});
     const std::string address = "https://example.org/" + std::string(524, 'a') + "/page.html";
     DropText(address + "x");
     EXPECT_EQ(user.Used(), 1u);

@@ -1,19 +1,11 @@
 // Names are completed while they are typed.
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <initializer_list>
-#include <string>
 
 #include "tests/unit/app/shortcut_box_fixture.h"
 
 namespace app {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using ::testing::ElementsAre, ::testing::IsEmpty;
 
 class ShortcutCompletionTest : public ShortcutBoxFixture {
   protected:
@@ -39,56 +31,48 @@ class ShortcutCompletionTest : public ShortcutBoxFixture {
         for (const char character : text)
             Tap(character);
     }
+    /// What is shown once this is typed.
+    std::string Typed(const std::string& text) {
+        Type(text);
+        return Shown();
+    }
     void Select(int start, int end) { SendMessageW(Edit(), EM_SETSEL, static_cast<WPARAM>(start), end); }
 };
 
 TEST_F(ShortcutCompletionTest, ShowsTheItemAsItIsSpeltWithTheRestSelected) {
-    Type("no");
-    EXPECT_EQ(Shown(), "No[tepad]");
+    EXPECT_EQ(Typed("no"), "No[tepad]");
 }
 
 TEST_F(ShortcutCompletionTest, FurtherTypingReplacesTheRest) {
-    Tap('n');
-    EXPECT_EQ(Shown(), "N[otepad]");
-    Tap('o');
-    EXPECT_EQ(Shown(), "No[tepad]");
-    Type("tes");
-    EXPECT_EQ(Shown(), "Notes[ 2]");
+    EXPECT_EQ(Typed("n"), "N[otepad]");
+    EXPECT_EQ(Typed("o"), "No[tepad]");
+    EXPECT_EQ(Typed("tes"), "Notes[ 2]");
     // No other item goes on like this.
-    Tap('x');
-    EXPECT_EQ(Shown(), "Notesx|");
+    EXPECT_EQ(Typed("x"), "Notesx|");
 }
 
 TEST_F(ShortcutCompletionTest, TypingTheNameToItsEndLeavesNothingSelected) {
-    Type("notepad");
-    EXPECT_EQ(Shown(), "Notepad|");
+    EXPECT_EQ(Typed("notepad"), "Notepad|");
 }
 
 TEST_F(ShortcutCompletionTest, AMatchInsideAnItemShowsWhatIsTypedAndTheRestAfterIt) {
-    Type("otep");
-    EXPECT_EQ(Shown(), "otep[ad]");
-    Type("x");
-    EXPECT_EQ(Shown(), "otepx|");
+    EXPECT_EQ(Typed("otep"), "otep[ad]");
+    EXPECT_EQ(Typed("x"), "otepx|");
     box_.List().SetText("");
-    Type("pad");
-    EXPECT_EQ(Shown(), "pad|");
+    EXPECT_EQ(Typed("pad"), "pad|");
 }
 
 TEST_F(ShortcutCompletionTest, TheFirstItemOfTheListCounts) {
     // "c" is in "Calc" twice and in later items too.
-    Type("c");
-    EXPECT_EQ(Shown(), "C[alc]");
+    EXPECT_EQ(Typed("c"), "C[alc]");
     box_.List().SetText("");
-    Type("2");
-    EXPECT_EQ(Shown(), "2|");
+    EXPECT_EQ(Typed("2"), "2|");
     box_.List().SetText("");
-    Type("re");
-    EXPECT_EQ(Shown(), "re|") << "the refresh item is no name";
+    EXPECT_EQ(Typed("re"), "re|") << "the refresh item is no name";
 }
 
 TEST_F(ShortcutCompletionTest, AMatchInsideAnItemOpensThatItem) {
-    Type("otep");
-    ASSERT_EQ(Shown(), "otep[ad]");
+    ASSERT_EQ(Typed("otep"), "otep[ad]");
     Key(WM_KEYDOWN, VK_RETURN);
     box_.Go();
     EXPECT_THAT(log_.Lines(), ElementsAre("open 2", "open 2"));
@@ -108,8 +92,7 @@ TEST_F(ShortcutCompletionTest, AMatchInsideAnItemOpensThatItem) {
 TEST_F(ShortcutCompletionTest, AShortcutOfTheComposedNameGoesFirst) {
     folder_.WriteIniText("[Cuts]\r\nNotepad=2\r\nOTEPAD=7\r\n");
     box_.Refill();
-    Type("otep");
-    ASSERT_EQ(Shown(), "otep[ad]");
+    ASSERT_EQ(Typed("otep"), "otep[ad]");
     Key(WM_KEYDOWN, VK_RETURN);
     EXPECT_THAT(log_.Lines(), ElementsAre("open 7"));
 }
@@ -188,8 +171,7 @@ TEST_F(ShortcutCompletionTest, CorrectionsStay) {
     Down(VK_BACK, 8);
     Up(VK_BACK);
     EXPECT_EQ(Shown(), "N|");
-    Type("otes");
-    EXPECT_EQ(Shown(), "Notes[ 2]");
+    EXPECT_EQ(Typed("otes"), "Notes[ 2]");
     Down(VK_DELETE);
     Up(VK_DELETE);
     EXPECT_EQ(Shown(), "Notes|");
@@ -204,16 +186,13 @@ TEST_F(ShortcutCompletionTest, CorrectionsStay) {
 TEST_F(ShortcutCompletionTest, ASelectionIsReplacedByWhatIsTyped) {
     box_.List().SetText("something");
     Select(0, -1);
-    Tap('c');
-    EXPECT_EQ(Shown(), "C[alc]");
+    EXPECT_EQ(Typed("c"), "C[alc]");
     box_.List().SetText("nxxxtes");
     Select(1, 4);
-    Tap('o');
-    EXPECT_EQ(Shown(), "no|tes") << "in the midst of a text the caret stays with the user";
+    EXPECT_EQ(Typed("o"), "no|tes") << "in the midst of a text the caret stays with the user";
     box_.List().SetText("noxxx");
     Select(2, 5);
-    Tap('t');
-    EXPECT_EQ(Shown(), "Not[epad]");
+    EXPECT_EQ(Typed("t"), "Not[epad]");
 }
 
 TEST_F(ShortcutCompletionTest, OnlyLettersAndDigitsComplete) {
@@ -311,8 +290,7 @@ TEST_F(ShortcutCompletionTest, AnEmptyItemOrListIsNoHindrance) {
     folder_.WriteIniText("[Cuts]\r\n=C:\\nameless\r\n");
     box_.Refill();
     EXPECT_THAT(box_.List().Items(), ElementsAre("", "[Refresh list]"));
-    Type("no");
-    EXPECT_EQ(Shown(), "no|");
+    EXPECT_EQ(Typed("no"), "no|");
 }
 
 }  // namespace

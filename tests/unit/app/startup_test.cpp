@@ -1,18 +1,7 @@
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <shellapi.h>
-
-#include <algorithm>
-#include <string>
-#include <vector>
-
 #include "config/settings.h"
 #include "model/launching.h"
 #include "res/resource.h"
 #include "tests/support/program_calls.h"
-#include "tests/support/text.h"
 #include "tests/unit/app/panel_harness.h"
 #include "win/dialog.h"
 #include "win/errors.h"
@@ -20,11 +9,8 @@
 namespace app {
 namespace {
 
-using ::testing::AnyOf;
-using ::testing::Contains;
-using ::testing::ElementsAreArray;
-using ::testing::HasSubstr;
-using ::testing::StartsWith;
+using ::testing::AnyOf, ::testing::Contains, ::testing::ElementsAreArray, ::testing::HasSubstr,
+    ::testing::StartsWith;
 
 std::vector<std::string> TabKeys() { return {"10", "20", "30", "40", "50", "60"}; }
 
@@ -190,9 +176,7 @@ TEST(LoadTest, ChecksTheEntryOfTheExtensiveTooltipsFromTheSetting) {
             state = GetMenuState(menu, 3, MF_BYPOSITION);
             return 0;
         });
-        const testkit::Window settings = panel.Window().Child(IDC_IMAGE_BUTTON + 2);
-        settings.Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
-        settings.Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+        panel.Window().Child(IDC_IMAGE_BUTTON + 2).SendClick();
         EXPECT_EQ((state & MF_CHECKED) != 0, on);
     }
 }

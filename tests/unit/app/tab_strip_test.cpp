@@ -1,16 +1,12 @@
 #include "app/tab_strip.h"
 
-#include <gmock/gmock.h>
-
-#include "tests/support/text.h"
 #include "tests/unit/app/panel_parts.h"
 #include "win/errors.h"
 
 namespace app {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using ::testing::ElementsAre, ::testing::IsEmpty;
 
 class TabStripTest : public PanelParts {
   protected:

@@ -1,19 +1,12 @@
 // The panel between two screens of different scales. Windows tells a window of another scale in the middle of
 // the call that moves it, as soon as most of it lies on the other screen; a docked panel lies beyond its
 // edge.
-#include <windows.h>
 
-#include <commctrl.h>
-#include <gtest/gtest.h>
 #include <shellscalingapi.h>
-
-#include <string>
 
 #include "app/screen_place.h"
 #include "config/settings.h"
 #include "res/resource.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/window.h"
 #include "tests/unit/app/panel_harness.h"
 #include "win/geometry.h"
 #include "win/scale.h"

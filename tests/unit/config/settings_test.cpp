@@ -1,26 +1,17 @@
 #include "config/settings.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-
 #include <limits>
 
 #include "config/ini.h"
-#include "tests/support/call_log.h"
-#include "tests/support/paths.h"
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 #include "tests/unit/config/config_file.h"
 #include "win/errors.h"
 #include "win/text.h"
 
 namespace {
 
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testkit::CallLog;
-using testkit::RecordedCall;
+using ::testing::AllOf, ::testing::ElementsAre, ::testing::HasSubstr;
+using testkit::CallLog, testkit::RecordedCall;
 
 constexpr const char* kFieldNames[] = {
     "CurrentTab",           "StartWithWindows",  "StartGlued",        "HideAfterLaunch",

@@ -1,18 +1,5 @@
-#include <windows.h>
-
-#include <commctrl.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <shellapi.h>
-
-#include <string>
-#include <vector>
-
 #include "dialogs/message_box.h"
 #include "res/resource.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/window.h"
 #include "tests/unit/dialogs/dialog_parts.h"
 #include "version.h"
 #include "win/handles.h"
@@ -20,14 +7,10 @@
 namespace dialogs {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using testkit::CallLog;
-using testkit::ModalAnswers;
-using testkit::Window;
+using ::testing::ElementsAre, ::testing::HasSubstr, ::testing::IsEmpty;
+using testkit::CallLog, testkit::ModalAnswers, testkit::Window;
 
-void Close(Window box) { box.Child(frmMsg::b2).Send(BM_CLICK); }
+void Close(Window box) { box.Press(frmMsg::b2); }
 
 testkit::RecordedCall RecordTips(std::vector<std::string>& texts) {
     return WATCH_CALL(SendMessageA, [&](HWND, UINT message, WPARAM, LPARAM lParam) {
@@ -80,8 +63,7 @@ TEST(AboutBoxTest, OpensAPageOnceForADoubleClick) {
     const auto shell = STUB_CALL(log, ShellExecuteA, reinterpret_cast<HINSTANCE>(33));
     ModalAnswers user({[](Window box) {
         for (const int id : {frmMsg::SupportLink, frmMsg::WebLink}) {
-            box.Child(id).Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(3, 3));
-            box.Child(id).Send(WM_LBUTTONUP, 0, MAKELPARAM(3, 3));
+            box.Child(id).SendClick(3, 3);
             box.Child(id).Send(WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(3, 3));
             box.Child(id).Send(WM_LBUTTONUP, 0, MAKELPARAM(3, 3));
         }

@@ -1,11 +1,6 @@
 #include "dialogs/caption_gap.h"
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include "tests/support/hidden_window.h"
-#include "tests/support/window.h"
+#include "tests/support/unit_test.h"
 #include "win/handles.h"
 
 namespace dialogs {

@@ -1,21 +1,7 @@
 #include "dialogs/define_tab.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "config/ini.h"
 #include "config/settings.h"
-#include "tests/support/held_file.h"
-#include "tests/support/hidden_window.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/scoped_ini_path.h"
 #include "tests/unit/dialogs/dialog_parts.h"
 #include "win/errors.h"
 #include "win/picture_box.h"
@@ -24,21 +10,14 @@ namespace dialogs {
 namespace {
 
 using config::Settings;
-using ::testing::Each;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using testkit::ModalAnswers;
-using testkit::Window;
+using ::testing::Each, ::testing::ElementsAre, ::testing::IsEmpty;
+using testkit::ModalAnswers, testkit::Press, testkit::Window;
 
 constexpr int kLabel = 810;
 constexpr int kDescription = 811;
 constexpr int kShowDescription = 820;
 constexpr int kApply = 830;
 constexpr int kCancel = 831;
-
-ModalAnswers::Step Press(int id) {
-    return [id](Window dialog) { dialog.Child(id).Send(BM_CLICK); };
-}
 
 class DefineTabTest : public ::testing::Test {
   protected:
@@ -50,12 +29,14 @@ class DefineTabTest : public ::testing::Test {
         ModalAnswers user({step});
         frmTabPrep(host_, tab).Open();
     }
+    /// Opens it for one step and cancels or applies it.
+    void Look(int tab, const ModalAnswers::Step& step) { Open(tab, ThenPress(step, kCancel)); }
+    void Apply(int tab, const ModalAnswers::Step& step) { Open(tab, ThenPress(step, kApply)); }
     /// Types both texts and applies them.
     void Define(int tab, const std::string& label, const std::string& description) {
-        Open(tab, [&](Window dialog) {
+        Apply(tab, [&](Window dialog) {
             dialog.Child(kLabel).SetText(label);
             dialog.Child(kDescription).SetText(description);
-            dialog.Child(kApply).Send(BM_CLICK);
         });
     }
 
@@ -65,20 +46,18 @@ class DefineTabTest : public ::testing::Test {
 };
 
 TEST_F(DefineTabTest, ShowsItsCaptions) {
-    Open(1, [](Window dialog) {
+    Look(1, [](Window dialog) {
         EXPECT_EQ(dialog.Text(), "Define tab");
-        EXPECT_EQ(dialog.Child(dialogs::frmTabPrep::Label1 + 0).Text(),
-                  "Give the label and description to tab:");
-        EXPECT_EQ(dialog.Child(dialogs::frmTabPrep::Label1 + 1).Text(),
+        EXPECT_EQ(dialog.Child(frmTabPrep::Label1 + 0).Text(), "Give the label and description to tab:");
+        EXPECT_EQ(dialog.Child(frmTabPrep::Label1 + 1).Text(),
                   "Label:" + std::string(31, ' ') + "(7 chars max)");
-        EXPECT_EQ(dialog.Child(dialogs::frmTabPrep::Label1 + 2).Text(), "Description:");
+        EXPECT_EQ(dialog.Child(frmTabPrep::Label1 + 2).Text(), "Description:");
         EXPECT_EQ(dialog.Child(kShowDescription).Text(), "Show description instead of tab contents");
         EXPECT_EQ(dialog.Child(kApply).Text(), "Apply");
         EXPECT_EQ(dialog.Child(kCancel).Text(), "Cancel");
         for (const int id : {800, 801, 802, 810, 811, 820, 830, 831})
             EXPECT_TRUE(dialog.Child(id).IsVisible()) << id;
         EXPECT_TRUE(dialog.IsTopmost());
-        dialog.Child(kCancel).Send(BM_CLICK);
     });
 }
 
@@ -92,11 +71,10 @@ TEST_F(DefineTabTest, ShowsTheTabsTextsAndTheOption) {
     host_.tab.Description = "Опис | 説明";
     for (const bool option : {false, true}) {
         Settings.TabDescriptions = option;
-        Open(4, [&](Window dialog) {
+        Look(4, [&](Window dialog) {
             EXPECT_EQ(dialog.Child(kLabel).Text(), "Посао");
             EXPECT_EQ(dialog.Child(kDescription).Text(), "Опис | 説明");
             EXPECT_EQ(dialog.Child(kShowDescription).Send(BM_GETCHECK), option ? BST_CHECKED : BST_UNCHECKED);
-            dialog.Child(kCancel).Send(BM_CLICK);
         });
     }
     EXPECT_THAT(host_.log.Lines(), Each("tab 4"));
@@ -136,23 +114,22 @@ TEST_F(DefineTabTest, WritesBlanksForControlCharacters) {
 
 TEST_F(DefineTabTest, StaysOpenWithWhatWasTypedWhenItCannotBeStored) {
     folder_.WriteIniText("[Buttons]\r\n30=old|d\r\n");
-    Open(3, [this](Window dialog) {
+    Apply(3, [this](Window dialog) {
         dialog.Child(kLabel).SetText("new");
         {
             const testkit::HeldFile held(folder_.IniPath());
-            dialog.Child(kApply).Send(BM_CLICK);
+            dialog.Press(kApply);
         }
         EXPECT_TRUE(dialog.IsVisible());
         EXPECT_EQ(dialog.Child(kLabel).Text(), "new");
         EXPECT_NE(host_.tab.Label, "new");
-        dialog.Child(kApply).Send(BM_CLICK);
     });
     EXPECT_EQ(folder_.IniValue("Buttons", "30"), "new|");
 }
 
 TEST_F(DefineTabTest, TakesNoDescriptionThatCouldNotBeReadBackWhole) {
     const std::string longest = std::string(528, 'x') + "Жж";
-    Open(3, [&](Window dialog) {
+    Apply(3, [&](Window dialog) {
         dialog.Child(kLabel).SetText("文文文文文文文");
         dialog.Child(kDescription).SetText(longest + "x");
         EXPECT_EQ(dialog.Child(kDescription).Text(), host_.tab.Description) << "a paste is taken back whole";
@@ -163,7 +140,6 @@ TEST_F(DefineTabTest, TakesNoDescriptionThatCouldNotBeReadBackWhole) {
         // A shorter label leaves more room.
         dialog.Child(kLabel).SetText("a");
         dialog.Child(kDescription).SetText(longest + std::string(20, 'x'));
-        dialog.Child(kApply).Send(BM_CLICK);
     });
     model::ButtonRecords records;
     records.LoadButtonRecords();
@@ -174,13 +150,12 @@ TEST_F(DefineTabTest, TakesNoDescriptionThatCouldNotBeReadBackWhole) {
 TEST_F(DefineTabTest, StaysOpenWhereALongDescriptionLeavesNoRoomForTheLabel) {
     const std::string description(552, 'x');
     host_.tab.INIstring("a|" + description);
-    Open(3, [&](Window dialog) {
+    Apply(3, [&](Window dialog) {
         dialog.Child(kLabel).SetText("ab");
-        dialog.Child(kApply).Send(BM_CLICK);
+        dialog.Press(kApply);
         EXPECT_TRUE(dialog.IsVisible());
         EXPECT_EQ(folder_.IniValue("Buttons", "30"), std::nullopt);
         dialog.Child(kLabel).SetText("b");
-        dialog.Child(kApply).Send(BM_CLICK);
     });
     EXPECT_EQ(folder_.IniValue("Buttons", "30"), "b|" + description);
 }
@@ -213,14 +188,13 @@ TEST_F(DefineTabTest, WritesWhateverIsTypedAsItStands) {
 }
 
 TEST_F(DefineTabTest, RefusesAnEighthCharacterInTheLabelAlone) {
-    Open(1, [](Window dialog) {
+    Look(1, [](Window dialog) {
         for (const int id : {kLabel, kDescription})
             for (int count = 0; count < 10; ++count)
                 dialog.Child(id).Send(WM_CHAR, L'Ж');
         EXPECT_EQ(dialog.Child(kLabel).Text(), "ЖЖЖЖЖЖЖ");
         EXPECT_EQ(dialog.Child(kDescription).Text(), "ЖЖЖЖЖЖЖЖЖЖ");
         EXPECT_GT(dialog.Child(kDescription).Send(EM_GETLIMITTEXT), 100000);
-        dialog.Child(kCancel).Send(BM_CLICK);
     });
 }
 
@@ -229,8 +203,8 @@ TEST_F(DefineTabTest, SetsTheOptionOnApplyAlone) {
         Settings.TabDescriptions = !option;
         for (const int button : {kCancel, kApply}) {
             Open(2, [&](Window dialog) {
-                dialog.Child(kShowDescription).Send(BM_CLICK);
-                dialog.Child(button).Send(BM_CLICK);
+                dialog.Press(kShowDescription);
+                dialog.Press(button);
             });
             EXPECT_EQ(Settings.TabDescriptions, button == kApply ? option : !option);
         }
@@ -253,7 +227,7 @@ TEST_F(DefineTabTest, WritesNothingWhenItIsCancelled) {
 
 TEST_F(DefineTabTest, ExplainsItsBoxByOneTipThatItKeeps) {
     TipLog tips;
-    Open(1, [&](Window dialog) {
+    Look(1, [&](Window dialog) {
         PointAt(dialog, dialog);
         PointAt(dialog, dialog.Child(kLabel));
         EXPECT_THAT(tips.Tips(), IsEmpty());
@@ -264,7 +238,6 @@ TEST_F(DefineTabTest, ExplainsItsBoxByOneTipThatItKeeps) {
         EXPECT_THAT(
             tips.Tips(),
             ElementsAre("820 Tab contents:|List of shortcuts (files, URLs) assigned to buttons on the tab."));
-        dialog.Child(kCancel).Send(BM_CLICK);
     });
     EXPECT_EQ(TipLog::WindowCount(), 0);
 }
@@ -273,12 +246,7 @@ TEST_F(DefineTabTest, GoesByTheKeyboard) {
     host_.tab.Label = "Label";
     Open(1, [](Window dialog) {
         EXPECT_EQ(GetFocus(), dialog.Child(kLabel).Handle());
-        DWORD start = 9;
-        DWORD end = 0;
-        dialog.Child(kLabel).Send(EM_GETSEL, reinterpret_cast<WPARAM>(&start),
-                                  reinterpret_cast<LPARAM>(&end));
-        EXPECT_EQ(start, 0u);
-        EXPECT_EQ(end, 5u);
+        EXPECT_EQ(dialog.Child(kLabel).Selection(), MAKELONG(0, 5));
         EXPECT_THAT(TabOrder(dialog, kLabel),
                     ElementsAre(kLabel, kDescription, kShowDescription, kApply, kCancel));
         PressInFocus(VK_RETURN);
@@ -287,13 +255,12 @@ TEST_F(DefineTabTest, GoesByTheKeyboard) {
 }
 
 TEST_F(DefineTabTest, PutsTheLabelIntoTheGapOfItsCaption) {
-    Open(1, [](Window dialog) {
-        const RECT caption = dialog.Child(dialogs::frmTabPrep::Label1 + 1).Rect();
+    Look(1, [](Window dialog) {
+        const RECT caption = dialog.Child(frmTabPrep::Label1 + 1).Rect();
         const RECT box = dialog.Child(kLabel).Rect();
         EXPECT_GT(box.left, caption.left);
         EXPECT_LT(box.right, caption.right);
         EXPECT_GT(box.right - box.left, 60) << "seven letters fit";
-        dialog.Child(kCancel).Send(BM_CLICK);
     });
 }
 

@@ -1,22 +1,9 @@
 // A contrast theme that is switched on or off while a dialog is open.
-#include <windows.h>
-
-#include <commctrl.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <map>
-#include <string>
-#include <vector>
 
 #include "dialogs/define_tab.h"
 #include "dialogs/icon_chooser.h"
 #include "dialogs/message_box.h"
 #include "dialogs/options.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/window.h"
 #include "tests/unit/app/every_window.h"
 #include "tests/unit/dialogs/dialog_parts.h"
 #include "tests/unit/dialogs/options_fixture.h"
@@ -27,8 +14,7 @@
 namespace dialogs {
 namespace {
 
-using ::testing::Contains;
-using ::testing::Not;
+using ::testing::Contains, ::testing::Not;
 
 /// The tips of a dialog's controls.
 std::vector<HWND> TipsOf(Window dialog) {
@@ -100,13 +86,12 @@ using OptionsColorsTest = OptionsFixture;
 
 TEST_F(OptionsColorsTest, TheWarningsFrameFollows) {
     PlayedTheme theme;
-    Open([&](Window dialog) {
+    Look([&](Window dialog) {
         const COLORREF plain = BrushFor(dialog, WM_CTLCOLORSTATIC, kWarningFrame);
         EXPECT_EQ(plain, win::PlainColor(win::Color::kWarning));
         theme.Switch(true);
         dialog.Send(WM_SYSCOLORCHANGE);
         EXPECT_EQ(BrushFor(dialog, WM_CTLCOLORSTATIC, kWarningFrame), PlayedTheme::kHighlight);
-        Click(dialog, kCancelButton);
     });
 }
 
@@ -118,7 +103,7 @@ TEST_F(EditorColorsTest, TheBoxesHaveTheRowsOrdinaryColourOnceTheThemeIsGone) {
     win::ForgetColors();
     const auto edit = [](Window organiser) {
         Press(organiser, VK_END);
-        organiser.Child(frmCuts::Command1 + frmCuts::kEdit).Post(BM_CLICK);
+        organiser.PostPress(frmCuts::Command1 + frmCuts::kEdit);
     };
     const auto look = [&](Window editor) {
         theme.Switch(false);
@@ -126,8 +111,8 @@ TEST_F(EditorColorsTest, TheBoxesHaveTheRowsOrdinaryColourOnceTheThemeIsGone) {
         // The third row is an even one.
         for (const int box : {frmEdit::t1 + frmEdit::kName, frmEdit::t1 + frmEdit::kFile})
             EXPECT_EQ(BrushFor(editor, WM_CTLCOLOREDIT, box), win::PlainColor(win::Color::kEvenRow)) << box;
-        editor.Owner().Child(frmCuts::Command1 + frmCuts::kQuit).Post(BM_CLICK);
-        Click(editor, frmEdit::c1 + frmEdit::kCancel);
+        editor.Owner().PostPress(frmCuts::Command1 + frmCuts::kQuit);
+        editor.Press(frmEdit::c1 + frmEdit::kCancel);
     };
     Organize(kShortcuts, {edit, look});
 }
@@ -137,7 +122,7 @@ TEST_F(EditorColorsTest, ThePictureIsDrawnAnewOnTheNewGround) {
     const auto look = [&](Window editor) {
         theme.Switch(true);
         EXPECT_THAT(BrushesOf([&] { editor.Send(WM_SYSCOLORCHANGE); }), Contains(PlayedTheme::kGround));
-        Click(editor, frmEdit::c1 + frmEdit::kCancel);
+        editor.Press(frmEdit::c1 + frmEdit::kCancel);
     };
     const ModalAnswers user({look});
     frmEdit editor(context_);

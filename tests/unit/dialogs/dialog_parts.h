@@ -1,21 +1,8 @@
 // What the dialogs' tests share: a main window that only takes notes, and the tips that a dialog makes.
 #pragma once
 
-#include <windows.h>
-
-#include <commctrl.h>
-#include <gtest/gtest.h>
-
-#include <cstdint>
-#include <functional>
-#include <string>
-#include <vector>
-
 #include "dialogs/panel_host.h"
-#include "tests/support/call_log.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/window.h"
+#include "tests/support/unit_test.h"
 #include "win/errors.h"
 
 namespace dialogs {
@@ -109,6 +96,14 @@ class TipLog {
     std::vector<std::string> tips_;
     testkit::RecordedCall fake_;
 };
+
+/// Does a step, then presses a button of its dialog.
+inline testkit::ModalAnswers::Step ThenPress(const testkit::ModalAnswers::Step& step, int id) {
+    return [step, id](testkit::Window dialog) {
+        step(dialog);
+        dialog.Press(id);
+    };
+}
 
 /// The pointer moves over a control of a dialog, or over its background.
 inline void PointAt(testkit::Window dialog, testkit::Window what) {

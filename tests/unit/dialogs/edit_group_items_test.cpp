@@ -1,11 +1,4 @@
 // The items of the group editor: added, refused, deleted.
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 #include "config/ini.h"
 #include "tests/unit/dialogs/edit_group_fixture.h"
@@ -20,11 +13,11 @@ class EditGroupItemsTest : public EditGroupTest {
         Window editor;
         Edit("Work", {[&](Window dialog) {
                           editor = dialog;
-                          dialog.Child(dialogs::frmEditB::c1 + 4).Post(BM_CLICK);
+                          dialog.PostPress(frmEditB::c1 + 4);
                       },
                       [&](Window box) {
                           answer(editor, box);
-                          editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
+                          editor.PostPress(frmEditB::c1 + 2);
                       }});
     }
 };
@@ -32,32 +25,26 @@ class EditGroupItemsTest : public EditGroupTest {
 TEST_F(EditGroupItemsTest, AddsNothingThatCouldNotBeReadBack) {
     const std::string item = "C:\\" + std::string(300, 'x');
     Load("[Cuts]\r\nWork=" + item + "\r\n");
-    const auto refuse = [](Window box) {
-        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
-        Click(box, dialogs::frmMsg::b1);
-    };
+    const auto refuse = testkit::Note("Couldn't make this shortcut, sorry.");
     // 303 + 1 + 251 bytes are one too many.
     picked_ = "C:\\" + std::string(248, 'y');
-    Edit("Work", {[](Window dialog) { Click(dialog, dialogs::frmEditB::c1 + 0); },
+    Edit("Work", {testkit::Press(frmEditB::c1 + 0),
                   [&](Window box) {
                       refuse(box);
-                      box.Owner().Child(dialogs::frmEditB::c1 + 1).Post(BM_CLICK);
+                      box.Owner().PostPress(frmEditB::c1 + 1);
                   },
                   [&](Window box) {
                       refuse(box);
-                      box.Owner().Child(dialogs::frmEditB::c1 + 4).Post(BM_CLICK);
+                      box.Owner().PostPress(frmEditB::c1 + 4);
                   },
-                  [](Window box) {
-                      box.Child(dialogs::frmMsg::Text1).SetText("http://" + std::string(244, 'z'));
-                      Click(box, dialogs::frmMsg::b1);
-                  },
+                  testkit::TypeAndPress("http://" + std::string(244, 'z'), frmMsg::b1),
                   [&](Window box) {
                       refuse(box);
                       EXPECT_EQ(editor_.ItemCount(), 1);
                       picked_.pop_back();
-                      Click(box.Owner(), dialogs::frmEditB::c1 + 0);
+                      box.Owner().Press(frmEditB::c1 + 0);
                       EXPECT_EQ(editor_.ItemCount(), 2);
-                      box.Owner().Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
+                      box.Owner().PostPress(frmEditB::c1 + 2);
                   }});
     EXPECT_EQ(Stored("Work"), item + "|" + picked_);
     EXPECT_EQ(config::ReadIni("Cuts", "Work").size(), 554u);
@@ -68,25 +55,24 @@ TEST_F(EditGroupItemsTest, AddsNothingToAGroupThatIsTooLongAlready) {
     Load("[Cuts]\r\nWork=" + item + "|" + item + "\r\n");
     picked_ = "C:\\" + std::string(180, 'y');
     Edit("Work", {[](Window dialog) {
-                      Click(dialog, dialogs::frmEditB::c1 + dialogs::frmEditB::kDeleteItem);
-                      Click(dialog, dialogs::frmEditB::c1 + dialogs::frmEditB::kAddFile);
+                      dialog.Press(frmEditB::c1 + frmEditB::kDeleteItem);
+                      dialog.Press(frmEditB::c1 + frmEditB::kAddFile);
                   },
                   [&](Window box) {
-                      EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
-                      Click(box, dialogs::frmMsg::b1);
+                      EXPECT_EQ(box.Child(frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
+                      box.Press(frmMsg::b1);
                       EXPECT_EQ(editor_.ItemCount(), 1);
-                      box.Owner().Child(dialogs::frmEditB::c1 + dialogs::frmEditB::kCancel).Post(BM_CLICK);
+                      box.Owner().PostPress(frmEditB::c1 + frmEditB::kCancel);
                   }});
     EXPECT_EQ(Stored("Work"), item + "|" + item);
 }
 
 TEST_F(EditGroupItemsTest, AUrlWithABarStaysOneItem) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
-    Edit("Work", {[](Window dialog) { Click(dialog, dialogs::frmEditB::c1 + 4); },
-                  [](Window box) {
-                      box.Child(dialogs::frmMsg::Text1).SetText("http://a/b|c");
-                      box.Owner().Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
-                      Click(box, dialogs::frmMsg::b1);
+    Edit("Work", {testkit::Press(frmEditB::c1 + 4), [](Window box) {
+                      box.Child(frmMsg::Text1).SetText("http://a/b|c");
+                      box.Owner().PostPress(frmEditB::c1 + 2);
+                      box.Press(frmMsg::b1);
                   }});
     EXPECT_EQ(Stored("Work"), "C:\\a|http://a/b%7Cc");
 }
@@ -95,12 +81,12 @@ TEST_F(EditGroupItemsTest, PickedFilesAndFoldersBecomeRowsAtTheEnd) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
     EditAndApply("Work", [&](Window dialog) {
         picked_ = "C:\\Докуме́нти\\文.txt";
-        Click(dialog, dialogs::frmEditB::c1 + 0);
+        dialog.Press(frmEditB::c1 + 0);
         picked_ = "C:\\фасцикла";
-        Click(dialog, dialogs::frmEditB::c1 + 1);
+        dialog.Press(frmEditB::c1 + 1);
         picked_ = "";
-        Click(dialog, dialogs::frmEditB::c1 + 0);
-        Click(dialog, dialogs::frmEditB::c1 + 1);
+        dialog.Press(frmEditB::c1 + 0);
+        dialog.Press(frmEditB::c1 + 1);
         EXPECT_FALSE(enabledMeanwhile_);
         EXPECT_TRUE(dialog.IsEnabled());
         EXPECT_TRUE(dialog.IsTopmost());
@@ -112,21 +98,21 @@ TEST_F(EditGroupItemsTest, AUrlIsAskedForWithItsBeginning) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
     AskForAUrl([&](Window editor, Window box) {
         EXPECT_EQ(box.Owner(), editor);
-        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
+        EXPECT_EQ(box.Child(frmMsg::l1).Text(),
                   "Enter complete URL (please include 'http://' or similar if exists): ");
-        EXPECT_EQ(box.Child(dialogs::frmMsg::Text1).Text(), "http://");
-        EXPECT_EQ(box.Child(dialogs::frmMsg::b1).Text(), "OK");
-        EXPECT_EQ(box.Child(dialogs::frmMsg::b1 + 1).Text(), "Cancel");
-        EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 2).IsVisible());
-        box.Child(dialogs::frmMsg::Text1).SetText("https://пример.example/文?a=b");
-        Click(box, dialogs::frmMsg::b1);
+        EXPECT_EQ(box.Child(frmMsg::Text1).Text(), "http://");
+        EXPECT_EQ(box.Child(frmMsg::b1).Text(), "OK");
+        EXPECT_EQ(box.Child(frmMsg::b1 + 1).Text(), "Cancel");
+        EXPECT_FALSE(box.Child(frmMsg::b1 + 2).IsVisible());
+        box.Child(frmMsg::Text1).SetText("https://пример.example/文?a=b");
+        box.Press(frmMsg::b1);
     });
     EXPECT_EQ(Stored("Work"), "C:\\a|https://пример.example/文?a=b");
 }
 
 TEST_F(EditGroupItemsTest, CancelInTheUrlPromptAddsNothingAndSaysNothing) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
-    AskForAUrl([&](Window, Window box) { Click(box, dialogs::frmMsg::b1 + 1); });
+    AskForAUrl([&](Window, Window box) { box.Press(frmMsg::b1 + 1); });
     EXPECT_EQ(Stored("Work"), "C:\\a");
 }
 
@@ -136,20 +122,17 @@ TEST_F(EditGroupItemsTest, WhatIsNoUrlIsRefused) {
         Window editor;
         Edit("Work", {[&](Window dialog) {
                           editor = dialog;
-                          dialog.Child(dialogs::frmEditB::c1 + 4).Post(BM_CLICK);
+                          dialog.PostPress(frmEditB::c1 + 4);
                       },
+                      testkit::TypeAndPress(text, frmMsg::b1),
                       [&](Window box) {
-                          box.Child(dialogs::frmMsg::Text1).SetText(text);
-                          Click(box, dialogs::frmMsg::b1);
-                      },
-                      [&](Window box) {
-                          EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
+                          EXPECT_EQ(box.Child(frmMsg::l1).Text(),
                                     "Sorry, couldn't recognize this as valid URL.\n"
                                     "Quon will not be able to open it, and so can not add it to the group.");
-                          EXPECT_EQ(box.Child(dialogs::frmMsg::b1).Text(), "OK");
-                          EXPECT_FALSE(box.Child(dialogs::frmMsg::b1 + 1).IsVisible());
-                          Click(box, dialogs::frmMsg::b1);
-                          editor.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
+                          EXPECT_EQ(box.Child(frmMsg::b1).Text(), "OK");
+                          EXPECT_FALSE(box.Child(frmMsg::b1 + 1).IsVisible());
+                          box.Press(frmMsg::b1);
+                          editor.PostPress(frmEditB::c1 + 2);
                       }});
         EXPECT_EQ(Stored("Work"), "C:\\a");
     }
@@ -159,10 +142,10 @@ TEST_F(EditGroupItemsTest, DeleteItemRemovesTheSelectedRowOrTheFirstWhenNoneWasC
     Load("[Cuts]\r\nWork=C:\\a|C:\\b|C:\\c|C:\\d\r\n");
     EditAndApply("Work", [](Window dialog) {
         SelectRow(dialog, 2);
-        Click(dialog, dialogs::frmEditB::c1 + 5);
+        dialog.Press(frmEditB::c1 + 5);
     });
     EXPECT_EQ(Stored("Work"), "C:\\a|C:\\b|C:\\d");
-    EditAndApply("Work", [](Window dialog) { Click(dialog, dialogs::frmEditB::c1 + 5); });
+    EditAndApply("Work", testkit::Press(frmEditB::c1 + 5));
     EXPECT_EQ(Stored("Work"), "C:\\b|C:\\d");
     EditAndApply("Work", [](Window dialog) {
         SelectRow(dialog, 1);
@@ -174,8 +157,8 @@ TEST_F(EditGroupItemsTest, DeleteItemRemovesTheSelectedRowOrTheFirstWhenNoneWasC
 TEST_F(EditGroupItemsTest, DeletingTheOnlyItemStoresAnEmptyValue) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
     EditAndApply("Work", [](Window dialog) {
-        Click(dialog, dialogs::frmEditB::c1 + 5);
-        Click(dialog, dialogs::frmEditB::c1 + 5);
+        dialog.Press(frmEditB::c1 + 5);
+        dialog.Press(frmEditB::c1 + 5);
         EXPECT_EQ(List(dialog).Text(), "");
     });
     EXPECT_EQ(Stored("Work"), "");
@@ -186,15 +169,14 @@ TEST_F(EditGroupItemsTest, AMemberWithASeparatorIsTwoMembersTheNextTime) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
     EditAndApply("Work", [&](Window dialog) {
         picked_ = "C:\\b|c";
-        Click(dialog, dialogs::frmEditB::c1 + 0);
+        dialog.Press(frmEditB::c1 + 0);
         SelectRow(dialog, 1);
         EXPECT_EQ(List(dialog).Text(), "C:\\b|c");
     });
-    Edit("Work", {[](Window dialog) {
-             SelectRow(dialog, 2);
-             EXPECT_EQ(List(dialog).Text(), "c");
-             Click(dialog, dialogs::frmEditB::c1 + 3);
-         }});
+    Look("Work", [](Window dialog) {
+        SelectRow(dialog, 2);
+        EXPECT_EQ(List(dialog).Text(), "c");
+    });
 }
 
 TEST_F(EditGroupItemsTest, AGroupOfTwoHundredLongPathsIsKeptWhole) {
@@ -205,7 +187,7 @@ TEST_F(EditGroupItemsTest, AGroupOfTwoHundredLongPathsIsKeptWhole) {
     ASSERT_LT(value.size(), 19900U);
     Load("[Cuts]\r\nWork=" + value + "\r\n");
     EditAndApply("Work", [&](Window dialog) {
-        EXPECT_TRUE(dialog.Child(dialogs::frmEditB::Scr).IsEnabled());
+        EXPECT_TRUE(dialog.Child(frmEditB::Scr).IsEnabled());
         SelectRow(dialog, 199);
         EXPECT_EQ(List(dialog).Text(), members.back());
     });

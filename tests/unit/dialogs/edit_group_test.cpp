@@ -1,14 +1,7 @@
 #include "dialogs/edit_group.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "config/ini.h"
+#include "tests/support/ini_writes.h"
 #include "tests/support/scroll_end.h"
 #include "tests/unit/dialogs/edit_group_fixture.h"
 
@@ -19,20 +12,14 @@ using ::testing::ElementsAre;
 
 TEST_F(EditGroupTest, ShowsTheGroupsNameSelectedAndInItsField) {
     Load("[Cuts]\r\nWork=C:\\a|C:\\b\r\n");
-    Edit("Work", {[&](Window dialog) {
-             EXPECT_EQ(dialog.Text(), "Edit group");
-             EXPECT_EQ(dialog.Owner().Handle(), owner_.Handle());
-             EXPECT_TRUE(dialog.IsTopmost());
-             EXPECT_EQ(dialog.Child(dialogs::frmEditB::t1 + 0).Text(), "Work");
-             EXPECT_TRUE(dialog.Child(dialogs::frmEditB::t1 + 0).IsFocused());
-             DWORD start = 9;
-             DWORD end = 9;
-             SendMessageW(dialog.Child(dialogs::frmEditB::t1 + 0).Handle(), EM_GETSEL,
-                          reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
-             EXPECT_EQ(start, 0U);
-             EXPECT_EQ(end, 4U);
-             Click(dialog, dialogs::frmEditB::c1 + 3);
-         }});
+    Look("Work", [&](Window dialog) {
+        EXPECT_EQ(dialog.Text(), "Edit group");
+        EXPECT_EQ(dialog.Owner().Handle(), owner_.Handle());
+        EXPECT_TRUE(dialog.IsTopmost());
+        EXPECT_EQ(dialog.Child(frmEditB::t1 + 0).Text(), "Work");
+        EXPECT_TRUE(dialog.Child(frmEditB::t1 + 0).IsFocused());
+        EXPECT_EQ(dialog.Child(frmEditB::t1 + 0).Selection(), MAKELONG(0, 4));
+    });
     EXPECT_EQ(editor_.StoredName(), "");
 }
 
@@ -49,8 +36,8 @@ TEST_F(EditGroupTest, KeepsTheFormerGroupWhenAnyOfItsWritesFails) {
                 return FALSE;
             });
         Edit("Work", {[](Window dialog) {
-                          dialog.Child(dialogs::frmEditB::t1 + 0).SetText("New");
-                          dialog.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
+                          dialog.Child(frmEditB::t1 + 0).SetText("New");
+                          dialog.PostPress(frmEditB::c1 + 2);
                       },
                       CannotBeMade});
         EXPECT_TRUE(refused) << record;
@@ -61,36 +48,32 @@ TEST_F(EditGroupTest, KeepsTheFormerGroupWhenAnyOfItsWritesFails) {
 }
 
 TEST_F(EditGroupTest, EveryControlHasItsCaptionAndNumber) {
-    Edit("Work", {[](Window dialog) {
-             const std::vector<std::pair<int, std::string>> captions{
-                 {710, "Shortcut name:"}, {713, "Shortcut exists!"}, {720, "Add file"}, {721, "Add folder"},
-                 {722, "Apply"},          {723, "Cancel"},           {724, "Add URL"},  {725, "Delete item"}};
-             for (const auto& [id, caption] : captions)
-                 EXPECT_EQ(dialog.Child(id).Text(), caption);
-             EXPECT_EQ(dialog.Child(dialogs::frmEditB::t1 + 0).Class(), "Edit");
-             EXPECT_EQ(dialog.Child(dialogs::frmEditB::pBasket).Parent(),
-                       dialog.Child(dialogs::frmEditB::pFrame));
-             EXPECT_EQ(dialog.Child(dialogs::frmEditB::Scr).Class(), "ScrollBar");
-             dialog.Post(WM_COMMAND, IDCANCEL);
-         }});
+    Look("Work", [](Window dialog) {
+        const std::vector<std::pair<int, std::string>> captions{
+            {710, "Shortcut name:"}, {713, "Shortcut exists!"}, {720, "Add file"}, {721, "Add folder"},
+            {722, "Apply"},          {723, "Cancel"},           {724, "Add URL"},  {725, "Delete item"}};
+        for (const auto& [id, caption] : captions)
+            EXPECT_EQ(dialog.Child(id).Text(), caption);
+        EXPECT_EQ(dialog.Child(frmEditB::t1 + 0).Class(), "Edit");
+        EXPECT_EQ(dialog.Child(frmEditB::pBasket).Parent(), dialog.Child(frmEditB::pFrame));
+        EXPECT_EQ(dialog.Child(frmEditB::Scr).Class(), "ScrollBar");
+    });
 }
 
 TEST_F(EditGroupTest, ItsOwnOldNameCountsAsTaken) {
     Load("[Cuts]\r\nWork=C:\\a|C:\\b\r\n");
-    Edit("Work", {[](Window dialog) {
-             EXPECT_TRUE(dialog.Child(dialogs::frmEditB::l1 + 3).IsVisible());
-             dialog.Child(dialogs::frmEditB::t1 + 0).SetText("Other");
-             EXPECT_FALSE(dialog.Child(dialogs::frmEditB::l1 + 3).IsVisible());
-             dialog.Child(dialogs::frmEditB::t1 + 0).SetText("WORK");
-             EXPECT_TRUE(dialog.Child(dialogs::frmEditB::l1 + 3).IsVisible());
-             const win::MemoryDc dc(CreateCompatibleDC(nullptr));
-             const LRESULT brush =
-                 dialog.Send(WM_CTLCOLOREDIT, reinterpret_cast<WPARAM>(dc.Get()),
-                             reinterpret_cast<LPARAM>(dialog.Child(dialogs::frmEditB::t1 + 0).Handle()));
-             EXPECT_EQ(brush, reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW)));
-             EXPECT_EQ(GetTextColor(dc.Get()), 255U);
-             Click(dialog, dialogs::frmEditB::c1 + 3);
-         }});
+    Look("Work", [](Window dialog) {
+        EXPECT_TRUE(dialog.Child(frmEditB::l1 + 3).IsVisible());
+        dialog.Child(frmEditB::t1 + 0).SetText("Other");
+        EXPECT_FALSE(dialog.Child(frmEditB::l1 + 3).IsVisible());
+        dialog.Child(frmEditB::t1 + 0).SetText("WORK");
+        EXPECT_TRUE(dialog.Child(frmEditB::l1 + 3).IsVisible());
+        const win::MemoryDc dc(CreateCompatibleDC(nullptr));
+        const LRESULT brush = dialog.Send(WM_CTLCOLOREDIT, reinterpret_cast<WPARAM>(dc.Get()),
+                                          reinterpret_cast<LPARAM>(dialog.Child(frmEditB::t1 + 0).Handle()));
+        EXPECT_EQ(brush, reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW)));
+        EXPECT_EQ(GetTextColor(dc.Get()), 255U);
+    });
 }
 
 TEST_F(EditGroupTest, ACommandOfNoControlDoesNothing) {
@@ -98,24 +81,23 @@ TEST_F(EditGroupTest, ACommandOfNoControlDoesNothing) {
     Edit("Work", {[](Window dialog) {
              dialog.Send(WM_COMMAND, IDOK);
              EXPECT_TRUE(dialog.IsVisible());
-             Click(dialog, dialogs::frmEditB::c1 + 3);
+             dialog.Press(frmEditB::c1 + 3);
              EXPECT_FALSE(dialog.IsVisible());
          }});
     EXPECT_EQ(Stored("Work"), "C:\\a|C:\\b");
 }
 
 TEST_F(EditGroupTest, AClickOnALabelSelectsTheName) {
-    Edit("Work", {[](Window dialog) {
-             for (const int label : {dialogs::frmEditB::l1 + 0, dialogs::frmEditB::l1 + 3}) {
-                 SetFocus(dialog.Child(dialogs::frmEditB::c1 + 2).Handle());
-                 dialog.Child(dialogs::frmEditB::t1 + 0).Send(EM_SETSEL, 1, 1);
-                 dialog.Child(label).Send(WM_LBUTTONDOWN, MK_LBUTTON);
-                 dialog.Child(label).Send(WM_LBUTTONUP);
-                 EXPECT_TRUE(dialog.Child(dialogs::frmEditB::t1 + 0).IsFocused()) << label;
-                 EXPECT_EQ(dialog.Child(dialogs::frmEditB::t1 + 0).Send(EM_GETSEL), MAKELONG(0, 4)) << label;
-             }
-             Click(dialog, dialogs::frmEditB::c1 + 3);
-         }});
+    Look("Work", [](Window dialog) {
+        for (const int label : {frmEditB::l1 + 0, frmEditB::l1 + 3}) {
+            SetFocus(dialog.Child(frmEditB::c1 + 2).Handle());
+            dialog.Child(frmEditB::t1 + 0).Send(EM_SETSEL, 1, 1);
+            dialog.Child(label).Send(WM_LBUTTONDOWN, MK_LBUTTON);
+            dialog.Child(label).Send(WM_LBUTTONUP);
+            EXPECT_TRUE(dialog.Child(frmEditB::t1 + 0).IsFocused()) << label;
+            EXPECT_EQ(dialog.Child(frmEditB::t1 + 0).Selection(), MAKELONG(0, 4)) << label;
+        }
+    });
 }
 
 TEST_F(EditGroupTest, ApplyStoresTheMembersInTheOrderOfTheirRows) {
@@ -130,19 +112,15 @@ TEST_F(EditGroupTest, ApplyStoresTheMembersInTheOrderOfTheirRows) {
 TEST_F(EditGroupTest, TheOldRecordIsDeletedBeforeTheNewOneIsWritten) {
     Load("[Buttons]\r\n23=Work|7\r\n[Cuts]\r\nWork=C:\\a|C:\\b\r\n");
     testkit::CallLog log;
-    const testkit::RecordedCall writing =
-        WATCH_CALL(WritePrivateProfileStringA,
-                   [&](LPCSTR section, LPCSTR key, LPCSTR value, LPCSTR) { log.Add(section, key, value); });
-    const testkit::RecordedCall emptying = WATCH_CALL(
-        WritePrivateProfileSectionA, [&](LPCSTR section, LPCSTR, LPCSTR) { log.Add("empty", section); });
-    EditAndApply("Work", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText("Play"); });
-    EXPECT_THAT(log.Lines(),
-                ElementsAre("Buttons 23 ", "Buttons 23 Play|0", "empty Cuts", "Cuts Play C:\\a|C:\\b"));
+    const testkit::RecordedCalls writes = testkit::LogWrites(log);
+    EditAndApply("Work", [](Window dialog) { dialog.Child(frmEditB::t1 + 0).SetText("Play"); });
+    EXPECT_THAT(log.Lines(), ElementsAre("write Buttons 23 ", "write Buttons 23 Play|0", "empty Cuts",
+                                         "write Cuts Play C:\\a|C:\\b"));
 }
 
 TEST_F(EditGroupTest, RenamingAGroupRewritesTheRecordOfItsButton) {
     Load("[Buttons]\r\n23=Work|7\r\n24=Work2|3\r\n[Cuts]\r\nWork=C:\\a|C:\\b\r\n");
-    EditAndApply("Work", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText("Посао 文"); });
+    EditAndApply("Work", [](Window dialog) { dialog.Child(frmEditB::t1 + 0).SetText("Посао 文"); });
     EXPECT_EQ(folder_.IniValue("Buttons", "23"), "Посао 文|0");
     EXPECT_EQ(context_.Records.At("23"), "Посао 文|0");
     EXPECT_EQ(folder_.IniValue("Buttons", "24"), "Work2|3");
@@ -153,16 +131,16 @@ TEST_F(EditGroupTest, RenamingAGroupRewritesTheRecordOfItsButton) {
 
 TEST_F(EditGroupTest, RenamingMovesTheSwitchAndDropsTheOneThatTheNewNameHad) {
     Load("[Cuts]\r\nWork=C:\\a|C:\\b\r\nA=C:\\a\r\nB=C:\\b\r\n[Switch]\r\nWork=/w\r\nB=/b\r\n");
-    EditAndApply("Work", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText("Play"); });
+    EditAndApply("Work", [](Window dialog) { dialog.Child(frmEditB::t1 + 0).SetText("Play"); });
     EXPECT_EQ(folder_.IniValue("Switch", "Play"), "/w");
     EXPECT_EQ(folder_.IniValue("Switch", "Work"), std::nullopt);
-    EditAndApply("A", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText("B"); });
+    EditAndApply("A", [](Window dialog) { dialog.Child(frmEditB::t1 + 0).SetText("B"); });
     EXPECT_EQ(folder_.IniValue("Switch", "B"), std::nullopt);
 }
 
 TEST_F(EditGroupTest, ARenamedGroupKeepsAllItsButtons) {
     Load("[Buttons]\r\n23=Work|7\r\n45=work|3\r\n[Cuts]\r\nWork=C:\\a|C:\\b\r\n");
-    EditAndApply("Work", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText("Play"); });
+    EditAndApply("Work", [](Window dialog) { dialog.Child(frmEditB::t1 + 0).SetText("Play"); });
     EXPECT_EQ(folder_.IniValue("Buttons", "23"), "Play|0");
     EXPECT_EQ(folder_.IniValue("Buttons", "45"), "Play|0");
     EXPECT_EQ(context_.Records.At("45"), "Play|0");
@@ -179,7 +157,7 @@ TEST_F(EditGroupTest, AGroupThatCannotBeReadIsNotEdited) {
 
 TEST_F(EditGroupTest, ANameThatDiffersInItsCaseOnlyIsAnotherName) {
     Load("[Buttons]\r\n23=Work|7\r\n[Cuts]\r\nWork=C:\\a|C:\\b\r\n");
-    EditAndApply("Work", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText("WORK"); });
+    EditAndApply("Work", [](Window dialog) { dialog.Child(frmEditB::t1 + 0).SetText("WORK"); });
     EXPECT_EQ(folder_.IniValue("Buttons", "23"), "WORK|0");
     EXPECT_THAT(folder_.Ini().Keys("Cuts"), ElementsAre("WORK"));
     EXPECT_EQ(Stored("WORK"), "C:\\a|C:\\b");
@@ -187,7 +165,7 @@ TEST_F(EditGroupTest, ANameThatDiffersInItsCaseOnlyIsAnotherName) {
 
 TEST_F(EditGroupTest, ATakenNameIsWrittenOver) {
     Load("[Cuts]\r\nOther=C:\\o\r\nWork=C:\\a|C:\\b\r\n");
-    EditAndApply("Work", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText("Other"); });
+    EditAndApply("Work", [](Window dialog) { dialog.Child(frmEditB::t1 + 0).SetText("Other"); });
     EXPECT_THAT(folder_.Ini().Keys("Cuts"), ElementsAre("Other"));
     EXPECT_EQ(Stored("Other"), "C:\\a|C:\\b");
 }
@@ -201,7 +179,7 @@ TEST_F(EditGroupTest, AnUnchangedNameLeavesTheButtonsRecordAlone) {
 
 TEST_F(EditGroupTest, ANameThatCannotBeStoredIsMadeStorable) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
-    EditAndApply("Work", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText(" [a=b|c "); });
+    EditAndApply("Work", [](Window dialog) { dialog.Child(frmEditB::t1 + 0).SetText(" [a=b|c "); });
     EXPECT_EQ(editor_.StoredName(), "a-b-c");
     EXPECT_EQ(Stored("a-b-c"), "C:\\a");
     EXPECT_EQ(Stored("Work"), "none");
@@ -209,7 +187,7 @@ TEST_F(EditGroupTest, ANameThatCannotBeStoredIsMadeStorable) {
 
 TEST_F(EditGroupTest, AnEmptyNameKeepsTheOldOne) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
-    EditAndApply("Work", [](Window dialog) { dialog.Child(dialogs::frmEditB::t1 + 0).SetText("  "); });
+    EditAndApply("Work", [](Window dialog) { dialog.Child(frmEditB::t1 + 0).SetText("  "); });
     EXPECT_EQ(editor_.StoredName(), "Work");
     EXPECT_EQ(Stored("Work"), "C:\\a");
 }
@@ -218,12 +196,12 @@ TEST_F(EditGroupTest, WithoutAnyNameNothingIsStoredAndTheEditorStaysOpen) {
     Window editor;
     Edit("", {[&](Window dialog) {
                   editor = dialog;
-                  dialog.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
+                  dialog.PostPress(frmEditB::c1 + 2);
               },
               [&](Window box) {
-                  EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
+                  EXPECT_EQ(box.Child(frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
                   EXPECT_EQ(box.Owner(), editor);
-                  Click(box, dialogs::frmMsg::b1);
+                  box.Press(frmMsg::b1);
                   editor.Post(WM_COMMAND, IDCANCEL);
               }});
     EXPECT_EQ(folder_.IniBytes(), "");
@@ -235,7 +213,7 @@ TEST_F(EditGroupTest, AFreeButtonsGroupGetsANameOfItsOwn) {
     EditAndApply("Empty", [&](Window dialog) {
         EXPECT_EQ(List(dialog).Text(), "");
         picked_ = "C:\\a.txt";
-        Click(dialog, dialogs::frmEditB::c1 + 0);
+        dialog.Press(frmEditB::c1 + 0);
     });
     EXPECT_EQ(editor_.StoredName(), "Empty_");
     EXPECT_EQ(Stored("Empty_"), "C:\\a.txt");
@@ -245,10 +223,10 @@ TEST_F(EditGroupTest, AFreeButtonsGroupGetsANameOfItsOwn) {
 TEST_F(EditGroupTest, CancelAndEscWriteNothing) {
     const std::string ini = "[Buttons]\r\n23=Work|7\r\n[Cuts]\r\nWork=C:\\a|C:\\b\r\n";
     Load(ini);
-    for (const int id : {dialogs::frmEditB::c1 + 3, IDCANCEL})
+    for (const int id : {frmEditB::c1 + 3, IDCANCEL})
         Edit("Work", {[&](Window dialog) {
-                 dialog.Child(dialogs::frmEditB::t1 + 0).SetText("Other");
-                 Click(dialog, dialogs::frmEditB::c1 + 5);
+                 dialog.Child(frmEditB::t1 + 0).SetText("Other");
+                 dialog.Press(frmEditB::c1 + 5);
                  dialog.Post(WM_COMMAND, static_cast<WPARAM>(id));
              }});
     EXPECT_EQ(folder_.IniBytes(), ini);
@@ -259,64 +237,52 @@ TEST_F(EditGroupTest, CancelAndEscWriteNothing) {
 TEST_F(EditGroupTest, EnterApplies) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
     Edit("Work", {[](Window dialog) {
-             PostMessageW(dialog.Child(dialogs::frmEditB::t1 + 0).Handle(), WM_KEYDOWN, VK_RETURN, 0);
+             PostMessageW(dialog.Child(frmEditB::t1 + 0).Handle(), WM_KEYDOWN, VK_RETURN, 0);
          }});
     EXPECT_EQ(editor_.StoredName(), "Work");
 }
 
 TEST_F(EditGroupTest, TheBarScrollsFiftyRowsByItsSteps) {
     Load("[Cuts]\r\nWork=" + win::Join(std::vector<std::string>(50, "C:\\a"), '|') + "\r\n");
-    Edit("Work", {[](Window dialog) {
-             RECT frame{};
-             GetClientRect(dialog.Child(dialogs::frmEditB::pFrame).Handle(), &frame);
-             RECT content{};
-             GetClientRect(List(dialog).Handle(), &content);
-             // Fifty rows with their gaps, and what is above and below.
-             EXPECT_EQ(content.bottom, 4 + 50 * 18 + 49 * 6 + 5);
-             const HWND bar = dialog.Child(dialogs::frmEditB::Scr).Handle();
-             EXPECT_EQ(testkit::ScrollEnd(bar), content.bottom - frame.bottom);
-             dialog.Send(WM_VSCROLL, SB_LINEDOWN, reinterpret_cast<LPARAM>(bar));
-             EXPECT_EQ(GetScrollPos(bar, SB_CTL), 20);
-             dialog.Send(WM_VSCROLL, SB_PAGEDOWN, reinterpret_cast<LPARAM>(bar));
-             EXPECT_EQ(GetScrollPos(bar, SB_CTL), 80);
-             // The wheel reaches the dialog from any of its controls.
-             List(dialog).Send(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-120)));
-             EXPECT_EQ(GetScrollPos(bar, SB_CTL), 140);
-             List(dialog).Send(WM_MOUSEWHEEL, MAKEWPARAM(0, 120));
-             EXPECT_EQ(GetScrollPos(bar, SB_CTL), 80);
-             for (int step = 1; step <= 12; ++step) {
-                 EXPECT_EQ(GetScrollPos(bar, SB_CTL), 80) << "small steps add up";
-                 List(dialog).Send(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-10)));
-             }
-             EXPECT_EQ(GetScrollPos(bar, SB_CTL), 140);
-             Click(dialog, dialogs::frmEditB::c1 + 3);
-         }});
+    Look("Work", [](Window dialog) {
+        RECT frame{};
+        GetClientRect(dialog.Child(frmEditB::pFrame).Handle(), &frame);
+        RECT content{};
+        GetClientRect(List(dialog).Handle(), &content);
+        // Fifty rows with their gaps, and what is above and below.
+        EXPECT_EQ(content.bottom, 4 + 50 * 18 + 49 * 6 + 5);
+        const HWND bar = dialog.Child(frmEditB::Scr).Handle();
+        EXPECT_EQ(testkit::ScrollEnd(bar), content.bottom - frame.bottom);
+        dialog.Send(WM_VSCROLL, SB_LINEDOWN, reinterpret_cast<LPARAM>(bar));
+        EXPECT_EQ(GetScrollPos(bar, SB_CTL), 20);
+        dialog.Send(WM_VSCROLL, SB_PAGEDOWN, reinterpret_cast<LPARAM>(bar));
+        EXPECT_EQ(GetScrollPos(bar, SB_CTL), 80);
+        // The wheel reaches the dialog from any of its controls.
+        List(dialog).Send(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-120)));
+        EXPECT_EQ(GetScrollPos(bar, SB_CTL), 140);
+        List(dialog).Send(WM_MOUSEWHEEL, MAKEWPARAM(0, 120));
+        EXPECT_EQ(GetScrollPos(bar, SB_CTL), 80);
+        for (int step = 1; step <= 12; ++step) {
+            EXPECT_EQ(GetScrollPos(bar, SB_CTL), 80) << "small steps add up";
+            List(dialog).Send(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-10)));
+        }
+        EXPECT_EQ(GetScrollPos(bar, SB_CTL), 140);
+    });
 }
 
 TEST_F(EditGroupTest, TabWalksFromTheNameOverTheListToTheButtons) {
     Load("[Cuts]\r\nWork=C:\\a\r\n");
-    Edit("Work", {[](Window dialog) {
-             std::vector<int> ids;
-             HWND at = dialog.Child(dialogs::frmEditB::t1 + 0).Handle();
-             do {
-                 ids.push_back(GetDlgCtrlID(at));
-                 at = GetNextDlgTabItem(dialog.Handle(), at, FALSE);
-             } while (GetDlgCtrlID(at) != dialogs::frmEditB::t1 + 0 && ids.size() < 20);
-             EXPECT_THAT(ids, ElementsAre(dialogs::frmEditB::t1 + 0, dialogs::frmEditB::pBasket,
-                                          dialogs::frmEditB::c1 + 0, dialogs::frmEditB::c1 + 1,
-                                          dialogs::frmEditB::c1 + 4, dialogs::frmEditB::c1 + 5,
-                                          dialogs::frmEditB::c1 + 2, dialogs::frmEditB::c1 + 3));
-             Click(dialog, dialogs::frmEditB::c1 + 3);
-         }});
+    Look("Work", [](Window dialog) {
+        EXPECT_THAT(TabOrder(dialog, frmEditB::t1 + 0),
+                    ElementsAre(frmEditB::t1 + 0, frmEditB::pBasket, frmEditB::c1 + 0, frmEditB::c1 + 1,
+                                frmEditB::c1 + 4, frmEditB::c1 + 5, frmEditB::c1 + 2, frmEditB::c1 + 3));
+    });
 }
 
 TEST_F(EditGroupTest, ASecondUseStartsAnew) {
     Load("[Cuts]\r\nWork=C:\\a\r\nPlay=C:\\b|C:\\c\r\n");
     EditAndApply("Work", [](Window) {});
-    Edit("Play", {[](Window dialog) {
-             EXPECT_EQ(List(dialog).Text(), "C:\\b");
-             Click(dialog, dialogs::frmEditB::c1 + 3);
-         }});
+    Look("Play", [](Window dialog) { EXPECT_EQ(List(dialog).Text(), "C:\\b"); });
     EXPECT_EQ(editor_.StoredName(), "");
 }
 

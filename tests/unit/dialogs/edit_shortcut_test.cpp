@@ -1,28 +1,11 @@
 #include "dialogs/edit_shortcut.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <shellapi.h>
-#include <shlobj.h>
-
-#include <algorithm>
-#include <cstring>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "config/ini.h"
 #include "dialogs/message_box.h"
 #include "model/launching.h"
 #include "res/resource.h"
-#include "tests/support/hidden_window.h"
-#include "tests/support/modal_answers.h"
+#include "tests/support/ini_writes.h"
 #include "tests/support/pickers.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/scoped_ini_path.h"
-#include "tests/support/text.h"
 #include "tests/unit/dialogs/dialog_parts.h"
 #include "win/errors.h"
 
@@ -30,9 +13,7 @@ namespace dialogs {
 namespace {
 
 using ::testing::ElementsAre;
-using testkit::IniText;
-using testkit::ModalAnswers;
-using testkit::Window;
+using testkit::IniText, testkit::ModalAnswers, testkit::Press, testkit::Window;
 
 constexpr int kName = 600;
 constexpr int kFile = 601;
@@ -43,10 +24,6 @@ constexpr int kApply = 622;
 constexpr int kCancel = 623;
 constexpr int kIcon = 630;
 constexpr COLORREF kColor = RGB(0xF0, 0xE8, 0xD0);
-
-ModalAnswers::Step Press(int id) {
-    return [id](Window dialog) { dialog.Child(id).Send(BM_CLICK); };
-}
 
 class EditShortcutTest : public ::testing::Test {
   protected:
@@ -81,12 +58,18 @@ class EditShortcutTest : public ::testing::Test {
         editor.PrepareWindow(name, fileText, kColor);
         editor.Show(owner_.Handle());
     }
+    /// Opens it for one step and cancels or applies it.
+    void Look(const std::string& name, const std::string& fileText, const ModalAnswers::Step& step) {
+        Open(name, fileText, ThenPress(step, kCancel));
+    }
+    void Apply(const std::string& name, const std::string& fileText, const ModalAnswers::Step& step) {
+        Open(name, fileText, ThenPress(step, kApply));
+    }
     /// Types both texts over what a shortcut has and applies them.
     void Edit(const std::string& old, const std::string& name, const std::string& file) {
-        Open(old, "whatever\n", [&](Window dialog) {
+        Apply(old, "whatever\n", [&](Window dialog) {
             dialog.Child(kName).SetText(name);
             dialog.Child(kFile).SetText(file);
-            dialog.Child(kApply).Send(BM_CLICK);
         });
     }
     std::vector<std::string> CutsKeys() { return folder_.Ini().Keys("Cuts"); }
@@ -127,15 +110,14 @@ TEST_F(EditShortcutTest, KeepsTheFormerShortcutWhenAnyOfItsWritesFails) {
         ModalAnswers user({[&](Window dialog) {
                                dialog.Child(kName).SetText("Нови");
                                dialog.Child(kFile).SetText("http://new/");
-                               dialog.Child(kApply).Post(BM_CLICK);
+                               dialog.PostPress(kApply);
                            },
                            [&](Window box) {
-                               EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(),
-                                         "Couldn't make this shortcut, sorry.");
+                               EXPECT_EQ(box.Child(frmMsg::l1).Text(), "Couldn't make this shortcut, sorry.");
                                const Window editor = box.Owner();
                                EXPECT_EQ(editor.Child(kName).Text(), "Нови");
-                               editor.Child(kCancel).Post(BM_CLICK);
-                               box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
+                               editor.PostPress(kCancel);
+                               box.Press(frmMsg::b1);
                            }});
         frmEdit editor(context_);
         editor.PrepareWindow("Стари", "whatever\n", kColor);
@@ -151,26 +133,24 @@ TEST_F(EditShortcutTest, ShowsItsCaptions) {
     const std::vector<std::pair<int, std::string>> captions{
         {610, "Shortcut name:"}, {611, "File:"},         {612, "or type URL"}, {613, "Shortcut exists!"},
         {620, "Select file"},    {621, "Select folder"}, {622, "Apply"},       {623, "Cancel"}};
-    Open("Стари", "x\n", [&](Window dialog) {
+    Look("Стари", "x\n", [&](Window dialog) {
         EXPECT_EQ(dialog.Text(), "Edit shortcut");
         for (const auto& [id, caption] : captions) {
             EXPECT_EQ(dialog.Child(id).Text(), caption);
             EXPECT_TRUE(dialog.Child(id).IsVisible()) << id;
         }
-        EXPECT_TRUE(dialog.Child(dialogs::frmEdit::Frame1).IsVisible());
+        EXPECT_TRUE(dialog.Child(frmEdit::Frame1).IsVisible());
         EXPECT_TRUE(dialog.IsTopmost());
         EXPECT_EQ(dialog.Owner().Handle(), owner_.Handle());
-        dialog.Child(kCancel).Send(BM_CLICK);
     });
 }
 
 TEST_F(EditShortcutTest, ShowsNameColourAndTheFirstLineOfTheFile) {
-    Open("Стари", "C:\\Фасцикла\\文.txt\n12 KB\nmore", [](Window dialog) {
+    Look("Стари", "C:\\Фасцикла\\文.txt\n12 KB\nmore", [](Window dialog) {
         EXPECT_EQ(dialog.Child(kName).Text(), "Стари");
         EXPECT_EQ(dialog.Child(kFile).Text(), "C:\\Фасцикла\\文.txt");
         EXPECT_EQ(ColorsOf(dialog, kName).second, kColor);
         EXPECT_EQ(ColorsOf(dialog, kFile).second, kColor);
-        dialog.Child(kCancel).Send(BM_CLICK);
     });
 }
 
@@ -187,14 +167,13 @@ TEST_F(EditShortcutTest, DoesNotOpenWhereItCannotShowWhatIsStored) {
 }
 
 TEST_F(EditShortcutTest, DrawsTheIconOfTheFile) {
-    Open("Стари", "C:\\d.txt\n", [&](Window dialog) {
+    Look("Стари", "C:\\d.txt\n", [&](Window dialog) {
         EXPECT_THAT(calls_.Lines(),
                     ElementsAre("associated C:\\d.txt", "extract C:\\program.exe 0", "draw 0 0 true"));
         const RECT place = dialog.Child(kIcon).Rect();
         EXPECT_EQ(place.right - place.left, 32);
         EXPECT_EQ(place.bottom - place.top, 32);
         EXPECT_TRUE(dialog.Child(kIcon).IsVisible());
-        dialog.Child(kCancel).Send(BM_CLICK);
     });
     calls_.Clear();
     extracts_ = false;
@@ -213,15 +192,14 @@ TEST_F(EditShortcutTest, DrawsTheIconOfAPickedFileOnAClearedPictureAndShowsIt) {
     });
     testkit::RecordedCalls pickers;
     testkit::AnswerPickers(pickers, [](testkit::Picker) { return "C:\\picked.txt"; });
-    Open("Стари", "C:\\d.txt\n", [&](Window dialog) {
+    Look("Стари", "C:\\d.txt\n", [&](Window dialog) {
         const HWND picture = dialog.Child(kIcon).Handle();
         UpdateWindow(picture);
         std::vector<HWND> painted;
         const auto invalidate =
             WATCH_CALL(InvalidateRect, [&](HWND window, const RECT*, BOOL) { painted.push_back(window); });
-        dialog.Child(kSelectFile).Send(BM_CLICK);
+        dialog.Press(kSelectFile);
         EXPECT_EQ(std::count(painted.begin(), painted.end(), picture), 1);
-        dialog.Child(kCancel).Send(BM_CLICK);
     });
     ASSERT_EQ(before.size(), 2u);
     EXPECT_EQ(before[1], before[0]) << "nothing of the icon before is left";
@@ -236,7 +214,7 @@ TEST_F(EditShortcutTest, DrawsTheBrowsersIconForAUrl) {
 TEST_F(EditShortcutTest, TestsTheNameAtEveryChangeOfEitherBox) {
     constexpr COLORREF kRed = 255;
     constexpr COLORREF kBlue = 0xFF0000;
-    Open("Стари", "x\n", [&](Window dialog) {
+    Look("Стари", "x\n", [&](Window dialog) {
         const auto expect = [&](bool taken) {
             EXPECT_EQ(dialog.Child(kExists).IsVisible(), taken);
             EXPECT_EQ(ColorsOf(dialog, kName).first, taken ? kRed : kBlue);
@@ -250,7 +228,6 @@ TEST_F(EditShortcutTest, TestsTheNameAtEveryChangeOfEitherBox) {
         dialog.Child(kFile).SetText("y");
         expect(false);
         EXPECT_NE(ColorsOf(dialog, kFile).first, kBlue) << "the file keeps its colour";
-        dialog.Child(kCancel).Send(BM_CLICK);
     });
 }
 
@@ -258,24 +235,23 @@ TEST_F(EditShortcutTest, ACommandOfNoControlDoesNothing) {
     Open("Стари", "http://new/\n", [](Window dialog) {
         dialog.Send(WM_COMMAND, IDOK);
         EXPECT_TRUE(dialog.IsVisible());
-        dialog.Child(kCancel).Send(BM_CLICK);
+        dialog.Press(kCancel);
         EXPECT_FALSE(dialog.IsVisible());
     });
     EXPECT_EQ(folder_.IniValue("Cuts", "Стари"), "http://old/?q=1");
 }
 
 TEST_F(EditShortcutTest, SelectsTheNameAtAClickOnAnyLabel) {
-    Open("Стари", "x\n", [](Window dialog) {
+    Look("Стари", "x\n", [](Window dialog) {
         for (const int id : {610, 611, 612, 613}) {
             SetFocus(dialog.Child(kFile).Handle());
             dialog.Child(kName).Send(EM_SETSEL, 1, 1);
             dialog.Send(WM_COMMAND, MAKEWPARAM(id, STN_CLICKED),
                         reinterpret_cast<LPARAM>(dialog.Child(id).Handle()));
             EXPECT_EQ(GetFocus(), dialog.Child(kName).Handle());
-            EXPECT_EQ(dialog.Child(kName).Send(EM_GETSEL), MAKELONG(0, 5)) << id;
+            EXPECT_EQ(dialog.Child(kName).Selection(), MAKELONG(0, 5)) << id;
             EXPECT_NE(dialog.Child(id).Style() & SS_NOTIFY, 0) << id;
         }
-        dialog.Child(kCancel).Send(BM_CLICK);
     });
 }
 
@@ -283,22 +259,21 @@ TEST_F(EditShortcutTest, TakesWhatIsPickedAndNothingFromACancelledPicker) {
     std::string picked = "C:\\изабрано.txt";
     testkit::RecordedCalls pickers;
     testkit::AnswerPickers(pickers, [&](testkit::Picker) { return picked; });
-    Open("Стари", "C:\\old\n", [&](Window dialog) {
+    Look("Стари", "C:\\old\n", [&](Window dialog) {
         calls_.Clear();
-        dialog.Child(kSelectFile).Send(BM_CLICK);
+        dialog.Press(kSelectFile);
         EXPECT_EQ(dialog.Child(kFile).Text(), picked);
         EXPECT_EQ(calls_.Lines().front(), "associated " + picked);
         EXPECT_EQ(calls_.Lines().back(), "draw 0 0 true");
         picked = "C:\\windows";
-        dialog.Child(kSelectFolder).Send(BM_CLICK);
+        dialog.Press(kSelectFolder);
         EXPECT_EQ(dialog.Child(kFile).Text(), "C:\\windows");
         picked.clear();
         calls_.Clear();
-        dialog.Child(kSelectFile).Send(BM_CLICK);
-        dialog.Child(kSelectFolder).Send(BM_CLICK);
+        dialog.Press(kSelectFile);
+        dialog.Press(kSelectFolder);
         EXPECT_EQ(dialog.Child(kFile).Text(), "C:\\windows");
         EXPECT_TRUE(calls_.Lines().empty());
-        dialog.Child(kCancel).Send(BM_CLICK);
     });
 }
 
@@ -311,20 +286,14 @@ TEST_F(EditShortcutTest, MovesTheShortcutItsButtonsAndItsSwitchToTheNewName) {
     EXPECT_EQ(ini.Value("Buttons", "12"), "Други|3");
     EXPECT_EQ(ini.Value("Buttons", "31"), "Ново 文|1");
     EXPECT_EQ(context_.Records.At("31"), "Ново 文|1");
-    EXPECT_THAT(ini.Entries("Cuts"),
-                ElementsAre(IniText::Entry{"Први", "C:\\a?b=c"}, IniText::Entry{"Други", "C:\\d.txt"},
-                            IniText::Entry{"Ново 文", "C:\\ново.txt"}));
-    EXPECT_THAT(ini.Entries("Switch"),
-                ElementsAre(IniText::Entry{"Први", "/p=1"}, IniText::Entry{"Ново 文", "\"\"C:\\x y\"\""}));
+    EXPECT_THAT(folder_.IniLines("Cuts"),
+                ElementsAre("Први=C:\\a?b=c", "Други=C:\\d.txt", "Ново 文=C:\\ново.txt"));
+    EXPECT_THAT(folder_.IniLines("Switch"), ElementsAre("Први=/p=1", "Ново 文=\"\"C:\\x y\"\""));
 }
 
 TEST_F(EditShortcutTest, TakesItsStepsInOrder) {
     testkit::CallLog log;
-    const auto section =
-        WATCH_CALL(WritePrivateProfileSectionA, [&](LPCSTR name, LPCSTR, LPCSTR) { log.Add("empty", name); });
-    const auto write = WATCH_CALL(
-        WritePrivateProfileStringA,
-        [&](LPCSTR name, LPCSTR key, LPCSTR value, LPCSTR) { log.Add("write", name, key, value); });
+    const testkit::RecordedCalls writes = testkit::LogWrites(log);
     Edit("Стари", "Ново", "f");
     EXPECT_TRUE(InOrder(log, {"write Buttons 23 Ново|07|x", "empty Cuts", "write Cuts Ново f", "empty Switch",
                               "write Switch Ново"}));
@@ -332,10 +301,7 @@ TEST_F(EditShortcutTest, TakesItsStepsInOrder) {
 
 TEST_F(EditShortcutTest, PassesOverAKeyThatIsNoButtons) {
     WritePrivateProfileStringA("Buttons", "99", "Први|2", folder_.IniPath().c_str());
-    Open("Први", "x\n", [&](Window dialog) {
-        dialog.Child(kName).SetText("Ново");
-        dialog.Child(kApply).Send(BM_CLICK);
-    });
+    Apply("Први", "x\n", [&](Window dialog) { dialog.Child(kName).SetText("Ново"); });
     EXPECT_FALSE(folder_.IniValue("Cuts", "Први"));
     EXPECT_EQ(folder_.IniValue("Cuts", "Ново"), "x");
     EXPECT_EQ(folder_.IniValue("Buttons", "99"), "Први|2");
@@ -400,24 +366,22 @@ TEST_F(EditShortcutTest, WritesAnEmptyNameAndAnEmptyFileAsTheyStand) {
 
 TEST_F(EditShortcutTest, KeepsALongTextWhole) {
     const std::string file = "C:\\" + std::string(8000, 'w') + "\\文.txt";
-    Open("Први", file + "\n", [&](Window dialog) {
+    Apply("Први", file + "\n", [&](Window dialog) {
         EXPECT_EQ(dialog.Child(kFile).Text(), file);
         dialog.Child(kName).SetText("Ново");
-        dialog.Child(kApply).Send(BM_CLICK);
     });
     EXPECT_EQ(folder_.IniValue("Cuts", "Ново"), file);
 }
 
 TEST_F(EditShortcutTest, TakesNoLongerTextThanCanBeReadBack) {
     const std::string longest = "C:\\" + std::string(551, 'x');
-    Open("Први", "C:\\a\n", [&](Window dialog) {
+    Apply("Први", "C:\\a\n", [&](Window dialog) {
         dialog.Child(kFile).SetText(longest);
         dialog.Child(kFile).SetText(longest + "x");
         EXPECT_EQ(dialog.Child(kFile).Text(), longest);
         dialog.Child(kName).SetText(std::string(540, 'n'));
         dialog.Child(kName).SetText(std::string(541, 'n'));
         EXPECT_EQ(dialog.Child(kName).Text(), std::string(540, 'n'));
-        dialog.Child(kApply).Send(BM_CLICK);
     });
     EXPECT_EQ(config::ReadIni("Cuts", std::string(540, 'n')), longest);
 }
@@ -431,11 +395,11 @@ TEST_F(EditShortcutTest, RefusesAControlCharacterInTheFile) {
     const std::string before = folder_.IniBytes();
     ModalAnswers user({[](Window dialog) {
                            dialog.Child(kFile).SetText("C:\\a\tb");
-                           dialog.Child(kApply).Post(BM_CLICK);
+                           dialog.PostPress(kApply);
                        },
                        [](Window box) {
-                           box.Owner().Child(kCancel).Post(BM_CLICK);
-                           box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
+                           box.Owner().PostPress(kCancel);
+                           box.Press(frmMsg::b1);
                        }});
     frmEdit editor(context_);
     editor.PrepareWindow("Први", "C:\\a\n", kColor);
@@ -465,7 +429,7 @@ TEST_F(EditShortcutTest, WritesNothingWhenItIsCancelled) {
 TEST_F(EditShortcutTest, GoesByTheKeyboard) {
     Open("Стари", "C:\\f\n", [](Window dialog) {
         EXPECT_EQ(GetFocus(), dialog.Child(kName).Handle());
-        EXPECT_EQ(dialog.Child(kName).Send(EM_GETSEL), MAKELONG(0, 5));
+        EXPECT_EQ(dialog.Child(kName).Selection(), MAKELONG(0, 5));
         EXPECT_THAT(TabOrder(dialog, kName),
                     ElementsAre(kName, kFile, kSelectFile, kSelectFolder, kApply, kCancel));
         PressInFocus(VK_RETURN);

@@ -1,31 +1,16 @@
 // The rows of the group editor: where they are drawn and what becomes one.
-#include <windows.h>
-
-#include <commctrl.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 #include "dialogs/edit_group.h"
 #include "res/resource.h"
-#include "tests/support/hidden_window.h"
-#include "tests/support/modal_answers.h"
 #include "tests/support/paint_log.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/scoped_ini_path.h"
-#include "tests/support/window.h"
+#include "tests/support/unit_test.h"
 #include "win/handles.h"
 
 namespace dialogs {
 namespace {
 
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using testkit::ModalAnswers;
-using testkit::Window;
+using ::testing::Contains, ::testing::ElementsAre, ::testing::HasSubstr;
+using testkit::ModalAnswers, testkit::Window;
 
 class GroupRowsTest : public ::testing::Test {
   protected:
@@ -65,15 +50,14 @@ class GroupRowsTest : public ::testing::Test {
 
 TEST_F(GroupRowsTest, IconPathAndBarStandAtTheirOffsets) {
     Edit("C:\\windows|C:\\gone.txt", [](Window dialog) {
-        const Window list = dialog.Child(dialogs::frmEditB::pBasket);
+        const Window list = dialog.Child(frmEditB::pBasket);
         const std::string right = std::to_string(list.ClientRect().right - list.ClientRect().left);
         // The second row: the first one's top 4, its height 18 and the gap of 6 below. The icon's box is as
         // high as the row.
         EXPECT_THAT(Draw(list, "Image"), ElementsAre("Image 4 5", "Image 4 29"));
         EXPECT_THAT(Draw(list, "Text"),
                     ElementsAre(HasSubstr("C:\\windows in 26 5 "), HasSubstr("C:\\gone.txt in 26 29 ")));
-        list.Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(60, 35));
-        list.Send(WM_LBUTTONUP, 0, MAKELPARAM(60, 35));
+        list.SendClick(60, 35);
         EXPECT_THAT(Draw(list, "Fill"), Contains("Fill 22 28 " + right + " 46"));
         dialog.Post(WM_COMMAND, IDCANCEL);
     });
@@ -81,10 +65,10 @@ TEST_F(GroupRowsTest, IconPathAndBarStandAtTheirOffsets) {
 
 TEST_F(GroupRowsTest, ThePartsBetweenSeparatorsAreRowsEvenIfEmpty) {
     Edit("C:\\a||C:\\b|", [](Window dialog) {
-        EXPECT_EQ(dialog.Child(dialogs::frmEditB::pBasket).ClientRect().bottom -
-                      dialog.Child(dialogs::frmEditB::pBasket).ClientRect().top,
+        EXPECT_EQ(dialog.Child(frmEditB::pBasket).ClientRect().bottom -
+                      dialog.Child(frmEditB::pBasket).ClientRect().top,
                   4 + 4 * 18 + 3 * 6 + 5);
-        dialog.Child(dialogs::frmEditB::c1 + 2).Post(BM_CLICK);
+        dialog.PostPress(frmEditB::c1 + 2);
     });
     EXPECT_EQ(folder_.IniValue("Cuts", "Work"), "C:\\a||C:\\b|");
 }

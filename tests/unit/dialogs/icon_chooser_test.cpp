@@ -1,22 +1,8 @@
 #include "dialogs/icon_chooser.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <shellapi.h>
-
-#include <set>
-#include <string>
-#include <vector>
-
 #include "res/resource.h"
-#include "tests/support/hidden_window.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
 #include "tests/support/scroll_end.h"
-#include "tests/support/window.h"
+#include "tests/support/unit_test.h"
 #include "win/errors.h"
 #include "win/handles.h"
 #include "win/process_start.h"
@@ -24,16 +10,9 @@
 namespace dialogs {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using testkit::ModalAnswers;
-using testkit::Window;
+using ::testing::ElementsAre, ::testing::IsEmpty;
+using testkit::ModalAnswers, testkit::Window;
 
-/// A click on an icon box or on the cross.
-void Click(Window box) {
-    box.Send(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
-    box.Send(WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
-}
 void Dismiss(Window chooser) { chooser.Post(WM_COMMAND, IDCANCEL); }
 /// Where a child stands in its parent.
 RECT PlaceIn(Window child) {
@@ -41,7 +20,7 @@ RECT PlaceIn(Window child) {
     MapWindowPoints(nullptr, GetParent(child.Handle()), reinterpret_cast<POINT*>(&place), 2);
     return place;
 }
-Window Strip(Window chooser) { return chooser.Child(dialogs::IcoChooser::p1); }
+Window Strip(Window chooser) { return chooser.Child(IcoChooser::p1); }
 
 /// Windows' answers for a file with some icons; each is a copy, and it is noted when it is given back.
 class IconChooserTest : public ::testing::Test {
@@ -98,7 +77,7 @@ TEST_F(IconChooserTest, TheAnswerForAFileThatHoldsNoIconsIsNoIcon) {
 TEST_F(IconChooserTest, ReadingBeginsAtTheFirstIcon) {
     chooser_.FirstIcon = 7;
     first_ = 7;
-    Choose(2, [](Window chooser) { Click(chooser.Child(dialogs::IcoChooser::p2 + 8)); });
+    Choose(2, [](Window chooser) { chooser.Child(IcoChooser::p2 + 8).SendClick(); });
     EXPECT_EQ(asked_.front(), "C:\\програм.exe 7");
     EXPECT_THAT(picked_, ElementsAre(8));
 }
@@ -122,7 +101,7 @@ TEST_F(IconChooserTest, ThePickIsReportedBeforeTheChooserCloses) {
         EXPECT_EQ(chooser_.SelectedIcon, 3);
         open = IsWindow(chooser_.Handle()) != 0;
     };
-    Choose(5, [](Window chooser) { Click(chooser.Child(dialogs::IcoChooser::p2 + 0 + 3)); });
+    Choose(5, [](Window chooser) { chooser.Child(IcoChooser::p2 + 0 + 3).SendClick(); });
     EXPECT_THAT(picked_, ElementsAre(3));
     EXPECT_TRUE(open);
     EXPECT_EQ(chooser_.SelectedIcon, 3);
@@ -138,7 +117,7 @@ TEST_F(IconChooserTest, APickThatFailsClosesTheChooserToo) {
         ++reports;
     });
     chooser_.IconSelected = [](std::int16_t) { throw win::OverflowError("no"); };
-    Choose(1, [](Window chooser) { Click(chooser.Child(dialogs::IcoChooser::p2 + 0)); });
+    Choose(1, [](Window chooser) { chooser.Child(IcoChooser::p2 + 0).SendClick(); });
     EXPECT_EQ(chooser_.Handle(), nullptr);
     EXPECT_EQ(reports, 1);
 }
@@ -148,9 +127,9 @@ TEST_F(IconChooserTest, OneIconIsOneBox) {
         EXPECT_EQ(chooser.Text(), "Icon Chooser");
         EXPECT_TRUE(chooser.IsTopmost());
         EXPECT_EQ(Strip(chooser).Descendants().size(), 1U);
-        EXPECT_FALSE(chooser.Child(dialogs::IcoChooser::HScr).IsEnabled());
-        EXPECT_TRUE(chooser.Child(dialogs::IcoChooser::p2 + 0).IsFocused());
-        Click(chooser.Child(dialogs::IcoChooser::p2 + 0));
+        EXPECT_FALSE(chooser.Child(IcoChooser::HScr).IsEnabled());
+        EXPECT_TRUE(chooser.Child(IcoChooser::p2 + 0).IsFocused());
+        chooser.Child(IcoChooser::p2 + 0).SendClick();
     });
     EXPECT_THAT(picked_, ElementsAre(0));
 }
@@ -158,8 +137,8 @@ TEST_F(IconChooserTest, OneIconIsOneBox) {
 TEST_F(IconChooserTest, AFileWithoutIconsOrNoneAtAllIsAnEmptyStrip) {
     Choose(0, [](Window chooser) {
         EXPECT_THAT(Strip(chooser).Descendants(), IsEmpty());
-        EXPECT_FALSE(chooser.Child(dialogs::IcoChooser::HScr).IsEnabled());
-        EXPECT_TRUE(chooser.Child(dialogs::IcoChooser::Image1).IsFocused());
+        EXPECT_FALSE(chooser.Child(IcoChooser::HScr).IsEnabled());
+        EXPECT_TRUE(chooser.Child(IcoChooser::Image1).IsFocused());
         Dismiss(chooser);
     });
     EXPECT_THAT(picked_, IsEmpty());
@@ -169,15 +148,15 @@ TEST_F(IconChooserTest, BoxesStandFortyFiveApartInAStripThatHoldsThem) {
     Choose(10, [](Window chooser) {
         const Window strip = Strip(chooser);
         for (int index = 1; index < 10; ++index)
-            EXPECT_EQ(PlaceIn(chooser.Child(dialogs::IcoChooser::p2 + 0 + index)).left -
+            EXPECT_EQ(PlaceIn(chooser.Child(IcoChooser::p2 + 0 + index)).left -
                           PlaceIn(chooser.Child(IcoChooser::p2 + index - 1)).left,
                       45);
-        EXPECT_GE(PlaceIn(strip).right, PlaceIn(chooser.Child(dialogs::IcoChooser::p2 + 9)).right);
+        EXPECT_GE(PlaceIn(strip).right, PlaceIn(chooser.Child(IcoChooser::p2 + 9)).right);
         RECT visible{};
         GetClientRect(strip.Parent().Handle(), &visible);
         RECT content{};
         GetClientRect(strip.Handle(), &content);
-        EXPECT_EQ(testkit::ScrollEnd(chooser.Child(dialogs::IcoChooser::HScr).Handle()),
+        EXPECT_EQ(testkit::ScrollEnd(chooser.Child(IcoChooser::HScr).Handle()),
                   content.right - visible.right);
         Dismiss(chooser);
     });
@@ -191,7 +170,7 @@ TEST_F(IconChooserTest, TheIconIsDrawnTwoPixelsFromTheCorner) {
         return TRUE;
     });
     Choose(1, [&](Window chooser) {
-        RedrawWindow(chooser.Child(dialogs::IcoChooser::p2 + 0).Handle(), nullptr, nullptr,
+        RedrawWindow(chooser.Child(IcoChooser::p2 + 0).Handle(), nullptr, nullptr,
                      RDW_INVALIDATE | RDW_UPDATENOW);
         Dismiss(chooser);
     });
@@ -200,7 +179,7 @@ TEST_F(IconChooserTest, TheIconIsDrawnTwoPixelsFromTheCorner) {
 
 TEST_F(IconChooserTest, ScrollingMovesTheStripByTheBarsValue) {
     Choose(300, [](Window chooser) {
-        const HWND bar = chooser.Child(dialogs::IcoChooser::HScr).Handle();
+        const HWND bar = chooser.Child(IcoChooser::HScr).Handle();
         const auto scroll = [&](int code) {
             chooser.Send(WM_HSCROLL, static_cast<WPARAM>(code), reinterpret_cast<LPARAM>(bar));
             EXPECT_EQ(PlaceIn(Strip(chooser)).left, -GetScrollPos(bar, SB_CTL));
@@ -212,8 +191,7 @@ TEST_F(IconChooserTest, ScrollingMovesTheStripByTheBarsValue) {
         EXPECT_LE(PlaceIn(Strip(chooser)).right, 238);
         EXPECT_EQ(scroll(SB_LEFT), 0);
         const auto turn = [&](int rotation) {
-            chooser.Child(dialogs::IcoChooser::p2 + 1)
-                .Send(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(rotation)));
+            chooser.Child(IcoChooser::p2 + 1).Send(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(rotation)));
             return GetScrollPos(bar, SB_CTL);
         };
         EXPECT_EQ(turn(-120), 45);
@@ -223,7 +201,7 @@ TEST_F(IconChooserTest, ScrollingMovesTheStripByTheBarsValue) {
         for (int step = 1; step < 12; ++step)
             EXPECT_EQ(turn(-10), 2 * 45) << step;
         EXPECT_EQ(turn(-10), 3 * 45);
-        Click(chooser.Child(IcoChooser::p2 + 299));
+        chooser.Child(IcoChooser::p2 + 299).SendClick();
     });
     EXPECT_THAT(picked_, ElementsAre(299));
 }
@@ -232,16 +210,16 @@ TEST_F(IconChooserTest, KeysWalkOverTheIconsAndPick) {
     Choose(30, [](Window chooser) {
         const auto press = [](WPARAM key) { SendMessageW(GetFocus(), WM_KEYDOWN, key, 0); };
         press(VK_LEFT);
-        EXPECT_TRUE(chooser.Child(dialogs::IcoChooser::p2 + 0).IsFocused());
+        EXPECT_TRUE(chooser.Child(IcoChooser::p2 + 0).IsFocused());
         press(VK_RIGHT);
-        EXPECT_TRUE(chooser.Child(dialogs::IcoChooser::p2 + 1).IsFocused());
+        EXPECT_TRUE(chooser.Child(IcoChooser::p2 + 1).IsFocused());
         press(VK_DOWN);
-        EXPECT_TRUE(chooser.Child(dialogs::IcoChooser::p2 + 1).IsFocused());
+        EXPECT_TRUE(chooser.Child(IcoChooser::p2 + 1).IsFocused());
         press(VK_END);
-        EXPECT_TRUE(chooser.Child(dialogs::IcoChooser::p2 + 29).IsFocused());
+        EXPECT_TRUE(chooser.Child(IcoChooser::p2 + 29).IsFocused());
         RECT visible{};
         GetClientRect(Strip(chooser).Parent().Handle(), &visible);
-        RECT last = chooser.Child(dialogs::IcoChooser::p2 + 29).Rect();
+        RECT last = chooser.Child(IcoChooser::p2 + 29).Rect();
         MapWindowPoints(nullptr, Strip(chooser).Parent().Handle(), reinterpret_cast<POINT*>(&last), 2);
         EXPECT_LE(last.right, visible.right);
         press(VK_RIGHT);
@@ -258,45 +236,45 @@ TEST_F(IconChooserTest, ReachesMoreIconsThanAStripHasRoomFor) {
     Choose(kCount, [](Window chooser) {
         const Window view(GetParent(Strip(chooser).Handle()));
         const auto isSeen = [&](int index) {
-            RECT place = chooser.Child(dialogs::IcoChooser::p2 + index).Rect();
+            RECT place = chooser.Child(IcoChooser::p2 + index).Rect();
             MapWindowPoints(nullptr, view.Handle(), reinterpret_cast<POINT*>(&place), 2);
             RECT inside{};
             GetClientRect(view.Handle(), &inside);
             return place.left >= 0 && place.right <= inside.right &&
-                   (chooser.Child(dialogs::IcoChooser::p2 + index).Style() & WS_VISIBLE) != 0;
+                   (chooser.Child(IcoChooser::p2 + index).Style() & WS_VISIBLE) != 0;
         };
-        chooser.Child(dialogs::IcoChooser::p2).Send(WM_KEYDOWN, VK_END);
+        chooser.Child(IcoChooser::p2).Send(WM_KEYDOWN, VK_END);
         EXPECT_TRUE(isSeen(kCount - 1));
         for (const int index : {850, 700, 400}) {
             for (int from = index + 4; from >= index; --from)
-                chooser.Child(dialogs::IcoChooser::p2 + from + 1).Send(WM_KEYDOWN, VK_LEFT);
+                chooser.Child(IcoChooser::p2 + from + 1).Send(WM_KEYDOWN, VK_LEFT);
             EXPECT_TRUE(isSeen(index)) << index;
         }
-        chooser.Child(dialogs::IcoChooser::p2 + 400).Send(WM_KEYDOWN, VK_HOME);
+        chooser.Child(IcoChooser::p2 + 400).Send(WM_KEYDOWN, VK_HOME);
         EXPECT_TRUE(isSeen(0));
-        chooser.Child(dialogs::IcoChooser::p2).Send(WM_KEYDOWN, VK_END);
-        Click(chooser.Child(dialogs::IcoChooser::p2 + kCount - 1));
+        chooser.Child(IcoChooser::p2).Send(WM_KEYDOWN, VK_END);
+        chooser.Child(IcoChooser::p2 + kCount - 1).SendClick();
     });
     EXPECT_THAT(picked_, ElementsAre(kCount - 1));
 }
 
 TEST_F(IconChooserTest, OnlyOneBoxIsAStopOfTheTabKey) {
     Choose(5, [](Window chooser) {
-        const HWND first = chooser.Child(dialogs::IcoChooser::p2 + 0).Handle();
+        const HWND first = chooser.Child(IcoChooser::p2 + 0).Handle();
         EXPECT_EQ(GetNextDlgTabItem(chooser.Handle(), first, FALSE),
-                  chooser.Child(dialogs::IcoChooser::Image1).Handle());
+                  chooser.Child(IcoChooser::Image1).Handle());
         EXPECT_EQ(GetNextDlgTabItem(chooser.Handle(), first, TRUE),
-                  chooser.Child(dialogs::IcoChooser::Image1).Handle());
+                  chooser.Child(IcoChooser::Image1).Handle());
         Dismiss(chooser);
     });
 }
 
 TEST_F(IconChooserTest, DismissingItInAnyWayReportsNoPick) {
     const std::vector<ModalAnswers::Step> ways{
-        [](Window chooser) { Click(chooser.Child(dialogs::IcoChooser::Image1)); },
-        [](Window chooser) { chooser.Child(dialogs::IcoChooser::Image1).Send(WM_KEYDOWN, VK_RETURN); },
+        [](Window chooser) { chooser.Child(IcoChooser::Image1).SendClick(); },
+        [](Window chooser) { chooser.Child(IcoChooser::Image1).Send(WM_KEYDOWN, VK_RETURN); },
         [](Window chooser) {
-            PostMessageW(chooser.Child(dialogs::IcoChooser::p2 + 0).Handle(), WM_KEYDOWN, VK_ESCAPE, 0);
+            PostMessageW(chooser.Child(IcoChooser::p2 + 0).Handle(), WM_KEYDOWN, VK_ESCAPE, 0);
         },
         [](Window chooser) { chooser.Post(WM_SYSCOMMAND, SC_CLOSE); },
         [](Window chooser) { chooser.Post(WM_ACTIVATE, WA_INACTIVE); },
@@ -319,7 +297,7 @@ TEST_F(IconChooserTest, ThePointerOverTheOwnerDoesNotDismissIt) {
         const WORD hit = static_cast<WORD>(HTERROR);
         chooser.Owner().Send(WM_SETCURSOR, 0, MAKELPARAM(hit, WM_MOUSEMOVE));
         chooser.Owner().Send(WM_SETCURSOR, 0, MAKELPARAM(HTCLIENT, WM_LBUTTONDOWN));
-        Click(chooser.Child(dialogs::IcoChooser::p2 + 1));
+        chooser.Child(IcoChooser::p2 + 1).SendClick();
     });
     EXPECT_THAT(picked_, ElementsAre(1));
 }
@@ -376,10 +354,10 @@ TEST_F(IconChooserTest, TheBoxesOfOneUseAreGoneInTheNext) {
     Choose(2, Dismiss);
     Choose(3, [](Window chooser) {
         EXPECT_EQ(Strip(chooser).Descendants().size(), 3U);
-        EXPECT_TRUE(chooser.Child(dialogs::IcoChooser::p2 + 0).IsFocused());
-        chooser.Child(dialogs::IcoChooser::p2 + 0).Send(WM_KEYDOWN, VK_RIGHT);
-        EXPECT_TRUE(chooser.Child(dialogs::IcoChooser::p2 + 1).IsFocused());
-        Click(chooser.Child(dialogs::IcoChooser::p2 + 2));
+        EXPECT_TRUE(chooser.Child(IcoChooser::p2 + 0).IsFocused());
+        chooser.Child(IcoChooser::p2 + 0).Send(WM_KEYDOWN, VK_RIGHT);
+        EXPECT_TRUE(chooser.Child(IcoChooser::p2 + 1).IsFocused());
+        chooser.Child(IcoChooser::p2 + 2).SendClick();
     });
     EXPECT_THAT(picked_, ElementsAre(2));
 }

@@ -1,23 +1,10 @@
 // The icons of rows and of the chooser on a screen of another scale than the system's.
-#include <windows.h>
-
-#include <commctrl.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <shellapi.h>
-
-#include <cstring>
-#include <string>
-#include <vector>
 
 #include "dialogs/icon_chooser.h"
 #include "dialogs/row_list.h"
 #include "res/resource.h"
-#include "tests/support/hidden_window.h"
 #include "tests/support/icon_lists.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/window.h"
+#include "tests/support/unit_test.h"
 #include "win/handles.h"
 #include "win/process_start.h"
 #include "win/scale.h"
@@ -25,10 +12,8 @@
 namespace dialogs {
 namespace {
 
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using testkit::RecordedCall;
-using testkit::Window;
+using ::testing::Contains, ::testing::ElementsAre;
+using testkit::RecordedCall, testkit::Window;
 
 constexpr RowLook kLook{.firstTop = 0,
                         .height = 20,

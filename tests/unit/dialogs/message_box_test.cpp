@@ -1,18 +1,7 @@
 #include "dialogs/message_box.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "dialogs/message_layout.h"
 #include "res/resource.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/window.h"
 #include "tests/unit/dialogs/dialog_parts.h"
 #include "win/dialog.h"
 #include "win/geometry.h"
@@ -21,11 +10,10 @@ namespace dialogs {
 namespace {
 
 using ::testing::ElementsAre;
-using testkit::ModalAnswers;
-using testkit::Window;
+using testkit::ModalAnswers, testkit::Window;
 
 ModalAnswers::Step PressButton(int index) {
-    return [index](Window box) { box.Child(dialogs::frmMsg::b1 + index).Send(BM_CLICK); };
+    return [index](Window box) { box.Press(frmMsg::b1 + index); };
 }
 
 ModalAnswers::Step PressKey(WORD key) {
@@ -47,11 +35,11 @@ struct Seen {
 ModalAnswers::Step Look(Seen& seen) {
     return [&seen](Window box) {
         seen.caption = box.Text();
-        seen.text = box.Child(dialogs::frmMsg::l1).Text();
+        seen.text = box.Child(frmMsg::l1).Text();
         for (const int id : {310, 311, 312})
             if (box.Child(id).IsVisible()) seen.buttons.push_back(box.Child(id).Text());
-        seen.inputShown = box.Child(dialogs::frmMsg::Text1).IsVisible();
-        seen.input = box.Child(dialogs::frmMsg::Text1).Text();
+        seen.inputShown = box.Child(frmMsg::Text1).IsVisible();
+        seen.input = box.Child(frmMsg::Text1).Text();
         seen.owner = box.Owner().Handle();
         CloseByTitleBar(box);
     };
@@ -67,32 +55,21 @@ TEST(MessageBoxTest, ShowsTextAndButtonsUnderItsCaption) {
     EXPECT_FALSE(seen.inputShown);
 }
 
-TEST(MessageBoxTest, ShowsNoButtonForACountOfNone) {
-    Seen seen;
-    ModalAnswers user({Look(seen)});
-    EXPECT_EQ(ShowMessage("Text", 0, "Accept", "Replace"), "");
-    EXPECT_TRUE(seen.buttons.empty());
-}
-
-TEST(MessageBoxTest, HidesAButtonWithoutACaption) {
-    Seen seen;
-    ModalAnswers user({Look(seen)});
-    ShowMessage("Text", 3, "Accept", "", "Cancel");
-    EXPECT_THAT(seen.buttons, ElementsAre("Accept", "Cancel"));
-}
-
-TEST(MessageBoxTest, ShowsTheFirstButtonEvenWithoutACaption) {
-    Seen seen;
-    ModalAnswers user({Look(seen)});
-    ShowMessage("Text", 1, "");
-    EXPECT_THAT(seen.buttons, ElementsAre(""));
-}
-
-TEST(MessageBoxTest, ShowsEveryCaptionThatItIsGiven) {
-    Seen seen;
-    ModalAnswers user({Look(seen)});
-    ShowMessage("Text", 1, "Accept", "", "Cancel");
-    EXPECT_THAT(seen.buttons, ElementsAre("Accept", "Cancel"));
+TEST(MessageBoxTest, ShowsEveryCaptionThatItIsGivenAndTheFirstButtonWithoutOneToo) {
+    const struct {
+        int count;
+        std::array<std::string, 3> captions;
+        std::vector<std::string> shown;
+    } cases[] = {{0, {"Accept", "Replace", ""}, {}},
+                 {3, {"Accept", "", "Cancel"}, {"Accept", "Cancel"}},
+                 {1, {"", "", ""}, {""}},
+                 {1, {"Accept", "", "Cancel"}, {"Accept", "Cancel"}}};
+    for (const auto& [count, captions, shown] : cases) {
+        Seen seen;
+        ModalAnswers user({Look(seen)});
+        EXPECT_EQ(ShowMessage("Text", count, captions[0], captions[1], captions[2]), "");
+        EXPECT_EQ(seen.buttons, shown);
+    }
 }
 
 TEST(MessageBoxTest, AnswersWithTheCaptionOfTheButtonPressed) {
@@ -113,8 +90,8 @@ TEST(MessageBoxTest, AnswersNothingWhenClosedByItsTitleBar) {
 TEST(MessageBoxTest, AnswersTheTypedTextForOkBesideAnInputLine) {
     const auto type = [](const std::string& text) {
         return [text](Window box) {
-            box.Child(dialogs::frmMsg::Text1).SetText(text);
-            box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
+            box.Child(frmMsg::Text1).SetText(text);
+            box.Press(frmMsg::b1);
         };
     };
     for (const std::string text : {"/a \"b c\"", "", "Cancel", "Ђорђе Ćirić 文件 🗂"}) {
@@ -136,9 +113,9 @@ TEST(MessageBoxTest, AnswersCancelAndOtherCaptionsBesideAnInputLine) {
 
 TEST(MessageBoxTest, AnswersTheInputTextForCreateGroupEvenWhenItIsHidden) {
     const auto typeHidden = [](Window box) {
-        EXPECT_FALSE(box.Child(dialogs::frmMsg::Text1).IsVisible());
-        box.Child(dialogs::frmMsg::Text1).SetText("hidden");
-        box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
+        EXPECT_FALSE(box.Child(frmMsg::Text1).IsVisible());
+        box.Child(frmMsg::Text1).SetText("hidden");
+        box.Press(frmMsg::b1);
     };
     ModalAnswers user({PressButton(0), typeHidden, PressButton(0)});
     EXPECT_EQ(ShowMessage("Text", 3, "Create group", "Replace", "Cancel", true, "Work"), "Work");
@@ -193,16 +170,12 @@ TEST(MessageBoxTest, PressesTheFirstButtonOnEnterWhereThereIsNoOk) {
 
 TEST(MessageBoxTest, PresetsSelectsAndFocusesTheInput) {
     const auto look = [](Window box) {
-        const Window input = box.Child(dialogs::frmMsg::Text1);
+        const Window input = box.Child(frmMsg::Text1);
         EXPECT_TRUE(input.IsVisible());
         EXPECT_EQ(input.Text(), "Ime Име 名");
         EXPECT_EQ(GetFocus(), input.Handle());
-        DWORD start = 1;
-        DWORD end = 0;
-        input.Send(EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
-        EXPECT_EQ(start, 0u);
-        EXPECT_EQ(end, 9u);
-        box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
+        EXPECT_EQ(input.Selection(), MAKELONG(0, 9));
+        box.Press(frmMsg::b1);
     };
     ModalAnswers user({look});
     EXPECT_EQ(ShowMessage("Text", 2, "OK", "Cancel", "", true, "Ime Име 名"), "Ime Име 名");
@@ -210,7 +183,7 @@ TEST(MessageBoxTest, PresetsSelectsAndFocusesTheInput) {
 
 TEST(MessageBoxTest, FocusesTheDefaultButtonWithoutAnInput) {
     const auto look = [](Window box) {
-        EXPECT_EQ(GetFocus(), box.Child(dialogs::frmMsg::b1 + 2).Handle());
+        EXPECT_EQ(GetFocus(), box.Child(frmMsg::b1 + 2).Handle());
         CloseByTitleBar(box);
     };
     ModalAnswers user({look});
@@ -303,7 +276,7 @@ TEST(MessageBoxTest, ShowsTextsOfAnyScriptAndEverySignAsItself) {
 
 TEST(MessageBoxTest, DrawsNoUnderlineForAnAmpersand) {
     ModalAnswers user({[](Window box) {
-        EXPECT_NE(box.Child(dialogs::frmMsg::l1).Style() & SS_NOPREFIX, 0);
+        EXPECT_NE(box.Child(frmMsg::l1).Style() & SS_NOPREFIX, 0);
         CloseByTitleBar(box);
     }});
     ShowMessage("A & B", 1, "OK");
@@ -312,7 +285,7 @@ TEST(MessageBoxTest, DrawsNoUnderlineForAnAmpersand) {
 TEST(MessageBoxTest, FollowsTheTextWithItsHeight) {
     std::vector<LONG> heights;
     const auto measure = [&](Window box) {
-        heights.push_back(win::Height(box.Child(dialogs::frmMsg::l1).Rect()));
+        heights.push_back(win::Height(box.Child(frmMsg::l1).Rect()));
         CloseByTitleBar(box);
     };
     ModalAnswers user({measure, measure, measure});
@@ -328,11 +301,11 @@ TEST(MessageBoxTest, KeepsItsButtonsOnTheScreenWithAVeryLongText) {
     for (int line = 0; line < 500; ++line)
         text += "Line " + std::to_string(line) + " Ред\r\n";
     ModalAnswers user({[&](Window box) {
-        EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), text);
-        const RECT button = box.Child(dialogs::frmMsg::b1).Rect();
+        EXPECT_EQ(box.Child(frmMsg::l1).Text(), text);
+        const RECT button = box.Child(frmMsg::b1).Rect();
         EXPECT_GE(button.top, 0);
         EXPECT_LE(button.bottom, GetSystemMetrics(SM_CYSCREEN));
-        box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
+        box.Press(frmMsg::b1);
     }});
     EXPECT_EQ(ShowMessage(text, 1, "OK"), "OK");
 }
@@ -341,17 +314,17 @@ TEST(MessageBoxTest, StandsAsItsLayoutSaysInTheMiddleOfTheScreen) {
     ModalAnswers user({[](Window box) {
         const win::TwipsPerPixel twips = win::ScreenTwipsPerPixel();
         const RECT client = box.ClientRect();
-        const RECT text = box.Child(dialogs::frmMsg::l1).Rect();
+        const RECT text = box.Child(frmMsg::l1).Rect();
         const MessageLayout layout = LayOutMessage(win::ToTwips(win::Height(text), twips.y), 2, true);
         EXPECT_EQ(win::Width(client), win::ToPixels(layout.clientWidth, twips.x));
         EXPECT_EQ(win::Height(client), win::ToPixels(layout.clientHeight, twips.y));
         for (const int index : {0, 1}) {
-            const RECT button = box.Child(dialogs::frmMsg::b1 + index).Rect();
+            const RECT button = box.Child(frmMsg::b1 + index).Rect();
             const TwipsRect& place = layout.buttons[static_cast<size_t>(index)];
             EXPECT_EQ(button.left - client.left, win::ToPixels(place.left, twips.x));
             EXPECT_EQ(button.top - client.top, win::ToPixels(place.top, twips.y));
         }
-        const RECT input = box.Child(dialogs::frmMsg::Text1).Rect();
+        const RECT input = box.Child(frmMsg::Text1).Rect();
         EXPECT_EQ(input.top - client.top, win::ToPixels(layout.input.top, twips.y));
         EXPECT_EQ(win::Width(input), win::ToPixels(layout.input.width, twips.x));
         const RECT all = box.Rect();
@@ -373,12 +346,12 @@ TEST(MessageBoxTest, HasNothingOfTheAboutBox) {
 
 TEST(MessageBoxTest, TheInputLineTakesNoMoreBytesThanItIsAllowed) {
     const testkit::ModalAnswers user({[](testkit::Window box) {
-        const testkit::Window input = box.Child(dialogs::frmMsg::Text1);
+        const testkit::Window input = box.Child(frmMsg::Text1);
         EXPECT_EQ(input.Text(), "文");
         input.SetText("文文");
         input.SetText("文文x");
         EXPECT_EQ(input.Text(), "文文");
-        box.Child(dialogs::frmMsg::b1).Send(BM_CLICK);
+        box.Press(frmMsg::b1);
     }});
     EXPECT_EQ(ShowMessage("Switch:", 2, "OK", "Cancel", "", true, "文", 6), "文文");
 }

@@ -1,25 +1,17 @@
 // Messages, About and the icon chooser on small screens with large text.
-#include <windows.h>
-
-#include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <string>
 
 #include "dialogs/icon_chooser.h"
 #include "dialogs/message_box.h"
-#include "tests/support/hidden_window.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/window.h"
+#include "tests/support/unit_test.h"
 #include "win/geometry.h"
 #include "win/scale.h"
 
 namespace dialogs {
 namespace {
 
-using testkit::ModalAnswers;
-using testkit::Window;
+using testkit::ModalAnswers, testkit::Window;
 
 struct Screen {
     LONG width;
@@ -94,7 +86,7 @@ TEST(MessageFitTest, AboutLiesOnEveryScreenInEveryTextSize) {
                 EXPECT_TRUE(played.Holds(box.Rect())) << screen.width << " " << percent;
                 EXPECT_TRUE(played.Holds(box.Child(frmMsg::b2).Rect())) << screen.width << " " << percent;
                 EXPECT_GE(TextHeightIn(box.Child(frmMsg::b2)), kUsualHeight * screen.dpi / 96);
-                box.Child(frmMsg::b2).Send(BM_CLICK);
+                box.Press(frmMsg::b2);
             }});
             frmMsg().AboutQuon();
         }
@@ -107,7 +99,7 @@ TEST(MessageFitTest, AboutHasTheLargestTextThatFits) {
         EXPECT_GT(win::Height(box.Rect()), played.Height() * 9 / 10);
         EXPECT_GT(TextHeightIn(box.Child(frmMsg::b2)), 18 * 3 / 2);
         EXPECT_GT(TextHeightIn(box.Child(frmMsg::VersionLabel)), 18 * 3 / 2);
-        box.Child(frmMsg::b2).Send(BM_CLICK);
+        box.Press(frmMsg::b2);
     }});
     frmMsg().AboutQuon();
 }
@@ -123,7 +115,7 @@ TEST(MessageFitTest, AMessageLiesOnEveryScreenInEveryTextSizeHoweverLong) {
                     for (const int id : {frmMsg::b1 + 0, frmMsg::b1 + 2, int{frmMsg::Text1}})
                         EXPECT_TRUE(played.Holds(box.Child(id).Rect())) << id;
                     EXPECT_GE(TextHeightIn(box.Child(frmMsg::b1)), kUsualHeight * screen.dpi / 96);
-                    box.Child(frmMsg::b1 + 2).Send(BM_CLICK);
+                    box.Press(frmMsg::b1 + 2);
                 }});
                 ShowMessage(Lines(lines), 3, "Create group", "Replace", "Cancel", true);
             }
@@ -133,7 +125,7 @@ TEST(MessageFitTest, ALongMessageHasSmallerTextRatherThanAnEndThatNobodySees) {
     const PlayedScreen played(kScreens[1], 225);
     ModalAnswers user({[](Window box) {
                            EXPECT_NEAR(TextHeightIn(box.Child(frmMsg::l1)), 18 * 225 / 100, 1);
-                           box.Child(frmMsg::b1).Send(BM_CLICK);
+                           box.Press(frmMsg::b1);
                        },
                        [](Window box) {
                            const Window text = box.Child(frmMsg::l1);
@@ -141,7 +133,7 @@ TEST(MessageFitTest, ALongMessageHasSmallerTextRatherThanAnEndThatNobodySees) {
                            EXPECT_LT(height, 18 * 225 / 100);
                            EXPECT_GT(height, 18);
                            EXPECT_GE(win::Height(text.Rect()), 12 * height);
-                           box.Child(frmMsg::b1).Send(BM_CLICK);
+                           box.Press(frmMsg::b1);
                        }});
     ShowNote(Lines(1));
     ShowNote(Lines(12));

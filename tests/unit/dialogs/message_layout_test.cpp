@@ -1,16 +1,11 @@
 #include "dialogs/message_layout.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
+#include "tests/support/unit_test.h"
 
 namespace dialogs {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using ::testing::ElementsAre, ::testing::IsEmpty;
 
 constexpr int kTextHeight = 600;
 

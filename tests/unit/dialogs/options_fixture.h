@@ -2,21 +2,14 @@
 // are recorded and answered.
 #pragma once
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "config/settings.h"
 #include "dialogs/options.h"
-#include "tests/support/modal_answers.h"
 #include "tests/unit/dialogs/dialog_parts.h"
 #include "win/errors.h"
 
 namespace dialogs {
+
+using testkit::Press;
 
 inline constexpr int kDelayBox = frmSettings::Text1;
 inline constexpr int kCancelButton = frmSettings::ltBut1 + frmSettings::kCancel;
@@ -26,12 +19,6 @@ inline constexpr int kWarningFrame = frmSettings::Picture2;
 inline std::vector<std::pair<HWND, std::string>>& Reports() {
     static std::vector<std::pair<HWND, std::string>> reports;
     return reports;
-}
-
-inline void Click(testkit::Window dialog, int id) { dialog.Child(id).Send(BM_CLICK); }
-
-inline testkit::ModalAnswers::Step Press(int id) {
-    return [id](testkit::Window dialog) { Click(dialog, id); };
 }
 
 inline void CloseByTitleBar(testkit::Window dialog) { dialog.Send(WM_SYSCOMMAND, SC_CLOSE); }
@@ -93,6 +80,10 @@ class OptionsFixture : public ::testing::Test {
         testkit::ModalAnswers user({step});
         Open();
     }
+
+    /// Opens the dialog for one step and cancels or accepts it.
+    void Look(const testkit::ModalAnswers::Step& step) { Open(ThenPress(step, kCancelButton)); }
+    void Accept(const testkit::ModalAnswers::Step& step) { Open(ThenPress(step, kAcceptButton)); }
 
     inline static const HKEY kKey = reinterpret_cast<HKEY>(0x4711);
     RecordedHost host_;

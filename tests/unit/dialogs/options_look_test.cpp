@@ -1,12 +1,3 @@
-#include <windows.h>
-
-#include <gmock/gmock.h>
-
-#include <algorithm>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "dialogs/message_box.h"
 #include "dialogs/options.h"
 #include "res/resource.h"
@@ -16,10 +7,8 @@ namespace dialogs {
 namespace {
 
 using config::Settings;
-using ::testing::ElementsAre;
-using ::testing::IsSupersetOf;
-using testkit::ModalAnswers;
-using testkit::Window;
+using ::testing::ElementsAre, ::testing::IsSupersetOf;
+using testkit::ModalAnswers, testkit::Window;
 
 using OptionsLookTest = OptionsFixture;
 
@@ -46,7 +35,7 @@ TEST_F(OptionsLookTest, ShowsItsCaptions) {
         {frmSettings::o1 + 4, "Bottom"},
         {kCancelButton, "Cancel"},
         {kAcceptButton, "Accept"}};
-    Open([&](Window dialog) {
+    Look([&](Window dialog) {
         EXPECT_EQ(dialog.Text(), "Quon settings");
         for (const auto& [id, caption] : captions) {
             EXPECT_EQ(dialog.Child(id).Text(), caption) << id;
@@ -61,7 +50,6 @@ TEST_F(OptionsLookTest, ShowsItsCaptions) {
                 {"General", "Position", "Window related", "Other",
                  "Choose edge where you want Quon to reside:", "When glued to the edge of the screen:",
                  "Move mouse over settings to see explanation.", "Press F1 to see more detailed help"}));
-        Click(dialog, kCancelButton);
     });
 }
 
@@ -77,7 +65,7 @@ TEST_F(OptionsLookTest, GroupsItsBoxesInTheirFrames) {
          {frmSettings::chSet + 8, frmSettings::Text1, frmSettings::chSet + 9, frmSettings::chSet + 4,
           frmSettings::HotKey}},
         {"Other", {frmSettings::chSet + 7}}};
-    Open([&](Window dialog) {
+    Look([&](Window dialog) {
         const std::vector<Window> children = dialog.Descendants();
         for (const auto& [title, members] : frames) {
             const auto frame = std::find_if(children.begin(), children.end(),
@@ -91,20 +79,22 @@ TEST_F(OptionsLookTest, GroupsItsBoxesInTheirFrames) {
                 EXPECT_NE(EqualRect(&shared, &inner), 0) << title << " " << id;
             }
         }
-        Click(dialog, kCancelButton);
     });
 }
 
-/// Shows no focus marks, as for who uses the mouse.
-testkit::RecordedCall HideMarks() {
-    return FAKE_CALL(SendMessageW, [](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-        return message == WM_QUERYUISTATE ? LRESULT{UISF_HIDEFOCUS}
-                                          : ORIGINAL_CALL(SendMessageW)(window, message, wParam, lParam);
+/// Hides the focus marks, as for who uses the mouse, or shows them.
+testkit::RecordedCall MarksHidden(const bool& hidden) {
+    return FAKE_CALL(SendMessageW, [&hidden](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        if (message != WM_QUERYUISTATE) return ORIGINAL_CALL(SendMessageW)(window, message, wParam, lParam);
+        return hidden ? LRESULT{UISF_HIDEFOCUS} : LRESULT{0};
     });
 }
+
+constexpr bool kHidden = true;
+constexpr bool kShown = false;
 
 TEST_F(OptionsLookTest, ExplainsEachBoxByItsTip) {
-    const testkit::RecordedCall mouse = HideMarks();
+    const testkit::RecordedCall marks = MarksHidden(kHidden);
     const std::vector<std::string> tips{
         Tip(frmSettings::chSet + 0,
             "Default: unchecked|If checked, Quon will start when you turn on your computer."),
@@ -135,7 +125,7 @@ TEST_F(OptionsLookTest, ExplainsEachBoxByItsTip) {
             "Default: checked|If checked, Quon will pop-up even if 'Hover XXX ms before poping-up' is "
             "disabled.")};
     TipLog log;
-    Open([&](Window dialog) {
+    Look([&](Window dialog) {
         EXPECT_THAT(log.Tips(), ElementsAre(Tip(frmSettings::Text1, "|One second = 1000 ms")));
         log.Clear();
         for (int index = 0; index < 10; ++index)
@@ -148,15 +138,14 @@ TEST_F(OptionsLookTest, ExplainsEachBoxByItsTip) {
                 "Default: none|Press the keys that bring Quon out, ready for typing a name, wherever you "
                 "are.\nPressed again, they send it back to the edge. Backspace clears them."));
         EXPECT_EQ(TipLog::WindowCount(), 2) << "the box's own and one for all options";
-        Click(dialog, kCancelButton);
     });
     EXPECT_EQ(TipLog::WindowCount(), 0);
 }
 
 TEST_F(OptionsLookTest, MakesATipAnewOnlyForAnotherBoxOrAfterTheBackground) {
-    const testkit::RecordedCall mouse = HideMarks();
+    const testkit::RecordedCall marks = MarksHidden(kHidden);
     TipLog log;
-    Open([&](Window dialog) {
+    Look([&](Window dialog) {
         log.Clear();
         for (int time = 0; time < 3; ++time)
             PointAt(dialog, dialog.Child(frmSettings::chSet + 3));
@@ -168,7 +157,6 @@ TEST_F(OptionsLookTest, MakesATipAnewOnlyForAnotherBoxOrAfterTheBackground) {
         EXPECT_EQ(TipLog::WindowCount(), 1) << "released";
         PointAt(dialog, dialog.Child(frmSettings::chSet + 3));
         EXPECT_EQ(log.Tips().size(), 2u);
-        Click(dialog, kCancelButton);
     });
 }
 
@@ -185,11 +173,9 @@ void GoTo(Window dialog, int id) {
 }
 
 TEST_F(OptionsLookTest, ExplainsTheControlThatTheKeyboardComesTo) {
-    const auto marks = FAKE_CALL(SendMessageW, [](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-        return message == WM_QUERYUISTATE ? 0 : ORIGINAL_CALL(SendMessageW)(window, message, wParam, lParam);
-    });
+    const testkit::RecordedCall marks = MarksHidden(kShown);
     TipLog log;
-    Open([&](Window dialog) {
+    Look([&](Window dialog) {
         ASSERT_TRUE(ShownTip()) << "the keyboard is at the first control from the beginning";
         EXPECT_EQ(std::stoi(log.Tips().back()), frmSettings::chSet + 0);
         for (const int id : {frmSettings::chSet + 6, int{frmSettings::HotKey}, int{frmSettings::Text1}}) {
@@ -207,7 +193,6 @@ TEST_F(OptionsLookTest, ExplainsTheControlThatTheKeyboardComesTo) {
                       "Default: unchecked|If checked, Quon will start when you turn on your computer."));
         dialog.Send(WM_TIMER, 1);
         EXPECT_FALSE(ShownTip()) << "it has stood long enough";
-        Click(dialog, kCancelButton);
     });
     EXPECT_EQ(TipLog::WindowCount(), 0);
 }
@@ -218,39 +203,32 @@ TEST_F(OptionsLookTest, TheExplanationOfTheFocusMakesWayForThePointerButNotForOn
         *point = pointer;
         return TRUE;
     });
-    const auto marks = FAKE_CALL(SendMessageW, [](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-        return message == WM_QUERYUISTATE ? 0 : ORIGINAL_CALL(SendMessageW)(window, message, wParam, lParam);
-    });
-    Open([&](Window dialog) {
+    const testkit::RecordedCall marks = MarksHidden(kShown);
+    Look([&](Window dialog) {
         GoTo(dialog, frmSettings::chSet + 6);
         PointAt(dialog, dialog);
         EXPECT_TRUE(ShownTip());
         ++pointer.x;
         PointAt(dialog, dialog);
         EXPECT_FALSE(ShownTip());
-        Click(dialog, kCancelButton);
     });
 }
 
 TEST_F(OptionsLookTest, ExplainsNothingByTheFocusToWhoUsesTheMouse) {
-    LRESULT state = UISF_HIDEFOCUS;
+    bool hidden = true;
     SHORT button = 0;
-    const auto marks = FAKE_CALL(SendMessageW, [&](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-        return message == WM_QUERYUISTATE ? state
-                                          : ORIGINAL_CALL(SendMessageW)(window, message, wParam, lParam);
-    });
+    const testkit::RecordedCall marks = MarksHidden(hidden);
     const auto key = FAKE_CALL(GetKeyState, [&](int which) -> SHORT {
         return which == VK_LBUTTON ? button : ORIGINAL_CALL(GetKeyState)(which);
     });
-    Open([&](Window dialog) {
+    Look([&](Window dialog) {
         EXPECT_FALSE(ShownTip()) << "opened by the mouse";
         GoTo(dialog, frmSettings::chSet + 6);
         EXPECT_FALSE(ShownTip()) << "no marks are shown";
-        state = 0;
+        hidden = false;
         button = -1;
         GoTo(dialog, frmSettings::chSet + 5);
         EXPECT_FALSE(ShownTip()) << "the focus came by a press";
-        Click(dialog, kCancelButton);
     });
 }
 
@@ -264,13 +242,13 @@ TEST_F(OptionsLookTest, WarnsWithTheRedFrameWhenBothTriggersAreCleared) {
     const auto clear = [&](Window window) {
         dialog = window.Handle();
         EXPECT_FALSE(frame().IsVisible());
-        window.Child(frmSettings::chSet + 9).Send(BM_CLICK);
+        window.Press(frmSettings::chSet + 9);
         EXPECT_FALSE(frame().IsVisible()) << "the note is closed";
         EXPECT_FALSE(IsChecked(window, frmSettings::chSet + 8));
         EXPECT_FALSE(IsChecked(window, frmSettings::chSet + 9)) << "the boxes stay cleared";
         // Any box asks again.
-        window.Child(frmSettings::chSet + 7).Send(BM_CLICK);
-        Click(window, kCancelButton);
+        window.Press(frmSettings::chSet + 7);
+        window.Press(kCancelButton);
     };
     const auto note = [&](Window box) {
         EXPECT_EQ(box.Text(), "Message from Quon");
@@ -279,7 +257,7 @@ TEST_F(OptionsLookTest, WarnsWithTheRedFrameWhenBothTriggersAreCleared) {
         EXPECT_FALSE(box.Child(frmMsg::b1 + 1).IsVisible());
         EXPECT_EQ(box.Owner().Handle(), dialog);
         EXPECT_TRUE(frame().IsVisible());
-        box.Child(frmMsg::b1 + 0).Send(BM_CLICK);
+        box.Press(frmMsg::b1 + 0);
     };
     ModalAnswers user({clear, note, note});
     Open();
@@ -289,11 +267,11 @@ TEST_F(OptionsLookTest, WarnsWhicheverTriggerIsClearedLast) {
     for (const int last : {frmSettings::chSet + 8, frmSettings::chSet + 9}) {
         Settings.PopOnHover = Settings.ClickShows = true;
         const auto clear = [&](Window dialog) {
-            Click(dialog, 2 * frmSettings::chSet + 17 - last);
-            Click(dialog, last);
-            Click(dialog, kCancelButton);
+            dialog.Press(2 * frmSettings::chSet + 17 - last);
+            dialog.Press(last);
+            dialog.Press(kCancelButton);
         };
-        const auto note = [](Window box) { box.Child(frmMsg::b1 + 0).Send(BM_CLICK); };
+        const auto note = Press(frmMsg::b1 + 0);
         ModalAnswers user({clear, note});
         Open();
         EXPECT_EQ(user.Used(), 2u) << last;
@@ -301,7 +279,7 @@ TEST_F(OptionsLookTest, WarnsWhicheverTriggerIsClearedLast) {
 }
 
 TEST_F(OptionsLookTest, FramesBothTriggersAndNothingElse) {
-    Open([](Window dialog) {
+    Look([](Window dialog) {
         const RECT frame = dialog.Child(kWarningFrame).Rect();
         for (const int id : {408, 420, 409}) {
             RECT shared{};
@@ -314,20 +292,18 @@ TEST_F(OptionsLookTest, FramesBothTriggersAndNothingElse) {
             const RECT other = dialog.Child(id).Rect();
             EXPECT_EQ(IntersectRect(&shared, &frame, &other), 0) << id;
         }
-        Click(dialog, kCancelButton);
     });
 }
 
 TEST_F(OptionsLookTest, DoesNotWarnWhileOneTriggerIsLeftOrTheBoxesAreFilled) {
     Settings.ClickShows = false;
     // Both are cleared from the beginning: only a click warns.
-    Open([](Window dialog) { Click(dialog, kCancelButton); });
+    Open(Press(kCancelButton));
     Settings.PopOnHover = true;
-    Open([](Window dialog) {
+    Look([](Window dialog) {
         for (const int id : {400, 409, 408, 408, 409})
-            Click(dialog, id);
+            dialog.Press(id);
         EXPECT_FALSE(dialog.Child(kWarningFrame).IsVisible());
-        Click(dialog, kCancelButton);
     });
 }
 
@@ -346,7 +322,7 @@ TEST_F(OptionsLookTest, GoesByTheKeyboard) {
 }
 
 TEST_F(OptionsLookTest, PutsTheDelayIntoTheGapOfItsCaption) {
-    Open([](Window dialog) {
+    Look([](Window dialog) {
         const RECT option = dialog.Child(frmSettings::chSet + 8).Rect();
         const RECT box = dialog.Child(kDelayBox).Rect();
         EXPECT_GT(box.left, option.left + 13);
@@ -359,14 +335,13 @@ TEST_F(OptionsLookTest, PutsTheDelayIntoTheGapOfItsCaption) {
         EXPECT_TRUE(PtInRegion(region, box.left - 2 - option.left, middle));
         EXPECT_TRUE(PtInRegion(region, box.right + 2 - option.left, middle));
         DeleteObject(region);
-        Click(dialog, kCancelButton);
     });
 }
 
 TEST_F(OptionsLookTest, TheDelayStaysInItsGapOnAScreenOfAnotherScale) {
     UINT dpi = 96;
     const auto scale = FAKE_CALL(GetDpiForWindow, [&](HWND) { return dpi; });
-    Open([&](Window dialog) {
+    Look([&](Window dialog) {
         const RECT before = dialog.Child(kDelayBox).Rect();
         const LONG corner = dialog.Child(frmSettings::chSet + 8).Rect().left;
         dpi = 192;
@@ -377,7 +352,6 @@ TEST_F(OptionsLookTest, TheDelayStaysInItsGapOnAScreenOfAnotherScale) {
         // The mark before the caption is twice as wide; the font is the same.
         EXPECT_EQ(after.left - moved, before.left + 13);
         EXPECT_EQ(after.right - moved, before.right + 13);
-        Click(dialog, kCancelButton);
     });
 }
 

@@ -1,19 +1,9 @@
 #include "dialogs/options.h"
 
-#include <windows.h>
-
-#include <commctrl.h>
-#include <gmock/gmock.h>
-
-#include <cstdint>
 #include <limits>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "dialogs/message_box.h"
 #include "res/resource.h"
-#include "tests/support/text.h"
 #include "tests/unit/dialogs/options_fixture.h"
 #include "win/process_start.h"
 
@@ -22,12 +12,8 @@ namespace {
 
 using config::Settings;
 using config::SettingsRecord;
-using ::testing::AllOf;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using testkit::ModalAnswers;
-using testkit::Window;
+using ::testing::AllOf, ::testing::ElementsAre, ::testing::HasSubstr, ::testing::IsEmpty;
+using testkit::ModalAnswers, testkit::Window;
 
 using OptionsTest = OptionsFixture;
 
@@ -43,11 +29,10 @@ const char kRun[] = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
 
 TEST_F(OptionsTest, DocksThePanelAndStopsItsTimerBeforeItIsShown) {
     ASSERT_EQ(OpenDialogCount, 0);
-    Open([&](Window dialog) {
+    Look([&](Window dialog) {
         EXPECT_THAT(host_.log.Lines(), ElementsAre("ShowQuon false false", "timer false"));
         EXPECT_EQ(OpenDialogCount, 1);
         EXPECT_TRUE(dialog.IsTopmost());
-        Click(dialog, kCancelButton);
     });
 }
 
@@ -73,11 +58,10 @@ TEST_F(OptionsTest, ShowsEachSettingInItsOwnBox) {
     for (int on = 0; on < 10; ++on) {
         Settings = {};
         Settings.*kSettings[on] = true;
-        Open([&](Window dialog) {
+        Look([&](Window dialog) {
             for (int index = 0; index < 10; ++index)
-                EXPECT_EQ(IsChecked(dialog, dialogs::frmSettings::chSet + 0 + index), index == on)
+                EXPECT_EQ(IsChecked(dialog, frmSettings::chSet + 0 + index), index == on)
                     << on << " " << index;
-            Click(dialog, kCancelButton);
         });
     }
 }
@@ -86,11 +70,10 @@ TEST_F(OptionsTest, ShowsTheDelayAndTheEdge) {
     for (const int edge : {1, 2, 3, 4}) {
         Settings.Edge = edge;
         Settings.PopDelay = 1000 * edge;
-        Open([&](Window dialog) {
+        Look([&](Window dialog) {
             for (int option = 1; option <= 4; ++option)
-                EXPECT_EQ(IsChecked(dialog, dialogs::frmSettings::o1 + 0 + option), option == edge);
+                EXPECT_EQ(IsChecked(dialog, frmSettings::o1 + 0 + option), option == edge);
             EXPECT_EQ(dialog.Child(kDelayBox).Text(), std::to_string(1000 * edge));
-            Click(dialog, kCancelButton);
         });
     }
 }
@@ -98,10 +81,7 @@ TEST_F(OptionsTest, ShowsTheDelayAndTheEdge) {
 TEST_F(OptionsTest, CopiesEachBoxToItsOwnSetting) {
     for (int on = 0; on < 10; ++on) {
         Settings = {};
-        Open([&](Window dialog) {
-            CheckDlgButton(dialog.Handle(), frmSettings::chSet + on, BST_CHECKED);
-            Click(dialog, kAcceptButton);
-        });
+        Accept([&](Window dialog) { CheckDlgButton(dialog.Handle(), frmSettings::chSet + on, BST_CHECKED); });
         for (int index = 0; index < 10; ++index)
             EXPECT_EQ(Settings.*kSettings[index], index == on) << on << " " << index;
     }
@@ -110,40 +90,30 @@ TEST_F(OptionsTest, CopiesEachBoxToItsOwnSetting) {
         Settings = {};
         Settings.ClickShows = Settings.PopOnHover = true;
         Settings.*kSettings[off] = true;
-        Open([&](Window dialog) {
-            Click(dialog, dialogs::frmSettings::chSet + 0 + off);
-            Click(dialog, kAcceptButton);
-        });
+        Accept([&](Window dialog) { dialog.Press(frmSettings::chSet + 0 + off); });
         EXPECT_FALSE(Settings.*kSettings[off]) << off;
     }
 }
 
 TEST_F(OptionsTest, CopiesTheEdgeThatWasClicked) {
     for (const int edge : {4, 3, 2, 1}) {
-        Open([&](Window dialog) {
-            Click(dialog, dialogs::frmSettings::o1 + 0 + edge);
-            Click(dialog, kAcceptButton);
-        });
+        Accept([&](Window dialog) { dialog.Press(frmSettings::o1 + 0 + edge); });
         EXPECT_EQ(Settings.Edge, edge);
     }
 }
 
 TEST_F(OptionsTest, KeepsAStoredNumberThatIsNoEdgeUntilAnEdgeIsChosen) {
     Settings.Edge = 9;
-    Open([](Window dialog) {
+    Accept([](Window dialog) {
         for (int option = 1; option <= 4; ++option)
-            EXPECT_FALSE(IsChecked(dialog, dialogs::frmSettings::o1 + 0 + option));
+            EXPECT_FALSE(IsChecked(dialog, frmSettings::o1 + 0 + option));
         // The focus alone chooses nothing, though the option tells of it as of a click.
-        const Window left = dialog.Child(dialogs::frmSettings::o1 + 1);
+        const Window left = dialog.Child(frmSettings::o1 + 1);
         dialog.Send(WM_COMMAND, MAKEWPARAM(frmSettings::o1 + 1, BN_CLICKED),
                     reinterpret_cast<LPARAM>(left.Handle()));
-        Click(dialog, kAcceptButton);
     });
     EXPECT_EQ(Settings.Edge, 9);
-    Open([](Window dialog) {
-        Click(dialog, dialogs::frmSettings::o1 + 2);
-        Click(dialog, kAcceptButton);
-    });
+    Accept([](Window dialog) { dialog.Press(frmSettings::o1 + 2); });
     EXPECT_EQ(Settings.Edge, 2);
 }
 
@@ -154,10 +124,9 @@ TEST_F(OptionsTest, AStoredNumberThatIsNoEdgeMarksNoOtherControl) {
                            std::numeric_limits<int>::min()}) {
         Settings = {};
         Settings.Edge = edge;
-        Open([](Window dialog) {
+        Accept([](Window dialog) {
             for (const Window child : dialog.Descendants())
                 EXPECT_EQ(child.Send(BM_GETCHECK), BST_UNCHECKED) << child.Describe();
-            Click(dialog, kAcceptButton);
         });
         EXPECT_EQ(Settings.Edge, edge);
     }
@@ -169,8 +138,8 @@ TEST_F(OptionsTest, CopiesNothingWhenItIsCancelled) {
     for (const ModalAnswers::Step& close : ways) {
         Open([&](Window dialog) {
             for (int index = 0; index < 9; ++index)
-                Click(dialog, dialogs::frmSettings::chSet + 0 + index);
-            Click(dialog, dialogs::frmSettings::o1 + 4);
+                dialog.Press(frmSettings::chSet + 0 + index);
+            dialog.Press(frmSettings::o1 + 4);
             dialog.Child(kDelayBox).SetText("77");
             close(dialog);
         });
@@ -188,10 +157,7 @@ TEST_F(OptionsTest, TakesAnyWholeNumberForTheDelay) {
         {"250", 250}, {"0", 0},   {"-1", -1}, {" 40 ", 40},
         {"1.5", 2},   {"2.5", 2}, {"+7", 7},  {"2147483647", std::numeric_limits<std::int32_t>::max()}};
     for (const auto& [typed, delay] : delays) {
-        Open([&](Window dialog) {
-            dialog.Child(kDelayBox).SetText(typed);
-            Click(dialog, kAcceptButton);
-        });
+        Accept([&](Window dialog) { dialog.Child(kDelayBox).SetText(typed); });
         EXPECT_EQ(Settings.PopDelay, delay) << typed;
     }
     EXPECT_THAT(Reports(), IsEmpty());
@@ -205,26 +171,20 @@ TEST_F(OptionsTest, StopsAtADelayThatIsNoNumber) {
         Settings.ClickShows = true;
         Reports().clear();
         host_.log.Clear();
-        Open([&](Window dialog) {
+        Look([&](Window dialog) {
             for (int index = 0; index < 9; ++index)
-                Click(dialog, dialogs::frmSettings::chSet + 0 + index);
-            Click(dialog, dialogs::frmSettings::chSet + 9);
-            Click(dialog, dialogs::frmSettings::o1 + 4);
+                dialog.Press(frmSettings::chSet + 0 + index);
+            dialog.Press(frmSettings::chSet + 9);
+            dialog.Press(frmSettings::o1 + 4);
             dialog.Child(kDelayBox).SetText(typed);
             SetFocus(dialog.Child(kAcceptButton).Handle());
-            Click(dialog, kAcceptButton);
+            dialog.Press(kAcceptButton);
             EXPECT_TRUE(dialog.IsVisible()) << "it stays open";
             EXPECT_EQ(GetFocus(), dialog.Child(kDelayBox).Handle());
-            DWORD start = 9;
-            DWORD end = 0;
-            dialog.Child(kDelayBox).Send(EM_GETSEL, reinterpret_cast<WPARAM>(&start),
-                                         reinterpret_cast<LPARAM>(&end));
-            EXPECT_EQ(start, 0u);
-            EXPECT_EQ(end, testkit::Wide(typed).size());
+            EXPECT_EQ(dialog.Child(kDelayBox).Selection(), MAKELONG(0, testkit::Wide(typed).size()));
             ASSERT_EQ(Reports().size(), 1u) << typed;
             EXPECT_EQ(Reports()[0].first, dialog.Handle());
             EXPECT_THAT(Reports()[0].second, AllOf(HasSubstr("\"" + typed + "\""), HasSubstr("delay")));
-            Click(dialog, kCancelButton);
         });
         // What comes before the delay is copied and stays, what comes after it is not.
         for (const int index : {0, 1, 2, 3, 4, 5, 7, 8})
@@ -246,11 +206,10 @@ TEST_F(OptionsTest, SetsTheTooltipMarkBetweenTheDelayAndTheSingleClick) {
         EXPECT_FALSE(Settings.SingleClickOpen);
     };
     host_.onCloseSetting = [] { EXPECT_TRUE(Settings.CloseButtonCloses); };
-    Open([](Window dialog) {
+    Accept([](Window dialog) {
         for (const int id : {frmSettings::chSet + 4, frmSettings::chSet + 5, frmSettings::chSet + 6})
-            Click(dialog, id);
+            dialog.Press(id);
         dialog.Child(kDelayBox).SetText("77");
-        Click(dialog, kAcceptButton);
     });
     EXPECT_TRUE(InOrder(host_.log, {"tooltip mark", "close setting", "timer true"}));
     EXPECT_TRUE(Settings.SingleClickOpen);
@@ -296,35 +255,30 @@ TEST_F(OptionsTest, StaysOpenWhenTheStartEntryCannotBeReachedForFullAccess) {
         boxes.Add(text, "|", title, type);
         return IDOK;
     });
-    Open([&](Window dialog) {
-        Click(dialog, dialogs::frmSettings::chSet + 6);
-        Click(dialog, kAcceptButton);
+    Look([&](Window dialog) {
+        dialog.Press(frmSettings::chSet + 6);
+        dialog.Press(kAcceptButton);
         EXPECT_THAT(boxes.Lines(), ElementsAre("Couldn't make startup entry. | Quon: Error report 0"));
         EXPECT_EQ(owner, dialog.Handle());
         EXPECT_TRUE(dialog.IsVisible());
         EXPECT_TRUE(Settings.SingleClickOpen) << "what was copied stays in effect";
         EXPECT_EQ(host_.log.Count("ShowQuon true"), 0u);
-        Click(dialog, kCancelButton);
     });
     EXPECT_TRUE(Settings.SingleClickOpen);
     EXPECT_EQ(registry_.Count("delete"), 0u);
 }
 
 TEST_F(OptionsTest, RefillsTheListWhenItShowsOtherShortcuts) {
-    Open([](Window dialog) {
-        Click(dialog, dialogs::frmSettings::chSet + 7);
-        Click(dialog, kAcceptButton);
-    });
+    Accept([](Window dialog) { dialog.Press(frmSettings::chSet + 7); });
     EXPECT_EQ(host_.log.Lines().back(), "refill");
     host_.log.Clear();
     Open(Press(kAcceptButton));
     EXPECT_EQ(host_.log.Count("refill"), 0u);
     // Also when it was only copied before Accept stopped.
-    Open([](Window dialog) {
-        Click(dialog, dialogs::frmSettings::chSet + 7);
+    Look([](Window dialog) {
+        dialog.Press(frmSettings::chSet + 7);
         dialog.Child(kDelayBox).SetText("abc");
-        Click(dialog, kAcceptButton);
-        Click(dialog, kCancelButton);
+        dialog.Press(kAcceptButton);
     });
     EXPECT_EQ(host_.log.Count("refill"), 1u);
 }
@@ -333,12 +287,11 @@ constexpr std::uint16_t kAltW = MAKEWORD('W', HOTKEYF_ALT);
 
 TEST_F(OptionsTest, ShowsTheHotKeyAndTakesAnother) {
     Settings.HotKey = kCtrlAltQ;
-    Open([](Window dialog) {
-        const Window box = dialog.Child(dialogs::frmSettings::HotKey);
+    Accept([](Window dialog) {
+        const Window box = dialog.Child(frmSettings::HotKey);
         EXPECT_EQ(box.Class(), "msctls_hotkey32");
         EXPECT_EQ(box.Send(HKM_GETHOTKEY), kCtrlAltQ);
         box.Send(HKM_SETHOTKEY, kAltW);
-        Click(dialog, kAcceptButton);
     });
     EXPECT_EQ(host_.log.Count("hot key " + std::to_string(kAltW)), 1u);
     EXPECT_EQ(Settings.HotKey, kAltW);
@@ -360,18 +313,18 @@ TEST_F(OptionsTest, ReportsATakenHotKeyAndStaysOpenWithTheFormerOne) {
     HWND owner = nullptr;
     ModalAnswers user({[&](Window dialog) {
                            owner = dialog.Handle();
-                           dialog.Child(dialogs::frmSettings::HotKey).Send(HKM_SETHOTKEY, kAltW);
-                           Click(dialog, dialogs::frmSettings::chSet + 6);
-                           Click(dialog, kAcceptButton);
-                           EXPECT_TRUE(dialog.Child(dialogs::frmSettings::HotKey).IsFocused());
-                           Click(dialog, kCancelButton);
+                           dialog.Child(frmSettings::HotKey).Send(HKM_SETHOTKEY, kAltW);
+                           dialog.Press(frmSettings::chSet + 6);
+                           dialog.Press(kAcceptButton);
+                           EXPECT_TRUE(dialog.Child(frmSettings::HotKey).IsFocused());
+                           dialog.Press(kCancelButton);
                        },
                        [&](Window note) {
                            EXPECT_EQ(
-                               note.Child(dialogs::frmMsg::l1).Text(),
+                               note.Child(frmMsg::l1).Text(),
                                "Another program uses these keys already.\nPlease press others, or none.");
                            EXPECT_EQ(note.Owner().Handle(), owner);
-                           Click(note, dialogs::frmMsg::b1);
+                           note.Press(frmMsg::b1);
                        }});
     Open();
     EXPECT_EQ(user.Used(), 2u);

@@ -1,32 +1,12 @@
 // The organiser over a configuration file of its own.
 #pragma once
 
-#include <windows.h>
-
-#include <commctrl.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <optional>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "dialogs/edit_group.h"
 #include "dialogs/edit_shortcut.h"
 #include "dialogs/message_box.h"
 #include "dialogs/organize_shortcuts.h"
 #include "res/resource.h"
-#include "tests/support/held_file.h"
-#include "tests/support/hidden_window.h"
-#include "tests/support/modal_answers.h"
 #include "tests/support/paint_log.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/scoped_ini_path.h"
-#include "tests/support/text.h"
-#include "tests/support/wait.h"
-#include "tests/support/window.h"
 #include "tests/unit/dialogs/dialog_parts.h"
 #include "win/dialog.h"
 #include "win/handles.h"
@@ -34,8 +14,7 @@
 
 namespace dialogs {
 
-using testkit::ModalAnswers;
-using testkit::Window;
+using testkit::ModalAnswers, testkit::Window;
 
 inline constexpr const char* kShortcuts =
     "[Buttons]\r\n23=Notes|4\r\n[Cuts]\r\nNotes=C:\\notes.txt\r\nWork=C:\\a|C:\\b\r\nЂорђе "
@@ -43,14 +22,13 @@ inline constexpr const char* kShortcuts =
 
 class OrganizeShortcutsTest : public ::testing::Test {
   protected:
-    static void Click(Window dialog, int id) { dialog.Child(id).Send(BM_CLICK); }
-    static Window List(Window organiser) { return organiser.Child(dialogs::frmCuts::pBasket); }
+    static Window List(Window organiser) { return organiser.Child(frmCuts::pBasket); }
     static void Press(Window organiser, WPARAM key) { List(organiser).Send(WM_KEYDOWN, key); }
-    static void Quit(Window organiser) { organiser.Child(dialogs::frmCuts::Command1 + 2).Post(BM_CLICK); }
+    static void Quit(Window organiser) { organiser.PostPress(frmCuts::Command1 + 2); }
 
     /// The names that the organiser has listed.
     static std::vector<std::string> Names(Window organiser) {
-        const HWND box = organiser.Child(dialogs::frmCuts::List1).Handle();
+        const HWND box = organiser.Child(frmCuts::List1).Handle();
         std::vector<std::string> names;
         for (LRESULT index = 0; index < SendMessageW(box, LB_GETCOUNT, 0, 0); ++index) {
             std::wstring name(
@@ -71,6 +49,13 @@ class OrganizeShortcutsTest : public ::testing::Test {
         context_.Records.LoadButtonRecords();
         const ModalAnswers user(std::move(steps));
         organiser_.Show(owner_.Handle());
+    }
+    /// Opens the organiser for one step and quits it.
+    void Look(std::string_view ini, const ModalAnswers::Step& step) {
+        Organize(ini, {[&](Window organiser) {
+                     step(organiser);
+                     Quit(organiser);
+                 }});
     }
     std::vector<std::string> Keys() const { return folder_.Ini().Keys("Cuts"); }
 

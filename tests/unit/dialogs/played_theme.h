@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include "tests/support/contrast_theme.h"
 #include "tests/support/recorded_call.h"
 #include "win/colors.h"
 
@@ -18,13 +19,7 @@ class PlayedTheme {
         fakes_.push_back(FAKE_CALL(GetSysColor, [this](int index) -> DWORD {
             return dark_ ? DarkColor(index) : ORIGINAL_CALL(GetSysColor)(index);
         }));
-        fakes_.push_back(FAKE_CALL(
-            SystemParametersInfoW, [this](UINT what, UINT size, PVOID value, UINT flags) -> WINBOOL {
-                if (what != SPI_GETHIGHCONTRAST)
-                    return ORIGINAL_CALL(SystemParametersInfoW)(what, size, value, flags);
-                static_cast<HIGHCONTRASTW*>(value)->dwFlags = dark_ ? HCF_HIGHCONTRASTON : 0;
-                return TRUE;
-            }));
+        fakes_.push_back(testkit::ContrastThemeIs(dark_));
         win::ForgetColors();
     }
     ~PlayedTheme() {

@@ -1,34 +1,18 @@
 #include "dialogs/row_list.h"
 
-#include <windows.h>
-
-#include <commctrl.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <shellapi.h>
 #include <shlwapi.h>
 
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "model/launching.h"
-#include "tests/support/hidden_window.h"
 #include "tests/support/paint_log.h"
-#include "tests/support/recorded_call.h"
 #include "tests/support/scroll_end.h"
-#include "tests/support/window.h"
+#include "tests/support/unit_test.h"
 #include "win/handles.h"
 #include "win/text.h"
 
 namespace dialogs {
 namespace {
 
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::Not;
+using ::testing::Contains, ::testing::ElementsAre, ::testing::HasSubstr, ::testing::IsEmpty, ::testing::Not;
 
 constexpr int kFrameWidth = 200;
 constexpr int kFrameHeight = 100;

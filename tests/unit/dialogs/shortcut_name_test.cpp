@@ -1,18 +1,6 @@
 #include "dialogs/shortcut_name.h"
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
-#include "tests/support/held_file.h"
-#include "tests/support/hidden_window.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/scoped_ini_path.h"
-#include "tests/support/window.h"
+#include "tests/support/unit_test.h"
 #include "win/handles.h"
 
 namespace dialogs {
@@ -149,11 +137,7 @@ TEST_F(ShortcutNameTest, AClickOnAnyLabelSelectsTheWholeNameAndFocusesIt) {
         HWND focus = nullptr;
         const testkit::RecordedCall fake = WATCH_CALL(SetFocus, [&](HWND window) { focus = window; });
         EXPECT_TRUE(box_.OnCommand(id, STN_CLICKED));
-        DWORD start = 9;
-        DWORD end = 9;
-        SendMessageW(Item(kBox), EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
-        EXPECT_EQ(start, 0U);
-        EXPECT_EQ(end, 7U);
+        EXPECT_EQ(testkit::Window(Item(kBox)).Selection(), MAKELONG(0, 7));
         EXPECT_EQ(focus, Item(kBox));
     }
 }

@@ -1,28 +1,12 @@
 // What a button's face looks like: the calls that paint it, and its pixels.
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <shellapi.h>
-
-#include <array>
-#include <cstring>
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "model/button_shortcut.h"
 #include "model/launching.h"
 #include "model/target_icon.h"
 #include "res/resource.h"
 #include "tests/support/icon_lists.h"
 #include "tests/support/paint_log.h"
-#include "tests/support/paths.h"
-#include "tests/support/recorded_call.h"
 #include "tests/support/test_target.h"
-#include "tests/support/window.h"
 #include "tests/unit/model/button_fixture.h"
 #include "win/handles.h"
 #include "win/process_start.h"
@@ -32,10 +16,8 @@
 namespace model {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using testkit::RecordedCall;
-using testkit::RecordedCalls;
+using ::testing::ElementsAre, ::testing::HasSubstr;
+using testkit::RecordedCall, testkit::RecordedCalls;
 
 constexpr COLORREF kRed = RGB(255, 0, 0);
 constexpr COLORREF kBlue = RGB(0, 0, 255);

@@ -1,15 +1,7 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <string_view>
-
 #include "model/button_shortcut.h"
-#include "tests/support/call_log.h"
-#include "tests/support/hidden_window.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/scoped_ini_path.h"
+#include "tests/support/unit_test.h"
 #include "win/picture_box.h"
 
 namespace model {

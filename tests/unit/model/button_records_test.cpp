@@ -1,24 +1,13 @@
 #include "model/button_records.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "config/settings.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/scoped_ini_path.h"
+#include "tests/support/unit_test.h"
 #include "win/errors.h"
 
 namespace model {
 namespace {
 
-using testkit::ProgramFolder;
-using testkit::ScopedIniPath;
+using testkit::ProgramFolder, testkit::ScopedIniPath;
 
 class ButtonRecordsTest : public ::testing::Test {
   protected:
@@ -97,46 +86,32 @@ TEST_F(ButtonRecordsTest, SelectingAButtonJoinsTheShownTabAndItsNumber) {
 }
 
 TEST_F(ButtonRecordsTest, AButtonIsFoundByTheNameInItsRecord) {
-    folder_.WriteIniText("[Buttons]\r\n11=Alpha|0\r\n12=\r\n13=Бета č|12|4\r\n");
-    EXPECT_EQ(FindButtonKey("Alpha"), "11");
-    EXPECT_EQ(FindButtonKey("Бета č"), "13");
-    EXPECT_EQ(FindButtonKey("Alph"), "");
-    EXPECT_EQ(FindButtonKey("alpha"), "");
-    EXPECT_EQ(FindButtonKey("Gamma"), "");
-}
-
-TEST_F(ButtonRecordsTest, TheFirstButtonInTheFilesOrderIsFound) {
-    folder_.WriteIniText("[Buttons]\r\n25=Twice|0\r\n11=Twice|0\r\n");
-    EXPECT_EQ(FindButtonKey("Twice"), "25");
-}
-
-TEST_F(ButtonRecordsTest, TabsAreNotTakenForButtons) {
-    folder_.WriteIniText("[Buttons]\r\n10=Work|all\r\n20=Games|\r\n21=Work|0\r\n");
-    EXPECT_EQ(FindButtonKey("Work"), "21");
-    EXPECT_EQ(FindButtonKey("Games"), "");
-}
-
-TEST_F(ButtonRecordsTest, NoButtonHasAnEmptyName) {
-    folder_.WriteIniText("[Buttons]\r\n11=\r\n12=|0\r\n");
-    EXPECT_EQ(FindButtonKey(""), "");
-}
-
-TEST_F(ButtonRecordsTest, AGroupUnderItsOwnKeyIsFoundByThatKey) {
-    folder_.WriteIniText("[Buttons]\r\n23=Group\r\n");
-    EXPECT_EQ(FindButtonKey("23"), "23");
-    EXPECT_EQ(FindButtonKey("Group"), "");
+    struct Case {
+        const char* ini;
+        std::vector<std::pair<std::string, std::string>> found;
+    };
+    const Case cases[] = {
+        {"[Buttons]\r\n11=Alpha|0\r\n12=\r\n13=Бета č|12|4\r\n",
+         {{"Alpha", "11"}, {"Бета č", "13"}, {"Alph", ""}, {"alpha", ""}, {"Gamma", ""}}},
+        // The first one in the file's order.
+        {"[Buttons]\r\n25=Twice|0\r\n11=Twice|0\r\n", {{"Twice", "25"}}},
+        // Tabs are no buttons, and no button has an empty name.
+        {"[Buttons]\r\n10=Work|all\r\n20=Games|\r\n21=Work|0\r\n", {{"Work", "21"}, {"Games", ""}}},
+        {"[Buttons]\r\n11=\r\n12=|0\r\n", {{"", ""}}},
+        // A group under its own key.
+        {"[Buttons]\r\n23=Group\r\n", {{"23", "23"}, {"Group", ""}}},
+        {"[Settings]\r\n", {{"Alpha", ""}}},
+        {"[Buttons]\r\n", {{"Alpha", ""}}}};
+    for (const auto& [ini, found] : cases) {
+        folder_.WriteIniText(ini);
+        for (const auto& [name, key] : found)
+            EXPECT_EQ(FindButtonKey(name), key) << name << " in " << ini;
+    }
 }
 
 TEST_F(ButtonRecordsTest, LookingForAButtonReportsALineThatIsNoRecord) {
     folder_.WriteIniText("[Buttons]\r\n11=Alpha|0\r\njunk\r\n");
     EXPECT_THROW(FindButtonKey("Alpha"), win::InvalidArgumentError);
-}
-
-TEST_F(ButtonRecordsTest, NothingIsFoundWithoutASection) {
-    folder_.WriteIniText("[Settings]\r\n");
-    EXPECT_EQ(FindButtonKey("Alpha"), "");
-    folder_.WriteIniText("[Buttons]\r\n");
-    EXPECT_EQ(FindButtonKey("Alpha"), "");
 }
 
 }  // namespace

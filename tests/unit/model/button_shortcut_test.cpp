@@ -1,20 +1,8 @@
 #include "model/button_shortcut.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "config/ini.h"
 #include "sys/utility.h"
-#include "tests/support/held_file.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/window.h"
+#include "tests/support/ini_writes.h"
 #include "tests/unit/model/button_fixture.h"
 #include "win/errors.h"
 
@@ -22,23 +10,10 @@ namespace model {
 namespace {
 
 using ::testing::ElementsAre;
-using testkit::RecordedCall;
-using testkit::RecordedCalls;
+using testkit::RecordedCall, testkit::RecordedCalls;
 
 class ButtonShortcutTest : public ButtonFixture {
   protected:
-    /// Logs what is written to the configuration file, by section, key and value.
-    RecordedCalls LogWrites() {
-        RecordedCalls calls;
-        calls.push_back(
-            WATCH_CALL(WritePrivateProfileStringA, [this](LPCSTR section, LPCSTR key, LPCSTR value, LPCSTR) {
-                log_.Add(section, key, "=", value);
-            }));
-        calls.push_back(WATCH_CALL(WritePrivateProfileSectionA,
-                                   [this](LPCSTR section, LPCSTR, LPCSTR) { log_.Add("empty", section); }));
-        return calls;
-    }
-
     /// Fills every value with something that it does not hold by itself.
     void SoilValues() {
         button_.Switch = "old switch";
@@ -145,15 +120,10 @@ TEST_F(ButtonShortcutTest, TheIconIndexIsTheNumberAfterTheLastBar) {
         const char* record;
         std::int32_t icon;
     };
-    for (const Case& example : {Case{"n|3", 3},
-                                {"n|4|12", 12},
-                                {"n|-2", -2},
-                                {"n|12abc", 12},
-                                {"n|abc", 0},
-                                {"n|", 0},
-                                {"n", 0},
-                                {"n|99999999999", 0},
-                                {"n|2147483647", 2147483647}}) {
+    const Case cases[] = {{"n|3", 3},      {"n|4|12", 12},       {"n|-2", -2},
+                          {"n|12abc", 12}, {"n|abc", 0},         {"n|", 0},
+                          {"n", 0},        {"n|99999999999", 0}, {"n|2147483647", 2147483647}};
+    for (const Case& example : cases) {
         LoadRecord(example.record, "[Cuts]\r\nn=http://example.org/\r\n");
         button_.FileIcon = 77;
         button_.RefreshButton("11");
@@ -312,9 +282,9 @@ TEST_F(ButtonShortcutTest, ADanglingRecordDeletesTheShortcutNamedByItsWholeText)
 
 TEST_F(ButtonShortcutTest, ADanglingRecordIsClearedBeforeItsShortcutIsDeleted) {
     LoadRecord("gone|0", "[Cuts]\r\ngone|0=C:\\a\r\nother=C:\\b\r\n");
-    const RecordedCalls writes = LogWrites();
+    const RecordedCalls writes = testkit::LogWrites(log_);
     button_.RefreshButton("11");
-    EXPECT_THAT(log_.Lines(), ElementsAre("Buttons 11 = ", "empty Cuts"));
+    EXPECT_THAT(log_.Lines(), ElementsAre("write Buttons 11 ", "empty Cuts"));
 }
 
 TEST_F(ButtonShortcutTest, ADanglingGroupOfTheButtonsOwnSparesAShortcutNamedGroup) {
@@ -388,9 +358,9 @@ TEST_F(ButtonShortcutTest, SavingAShortcutGivesTheFileTheNameAndTheTableThePath)
 }
 
 TEST_F(ButtonShortcutTest, SavingAShortcutWritesTargetThenRecordThenRefillsTheList) {
-    const RecordedCalls writes = LogWrites();
+    const RecordedCalls writes = testkit::LogWrites(log_);
     button_.SaveShortcut("C:\\a.exe", 0);
-    EXPECT_THAT(log_.Lines(), ElementsAre("Cuts a = C:\\a.exe", "Buttons 11 = a|0", "refill"));
+    EXPECT_THAT(log_.Lines(), ElementsAre("write Cuts a C:\\a.exe", "write Buttons 11 a|0", "refill"));
 }
 
 TEST_F(ButtonShortcutTest, SavingAShortcutGivesItANameThatTheFileCanHold) {
@@ -409,9 +379,10 @@ TEST_F(ButtonShortcutTest, SavingAShortcutGivesItANameThatTheFileCanHold) {
 TEST_F(ButtonShortcutTest, SavingAGroupKeepsItsMembersUnderTheButtonsKey) {
     context_.CurrentButtonKey = "36";
     button_.Switch = "/x";
-    const RecordedCalls writes = LogWrites();
+    const RecordedCalls writes = testkit::LogWrites(log_);
     button_.SaveGroup("C:\\а.txt|http://b");
-    EXPECT_THAT(log_.Lines(), ElementsAre("Cuts 36 = C:\\а.txt|http://b", "Buttons 36 = Group", "refill"));
+    EXPECT_THAT(log_.Lines(),
+                ElementsAre("write Cuts 36 C:\\а.txt|http://b", "write Buttons 36 Group", "refill"));
     EXPECT_EQ(context_.Records.At("36"), "Group");
     EXPECT_TRUE(button_.Group);
     EXPECT_EQ(button_.Switch, "");
@@ -452,8 +423,7 @@ TEST_F(ButtonShortcutTest, DeletingKeepsTheShortcutsSwitchAndRemovesOneNamedEmpt
     button_.Switch = "/x=1";
     button_.DeleteShortcut("11", true);
     EXPECT_EQ(button_.Switch, "/x=1");
-    EXPECT_THAT(folder_.Ini().Entries("Switch"),
-                ElementsAre(testkit::IniText::Entry{"a", "/x=1"}, testkit::IniText::Entry{"z", "/z"}));
+    EXPECT_THAT(folder_.IniLines("Switch"), ElementsAre("a=/x=1", "z=/z"));
 }
 
 TEST_F(ButtonShortcutTest, DeletingWithoutASwitchLeavesTheSwitchesAlone) {
@@ -465,9 +435,9 @@ TEST_F(ButtonShortcutTest, DeletingWithoutASwitchLeavesTheSwitchesAlone) {
 TEST_F(ButtonShortcutTest, DeletingWritesTheRecordBeforeItLooksAtTheSwitch) {
     Load("[Buttons]\r\n11=a|0\r\n[Switch]\r\nEmpty=/y\r\n");
     button_.Switch = "/x";
-    const RecordedCalls writes = LogWrites();
+    const RecordedCalls writes = testkit::LogWrites(log_);
     button_.DeleteShortcut("11", true);
-    EXPECT_THAT(log_.Lines(), ElementsAre("Buttons 11 = ", "empty Switch"));
+    EXPECT_THAT(log_.Lines(), ElementsAre("write Buttons 11 ", "empty Switch"));
 }
 
 TEST_F(ButtonShortcutTest, FreeingAButtonLeavesItsShortcutsSwitchInTheFile) {
@@ -495,14 +465,11 @@ TEST_F(ButtonShortcutTest, StrippingGivesTheTextBeforeTheDelimiter) {
         std::string delimiter;
         std::string expected;
     };
-    for (const Case& example : {Case{"a|b|c", "|", "a"},
-                                {"a--b", "--", "a"},
-                                {"abc", "|", "abc"},
-                                {"|b", "|", ""},
-                                {"", "|", ""},
-                                {std::string("C:\\a\0rest\0", 10), "", "C:\\a"},
-                                {"abc", "", "abc"},
-                                {"жута ж", " ж", "жута"}})
+    const Case cases[] = {{"a|b|c", "|", "a"}, {"a--b", "--", "a"},
+                          {"abc", "|", "abc"}, {"|b", "|", ""},
+                          {"", "|", ""},       {std::string("C:\\a\0rest\0", 10), "", "C:\\a"},
+                          {"abc", "", "abc"},  {"жута ж", " ж", "жута"}};
+    for (const Case& example : cases)
         EXPECT_EQ(CButtonShortcut::StripString(example.text, example.delimiter), example.expected)
             << example.text;
 }

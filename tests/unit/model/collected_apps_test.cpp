@@ -1,38 +1,14 @@
 #include "model/collected_apps.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <shellapi.h>
-
-#include <algorithm>
-#include <cstring>
-#include <map>
-#include <memory>
-#include <set>
-#include <string>
-#include <vector>
-
 #include "config/ini.h"
-#include "tests/support/held_file.h"
-#include "tests/support/hidden_window.h"
-#include "tests/support/paths.h"
 #include "tests/support/program_calls.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/scoped_ini_path.h"
-#include "tests/support/text.h"
+#include "tests/support/unit_test.h"
 #include "win/text.h"
 
 namespace model {
 namespace {
 
-using ::testing::AllOf;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::Not;
+using ::testing::AllOf, ::testing::ElementsAre, ::testing::HasSubstr, ::testing::IsEmpty, ::testing::Not;
 using testkit::IniText;
 using Entry = IniText::Entry;
 

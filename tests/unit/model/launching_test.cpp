@@ -1,22 +1,11 @@
 #include "model/launching.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <shellapi.h>
-
-#include <map>
-
-#include "tests/support/call_log.h"
-#include "tests/support/paths.h"
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testkit::CallLog;
-using testkit::RecordedCall;
+using ::testing::ElementsAre, ::testing::IsEmpty;
+using testkit::CallLog, testkit::RecordedCall;
 
 /// Opens nothing: what goes to the shell, to the process start and to the clock is logged.
 class LaunchTargetTest : public testing::Test {

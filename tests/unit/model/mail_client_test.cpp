@@ -1,21 +1,11 @@
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <shlobj.h>
-
-#include <cstring>
-
 #include "model/text_shortcut.h"
 #include "sys/shell_folders.h"
-#include "tests/support/call_log.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/text.h"
+#include "tests/support/unit_test.h"
 
 namespace {
 
-using testing::ElementsAre;
-using testkit::CallLog;
-using testkit::RecordedCall;
+using ::testing::ElementsAre;
+using testkit::CallLog, testkit::RecordedCall;
 
 /// Gives the product a key of the test's own as HKEY_LOCAL_MACHINE, and starts nothing.
 class MailClientTest : public testing::Test {

@@ -2,26 +2,16 @@
 // a target, the reading of a link, the properties of a file.
 #include "win/message_ban.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <shellapi.h>
-
-#include <string>
-#include <vector>
-
 #include "model/launching.h"
 #include "model/target_icon.h"
 #include "sys/file_operations.h"
 #include "sys/shell_link.h"
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 
 namespace model {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using ::testing::ElementsAre, ::testing::IsEmpty;
 
 std::vector<std::string> g_breaches;
 

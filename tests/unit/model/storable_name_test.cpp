@@ -1,13 +1,7 @@
 #include "model/storable_name.h"
 
-#include <gmock/gmock.h>
-
-#include <string>
-#include <utility>
-
 #include "config/ini.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/scoped_ini_path.h"
+#include "tests/support/unit_test.h"
 
 namespace {
 

@@ -1,21 +1,9 @@
 #include "model/tab.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <string>
-
 #include "config/settings.h"
 #include "model/button_records.h"
-#include "tests/support/hidden_window.h"
 #include "tests/support/paint_log.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/scoped_ini_path.h"
-#include "tests/support/window.h"
+#include "tests/support/unit_test.h"
 #include "win/errors.h"
 #include "win/picture_box.h"
 #include "win/text.h"
@@ -23,11 +11,8 @@
 namespace model {
 namespace {
 
-using ::testing::AllOf;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using testkit::CallLog;
-using testkit::RecordedCalls;
+using ::testing::AllOf, ::testing::ElementsAre, ::testing::HasSubstr;
+using testkit::CallLog, testkit::RecordedCalls;
 
 class TabTest : public ::testing::Test {
   protected:

@@ -1,25 +1,11 @@
 #include "model/text_shortcut.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <shellapi.h>
-
-#include <algorithm>
-#include <cstdint>
-#include <cstring>
 #include <limits>
-#include <string>
 
 #include "config/ini.h"
 #include "config/settings.h"
-#include "tests/support/hidden_window.h"
 #include "tests/support/program_calls.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/scoped_ini_path.h"
-#include "tests/support/text.h"
+#include "tests/support/unit_test.h"
 #include "win/combo_box.h"
 #include "win/errors.h"
 
@@ -27,9 +13,7 @@ namespace model {
 namespace {
 
 using ::testing::ElementsAre;
-using testkit::CallLog;
-using testkit::RecordedCall;
-using testkit::RecordedCalls;
+using testkit::CallLog, testkit::RecordedCall, testkit::RecordedCalls;
 
 /// The text of a section as the profile functions give it.
 template <std::size_t Size>
@@ -188,40 +172,42 @@ TEST_F(TextShortcutTest, WithoutADropDownThereIsNothingToFill) {
     EXPECT_THAT(log_.Lines(), ElementsAre());
 }
 
-TEST_F(TextShortcutTest, OpensASingleTarget) {
-    folder_.WriteIniText("[Cuts]\r\nНота č=C:\\Документи\\ж 文.txt\r\n");
-    EXPECT_EQ(CTextShortcut::FireShortcut("Нота č"), FireResult::kDone);
-    EXPECT_THAT(log_.Lines(), ElementsAre("open C:\\Документи\\ж 文.txt  1"));
-}
-
-TEST_F(TextShortcutTest, OpensEveryTargetOfAGroupInOrder) {
-    folder_.WriteIniText("[Cuts]\r\nboth=C:\\a.txt|C:\\b.txt\r\n");
-    CTextShortcut::FireShortcut("both");
-    EXPECT_THAT(log_.Lines(), ElementsAre("open C:\\a.txt  1", "open C:\\b.txt  1"));
-}
-
-TEST_F(TextShortcutTest, OpensTheFirstOfTwoThatDifferInCase) {
-    folder_.WriteIniText("[Cuts]\r\nNotes=C:\\a.txt\r\nnotes=C:\\b.txt\r\n");
-    CTextShortcut::FireShortcut("nOTES");
-    EXPECT_THAT(log_.Lines(), ElementsAre("open C:\\a.txt  1"));
-}
-
-TEST_F(TextShortcutTest, PrefersACollectedApplication) {
-    folder_.WriteIniText("[Cuts]\r\nWord=C:\\mine.txt\r\n[Collected]\r\nWord=C:\\w.exe\r\n");
-    CTextShortcut::FireShortcut("Word");
-    EXPECT_THAT(log_.Lines(), ElementsAre("open C:\\w.exe  1"));
-}
-
-TEST_F(TextShortcutTest, NeverOpensACollectedApplicationAsAGroup) {
-    folder_.WriteIniText("[Collected]\r\nodd=C:\\w|C:\\v\r\n");
-    CTextShortcut::FireShortcut("odd");
-    EXPECT_THAT(log_.Lines(), ElementsAre("open C:\\w|C:\\v  1"));
-}
-
-TEST_F(TextShortcutTest, TakesNoSwitchFromTheFile) {
-    folder_.WriteIniText("[Cuts]\r\na=C:\\a.exe\r\n[Switch]\r\na=/x\r\n");
-    CTextShortcut::FireShortcut("a");
-    EXPECT_THAT(log_.Lines(), ElementsAre("open C:\\a.exe  1"));
+TEST_F(TextShortcutTest, OpensTheTargetsOfItsName) {
+    struct Case {
+        const char* what;
+        const char* ini;
+        const char* name;
+        std::vector<std::string> opened;
+    };
+    const Case cases[] = {
+        {"a single target",
+         "[Cuts]\r\nНота č=C:\\Документи\\ж 文.txt\r\n",
+         "Нота č",
+         {"C:\\Документи\\ж 文.txt"}},
+        {"a group in its order",
+         "[Cuts]\r\nboth=C:\\a.txt|C:\\b.txt\r\n",
+         "both",
+         {"C:\\a.txt", "C:\\b.txt"}},
+        {"the first of two that differ in case",
+         "[Cuts]\r\nNotes=C:\\a.txt\r\nnotes=C:\\b.txt\r\n",
+         "nOTES",
+         {"C:\\a.txt"}},
+        {"a collected application first",
+         "[Cuts]\r\nWord=C:\\mine.txt\r\n[Collected]\r\nWord=C:\\w.exe\r\n",
+         "Word",
+         {"C:\\w.exe"}},
+        {"and that never as a group", "[Collected]\r\nodd=C:\\w|C:\\v\r\n", "odd", {"C:\\w|C:\\v"}},
+        {"no switch from the file", "[Cuts]\r\na=C:\\a.exe\r\n[Switch]\r\na=/x\r\n", "a", {"C:\\a.exe"}}};
+    for (const auto& [what, ini, name, opened] : cases) {
+        SCOPED_TRACE(what);
+        folder_.WriteIniText(ini);
+        log_.Clear();
+        EXPECT_EQ(CTextShortcut::FireShortcut(name), FireResult::kDone);
+        std::vector<std::string> lines;
+        for (const std::string& target : opened)
+            lines.push_back("open " + target + "  1");
+        EXPECT_EQ(log_.Lines(), lines);
+    }
 }
 
 TEST_F(TextShortcutTest, HandsAnUnknownNameToTheUrlHandler) {
@@ -266,11 +252,9 @@ TEST_F(TextShortcutTest, StartsTheSearchToolWithTheQuery) {
         const char* name;
         const char* query;
     };
-    for (const Case& example : {Case{"?budget", "budget"},
-                                {"?", ""},
-                                {"? два  речи", " два  речи"},
-                                {"??文", "?文"},
-                                {"?a\"b", "a\"b"}}) {
+    const Case cases[] = {
+        {"?budget", "budget"}, {"?", ""}, {"? два  речи", " два  речи"}, {"??文", "?文"}, {"?a\"b", "a\"b"}};
+    for (const Case& example : cases) {
         log_.Clear();
         EXPECT_EQ(CTextShortcut::FireShortcut(example.name), FireResult::kDone);
         EXPECT_THAT(log_.Lines(), ElementsAre("start \"" + tool + "\" \"" + example.query + "\" shown 1"));

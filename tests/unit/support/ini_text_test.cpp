@@ -6,8 +6,7 @@
 namespace testkit {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using ::testing::ElementsAre, ::testing::IsEmpty;
 
 TEST(IniTextTest, ListsSectionsAndEntriesInFileOrder) {
     const IniText ini("[One]\r\nb=2\r\na=1\r\n\r\n[Two]\n[Three]\nc=3");

@@ -6,8 +6,7 @@
 namespace testkit {
 namespace {
 
-using ::testing::EndsWith;
-using ::testing::HasSubstr;
+using ::testing::EndsWith, ::testing::HasSubstr;
 
 TEST(PathsTest, SpellsAPathOfTheBuildMachineAsWindowsDoes) {
     EXPECT_EQ(WindowsPath("/srv/user/build dir"), "Z:\\srv\\user\\build dir");

@@ -14,8 +14,7 @@
 namespace testkit {
 namespace {
 
-using ::testing::EndsWith;
-using ::testing::Not;
+using ::testing::EndsWith, ::testing::Not;
 
 TEST(ProgramFolderTest, GivesEveryTestAFolderOfItsOwn) {
     const ProgramFolder first;

@@ -13,8 +13,7 @@
 namespace testkit {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
+using ::testing::ElementsAre, ::testing::HasSubstr;
 
 // Product code stands behind calls of its own as well; within one function the compiler may keep an import's
 // address from before a fake was set.

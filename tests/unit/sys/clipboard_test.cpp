@@ -1,28 +1,14 @@
 #include "sys/clipboard.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <shellapi.h>
-
-#include <cstring>
-#include <optional>
-
-#include "tests/support/call_log.h"
 #include "tests/support/neighbour.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 #include "win/com.h"
 
 namespace {
 
 using sys::clsClipboard;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testkit::CallLog;
-using testkit::Neighbour;
-using testkit::ProgramFolder;
-using testkit::RecordedCall;
+using ::testing::ElementsAre, ::testing::IsEmpty;
+using testkit::CallLog, testkit::Neighbour, testkit::ProgramFolder, testkit::RecordedCall;
 
 /// A clipboard that only the test knows, with two files on it.
 class ClipboardCallsTest : public testing::Test {

@@ -1,23 +1,13 @@
 #include "sys/dropped_data.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-
-#include "tests/support/call_log.h"
 #include "tests/support/data_object.h"
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 
 namespace sys {
 namespace {
 
 using ::testing::ElementsAre;
-using testkit::CallLog;
-using testkit::DataObject;
-using testkit::RecordedCall;
+using testkit::CallLog, testkit::DataObject, testkit::RecordedCall;
 
 constexpr CLIPFORMAT kUnicodeText = 13;
 constexpr CLIPFORMAT kFileList = 15;

@@ -1,32 +1,17 @@
 #include "sys/file_operations.h"
 
-#include <windows.h>
-
 #include <commdlg.h>
-#include <gmock/gmock.h>
-#include <shellapi.h>
-#include <shlobj.h>
 #include <shlwapi.h>
 
-#include <cstring>
-
-#include "tests/support/call_log.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/text.h"
+#include "tests/support/unit_test.h"
 #include "tests/support/wine.h"
 #include "win/process_start.h"
 
 namespace {
 
 using sys::clsBmenu;
-using testing::ElementsAre;
-using testkit::CallLog;
-using testkit::ModalAnswers;
-using testkit::ProgramFolder;
-using testkit::RecordedCall;
-using testkit::Window;
+using ::testing::ElementsAre;
+using testkit::CallLog, testkit::ModalAnswers, testkit::ProgramFolder, testkit::RecordedCall, testkit::Window;
 
 /// A list of names as the shell reads it: each in brackets, up to the empty one that ends it.
 std::string NamesIn(const char* list) {
@@ -233,16 +218,25 @@ class FileOperationOnDiskTest : public testing::Test {
     std::string file_ = folder_.MakeFile("Извор\\čaj 文.txt", "text");
 };
 
-TEST_F(FileOperationOnDiskTest, CopiesIntoAFolder) {
-    EXPECT_EQ(clsBmenu::FileOperation(sys::kCopyFile, file_, folder_.MakeFolder("Циљ")), 0);
-    EXPECT_EQ(folder_.ReadFile("Циљ\\čaj 文.txt"), "text");
-    EXPECT_TRUE(folder_.Exists("Извор\\čaj 文.txt"));
-}
-
-TEST_F(FileOperationOnDiskTest, MovesIntoAFolder) {
-    EXPECT_EQ(clsBmenu::FileOperation(sys::kMoveFile, file_, folder_.MakeFolder("Циљ")), 0);
-    EXPECT_EQ(folder_.ReadFile("Циљ\\čaj 文.txt"), "text");
-    EXPECT_FALSE(folder_.Exists("Извор\\čaj 文.txt"));
+TEST_F(FileOperationOnDiskTest, CopiesMovesAndRenames) {
+    folder_.MakeFolder("Циљ");
+    const struct {
+        std::int16_t code;
+        const char* destination;
+        const char* result;
+        bool stays;
+    } cases[] = {{sys::kCopyFile, "Циљ", "Циљ\\čaj 文.txt", true},
+                 {sys::kRenameFile, "Извор\\ново.md", "Извор\\ново.md", false},
+                 {sys::kRenameFile, "Циљ\\ново.md", "Циљ\\ново.md", false},
+                 {sys::kMoveFile, "Циљ", "Циљ\\čaj 文.txt", false}};
+    for (const auto& [code, destination, result, stays] : cases) {
+        SCOPED_TRACE(std::to_string(code) + " to " + destination);
+        folder_.MakeFile("Извор\\čaj 文.txt", "text");
+        EXPECT_EQ(clsBmenu::FileOperation(code, file_, folder_.FullPath(destination)), 0);
+        EXPECT_EQ(folder_.ReadFile(result), "text");
+        EXPECT_EQ(folder_.Exists("Извор\\čaj 文.txt"), stays);
+        folder_.RemoveFile(result);
+    }
 }
 
 TEST_F(FileOperationOnDiskTest, MovesIntoAFolderWhosePathTakesMoreBytesThanAPathHasCharacters) {
@@ -255,24 +249,11 @@ TEST_F(FileOperationOnDiskTest, MovesIntoAFolderWhosePathTakesMoreBytesThanAPath
     EXPECT_FALSE(folder_.Exists("Извор\\čaj 文.txt"));
 }
 
-TEST_F(FileOperationOnDiskTest, RenamesInPlace) {
-    EXPECT_EQ(clsBmenu::FileOperation(sys::kRenameFile, file_, folder_.FullPath("Извор\\ново.md")), 0);
-    EXPECT_EQ(folder_.ReadFile("Извор\\ново.md"), "text");
-    EXPECT_FALSE(folder_.Exists("Извор\\čaj 文.txt"));
-}
-
-TEST_F(FileOperationOnDiskTest, MovesAndRenamesAtOnce) {
-    folder_.MakeFolder("Циљ");
-    EXPECT_EQ(clsBmenu::FileOperation(sys::kRenameFile, file_, folder_.FullPath("Циљ\\ново.md")), 0);
-    EXPECT_EQ(folder_.ReadFile("Циљ\\ново.md"), "text");
-    EXPECT_FALSE(folder_.Exists("Извор\\čaj 文.txt"));
-}
-
 constexpr char kShellsQuestion[] =
     "Windows asks otherwise, and before it recycles only where its user wants to be asked.";
 
 /// Says yes to the shell's question.
-void SayYes(Window question) { question.Child(IDYES).Send(BM_CLICK); }
+void SayYes(Window question) { question.Press(IDYES); }
 
 TEST_F(FileOperationOnDiskTest, ReportsAFileThatIsNotThere) {
     folder_.RemoveFile("Извор\\čaj 文.txt");

@@ -1,15 +1,6 @@
 #include "sys/mouse_wheel.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <vector>
-
-#include "tests/support/hidden_window.h"
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 #include "win/errors.h"
 
 namespace sys {

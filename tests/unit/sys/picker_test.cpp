@@ -1,29 +1,17 @@
 // The pickers of the system in a user's hands.
-#include <windows.h>
 
 #include <commdlg.h>
 #include <dlgs.h>
-#include <gtest/gtest.h>
-#include <shlobj.h>
-
-#include <algorithm>
 
 #include "sys/file_operations.h"
 #include "sys/shell_folders.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/paths.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/text.h"
-#include "tests/support/window.h"
+#include "tests/support/unit_test.h"
 #include "win/com.h"
 #include "win/process_start.h"
 
 namespace {
 
-using testkit::ModalAnswers;
-using testkit::ProgramFolder;
-using testkit::Window;
+using testkit::ModalAnswers, testkit::ProgramFolder, testkit::Window;
 
 constexpr int kPickerTitle = 0x3742;  // the shell's own identifier for the text above the folders
 
@@ -32,9 +20,9 @@ TEST(FolderPickerDesktopTest, GivesTheFolderThatIsSelectedOrNothingWhenItIsCance
     const ModalAnswers user({[](Window picker) {
                                  EXPECT_EQ(picker.Child(kPickerTitle).Text(),
                                            win::ProgramPath().substr(0, 3));
-                                 picker.Child(IDOK).Send(BM_CLICK);
+                                 picker.Press(IDOK);
                              },
-                             [](Window picker) { picker.Child(IDCANCEL).Send(BM_CLICK); }});
+                             testkit::Press(IDCANCEL)});
     // It begins with the desktop, which is a folder too.
     EXPECT_EQ(sys::clsBmenu::GetFolder(), sys::clsShell::GetSpecialfolder(CSIDL_DESKTOPDIRECTORY));
     EXPECT_EQ(sys::clsBmenu::GetFolder(), "");

@@ -1,33 +1,17 @@
 #include "sys/process_list.h"
 
-#include <windows.h>
-
 #include <dwmapi.h>
-#include <gmock/gmock.h>
 #include <psapi.h>
 
-#include <algorithm>
-#include <cstddef>
-#include <cstring>
-#include <memory>
-
-#include "tests/support/call_log.h"
 #include "tests/support/neighbour.h"
-#include "tests/support/paths.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/text.h"
+#include "tests/support/unit_test.h"
 #include "win/process_start.h"
 
 namespace {
 
 using sys::clsProcesi;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testkit::CallLog;
-using testkit::Neighbour;
-using testkit::ProgramFolder;
-using testkit::RecordedCall;
+using ::testing::ElementsAre, ::testing::IsEmpty;
+using testkit::CallLog, testkit::Neighbour, testkit::ProgramFolder, testkit::RecordedCall;
 
 /// A top-level window of this program.
 class TestWindow {

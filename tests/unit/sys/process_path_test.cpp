@@ -1,31 +1,17 @@
 // How the executable of a process is found.
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
 #include <psapi.h>
 #include <tlhelp32.h>
 
-#include <algorithm>
-#include <cstring>
-#include <functional>
-#include <vector>
-
 #include "sys/process_list.h"
-#include "tests/support/call_log.h"
-#include "tests/support/hidden_window.h"
-#include "tests/support/paths.h"
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 #include "win/process_start.h"
 
 namespace {
 
 using sys::clsProcesi;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testkit::CallLog;
-using testkit::HiddenWindow;
-using testkit::RecordedCall;
+using ::testing::ElementsAre, ::testing::IsEmpty;
+using testkit::CallLog, testkit::HiddenWindow, testkit::RecordedCall;
 
 class ProcessPathTest : public testing::Test {
   protected:

@@ -1,19 +1,11 @@
 #include "sys/shell_folders.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <shlobj.h>
-
-#include "tests/support/call_log.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/text.h"
+#include "tests/support/unit_test.h"
 
 namespace {
 
-using testing::ElementsAre;
-using testkit::CallLog;
-using testkit::RecordedCall;
+using ::testing::ElementsAre;
+using testkit::CallLog, testkit::RecordedCall;
 
 TEST(SpecialFolderTest, AsksForTheFolderWithTheOwnerWindow100) {
     CallLog log;

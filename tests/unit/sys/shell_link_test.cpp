@@ -1,22 +1,12 @@
 #include "sys/shell_link.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <shlobj.h>
-
-#include "tests/support/call_log.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/text.h"
+#include "tests/support/unit_test.h"
 #include "win/com.h"
 
 namespace {
 
-using testing::ElementsAre;
-using testkit::CallLog;
-using testkit::ProgramFolder;
-using testkit::RecordedCall;
+using ::testing::ElementsAre;
+using testkit::CallLog, testkit::ProgramFolder, testkit::RecordedCall;
 
 /// What the scripting object is to say of a link. S_FALSE: it makes no link, and does not call that a
 /// failure.

@@ -1,27 +1,13 @@
 // The menu of folders and drives, item by item, on recorded machines.
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <shlobj.h>
-
-#include <map>
-#include <string>
-#include <vector>
 
 #include "sys/shell_folders.h"
-#include "tests/support/call_log.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/text.h"
+#include "tests/support/unit_test.h"
 #include "win/menu_array.h"
 
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::ElementsAreArray;
-using testing::Not;
-using testkit::CallLog;
-using testkit::RecordedCall;
+using ::testing::Contains, ::testing::ElementsAre, ::testing::ElementsAreArray, ::testing::Not;
+using testkit::CallLog, testkit::RecordedCall;
 
 const std::string kMyComputer = "::{20D04FE0-3AEA-1069-A2D8-08002B30309D}";
 const std::string kControlPanel = kMyComputer + "\\::{21EC2020-3AEA-1069-A2DD-08002B30309D}";

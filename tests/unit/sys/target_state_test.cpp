@@ -1,18 +1,10 @@
 #include "sys/target_state.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
 #include <shlwapi.h>
 #include <winnetwk.h>
 
-#include <map>
-
 #include "sys/utility.h"
-#include "tests/support/call_log.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/text.h"
+#include "tests/support/unit_test.h"
 #include "win/text.h"
 
 namespace {
@@ -21,11 +13,8 @@ using sys::LookAtTarget;
 using sys::SilentPlaces;
 using sys::TargetKind;
 using sys::TargetState;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testkit::CallLog;
-using testkit::ProgramFolder;
-using testkit::RecordedCall;
+using ::testing::ElementsAre, ::testing::IsEmpty;
+using testkit::CallLog, testkit::ProgramFolder, testkit::RecordedCall;
 
 TEST(TargetStateTest, TellsFilesFoldersUrlsAndWhatIsMissing) {
     const ProgramFolder folder;

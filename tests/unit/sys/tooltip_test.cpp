@@ -1,19 +1,9 @@
 #include "sys/tooltip.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <uxtheme.h>
 
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "tests/support/hidden_window.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/text.h"
-#include "tests/support/window.h"
+#include "tests/support/contrast_theme.h"
+#include "tests/support/unit_test.h"
 #include "win/colors.h"
 #include "win/scale.h"
 #include "win/text.h"
@@ -22,12 +12,8 @@
 namespace sys {
 namespace {
 
-using ::testing::AllOf;
-using ::testing::ElementsAre;
-using ::testing::Field;
-using testkit::CallLog;
-using testkit::RecordedCall;
-using testkit::RecordedCalls;
+using ::testing::AllOf, ::testing::ElementsAre, ::testing::Field;
+using testkit::CallLog, testkit::RecordedCall, testkit::RecordedCalls;
 
 constexpr UINT kAddTool = 1028;
 constexpr UINT kUpdateText = 1036;
@@ -142,13 +128,8 @@ TEST_F(TooltipTest, IsCreatedStepByStep) {
 }
 
 TEST_F(TooltipTest, HasTheThemesColoursUnderAContrastTheme) {
-    const RecordedCall contrast =
-        FAKE_CALL(SystemParametersInfoW, [](UINT what, UINT size, PVOID value, UINT flags) -> WINBOOL {
-            if (what != SPI_GETHIGHCONTRAST)
-                return ORIGINAL_CALL(SystemParametersInfoW)(what, size, value, flags);
-            static_cast<HIGHCONTRASTW*>(value)->dwFlags = HCF_HIGHCONTRASTON;
-            return TRUE;
-        });
+    const bool on = true;
+    const RecordedCall contrast = testkit::ContrastThemeIs(on);
     win::ForgetColors();
     const RecordedCall messages = LogMessages();
     clsToolTip tip;
@@ -163,13 +144,7 @@ TEST_F(TooltipTest, HasTheThemesColoursUnderAContrastTheme) {
 
 TEST_F(TooltipTest, FollowsTheColoursOnceItIsThere) {
     bool dark = false;
-    const RecordedCall contrast =
-        FAKE_CALL(SystemParametersInfoW, [&](UINT what, UINT size, PVOID value, UINT flags) -> WINBOOL {
-            if (what != SPI_GETHIGHCONTRAST)
-                return ORIGINAL_CALL(SystemParametersInfoW)(what, size, value, flags);
-            static_cast<HIGHCONTRASTW*>(value)->dwFlags = dark ? HCF_HIGHCONTRASTON : 0;
-            return TRUE;
-        });
+    const RecordedCall contrast = testkit::ContrastThemeIs(dark);
     DWORD text = RGB(1, 2, 3);
     const RecordedCall colors = FAKE_CALL(GetSysColor, [&](int index) -> DWORD {
         return index == COLOR_INFOTEXT ? text : ORIGINAL_CALL(GetSysColor)(index);

@@ -1,18 +1,12 @@
 #include "sys/utility.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
 #include <winioctl.h>
 
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/text.h"
+#include "tests/support/unit_test.h"
 
 namespace {
 
-using testkit::ProgramFolder;
-using testkit::RecordedCall;
+using testkit::ProgramFolder, testkit::RecordedCall;
 
 struct PathCase {
     const char* path;

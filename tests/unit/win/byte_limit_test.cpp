@@ -1,14 +1,6 @@
 #include "win/byte_limit.h"
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include <string>
-
-#include "tests/support/hidden_window.h"
-#include "tests/support/text.h"
-#include "tests/support/window.h"
+#include "tests/support/unit_test.h"
 
 namespace win {
 namespace {

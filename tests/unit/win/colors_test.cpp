@@ -1,13 +1,8 @@
 #include "win/colors.h"
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <cmath>
 
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 
 namespace win {
 namespace {

@@ -1,19 +1,13 @@
 #include "win/com.h"
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
 #include <thread>
 
-#include "tests/support/call_log.h"
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 
 namespace win {
 namespace {
 
-using testkit::CallLog;
-using testkit::RecordedCall;
+using testkit::CallLog, testkit::RecordedCall;
 
 /// Has no member at all.
 class EmptyObject : public IDispatch {

@@ -1,16 +1,6 @@
 #include "win/combo_box.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
-#include "tests/support/hidden_window.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/window.h"
+#include "tests/support/unit_test.h"
 #include "win/errors.h"
 #include "win/geometry.h"
 #include "win/text.h"
@@ -94,22 +84,14 @@ TEST_F(ComboBoxTest, ClearsTheSelectionAndPutsTheCaretAtTheEnd) {
     list_.SetText("ЖЖ 文 😀");
     SendMessageW(list_.Edit(), EM_SETSEL, 0, -1);
     list_.ClearSelection();
-    DWORD from = 99;
-    DWORD to = 99;
-    SendMessageW(list_.Edit(), EM_GETSEL, reinterpret_cast<WPARAM>(&from), reinterpret_cast<LPARAM>(&to));
-    EXPECT_EQ(from, 7U);
-    EXPECT_EQ(to, 7U);
+    EXPECT_EQ(testkit::Window(list_.Edit()).Selection(), MAKELONG(7, 7));
 }
 
 TEST_F(ComboBoxTest, KeepsTheSelectionWhenItsItemsChange) {
     list_.SetText("куцам 文");
     SendMessageW(list_.Edit(), EM_SETSEL, 2, 4);
     list_.SetItems({"one", "two"});
-    DWORD from = 99;
-    DWORD to = 99;
-    SendMessageW(list_.Edit(), EM_GETSEL, reinterpret_cast<WPARAM>(&from), reinterpret_cast<LPARAM>(&to));
-    EXPECT_EQ(from, 2U);
-    EXPECT_EQ(to, 4U);
+    EXPECT_EQ(testkit::Window(list_.Edit()).Selection(), MAKELONG(2, 4));
 }
 
 TEST_F(ComboBoxTest, FindsTheFirstItemThatContainsATextIgnoringCase) {
@@ -119,14 +101,10 @@ TEST_F(ComboBoxTest, FindsTheFirstItemThatContainsATextIgnoringCase) {
         const wchar_t* item;
         size_t at;
     };
-    for (const Case& example : {Case{L"a", L"alpha", 0},
-                                {L"HA", L"alpha", 3},
-                                {L"ALPHA", L"alpha", 0},
-                                {L"alphab", L"alphabet", 0},
-                                {L"бЕТА", L"Бета č", 0},
-                                {L"Č", L"Бета č", 5},
-                                {L"書", L"文書", 1},
-                                {L"文書", L"文書", 0}}) {
+    const Case cases[] = {{L"a", L"alpha", 0},         {L"HA", L"alpha", 3},    {L"ALPHA", L"alpha", 0},
+                          {L"alphab", L"alphabet", 0}, {L"бЕТА", L"Бета č", 0}, {L"Č", L"Бета č", 5},
+                          {L"書", L"文書", 1},         {L"文書", L"文書", 0}};
+    for (const Case& example : cases) {
         const auto found = list_.FindContaining(example.text);
         ASSERT_TRUE(found.has_value()) << ToBytes(example.text);
         EXPECT_EQ(found->item, example.item);
@@ -142,11 +120,7 @@ TEST_F(ComboBoxTest, SelectsFromACharacterToTheEnd) {
     list_.SetText("ЖЖ 文 ab");
     EXPECT_FALSE(list_.CaretIsAtEnd());
     list_.SelectFrom(3);
-    DWORD from = 99;
-    DWORD to = 99;
-    SendMessageW(list_.Edit(), EM_GETSEL, reinterpret_cast<WPARAM>(&from), reinterpret_cast<LPARAM>(&to));
-    EXPECT_EQ(from, 3U);
-    EXPECT_EQ(to, 7U);
+    EXPECT_EQ(testkit::Window(list_.Edit()).Selection(), MAKELONG(3, 7));
     EXPECT_FALSE(list_.CaretIsAtEnd()) << "something is selected";
     SendMessageW(list_.Edit(), EM_SETSEL, 7, 7);
     EXPECT_TRUE(list_.CaretIsAtEnd());

@@ -1,18 +1,10 @@
 // Whether every text can be read on its ground, in the ordinary colours and in the contrast themes of
 // Windows.
-#include <windows.h>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <array>
 #include <cmath>
-#include <map>
-#include <optional>
-#include <string>
-#include <vector>
 
-#include "tests/support/recorded_call.h"
+#include "tests/support/contrast_theme.h"
+#include "tests/support/unit_test.h"
 #include "win/colors.h"
 
 namespace win {
@@ -44,6 +36,16 @@ TEST(ContrastTest, IsThatOfTheKnownPairs) {
 }
 
 struct Theme {
+    /// Of the colours that a theme brings, in the order of kElements; those of tips may be missing.
+    Theme(const char* theme, bool isContrast, const std::vector<COLORREF>& published)
+        : name(theme), contrast(isContrast) {
+        for (std::size_t at = 0; at < published.size(); ++at)
+            colors[kElements.at(at)] = published[at];
+    }
+
+    static constexpr std::array kElements{COLOR_WINDOW,   COLOR_WINDOWTEXT, COLOR_BTNFACE,
+                                          COLOR_BTNTEXT,  COLOR_HIGHLIGHT,  COLOR_HIGHLIGHTTEXT,
+                                          COLOR_HOTLIGHT, COLOR_INFOBK,     COLOR_INFOTEXT};
     const char* name;
     bool contrast;
     std::map<int, COLORREF> colors;
@@ -56,97 +58,39 @@ const std::vector<Theme>& Themes() {
     constexpr COLORREF kWhite = RGB(255, 255, 255);
     constexpr COLORREF kYellow = RGB(255, 255, 0);
     constexpr COLORREF kGreen = RGB(0, 255, 0);
-    static const std::vector<Theme> themes{{"ordinary",
-                                            false,
-                                            {{COLOR_WINDOW, kWhite},
-                                             {COLOR_WINDOWTEXT, kBlack},
-                                             {COLOR_BTNFACE, RGB(240, 240, 240)},
-                                             {COLOR_BTNTEXT, kBlack},
-                                             {COLOR_HIGHLIGHT, RGB(0, 120, 215)},
-                                             {COLOR_HIGHLIGHTTEXT, kWhite},
-                                             {COLOR_HOTLIGHT, RGB(0, 102, 204)},
-                                             {COLOR_INFOBK, RGB(255, 255, 225)},
-                                             {COLOR_INFOTEXT, kBlack}}},
-                                           {"High Contrast #1",
-                                            true,
-                                            {{COLOR_WINDOW, kBlack},
-                                             {COLOR_WINDOWTEXT, kYellow},
-                                             {COLOR_BTNFACE, kBlack},
-                                             {COLOR_BTNTEXT, kYellow},
-                                             {COLOR_HIGHLIGHT, RGB(0, 128, 0)},
-                                             {COLOR_HIGHLIGHTTEXT, kWhite},
-                                             {COLOR_HOTLIGHT, RGB(128, 128, 255)},
-                                             {COLOR_INFOBK, kBlack},
-                                             {COLOR_INFOTEXT, kYellow}}},
-                                           {"High Contrast #2",
-                                            true,
-                                            {{COLOR_WINDOW, kBlack},
-                                             {COLOR_WINDOWTEXT, kGreen},
-                                             {COLOR_BTNFACE, kBlack},
-                                             {COLOR_BTNTEXT, kGreen},
-                                             {COLOR_HIGHLIGHT, RGB(0, 0, 255)},
-                                             {COLOR_HIGHLIGHTTEXT, kWhite},
-                                             {COLOR_HOTLIGHT, RGB(128, 128, 255)},
-                                             {COLOR_INFOBK, kBlack},
-                                             {COLOR_INFOTEXT, kGreen}}},
-                                           {"High Contrast Black",
-                                            true,
-                                            {{COLOR_WINDOW, kBlack},
-                                             {COLOR_WINDOWTEXT, kWhite},
-                                             {COLOR_BTNFACE, kBlack},
-                                             {COLOR_BTNTEXT, kWhite},
-                                             {COLOR_HIGHLIGHT, RGB(26, 235, 255)},
-                                             {COLOR_HIGHLIGHTTEXT, kBlack},
-                                             {COLOR_HOTLIGHT, kYellow},
-                                             {COLOR_INFOBK, kBlack},
-                                             {COLOR_INFOTEXT, kWhite}}},
-                                           {"High Contrast White",
-                                            true,
-                                            {{COLOR_WINDOW, kWhite},
-                                             {COLOR_WINDOWTEXT, kBlack},
-                                             {COLOR_BTNFACE, kWhite},
-                                             {COLOR_BTNTEXT, kBlack},
-                                             {COLOR_HIGHLIGHT, RGB(55, 0, 110)},
-                                             {COLOR_HIGHLIGHTTEXT, kWhite},
-                                             {COLOR_HOTLIGHT, RGB(0, 0, 159)},
-                                             {COLOR_INFOBK, kWhite},
-                                             {COLOR_INFOTEXT, kBlack}}},
-                                           {"Aquatic",
-                                            true,
-                                            {{COLOR_WINDOW, RGB(0x20, 0x20, 0x20)},
-                                             {COLOR_WINDOWTEXT, kWhite},
-                                             {COLOR_BTNFACE, RGB(0x20, 0x20, 0x20)},
-                                             {COLOR_BTNTEXT, kWhite},
-                                             {COLOR_HIGHLIGHT, RGB(0x8E, 0xE3, 0xF0)},
-                                             {COLOR_HIGHLIGHTTEXT, RGB(0x26, 0x3B, 0x50)},
-                                             {COLOR_HOTLIGHT, RGB(0x75, 0xE9, 0xFC)}}},
-                                           {"Desert",
-                                            true,
-                                            {{COLOR_WINDOW, RGB(0xFF, 0xFA, 0xEF)},
-                                             {COLOR_WINDOWTEXT, RGB(0x3D, 0x3D, 0x3D)},
-                                             {COLOR_BTNFACE, RGB(0xFF, 0xFA, 0xEF)},
-                                             {COLOR_BTNTEXT, RGB(0x20, 0x20, 0x20)},
-                                             {COLOR_HIGHLIGHT, RGB(0x90, 0x39, 0x09)},
-                                             {COLOR_HIGHLIGHTTEXT, RGB(0xFF, 0xF5, 0xE3)},
-                                             {COLOR_HOTLIGHT, RGB(0x1C, 0x5E, 0x75)}}},
-                                           {"Dusk",
-                                            true,
-                                            {{COLOR_WINDOW, RGB(0x2D, 0x32, 0x36)},
-                                             {COLOR_WINDOWTEXT, kWhite},
-                                             {COLOR_BTNFACE, RGB(0x2D, 0x32, 0x36)},
-                                             {COLOR_BTNTEXT, RGB(0xB6, 0xF6, 0xF0)},
-                                             {COLOR_HIGHLIGHT, RGB(0xA1, 0xBF, 0xDE)},
-                                             {COLOR_HIGHLIGHTTEXT, RGB(0x21, 0x2D, 0x3B)},
-                                             {COLOR_HOTLIGHT, RGB(0x70, 0xEB, 0xDE)}}},
-                                           {"Night sky",
-                                            true,
-                                            {{COLOR_WINDOW, kBlack},
-                                             {COLOR_WINDOWTEXT, kWhite},
-                                             {COLOR_BTNFACE, kBlack},
-                                             {COLOR_BTNTEXT, RGB(0xFF, 0xEE, 0x32)},
-                                             {COLOR_HIGHLIGHT, RGB(0xD6, 0xB4, 0xFD)},
-                                             {COLOR_HIGHLIGHTTEXT, RGB(0x2B, 0x2B, 0x2B)},
-                                             {COLOR_HOTLIGHT, RGB(0x80, 0x80, 0xFF)}}}};
+    static const std::vector<Theme> themes{
+        {"ordinary",
+         false,
+         {kWhite, kBlack, RGB(240, 240, 240), kBlack, RGB(0, 120, 215), kWhite, RGB(0, 102, 204),
+          RGB(255, 255, 225), kBlack}},
+        {"High Contrast #1",
+         true,
+         {kBlack, kYellow, kBlack, kYellow, RGB(0, 128, 0), kWhite, RGB(128, 128, 255), kBlack, kYellow}},
+        {"High Contrast #2",
+         true,
+         {kBlack, kGreen, kBlack, kGreen, RGB(0, 0, 255), kWhite, RGB(128, 128, 255), kBlack, kGreen}},
+        {"High Contrast Black",
+         true,
+         {kBlack, kWhite, kBlack, kWhite, RGB(26, 235, 255), kBlack, kYellow, kBlack, kWhite}},
+        {"High Contrast White",
+         true,
+         {kWhite, kBlack, kWhite, kBlack, RGB(55, 0, 110), kWhite, RGB(0, 0, 159), kWhite, kBlack}},
+        {"Aquatic",
+         true,
+         {RGB(0x20, 0x20, 0x20), kWhite, RGB(0x20, 0x20, 0x20), kWhite, RGB(0x8E, 0xE3, 0xF0),
+          RGB(0x26, 0x3B, 0x50), RGB(0x75, 0xE9, 0xFC)}},
+        {"Desert",
+         true,
+         {RGB(0xFF, 0xFA, 0xEF), RGB(0x3D, 0x3D, 0x3D), RGB(0xFF, 0xFA, 0xEF), RGB(0x20, 0x20, 0x20),
+          RGB(0x90, 0x39, 0x09), RGB(0xFF, 0xF5, 0xE3), RGB(0x1C, 0x5E, 0x75)}},
+        {"Dusk",
+         true,
+         {RGB(0x2D, 0x32, 0x36), kWhite, RGB(0x2D, 0x32, 0x36), RGB(0xB6, 0xF6, 0xF0), RGB(0xA1, 0xBF, 0xDE),
+          RGB(0x21, 0x2D, 0x3B), RGB(0x70, 0xEB, 0xDE)}},
+        {"Night sky",
+         true,
+         {kBlack, kWhite, kBlack, RGB(0xFF, 0xEE, 0x32), RGB(0xD6, 0xB4, 0xFD), RGB(0x2B, 0x2B, 0x2B),
+          RGB(0x80, 0x80, 0xFF)}}};
     return themes;
 }
 
@@ -155,13 +99,7 @@ class ScopedTheme {
   public:
     explicit ScopedTheme(const Theme& theme)
         : colors_(FAKE_CALL(GetSysColor, [&theme](int index) -> DWORD { return theme.colors.at(index); })),
-          contrast_(FAKE_CALL(
-              SystemParametersInfoW, [&theme](UINT what, UINT size, PVOID value, UINT flags) -> WINBOOL {
-                  if (what != SPI_GETHIGHCONTRAST)
-                      return ORIGINAL_CALL(SystemParametersInfoW)(what, size, value, flags);
-                  static_cast<HIGHCONTRASTW*>(value)->dwFlags = theme.contrast ? HCF_HIGHCONTRASTON : 0;
-                  return TRUE;
-              })) {
+          contrast_(testkit::ContrastThemeIs(theme.contrast)) {
         ForgetColors();
     }
     ~ScopedTheme() { ForgetColors(); }

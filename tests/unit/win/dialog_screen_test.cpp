@@ -1,21 +1,10 @@
 // The screen that a dialog comes up on, and what it does when that changes or looks otherwise.
-#include <windows.h>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <shellscalingapi.h>
 
-#include <algorithm>
-#include <functional>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "res/resource.h"
-#include "tests/support/hidden_window.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/window.h"
+#include "tests/support/contrast_theme.h"
+#include "tests/support/unit_test.h"
 #include "win/colors.h"
 #include "win/dialog.h"
 #include "win/geometry.h"
@@ -25,11 +14,8 @@
 namespace win {
 namespace {
 
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using testkit::ModalAnswers;
-using testkit::Window;
+using ::testing::Contains, ::testing::ElementsAre, ::testing::IsEmpty;
+using testkit::ModalAnswers, testkit::Window;
 
 /// A dialog that logs what it is told.
 class ProbeDialog : public Dialog {
@@ -255,16 +241,7 @@ TEST_F(DialogScreenTest, ItsScaleHasTheTextThatItWasGiven) {
 
 class DialogLookTest : public ::testing::Test {
   protected:
-    DialogLookTest()
-        : ask_(FAKE_CALL(SystemParametersInfoW,
-                         [this](UINT what, UINT size, PVOID value, UINT flags) -> WINBOOL {
-                             if (what != SPI_GETHIGHCONTRAST)
-                                 return ORIGINAL_CALL(SystemParametersInfoW)(what, size, value, flags);
-                             static_cast<HIGHCONTRASTW*>(value)->dwFlags = contrast_ ? HCF_HIGHCONTRASTON : 0;
-                             return TRUE;
-                         })) {
-        ForgetColors();
-    }
+    DialogLookTest() : ask_(testkit::ContrastThemeIs(contrast_)) { ForgetColors(); }
     ~DialogLookTest() override {
         ask_.Restore();
         ForgetColors();

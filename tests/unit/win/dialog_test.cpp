@@ -1,19 +1,8 @@
 #include "win/dialog.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <string>
-#include <vector>
-
 #include "dialogs/message_box.h"
 #include "res/resource.h"
-#include "tests/support/hidden_window.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 #include "win/errors.h"
 
 namespace win {

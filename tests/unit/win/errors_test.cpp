@@ -1,14 +1,8 @@
 #include "win/errors.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <stdexcept>
-#include <string>
 #include <type_traits>
-#include <vector>
+
+#include "tests/support/unit_test.h"
 
 namespace win {
 namespace {

@@ -1,26 +1,16 @@
 #include "win/foreground.h"
 
-#include <windows.h>
-
 #include <dwmapi.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <shellapi.h>
 
-#include <algorithm>
-#include <cstring>
 #include <cwchar>
-#include <map>
-#include <string>
 
-#include "tests/support/call_log.h"
-#include "tests/support/recorded_call.h"
+#include "tests/support/other_program.h"
+#include "tests/support/unit_test.h"
 
 namespace win {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using ::testing::ElementsAre, ::testing::IsEmpty;
 
 constexpr WindowTraits kOrdinary{.visible = true, .enabled = true};
 
@@ -159,15 +149,8 @@ TEST_F(WindowOrderTest, TheFrontmostQuestionThatTheUserCanAnswerIsTheShells) {
         return std::all_of(windows_.begin(), windows_.end(),
                            [&](const auto& window) { return call(Number(window.first), argument) != FALSE; });
     }));
-    fakes_.push_back(FAKE_CALL(OpenProcess, [](DWORD access, BOOL inherit, DWORD) {
-        return ORIGINAL_CALL(OpenProcess)(access, inherit, GetCurrentProcessId());
-    }));
     std::wstring program = L"C:\\Windows\\System32\\OpenWith.exe";
-    fakes_.push_back(
-        FAKE_CALL(QueryFullProcessImageNameW, [&](HANDLE, DWORD, LPWSTR name, PDWORD size) -> BOOL {
-            *size = static_cast<DWORD>(program.copy(name, *size));
-            return TRUE;
-        }));
+    const testkit::RecordedCalls runs = testkit::OtherProcessRuns(program);
     windows_[1] = {.visible = false};
     windows_[2] = {.enabled = false};
     windows_[3] = {.minimized = true};

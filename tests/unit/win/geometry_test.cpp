@@ -1,10 +1,6 @@
 #include "win/geometry.h"
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 
 namespace win {
 namespace {

@@ -1,23 +1,14 @@
 #include "win/handles.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <type_traits>
-#include <utility>
-#include <vector>
 
-#include "tests/support/hidden_window.h"
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 
 namespace win {
 namespace {
 
 using ::testing::ElementsAre;
-using testkit::CallLog;
-using testkit::RecordedCall;
+using testkit::CallLog, testkit::RecordedCall;
 
 std::vector<int>& Closed() {
     static std::vector<int> closed;

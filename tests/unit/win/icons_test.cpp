@@ -1,24 +1,14 @@
 #include "win/icons.h"
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-#include <shellapi.h>
-
-#include <string>
-#include <vector>
-
 #include "res/resource.h"
-#include "tests/support/call_log.h"
 #include "tests/support/icon_lists.h"
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 #include "win/process_start.h"
 
 namespace win {
 namespace {
 
-using testkit::RecordedCall;
-using testkit::WidthOf;
+using testkit::RecordedCall, testkit::WidthOf;
 
 constexpr int kGroupType = 14;  // RT_GROUP_ICON
 constexpr COLORREF kRed = RGB(255, 0, 0);
@@ -30,13 +20,9 @@ TEST(IconsTest, AreStoredInTheSizesThatTheyAreDrawnAt) {
         int id;
         int layoutSize;
     };
-    for (const Case& example : {Case{IDI_QUON, 32},
-                                {IDI_QUON, 64},
-                                {IDI_SHELL, 20},
-                                {IDI_PREDEFINED, 20},
-                                {IDI_SETTINGS, 20},
-                                {IDI_GO, 20},
-                                {IDI_INFO, 14}}) {
+    const Case cases[] = {{IDI_QUON, 32},     {IDI_QUON, 64}, {IDI_SHELL, 20}, {IDI_PREDEFINED, 20},
+                          {IDI_SETTINGS, 20}, {IDI_GO, 20},   {IDI_INFO, 14}};
+    for (const Case& example : cases) {
         for (const int percent : {100, 125, 150, 200}) {
             const int size = (example.layoutSize * percent + 50) / 100;
             const HRSRC group = FindResourceW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(example.id),

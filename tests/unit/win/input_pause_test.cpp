@@ -1,10 +1,6 @@
 #include "win/input_pause.h"
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include "tests/support/window.h"
+#include "tests/support/unit_test.h"
 
 namespace win {
 namespace {

@@ -1,10 +1,6 @@
 #include "win/key_repeat.h"
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
-#include <optional>
+#include "tests/support/unit_test.h"
 
 namespace win {
 namespace {

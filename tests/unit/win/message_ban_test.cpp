@@ -1,16 +1,9 @@
 #include "win/message_ban.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
 #include <gtest/gtest-spi.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 #include "res/resource.h"
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 #include "win/dialog.h"
 #include "win/errors.h"
 #include "win/input_pause.h"
@@ -20,8 +13,7 @@
 namespace win {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using ::testing::ElementsAre, ::testing::IsEmpty;
 
 std::vector<std::string> g_breaches;
 

@@ -1,16 +1,8 @@
 #include "win/modal_windows.h"
 
-#include <windows.h>
-
-#include <commctrl.h>
-#include <gtest/gtest.h>
-
-#include <vector>
-
 #include "dialogs/define_tab.h"
 #include "res/resource.h"
-#include "tests/support/hidden_window.h"
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 #include "win/dialog.h"
 #include "win/input_pause.h"
 #include "win/step_back.h"

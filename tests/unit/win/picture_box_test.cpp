@@ -1,20 +1,7 @@
 #include "win/picture_box.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <initializer_list>
-#include <optional>
-#include <set>
-#include <string>
-#include <vector>
-
 #include "tests/support/annotations.h"
-#include "tests/support/hidden_window.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/window.h"
+#include "tests/support/unit_test.h"
 #include "win/errors.h"
 #include "win/handles.h"
 #include "win/text.h"
@@ -23,9 +10,7 @@ namespace win {
 namespace {
 
 using ::testing::ElementsAre;
-using testkit::CallLog;
-using testkit::RecordedCall;
-using testkit::RecordedCalls;
+using testkit::CallLog, testkit::RecordedCall, testkit::RecordedCalls;
 
 constexpr COLORREF kRed = RGB(255, 0, 0);
 constexpr POINT kInside{50, 40};
@@ -252,12 +237,10 @@ TEST_F(PictureBoxTest, TellsWhichModifiersAreHeld) {
         std::set<int> keys;
         int shift;
     };
-    for (const Case& example : {Case{{}, 0},
-                                {{VK_SHIFT}, 1},
-                                {{VK_CONTROL}, 2},
-                                {{VK_SHIFT, VK_CONTROL}, 3},
-                                {{VK_MENU}, 4},
-                                {{VK_SHIFT, VK_CONTROL, VK_MENU}, 7}}) {
+    const Case cases[] = {{{}, 0},           {{VK_SHIFT}, 1},
+                          {{VK_CONTROL}, 2}, {{VK_SHIFT, VK_CONTROL}, 3},
+                          {{VK_MENU}, 4},    {{VK_SHIFT, VK_CONTROL, VK_MENU}, 7}};
+    for (const Case& example : cases) {
         held_ = example.keys;
         EXPECT_EQ(HeldModifiers(), example.shift);
         Send(WM_MOUSEMOVE);

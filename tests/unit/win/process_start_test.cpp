@@ -1,14 +1,6 @@
 #include "win/process_start.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-
-#include "tests/support/paths.h"
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/text.h"
-#include "tests/support/wait.h"
+#include "tests/support/unit_test.h"
 
 namespace {
 

@@ -1,19 +1,10 @@
 #include "win/retry_timer.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <stdexcept>
-#include <vector>
-
-#include "tests/support/hidden_window.h"
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 
 namespace {
 
-using testing::ElementsAre;
+using ::testing::ElementsAre;
 using testkit::RecordedCall;
 
 class RetryTimerTest : public testing::Test {

@@ -1,11 +1,8 @@
 #include "win/scale.h"
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
 #include <shellscalingapi.h>
 
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 
 namespace win {
 namespace {

@@ -1,12 +1,7 @@
 #include "win/scroll_bar.h"
 
-#include <windows.h>
-
-#include <gtest/gtest.h>
-
 #include "tests/support/annotations.h"
-#include "tests/support/hidden_window.h"
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 
 namespace win {
 namespace {

@@ -1,26 +1,14 @@
 #include "win/shell_call.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <shellapi.h>
-
-#include <string_view>
-
-#include "tests/support/call_log.h"
-#include "tests/support/hidden_window.h"
-#include "tests/support/modal_answers.h"
-#include "tests/support/recorded_call.h"
-#include "tests/support/window.h"
+#include "tests/support/other_program.h"
+#include "tests/support/unit_test.h"
 #include "win/process_start.h"
 #include "win/step_back.h"
 
 namespace {
 
-using testing::ElementsAre;
-using testkit::CallLog;
-using testkit::RecordedCall;
-using testkit::Window;
+using ::testing::ElementsAre;
+using testkit::CallLog, testkit::RecordedCall, testkit::Window;
 
 TEST(ShellCallTest, PassesWhatItIsGivenAndLetsAnyProgramComeForward) {
     CallLog log;
@@ -75,17 +63,6 @@ class LaunchQuestionTest : public testing::Test {
             return !open_ || call(question_.Handle(), argument);
         }));
         fakes_.push_back(ANSWER_CALL(IsWindowVisible, TRUE));
-        fakes_.push_back(FAKE_CALL(GetWindowThreadProcessId, [](HWND, LPDWORD process) -> DWORD {
-            *process = 1;
-            return 1;
-        }));
-        fakes_.push_back(FAKE_CALL(OpenProcess, [](DWORD access, BOOL inherit, DWORD) {
-            return ORIGINAL_CALL(OpenProcess)(access, inherit, GetCurrentProcessId());
-        }));
-        fakes_.push_back(FAKE_CALL(QueryFullProcessImageNameW, [](HANDLE, DWORD, LPWSTR name, PDWORD size) {
-            *size = static_cast<DWORD>(std::wstring_view(L"C:\\OpenWith.exe").copy(name, *size));
-            return TRUE;
-        }));
         fakes_.push_back(ANSWER_CALL(ShellExecuteA, reinterpret_cast<HINSTANCE>(33)));
         fakes_.push_back(FAKE_CALL(GetTickCount64, [this] { return now_; }));
         // What an earlier test has opened is over.
@@ -96,6 +73,8 @@ class LaunchQuestionTest : public testing::Test {
     }
 
     const testkit::HiddenWindow question_;
+    const std::wstring program_ = L"C:\\OpenWith.exe";
+    const testkit::RecordedCalls ofProgram_ = testkit::WindowOfProgram(question_.Handle(), program_);
     bool open_ = true;
     ULONGLONG now_ = ~ULONGLONG{0} / 2;
     testkit::RecordedCalls fakes_;
@@ -170,7 +149,7 @@ TEST_F(ShellCallDesktopTest, AQuestionOfTheShellComesUpBeforeTheWindows) {
         EXPECT_FALSE(Window(below_).IsTopmost());
         EXPECT_TRUE(IsAbove(question.Handle(), panel_));
         EXPECT_TRUE(IsAbove(question.Handle(), below_));
-        question.Child(IDOK).Send(BM_CLICK);
+        question.Press(IDOK);
     }});
     const RecordedCall shell = FAKE_CALL(ShellExecuteA, [](HWND owner, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
         MessageBoxW(owner, L"This file came from another computer.", L"Security", MB_OKCANCEL);
@@ -187,7 +166,7 @@ TEST_F(ShellCallDesktopTest, AQuestionOfTheShellComesUpBeforeTheWindows) {
 TEST_F(ShellCallDesktopTest, AWindowThatGoesDuringTheQuestionDoesNoHarm) {
     const testkit::ModalAnswers user({[&](Window question) {
         DestroyWindow(below_);
-        question.Child(IDOK).Send(BM_CLICK);
+        question.Press(IDOK);
     }});
     const RecordedCall shell = FAKE_CALL(ShellExecuteA, [](HWND owner, LPCSTR, LPCSTR, LPCSTR, LPCSTR, INT) {
         MessageBoxW(owner, L"?", L"?", MB_OK);

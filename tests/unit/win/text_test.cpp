@@ -1,14 +1,6 @@
 #include "win/text.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-
-#include "tests/support/hidden_window.h"
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 #include "win/errors.h"
 #include "win/handles.h"
 
@@ -16,8 +8,7 @@ namespace win {
 namespace {
 
 using ::testing::ElementsAre;
-using testkit::CallLog;
-using testkit::RecordedCall;
+using testkit::CallLog, testkit::RecordedCall;
 
 TEST(TextTest, GoesToWideAndBackInEveryScript) {
     for (const std::string text : {"", "plain", "čćž ÄÖÜ", "Ћирилица", "中文 한국어", "😀", "a\tb\nc"})

@@ -1,19 +1,10 @@
 #include "win/trace.h"
 
-#include <windows.h>
-
-#include <gmock/gmock.h>
-
-#include <string>
-#include <vector>
-
-#include "tests/support/program_folder.h"
-#include "tests/support/recorded_call.h"
+#include "tests/support/unit_test.h"
 
 namespace {
 
-using ::testing::IsEmpty;
-using ::testing::MatchesRegex;
+using ::testing::IsEmpty, ::testing::MatchesRegex;
 
 class TraceTest : public ::testing::Test {
   protected:
