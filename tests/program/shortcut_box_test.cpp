@@ -6,7 +6,7 @@
 namespace testkit {
 namespace {
 
-using ::testing::Contains, ::testing::ElementsAre, ::testing::IsEmpty, ::testing::SizeIs;
+using ::testing::Contains, ::testing::IsEmpty;
 
 class ShortcutBoxProgramTest : public QuonTest {
   protected:

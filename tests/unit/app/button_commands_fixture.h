@@ -64,12 +64,10 @@ class ButtonCommandsFixture : public PanelParts {
         log_.Clear();
     }
 
-    /// Answers a note with its button after comparing its text.
-    static testkit::ModalAnswers::Step Note(const std::string& text) {
-        return [text](testkit::Window box) {
-            EXPECT_EQ(box.Child(dialogs::frmMsg::l1).Text(), text);
-            box.Press(dialogs::frmMsg::b1 + 0);
-        };
+    /// Carries a file command out on the current button, which ends with a note of this text.
+    void RunAndRead(int command, const std::string& note) {
+        const testkit::ModalAnswers user({testkit::Note(note)});
+        commands_.RunFileCommand(command, state_.CurrentPlace());
     }
 
     static constexpr const char* kDone = "Operation completed.";

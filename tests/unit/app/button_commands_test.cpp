@@ -71,7 +71,7 @@ TEST_F(ButtonCommandsDesktopTest, MakeThePanelTopmostAgainAfterAPicker) {
 TEST_F(ButtonCommandsDesktopTest, RefuseATargetThatCannotBeReadBackWhole) {
     Load("[Settings]\r\n");
     const std::string before = folder_.IniBytes();
-    const ModalAnswers user({Note("Couldn't make this shortcut, sorry.")});
+    const ModalAnswers user({testkit::Note("Couldn't make this shortcut, sorry.")});
     commands_.Assign("C:\\" + std::string(552, 'x'), state_.CurrentPlace());
     EXPECT_EQ(folder_.IniBytes(), before);
 }

@@ -12,7 +12,6 @@ namespace app {
 namespace {
 
 using ::testing::ElementsAre, ::testing::IsEmpty;
-using testkit::IniText;
 
 class ButtonRenameTest : public PanelParts {
   protected:

@@ -38,7 +38,16 @@ TEST(HoverWaitsTest, NamesTheWindowUnderTheMouseByAtMost99Characters) {
 }
 
 /// A docked window, and the mouse on its strip.
-class DockedTest : public DockingTest {};
+class DockedTest : public DockingTest {
+  protected:
+    /// A hover in whose every pause a message comes, which has this happen.
+    void HoverWhile(std::int32_t delay, std::function<void()> event) {
+        DockUnderTheMouse(delay);
+        onSleep_ = [this] { PostMessageW(window_, WM_APP, 0, 0); };
+        onEvent_ = std::move(event);
+        dock_.OnHover();
+    }
+};
 
 TEST_F(DockedTest, ComesOutAfterTheHoverDelay) {
     DockUnderTheMouse(300);
@@ -90,19 +99,13 @@ TEST_F(DockedTest, IgnoresAHoverWhileItIsOut) {
 }
 
 TEST_F(DockedTest, LetsEventsRunAfterEachWait) {
-    DockUnderTheMouse(200);
-    onSleep_ = [this] { PostMessageW(window_, WM_APP, 0, 0); };
-    onEvent_ = [this] { log_.Add("event"); };
-    dock_.OnHover();
+    HoverWhile(200, [this] { log_.Add("event"); });
     EXPECT_THAT(log_.Lines(),
                 ElementsAre("Sleep 100", "event", "Sleep 100", "event", "place 350 300", kTopmost));
 }
 
 TEST_F(DockedTest, WaitsOnlyOnceForTheMovesDuringAWait) {
-    DockUnderTheMouse(200);
-    onSleep_ = [this] { PostMessageW(window_, WM_APP, 0, 0); };
-    onEvent_ = [this] { dock_.OnHover(); };
-    dock_.OnHover();
+    HoverWhile(200, [this] { dock_.OnHover(); });
     EXPECT_EQ(log_.Count("Sleep"), 2u);
     EXPECT_EQ(log_.Count("place"), 1u);
     // The next hover waits again.
@@ -113,18 +116,12 @@ TEST_F(DockedTest, WaitsOnlyOnceForTheMovesDuringAWait) {
 }
 
 TEST_F(DockedTest, DoesNotComeOutTwiceWhenItWasShownDuringTheWait) {
-    DockUnderTheMouse(100);
-    onSleep_ = [this] { PostMessageW(window_, WM_APP, 0, 0); };
-    onEvent_ = [this] { dock_.ShowQuon(true, false); };
-    dock_.OnHover();
+    HoverWhile(100, [this] { dock_.ShowQuon(true, false); });
     EXPECT_EQ(log_.Count("place"), 1u);
 }
 
 TEST_F(DockedTest, StopsWaitingAsSoonAsItIsOutByOtherMeans) {
-    DockUnderTheMouse(60000);
-    onSleep_ = [this] { PostMessageW(window_, WM_APP, 0, 0); };
-    onEvent_ = [this] { dock_.ShowQuon(true, false); };
-    dock_.OnHover();
+    HoverWhile(60000, [this] { dock_.ShowQuon(true, false); });
     EXPECT_EQ(log_.Count("Sleep"), 1u);
     EXPECT_FALSE(dock_.Hidden());
 }
@@ -140,10 +137,7 @@ TEST_F(DockedTest, StopsWaitingWhenTheProgramEndsAndPassesTheEndOn) {
 }
 
 TEST_F(DockedTest, StopsWaitingWhenTheWindowIsGone) {
-    DockUnderTheMouse(500);
-    onSleep_ = [this] { PostMessageW(window_, WM_APP, 0, 0); };
-    onEvent_ = [this] { DestroyWindow(window_); };
-    dock_.OnHover();
+    HoverWhile(500, [this] { DestroyWindow(window_); });
     EXPECT_THAT(log_.Lines(), ElementsAre("Sleep 100"));
 }
 
@@ -161,10 +155,7 @@ TEST_F(DockedTest, ComesOutForAClickOnlyWhenDockedAndSwitchedOn) {
 }
 
 TEST_F(DockedTest, AHoverThatIsAbandonedBringsNothingOut) {
-    DockUnderTheMouse(500);
-    onSleep_ = [this] { PostMessageW(window_, WM_APP, 0, 0); };
-    onEvent_ = [this] { dock_.AbandonHover(); };
-    dock_.OnHover();
+    HoverWhile(500, [this] { dock_.AbandonHover(); });
     EXPECT_THAT(log_.Lines(), ElementsAre("Sleep 100"));
     EXPECT_TRUE(dock_.Hidden());
 }

@@ -12,7 +12,7 @@
 namespace app {
 namespace {
 
-using ::testing::ElementsAre, ::testing::IsEmpty;
+using ::testing::ElementsAre;
 using testkit::ModalAnswers, testkit::Window;
 
 using FileOperationsDesktopTest = ButtonCommandsFixture;
@@ -21,13 +21,9 @@ TEST_F(FileOperationsDesktopTest, CopyIntoThePickedFolderAndLeaveTheButton) {
     LoadSingle("C:\\Док\\a.txt");
     answer_ = "D:\\циљ";
     const std::string before = folder_.IniBytes();
-    {
-        const ModalAnswers user({Note(kDone)});
-        commands_.RunFileCommand(kCopyTo, state_.CurrentPlace());
-    }
+    RunAndRead(kCopyTo, kDone);
     result_ = 5;
-    const ModalAnswers user({Note(kFailed)});
-    commands_.RunFileCommand(kCopyTo, state_.CurrentPlace());
+    RunAndRead(kCopyTo, kFailed);
     EXPECT_EQ(folder_.IniBytes(), before);
     EXPECT_EQ(log_.Count("operation 2 C:\\Док\\a.txt > D:\\циљ"), 2u);
 }
@@ -48,8 +44,7 @@ TEST_F(FileOperationsDesktopTest, PointTheButtonToTheMovedFileEvenIfItCouldNotBe
         answer_ = "D:\\циљ";
         result_ = result;
         meanwhile_ = [this] { state_.Context.Select(4); };
-        const ModalAnswers user({Note(result == 0 ? kDone : kFailed)});
-        commands_.RunFileCommand(kMoveTo, state_.CurrentPlace());
+        RunAndRead(kMoveTo, result == 0 ? kDone : kFailed);
         EXPECT_EQ(state_.Button(1).FilePath, "D:\\циљ\\a b.txt");
         EXPECT_EQ(state_.TipButton, 0);
         EXPECT_EQ(folder_.IniValue("Buttons", "11"), "D:\\циљ\\a b.txt|2");
@@ -66,8 +61,7 @@ TEST_F(FileOperationsDesktopTest, FollowAFileThatWasMovedWithEverythingThatLeads
     win::SetTopmost(true, host_.Handle());
     answer_ = folder_.FullPath("циљ");
     meanwhile_ = [&] { MoveFileW(testkit::Wide(path).c_str(), testkit::Wide(moved).c_str()); };
-    const ModalAnswers user({Note(kDone)});
-    commands_.RunFileCommand(kMoveTo, state_.CurrentPlace());
+    RunAndRead(kMoveTo, kDone);
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), moved + "|2");
     EXPECT_EQ(folder_.IniValue("Cuts", moved), moved);
     EXPECT_EQ(folder_.IniValue("Cuts", "Име"), moved);
@@ -89,8 +83,7 @@ TEST_F(FileOperationsDesktopTest, ChangeNoShortcutWhenTheFileStayedWhereItWas) {
         for (const int result : {2, 0}) {
             LoadSingle(path);
             result_ = result;
-            const ModalAnswers user({Note(result == 0 ? kDone : kFailed)});
-            commands_.RunFileCommand(kMoveTo, state_.CurrentPlace());
+            RunAndRead(kMoveTo, result == 0 ? kDone : kFailed);
             EXPECT_EQ(folder_.IniValue("Buttons", "11"), other + "|2");
             EXPECT_EQ(folder_.IniValue("Cuts", "Име"), path);
             EXPECT_EQ(folder_.IniValue("Cuts", other), path);
@@ -117,8 +110,7 @@ TEST_F(FileOperationsDesktopTest, FollowAFileThatIsThereWhateverElseCannotBeSeen
                                         return FALSE;
                                     });
         meanwhile_ = [&] { MoveFileW(testkit::Wide(path).c_str(), testkit::Wide(moved).c_str()); };
-        const ModalAnswers user({Note(failed ? kFailed : kDone)});
-        commands_.RunFileCommand(kMoveTo, state_.CurrentPlace());
+        RunAndRead(kMoveTo, failed ? kFailed : kDone);
         EXPECT_EQ(folder_.IniValue("Buttons", "11"), moved + "|2") << failed;
         EXPECT_EQ(folder_.IniValue("Cuts", moved), moved) << failed;
         EXPECT_EQ(folder_.IniValue("Cuts", "Име"), moved) << failed;
@@ -135,8 +127,7 @@ TEST_F(FileOperationsDesktopTest, FollowAMovedFileAsSoonAsThatCanBeStored) {
     {
         const testkit::HeldFile held(folder_.IniPath());
         meanwhile_ = [&] { MoveFileW(testkit::Wide(path).c_str(), testkit::Wide(moved).c_str()); };
-        const ModalAnswers user({Note(kDone)});
-        commands_.RunFileCommand(kMoveTo, state_.CurrentPlace());
+        RunAndRead(kMoveTo, kDone);
         meanwhile_ = nullptr;
         EXPECT_EQ(state_.Button(1).FilePath, moved) << "it opens its file";
     }
@@ -156,8 +147,7 @@ TEST_F(FileOperationsDesktopTest, LeaveAButtonAloneThatGotSomethingElseMeanwhile
     for (const int command : {kMoveTo, kRecycle, kDelete}) {
         LoadSingle(path);
         meanwhile_ = [this] { EXPECT_TRUE(state_.Store().PutRecord({1, 1}, "Other|0")); };
-        const ModalAnswers user({Note(kDone)});
-        commands_.RunFileCommand(command, state_.CurrentPlace());
+        RunAndRead(command, kDone);
         EXPECT_EQ(folder_.IniValue("Buttons", "11"), "Other|0") << command;
     }
 }
@@ -165,8 +155,7 @@ TEST_F(FileOperationsDesktopTest, LeaveAButtonAloneThatGotSomethingElseMeanwhile
 TEST_F(FileOperationsDesktopTest, PointToAFileInARootByOneSeparator) {
     LoadSingle("C:\\Док\\a.txt");
     answer_ = "D:\\";
-    const ModalAnswers user({Note(kDone)});
-    commands_.RunFileCommand(kMoveTo, state_.CurrentPlace());
+    RunAndRead(kMoveTo, kDone);
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "D:\\a.txt|2");
 }
 
@@ -197,7 +186,7 @@ TEST_F(FileOperationsDesktopTest, RenameWithTheOldExtensionOrTheNewOne) {
                  state_.Context.Select(3);
                  box.Press(dialogs::frmMsg::b1 + 0);
              },
-             Note(kDone)});
+             testkit::Note(kDone)});
         commands_.RunFileCommand(kRename, state_.CurrentPlace());
         EXPECT_EQ(log_.Count(std::string("operation 1 ") + it.path + " > " + it.renamed), 1u) << log_.Text();
         EXPECT_EQ(state_.Button(1).FilePath, it.renamed);
@@ -209,7 +198,8 @@ TEST_F(FileOperationsDesktopTest, RenameWithTheOldExtensionOrTheNewOne) {
 TEST_F(FileOperationsDesktopTest, PointTheButtonToTheNewNameEvenIfTheFileKeptItsOwn) {
     LoadSingle("C:\\Док\\report.txt");
     result_ = 2;
-    const ModalAnswers user({testkit::TypeAndPress("notes", dialogs::frmMsg::b1 + 0), Note(kFailed)});
+    const ModalAnswers user(
+        {testkit::TypeAndPress("notes", dialogs::frmMsg::b1 + 0), testkit::Note(kFailed)});
     commands_.RunFileCommand(kRename, state_.CurrentPlace());
     EXPECT_EQ(state_.Button(1).FilePath, "C:\\Док\\notes.txt");
     EXPECT_EQ(folder_.IniValue("Buttons", "11"), "C:\\Док\\notes.txt|2");
@@ -230,7 +220,8 @@ TEST_F(FileOperationsDesktopTest, RefuseANameThatWouldLeadElsewhere) {
     LoadSingle("C:\\a.txt");
     const std::string before = folder_.IniBytes();
     for (const char* name : {"..\\b", "b/c", "..", " . ", "D:b", "*.txt", "b?", "\"b\"", "<b", "b>", "b|c"}) {
-        const ModalAnswers user({testkit::TypeAndPress(name, dialogs::frmMsg::b1 + 0), Note(kFailed)});
+        const ModalAnswers user(
+            {testkit::TypeAndPress(name, dialogs::frmMsg::b1 + 0), testkit::Note(kFailed)});
         commands_.RunFileCommand(kRename, state_.CurrentPlace());
     }
     EXPECT_EQ(folder_.IniBytes(), before);
@@ -251,15 +242,13 @@ TEST_F(FileOperationsDesktopTest, DoNothingToAFileThatTheButtonCouldNotFollow) {
     answer_ = "D:\\" + Han(552 - 7);
     LoadSingle("C:\\a.txt");
     const std::string before = folder_.IniBytes();
-    {
-        const ModalAnswers user({Note(kFailed)});
-        commands_.RunFileCommand(kMoveTo, state_.CurrentPlace());
-    }
+    RunAndRead(kMoveTo, kFailed);
     EXPECT_EQ(folder_.IniBytes(), before);
     const std::string folder = "C:\\" + Han(300);
     LoadSingle(folder + "\\a.txt");
     const std::string second = folder_.IniBytes();
-    const ModalAnswers user({testkit::TypeAndPress(Han(249), dialogs::frmMsg::b1 + 0), Note(kFailed)});
+    const ModalAnswers user(
+        {testkit::TypeAndPress(Han(249), dialogs::frmMsg::b1 + 0), testkit::Note(kFailed)});
     commands_.RunFileCommand(kRename, state_.CurrentPlace());
     EXPECT_EQ(folder_.IniBytes(), second);
     EXPECT_EQ(log_.Count("operation"), 0u);
@@ -272,8 +261,7 @@ TEST_F(FileOperationsDesktopTest, FollowAFileToTheLongestPathThatCanBeStored) {
     answer_ = folder + "xx";
     LoadSingle(folder_.MakeFile("a.txt"));
     meanwhile_ = [this] { DeleteFileA(folder_.FullPath("a.txt").c_str()); };
-    const ModalAnswers user({Note(kDone)});
-    commands_.RunFileCommand(kMoveTo, state_.CurrentPlace());
+    RunAndRead(kMoveTo, kDone);
     EXPECT_EQ(log_.Count("operation"), 1u);
     EXPECT_EQ(state_.Button(1).FilePath, answer_ + "\\a.txt");
     EXPECT_EQ(state_.Button(1).FilePath.size(), 554u);
@@ -284,8 +272,7 @@ TEST_F(FileOperationsDesktopTest, FreeTheButtonOfARecycledFileEvenIfItFailed) {
         LoadSingle("C:\\a.txt");
         result_ = result;
         meanwhile_ = [this] { state_.Context.Select(4); };
-        const ModalAnswers user({Note(result == 0 ? kDone : kFailed)});
-        commands_.RunFileCommand(kRecycle, state_.CurrentPlace());
+        RunAndRead(kRecycle, result == 0 ? kDone : kFailed);
         EXPECT_TRUE(InOrder(log_, {"operation 3 C:\\a.txt > nowhere", "topmost", "write 11 "}));
         EXPECT_TRUE(state_.Button(1).IsFree());
         EXPECT_EQ(Window(Button(1)).Text(), "Empty");
@@ -298,8 +285,7 @@ TEST_F(FileOperationsDesktopTest, FreeTheButtonOfARecycledFileEvenIfItFailed) {
 TEST_F(FileOperationsDesktopTest, DeleteAFileOnceThePanelIsNoLongerTopmost) {
     LoadSingle("C:\\a.txt");
     state_.TipButton = 1;
-    const ModalAnswers user({Note(kDone)});
-    commands_.RunFileCommand(kDelete, state_.CurrentPlace());
+    RunAndRead(kDelete, kDone);
     EXPECT_THAT(log_.Lines(), ElementsAre("not topmost", "operation 3 C:\\a.txt > nowhere", "write 11 "));
     EXPECT_FALSE(Window(host_.Handle()).IsTopmost()) << "until the panel is shown the next time";
     EXPECT_TRUE(state_.Button(1).IsFree());

@@ -1,6 +1,5 @@
 #include "app/panel_menus.h"
 
-#include "dialogs/message_box.h"
 #include "model/text_shortcut.h"
 #include "tests/unit/app/panel_menus_fixture.h"
 

@@ -14,8 +14,6 @@
 namespace app {
 namespace {
 
-using testkit::RecordedCall;
-
 constexpr int kNeighboursDpi = 144;
 
 /// A screen of 150 % beyond one edge of the primary one, which has 100 %.

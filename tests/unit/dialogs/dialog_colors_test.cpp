@@ -2,7 +2,6 @@
 
 #include "dialogs/define_tab.h"
 #include "dialogs/icon_chooser.h"
-#include "dialogs/message_box.h"
 #include "dialogs/options.h"
 #include "tests/unit/app/every_window.h"
 #include "tests/unit/dialogs/dialog_parts.h"

@@ -3,7 +3,6 @@
 
 #include "dialogs/edit_group.h"
 #include "dialogs/edit_shortcut.h"
-#include "dialogs/message_box.h"
 #include "dialogs/organize_shortcuts.h"
 #include "res/resource.h"
 #include "tests/support/paint_log.h"

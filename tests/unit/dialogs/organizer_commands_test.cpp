@@ -1,5 +1,6 @@
 // The commands of the organiser: deleting and editing.
 
+#include "dialogs/message_box.h"
 #include "tests/support/ini_writes.h"
 #include "tests/unit/dialogs/organize_shortcuts_fixture.h"
 

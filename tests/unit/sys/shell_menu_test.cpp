@@ -7,7 +7,7 @@
 namespace {
 
 using ::testing::Contains, ::testing::ElementsAre, ::testing::ElementsAreArray, ::testing::Not;
-using testkit::CallLog, testkit::RecordedCall;
+using testkit::RecordedCall;
 
 const std::string kMyComputer = "::{20D04FE0-3AEA-1069-A2D8-08002B30309D}";
 const std::string kControlPanel = kMyComputer + "\\::{21EC2020-3AEA-1069-A2DD-08002B30309D}";

@@ -1,7 +1,5 @@
 #include "win/colors.h"
 
-#include <cmath>
-
 #include "tests/support/unit_test.h"
 
 namespace win {
@@ -11,23 +9,6 @@ using testkit::RecordedCall;
 
 constexpr COLORREF kWhite = RGB(255, 255, 255);
 constexpr COLORREF kDialogGround = RGB(0xF0, 0xF0, 0xF0);
-
-double Linear(int part) {
-    const double value = part / 255.0;
-    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-}
-
-double Luminance(COLORREF color) {
-    return 0.2126 * Linear(GetRValue(color)) + 0.7152 * Linear(GetGValue(color)) +
-           0.0722 * Linear(GetBValue(color));
-}
-
-/// The contrast: 1 for one colour on itself, 21 for black on white.
-double Contrast(COLORREF one, COLORREF other) {
-    const double a = Luminance(one) + 0.05;
-    const double b = Luminance(other) + 0.05;
-    return std::max(a, b) / std::min(a, b);
-}
 
 RecordedCall Theme(bool contrast) {
     ForgetColors();
@@ -89,18 +70,6 @@ TEST_F(ColorsTest, AskForTheThemeOnceUntilItMayHaveChanged) {
     const RecordedCall refused = ANSWER_CALL(SystemParametersInfoW, FALSE);
     ForgetColors();
     EXPECT_FALSE(ContrastTheme());
-}
-
-TEST_F(ColorsTest, OfTextAreReadableOnTheirGround) {
-    constexpr double kReadable = 4.5;
-    EXPECT_GE(Contrast(PlainColor(Color::kLabel), kDialogGround), kReadable);
-    EXPECT_GE(Contrast(PlainColor(Color::kLink), kDialogGround), kReadable);
-    for (const Color ground : {Color::kEvenRow, Color::kOddRow, Color::kQuietBar}) {
-        EXPECT_GE(Contrast(PlainColor(Color::kRemark), PlainColor(ground)), kReadable);
-        EXPECT_GE(Contrast(RGB(0, 0, 0), PlainColor(ground)), kReadable);
-    }
-    EXPECT_GE(Contrast(RGB(0, 0, 0), PlainColor(Color::kTipGround)), kReadable);
-    EXPECT_GE(Contrast(PlainColor(Color::kFree), PlainColor(Color::kOddRow)), kReadable);
 }
 
 TEST_F(ColorsTest, KnowsADarkGround) {

@@ -14,7 +14,7 @@
 namespace win {
 namespace {
 
-using ::testing::Contains, ::testing::ElementsAre, ::testing::IsEmpty;
+using ::testing::ElementsAre, ::testing::IsEmpty;
 using testkit::ModalAnswers, testkit::Window;
 
 /// A dialog that logs what it is told.
