@@ -159,20 +159,15 @@ TEST_F(AddToButtonTest, ReplacingAGroupTakesTheSwitchWithoutAWarning) {
     EXPECT_EQ(state_.Button(1).Switch, "/new");
 }
 
-TEST_F(AddToButtonTest, MakesATypedGroupNameStorable) {
-    StartUsed();
-    Record({" [a=b|c "});
-    EXPECT_TRUE(Add(other_, "Other"));
-    EXPECT_EQ(Ini("Buttons", "21"), "a-b-c|0");
-    EXPECT_EQ(Ini("Cuts", "a-b-c"), file_ + "|" + other_);
-}
-
-TEST_F(AddToButtonTest, KeepsTheButtonsNameWhenNothingOfTheTypedOneCanBeStored) {
-    StartUsed();
-    Record({" ;[ "});
-    EXPECT_TRUE(Add(other_, "Other"));
-    EXPECT_EQ(Ini("Buttons", "21"), "Notes|0");
-    EXPECT_EQ(Ini("Cuts", "Notes"), file_ + "|" + other_);
+TEST_F(AddToButtonTest, MakesATypedGroupNameStorableOrKeepsTheButtonsName) {
+    for (const auto& [typed, name] : {std::pair{" [a=b|c ", "a-b-c"}, std::pair{" ;[ ", "Notes"}}) {
+        StartUsed();
+        Record({typed});
+        EXPECT_TRUE(Add(other_, "Other"));
+        EXPECT_EQ(Ini("Buttons", "21"), std::string(name) + "|0");
+        EXPECT_EQ(Ini("Cuts", name), file_ + "|" + other_);
+        StopRecording();
+    }
 }
 
 TEST_F(AddToButtonTest, OverwritesATargetOfTheSameName) {

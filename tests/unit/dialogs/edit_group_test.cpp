@@ -155,19 +155,24 @@ TEST_F(EditGroupTest, AGroupThatCannotBeReadIsNotEdited) {
     EXPECT_TRUE(editor_.PrepareWindow("Work"));
 }
 
-TEST_F(EditGroupTest, ANameThatDiffersInItsCaseOnlyIsAnotherName) {
-    Load("[Buttons]\r\n23=Work|7\r\n[Cuts]\r\nWork=C:\\a|C:\\b\r\n");
-    EditAndApply("Work", [](Window dialog) { dialog.Child(frmEditB::t1 + 0).SetText("WORK"); });
-    EXPECT_EQ(folder_.IniValue("Buttons", "23"), "WORK|0");
-    EXPECT_THAT(folder_.Ini().Keys("Cuts"), ElementsAre("WORK"));
-    EXPECT_EQ(Stored("WORK"), "C:\\a|C:\\b");
-}
-
-TEST_F(EditGroupTest, ATakenNameIsWrittenOver) {
-    Load("[Cuts]\r\nOther=C:\\o\r\nWork=C:\\a|C:\\b\r\n");
-    EditAndApply("Work", [](Window dialog) { dialog.Child(frmEditB::t1 + 0).SetText("Other"); });
-    EXPECT_THAT(folder_.Ini().Keys("Cuts"), ElementsAre("Other"));
-    EXPECT_EQ(Stored("Other"), "C:\\a|C:\\b");
+TEST_F(EditGroupTest, ATypedNameIsMadeStorableAndWritesOverATakenOne) {
+    const struct {
+        const char* typed;
+        std::string name;
+        std::vector<std::string> keys;
+    } cases[] = {{"WORK", "WORK", {"Other", "WORK"}},  // in another case it is another name
+                 {"Other", "Other", {"Other"}},
+                 {" [a=b|c ", "a-b-c", {"Other", "a-b-c"}},
+                 {"  ", "Work", {"Other", "Work"}}};
+    for (const auto& [typed, name, keys] : cases) {
+        SCOPED_TRACE(typed);
+        Load("[Buttons]\r\n23=Work|7\r\n[Cuts]\r\nOther=C:\\o\r\nWork=C:\\a|C:\\b\r\n");
+        EditAndApply("Work", [text = typed](Window dialog) { dialog.Child(frmEditB::t1 + 0).SetText(text); });
+        EXPECT_EQ(editor_.StoredName(), name);
+        EXPECT_EQ(folder_.Ini().Keys("Cuts"), keys);
+        EXPECT_EQ(Stored(name), "C:\\a|C:\\b");
+        EXPECT_EQ(folder_.IniValue("Buttons", "23"), name == "Work" ? "Work|7" : name + "|0");
+    }
 }
 
 TEST_F(EditGroupTest, AnUnchangedNameLeavesTheButtonsRecordAlone) {
@@ -175,21 +180,6 @@ TEST_F(EditGroupTest, AnUnchangedNameLeavesTheButtonsRecordAlone) {
     EditAndApply("Work", [](Window) {});
     EXPECT_EQ(folder_.IniValue("Buttons", "23"), "Work|7");
     EXPECT_EQ(context_.Records.At("23"), "Work|7");
-}
-
-TEST_F(EditGroupTest, ANameThatCannotBeStoredIsMadeStorable) {
-    Load("[Cuts]\r\nWork=C:\\a\r\n");
-    EditAndApply("Work", [](Window dialog) { dialog.Child(frmEditB::t1 + 0).SetText(" [a=b|c "); });
-    EXPECT_EQ(editor_.StoredName(), "a-b-c");
-    EXPECT_EQ(Stored("a-b-c"), "C:\\a");
-    EXPECT_EQ(Stored("Work"), "none");
-}
-
-TEST_F(EditGroupTest, AnEmptyNameKeepsTheOldOne) {
-    Load("[Cuts]\r\nWork=C:\\a\r\n");
-    EditAndApply("Work", [](Window dialog) { dialog.Child(frmEditB::t1 + 0).SetText("  "); });
-    EXPECT_EQ(editor_.StoredName(), "Work");
-    EXPECT_EQ(Stored("Work"), "C:\\a");
 }
 
 TEST_F(EditGroupTest, WithoutAnyNameNothingIsStoredAndTheEditorStaysOpen) {

@@ -115,65 +115,47 @@ TEST_F(TabTest, WithoutAHeaderALabelIsOnlyKept) {
 }
 
 TEST_F(TabTest, TheContentNumbersTheUsedButtons) {
-    folder_.WriteIniText(
-        "[Buttons]\r\n30=Work|x\r\n32=Нота|0\r\n33=\r\n35=Двоје|0\r\n39=last|2\r\n22=other|0\r\n42=other|"
-        "0\r\n"
-        "[Cuts]\r\nНота=C:\\Нота "
-        "文.txt\r\nДвоје=C:\\a|C:\\b\r\nlast=http://example.org/\r\nother=C:\\other\r\n");
-    EXPECT_EQ(tab_.Content(), "2. C:\\Нота 文.txt\n5. Group: Двоје\n9. http://example.org/");
+    EXPECT_EQ(tab_.Content(), "") << "without a file";
+    const std::pair<const char*, const char*> contents[] = {
+        {"[Buttons]\r\n30=Work|x\r\n32=Нота|0\r\n33=\r\n35=Двоје|0\r\n39=last|2\r\n22=other|0\r\n42=other|"
+         "0\r\n"
+         "[Cuts]\r\nНота=C:\\Нота "
+         "文.txt\r\nДвоје=C:\\a|C:\\b\r\nlast=http://example.org/\r\nother=C:\\other\r\n",
+         "2. C:\\Нота 文.txt\n5. Group: Двоје\n9. http://example.org/"},
+        {"[Buttons]\r\n30=Work|x\r\n31=\r\n", ""},
+        // A group under its own key, and a shortcut that is gone.
+        {"[Buttons]\r\n34=Group\r\n[Cuts]\r\n34=C:\\a|C:\\b\r\n", "4. Group: 34"},
+        {"[Buttons]\r\n31=gone|0\r\n", "1. "}};
+    for (const auto& [ini, content] : contents) {
+        folder_.WriteIniText(ini);
+        EXPECT_EQ(tab_.Content(), content) << ini;
+    }
 }
 
-TEST_F(TabTest, TheContentOfAnUnusedTabIsEmpty) {
-    EXPECT_EQ(tab_.Content(), "");
-    folder_.WriteIniText("[Buttons]\r\n30=Work|x\r\n31=\r\n");
-    EXPECT_EQ(tab_.Content(), "");
-}
-
-TEST_F(TabTest, TheContentListsAGroupStoredUnderItsOwnKey) {
-    folder_.WriteIniText("[Buttons]\r\n34=Group\r\n[Cuts]\r\n34=C:\\a|C:\\b\r\n");
-    EXPECT_EQ(tab_.Content(), "4. Group: 34");
-}
-
-TEST_F(TabTest, TheContentKeepsTheLineOfAShortcutThatIsGone) {
-    folder_.WriteIniText("[Buttons]\r\n31=gone|0\r\n");
-    EXPECT_EQ(tab_.Content(), "1. ");
-}
-
-TEST_F(TabTest, TheTipHoldsLabelAndContent) {
-    folder_.WriteIniText("[Buttons]\r\n31=a|0\r\n[Cuts]\r\na=C:\\a.txt\r\n");
-    tab_.INIstring("Work|All of it");
-    tab_.ShowTip(false);
-    EXPECT_EQ(tab_.Tip().Title(), "Work");
-    EXPECT_EQ(tab_.Tip().TipText(), "1. C:\\a.txt");
-    EXPECT_EQ(tab_.Tip().ParentControl(), header_.Handle());
-    EXPECT_TRUE(IsWindow(tab_.Tip().Handle()));
-}
-
-TEST_F(TabTest, TheTipOfAnUnusedTabHasATitleAlone) {
-    tab_.INIstring("Work|All of it");
-    tab_.ShowTip(false);
-    EXPECT_EQ(tab_.Tip().Title(), "Work");
-    EXPECT_EQ(tab_.Tip().TipText(), "");
-}
-
-TEST_F(TabTest, TheTipHoldsTheDescriptionWhenThatIsWanted) {
-    folder_.WriteIniText("[Buttons]\r\n31=a|0\r\n[Cuts]\r\na=C:\\a.txt\r\n");
-    config::Settings.TabDescriptions = true;
-    tab_.INIstring("Work|Све|of it");
-    tab_.ShowTip(false);
-    EXPECT_EQ(tab_.Tip().Title(), "Work");
-    EXPECT_EQ(tab_.Tip().TipText(), "Све|of it");
-}
-
-TEST_F(TabTest, TheTipOffersToDescribeATab) {
-    config::Settings.TabDescriptions = true;
-    tab_.ShowTip(false);
-    EXPECT_EQ(tab_.Tip().Title(), "");
-    EXPECT_EQ(tab_.Tip().TipText(), "Right-click to define tab");
-    tab_.INIstring("Work|");
-    tab_.ShowTip(false);
-    EXPECT_EQ(tab_.Tip().Title(), "Work");
-    EXPECT_EQ(tab_.Tip().TipText(), "Right-click to define tab");
+TEST_F(TabTest, TheTipHoldsTheLabelWithTheContentOrTheDescription) {
+    const std::string used = "[Buttons]\r\n31=a|0\r\n[Cuts]\r\na=C:\\a.txt\r\n";
+    const struct {
+        std::string ini;
+        bool descriptions;
+        const char* record;
+        const char* title;
+        const char* text;
+    } cases[] = {{"", true, "", "", "Right-click to define tab"},
+                 {used, false, "Work|All of it", "Work", "1. C:\\a.txt"},
+                 {"", false, "Work|All of it", "Work", ""},
+                 {used, true, "Work|Све|of it", "Work", "Све|of it"},
+                 {"", true, "Work|", "Work", "Right-click to define tab"}};
+    for (const auto& [ini, descriptions, record, title, text] : cases) {
+        SCOPED_TRACE(record);
+        folder_.WriteIniText(ini);
+        config::Settings.TabDescriptions = descriptions;
+        tab_.INIstring(record);
+        tab_.ShowTip(false);
+        EXPECT_EQ(tab_.Tip().Title(), title);
+        EXPECT_EQ(tab_.Tip().TipText(), text);
+        EXPECT_EQ(tab_.Tip().ParentControl(), header_.Handle());
+        EXPECT_TRUE(IsWindow(tab_.Tip().Handle()));
+    }
 }
 
 TEST_F(TabTest, ASuppressedTipKeepsOnlyItsTitle) {
