@@ -8,7 +8,6 @@
 
 #include "config/ini.h"
 #include "config/ini_unit.h"
-#include "config/patience.h"
 #include "model/launching.h"
 #include "model/probe_file.h"
 #include "model/storable_name.h"
@@ -20,7 +19,6 @@
 namespace model {
 namespace {
 
-constexpr DWORD kStorePatience = 2000;   // milliseconds
 constexpr size_t kLongestKeyName = 255;  // characters, which may take four bytes each
 
 /// Whether the extension can end a file's name. With a separator or a ":" in it the probe would be a
@@ -55,8 +53,6 @@ bool clsCollectedApps::CreateAppList() {
 }
 
 bool clsCollectedApps::Store() const {
-    // All this took its time, so it is not to be in vain for a file that is held for a moment longer.
-    const config::LongPatience patience(kStorePatience);
     // Only now, because the questions above may let messages run.
     config::IniUnit unit;
     for (const std::string& program : programs_)

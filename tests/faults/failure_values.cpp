@@ -57,6 +57,7 @@ const std::set<std::string>& Exempt() {
         "CharUpperBuffW",
         "CompareStringOrdinal",
         "InflateRect",
+        "MulDiv",
         "MultiByteToWideChar",
         "OffsetRect",
         "PathIsURLA",

@@ -4,6 +4,7 @@
 #include "model/launching.h"
 #include "tests/support/program_calls.h"
 #include "win/dialog.h"
+#include "win/errors.h"
 
 namespace app {
 namespace {
@@ -59,7 +60,8 @@ bool PanelHarness::PressKey(UINT message, WORD key, std::initializer_list<int> h
     pressed.hwnd = child ? child : panel_->Handle();
     pressed.message = message;
     pressed.wParam = key;
-    return panel_->PreTranslate(pressed);
+    // As the message loop does it.
+    return win::Guarded(panel_->Handle(), true, [&] { return panel_->PreTranslate(pressed); });
 }
 
 void HeldModifierKeys::Write(std::initializer_list<int> keys, BYTE state) {

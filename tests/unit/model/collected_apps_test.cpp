@@ -189,13 +189,13 @@ TEST_F(CollectedAppsTest, PassesOverAPathTooLongToBeReadBack) {
     EXPECT_EQ(config::ReadIni("Collected", "abcdef"), folder + "\\abcdef.exe");
 }
 
-TEST_F(CollectedAppsTest, WaitsLongerForAFileThatIsHeldAndSaysWhenItStaysSo) {
+TEST_F(CollectedAppsTest, WaitsForAFileThatIsHeldAndSaysWhenItStaysSo) {
     folder_.WriteIniText("[Cuts]\r\na=1\r\n");
     Register(".txt", "C:\\next.exe");
     auto held = std::make_unique<testkit::HeldFile>(folder_.IniPath());
     int pauses = 0;
     const testkit::RecordedCall pause = FAKE_CALL(Sleep, [&](DWORD) {
-        if (++pauses == 50) held.reset();
+        if (++pauses == 5) held.reset();
     });
     EXPECT_TRUE(clsCollectedApps().CreateAppList());
     EXPECT_THAT(Collected(), ElementsAre(Entry{"next", "C:\\next.exe"}));
