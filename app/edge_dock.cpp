@@ -89,6 +89,9 @@ void EdgeDock::Dock(bool bUnTimer) {
     Raise();
     hidden_ = true;
     WatchFront();
+    // Where most of the window lies by now, Windows draws its frame for that screen: parts laid out for
+    // another one could reach into the strip.
+    if (fit_) fit_();
     // Posted, because the caller may be about to open a dialog, which a program in the background could not
     // bring to the front.
     if (outOfSight_ && GetForegroundWindow() == window_) PostMessageW(window_, WM_QUON_HAND_ON, 0, 0);
@@ -171,6 +174,7 @@ void EdgeDock::FollowScreen() {
     if (IsIconic(window_) != 0) return;
     if (hidden_) {
         PlaceAtEdge();
+        if (fit_) fit_();
         return;
     }
     RECT window{};

@@ -41,8 +41,9 @@ class EdgeDock {
         preTranslate_ = std::move(preTranslate);
     }
 
-    /// Called when the window has been brought out, before it is seen: lays it out for the scale of the
-    /// screen that it is on by now. True when that changed its size.
+    /// Called when the window has been brought out, before it is seen, or docked: lays it out for the scale
+    /// of the screen that it is on by now, and has it follow the screen then. True when that changed its
+    /// size.
     void OnFit(std::function<bool()> fit) { fit_ = std::move(fit); }
 
     /// Brings the window out, or docks it and keeps it on top by the timer unless bUnTimer is set.

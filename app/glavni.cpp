@@ -16,6 +16,7 @@
 #include "win/icons.h"
 #include "win/key_repeat.h"
 #include "win/modal_windows.h"
+#include "win/seen_screen.h"
 #include "win/shell_call.h"
 #include "win/text.h"
 
@@ -25,11 +26,36 @@ namespace {
 constexpr DWORD kStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
 constexpr DWORD kExtendedStyle = WS_EX_TOOLWINDOW | WS_EX_TOPMOST | WS_EX_CONTROLPARENT;
 enum TrayCommand { kShowQuon = 0, kClose = 2 };
+constexpr int kMostLayouts = 3;
+
+/// Holds a flag true while it lives.
+class RaisedFlag {
+  public:
+    explicit RaisedFlag(bool& flag) noexcept : flag_(flag), before_(std::exchange(flag, true)) {}
+    ~RaisedFlag() { flag_ = before_; }
+    RaisedFlag(const RaisedFlag&) = delete;
+    RaisedFlag& operator=(const RaisedFlag&) = delete;
+    RaisedFlag(RaisedFlag&&) = delete;
+    RaisedFlag& operator=(RaisedFlag&&) = delete;
+
+  private:
+    bool& flag_;
+    bool before_;
+};
 
 RECT OuterRect(const win::Scale& scale) {
     RECT rect = scale(layout::At(0, 0, layout::kClientWidth, layout::kClientHeight));
     win::AddFrame(rect, kStyle, kExtendedStyle, scale.Dpi());
     return layout::At(0, 0, win::Width(rect), win::Height(rect));
+}
+
+/// The screen of this scale that a window comes to: the one that most of it lies on, or, as long as it has
+/// not been moved there, the pointer's, which drags it.
+HMONITOR ScreenToCome(HWND window, int dpi) {
+    HMONITOR screen = MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST);
+    if (win::DpiOf(screen, dpi) != dpi)
+        screen = MonitorFromPoint(win::PointerPlace(), MONITOR_DEFAULTTONEAREST);
+    return screen;
 }
 
 bool IsKey(const MSG& message) { return message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST; }
@@ -99,14 +125,25 @@ bool Glavni::FitToScale() {
     return true;
 }
 
-bool Glavni::FitToScreen() { return scale_ != win::Scale::Of(Handle()) && RescaleParts(); }
+bool Glavni::FitToScreen() { return !rescaling_ && scale_ != win::Scale::Of(Handle()) && RescaleParts(); }
 
-void Glavni::OnDpiChanged(POINT corner) {
+/// The size that FitToScale will give the window on the screen of this scale that it comes to.
+SIZE Glavni::SizeToCome(int dpi) const {
+    const RECT outer = OuterRect(win::Scale::On(ScreenToCome(Handle(), dpi), dpi));
+    return {outer.right, outer.bottom};
+}
+
+void Glavni::OnDpiChanged(const RECT& place) {
     FitSmallIcon();
     // What is moved or made larger by us may come to lie on another screen for a moment only. Whatever the
-    // window is for in the end, it is made to fit when it has come out.
+    // window is for in the end, it is made to fit there.
     if (dock_.Moving() || rescaling_) return;
-    SetWindowPos(Handle(), nullptr, corner.x, corner.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    {
+        // Corner and size at once: with only one of them the window could lie on the former screen again.
+        const RaisedFlag rescaling(rescaling_);
+        SetWindowPos(Handle(), nullptr, place.left, place.top, win::Width(place), win::Height(place),
+                     SWP_NOZORDER | SWP_NOACTIVATE);
+    }
     RescaleParts();
 }
 
@@ -126,7 +163,16 @@ void Glavni::OnLookChanged(bool colors) {
 /// Everything that depends on the scale, the text's size or the colours is made anew. True when the window
 /// has another size by now.
 bool Glavni::RescaleParts() {
-    rescaling_ = true;
+    bool resized = LayOutParts();
+    // Another scale that came meanwhile has only been noticed. Not for ever: where two screens meet, each
+    // size may lie on the screen of the other.
+    for (int layouts = 1; layouts < kMostLayouts && scale_ != win::Scale::Of(Handle()); ++layouts)
+        resized = LayOutParts() || resized;
+    return resized;
+}
+
+bool Glavni::LayOutParts() {
+    const RaisedFlag rescaling(rescaling_);
     const bool resized = FitToScale();
     shortcuts_.Rescale();
     menus_.Rescale();
@@ -139,7 +185,6 @@ bool Glavni::RescaleParts() {
         state_.Button(index).DrawFace();
     dock_.FollowScreen();
     RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
-    rescaling_ = false;
     return resized;
 }
 
@@ -214,18 +259,16 @@ std::optional<LRESULT> Glavni::OnMessage(UINT message, WPARAM wParam, LPARAM lPa
             if (wParam != 0) EndSession();
             return 0;
         case WM_QUON_HAND_ON: dock_.HandOn(); return 0;
-        case WM_GETDPISCALEDSIZE: {
+        case WM_GETDPISCALEDSIZE:
             // Windows would scale the frame otherwise than it draws it, and on the border between two screens
             // a window of another size than foretold could go back and forth.
-            const RECT outer = OuterRect(win::Scale(static_cast<int>(wParam), scale_.TextPercent()));
-            *reinterpret_cast<SIZE*>(lParam) = {outer.right, outer.bottom};
+            *reinterpret_cast<SIZE*>(lParam) = SizeToCome(static_cast<int>(wParam));
             return TRUE;
-        }
-        case WM_DPICHANGED: {
-            const auto& place = *reinterpret_cast<const RECT*>(lParam);
-            OnDpiChanged({place.left, place.top});
+        case WM_DPICHANGED: OnDpiChanged(*reinterpret_cast<const RECT*>(lParam)); return 0;
+        case WM_EXITSIZEMOVE:
+            // Of a screen that has the same scale but less height for large text Windows tells nothing.
+            if (FitToScreen()) dock_.ShowWhole();
             return 0;
-        }
         case WM_SYSCOLORCHANGE: OnLookChanged(true); return std::nullopt;
         case WM_QUON_CHOSEN: shortcuts_.OnChosen(); return 0;
         case WM_QUON_DROP:

@@ -82,9 +82,11 @@ class Glavni : public win::Window, public dialogs::PanelHost {
     void FitSmallIcon();
     bool FitToScale();
     bool FitToScreen();
-    void OnDpiChanged(POINT corner);
+    [[nodiscard]] SIZE SizeToCome(int dpi) const;
+    void OnDpiChanged(const RECT& place);
     void OnLookChanged(bool colors);
     bool RescaleParts();
+    bool LayOutParts();
     void JoinParts();
     void Organize();
     void OnPaint();

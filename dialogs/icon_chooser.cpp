@@ -69,6 +69,8 @@ bool IcoChooser::OnInit() {
     SetWindowSubclass(owner_, &IcoChooser::WatchOwner, 0, reinterpret_cast<DWORD_PTR>(this));
     LayOut();
     MakeBoxes();
+    // Opened by the keyboard: nothing changes with the Tab key then, so nothing is told.
+    if ((SendMessageW(Handle(), WM_QUERYUISTATE, 0, 0) & UISF_HIDEFOCUS) == 0) win::ShowFocusMarks();
     if (boxes_.empty())
         SetFocus(Image1_.Handle());
     else

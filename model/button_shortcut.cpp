@@ -267,10 +267,16 @@ void CButtonShortcut::AddFile() {
     const int refresh = refresh_;
     const std::string target = Group ? win::Before(FilePath, '|') : FilePath;
     win::Icon icon;
-    if (answers_ || !icon_) icon = answers_ ? TargetIcon(target, FileIcon, size) : IconOfKind(target, size);
+    if (answers_)
+        icon = TargetIcon(target, FileIcon, size);
+    else if (!icon_ || iconSize_ != size)
+        icon = IconOfKind(target, size);
     // The shell lets messages run while it looks for an icon; another refresh has painted then.
     if (refresh != refresh_) return;
-    if (icon) icon_ = std::move(icon);
+    if (icon) {
+        icon_ = std::move(icon);
+        iconSize_ = size;
+    }
     win::DrawIconOfSize(box_->Dc(), scale(kIconPlace), icon_.Get(), size);
     DrawCaption(Naziv, Group ? "G" : Switch);
     box_->SetMeaning(Naziv);

@@ -107,6 +107,7 @@ class CButtonShortcut {
     std::function<void()> refillList_;
     win::PictureBox* box_ = nullptr;
     win::Icon icon_;
+    int iconSize_ = 0;  // pixels
     // The target's server or drive answers, so that its icon can be looked for there.
     bool answers_ = true;
     // Which refresh is the last one: painting lets messages run, and with them further refreshes.

@@ -38,15 +38,21 @@ void KeepScale(HWND dialog) noexcept {
     if (set != nullptr) set(dialog, kDisableAll, kDisableAll);
 }
 
-/// Puts a dialog that came up on another screen into the middle of this one.
-void MoveToScreen(HMONITOR screen, HWND dialog) noexcept {
-    if (screen == nullptr || MonitorFromWindow(dialog, MONITOR_DEFAULTTONEAREST) == screen) return;
+void CentreIn(const RECT& area, HWND dialog) noexcept {
     RECT place{};
     GetWindowRect(dialog, &place);
-    const RECT area = WorkAreaOf(screen);
     SetWindowPos(dialog, nullptr, area.left + (Width(area) - Width(place)) / 2,
                  area.top + (Height(area) - Height(place)) / 2, 0, 0,
                  SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+/// Puts a dialog that came up on another screen into the middle of this one.
+void MoveToScreen(HMONITOR screen, HWND dialog) noexcept {
+    if (screen == nullptr || MonitorFromWindow(dialog, MONITOR_DEFAULTTONEAREST) == screen) return;
+    const RECT area = WorkAreaOf(screen);
+    CentreIn(area, dialog);
+    // On a screen of another scale Windows has given it another size, from its corner.
+    CentreIn(area, dialog);
 }
 
 /// Moves a dialog to where all of it is on its screen, if it has room there.

@@ -177,6 +177,10 @@ std::optional<LRESULT> PictureBox::OnMessage(UINT message, WPARAM wParam, LPARAM
             if (told_) TellScreenReader();
             if (onFocusLost) onFocusLost();
             return 0;
+        case WM_UPDATEUISTATE:
+            // In a dialog the Tab key never comes here, but this comes with it.
+            if (LOWORD(wParam) == UIS_CLEAR && (HIWORD(wParam) & UISF_HIDEFOCUS) != 0) ShowFocusMarks();
+            return std::nullopt;
         case WM_CAPTURECHANGED: OnCaptureChanged(); return 0;
         default: return std::nullopt;
     }

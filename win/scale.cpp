@@ -24,17 +24,15 @@ int AskTextPercent() noexcept {
     return std::clamp(height * 100 / kUsualTextHeight, 100, kLargestText);
 }
 
-/// The text's size that leaves the tallest window on its screen.
-int PercentThatFits(HWND window, int dpi) noexcept {
-    const int wanted = TextPercent();
-    if (wanted == 100 || g_tallest == 0) return wanted;
+bool FitsEverywhere() noexcept { return TextPercent() == 100 || g_tallest == 0; }
+
+/// The text's size that leaves the tallest window on a screen with this work area.
+int PercentThatFits(const RECT& area, int dpi) noexcept {
     RECT frame{};
     AddFrame(frame, WS_POPUP | WS_CAPTION, WS_EX_TOOLWINDOW, dpi);
-    // A child may lie on another screen than most of its window.
-    const RECT area = WorkAreaOf(GetAncestor(window, GA_ROOT));
     const LONG room = (area.bottom - area.top) - (frame.bottom - frame.top);
     return std::clamp(static_cast<int>(room * 100LL * kPlainDpi / (static_cast<long long>(g_tallest) * dpi)),
-                      100, wanted);
+                      100, TextPercent());
 }
 
 }  // namespace
@@ -43,7 +41,13 @@ Scale Scale::Of(HWND window) noexcept {
     const UINT told = window == nullptr ? GetDpiForSystem() : GetDpiForWindow(window);
     // 0 says that the window is gone.
     const int dpi = told == 0 ? kPlainDpi : static_cast<int>(told);
-    return Scale(dpi, PercentThatFits(window, dpi));
+    if (FitsEverywhere()) return Scale(dpi, win::TextPercent());
+    // A child may lie on another screen than most of its window.
+    return On(MonitorFromWindow(GetAncestor(window, GA_ROOT), MONITOR_DEFAULTTOPRIMARY), dpi);
+}
+
+Scale Scale::On(HMONITOR screen, int dpi) noexcept {
+    return Scale(dpi, FitsEverywhere() ? win::TextPercent() : PercentThatFits(WorkAreaOf(screen), dpi));
 }
 
 void FitTextTo(int layoutHeight) noexcept { g_tallest = layoutHeight; }

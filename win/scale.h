@@ -22,6 +22,10 @@ class Scale {
     /// no more of it than FitTextTo allows there; without a window that of the primary screen.
     static Scale Of(HWND window) noexcept;
 
+    /// The scale of windows on a screen that has so many dots per inch, with the size of the system's text as
+    /// above.
+    static Scale On(HMONITOR screen, int dpi) noexcept;
+
     /// Dots per inch, without the text's size.
     [[nodiscard]] constexpr int Dpi() const noexcept { return dpi_; }
 

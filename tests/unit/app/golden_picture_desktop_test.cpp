@@ -1,6 +1,6 @@
 // Every window, pixel by pixel, against what was kept of it. Pictures differ from machine to machine: what is
 // kept counts where fonts, controls and colours are those of the machine that it was kept on, which a picture
-// of the system's own controls tells; elsewhere the test is skipped.
+// of the system's own controls tells; elsewhere the test is skipped, or fails if QUON_GOLDEN=required.
 //
 // Where a new look is wanted, QUON_GOLDEN=keep writes golden_pictures.txt into the folder for artifacts.
 
@@ -108,10 +108,13 @@ std::string SavedPicture(const Picture& picture, std::string name) {
     return picture.SaveAs("golden-" + name + ".bmp");
 }
 
-bool Keeping() {
+/// Whether the environment's QUON_GOLDEN is this.
+bool Wished(std::string_view what) {
     const char* wish = std::getenv("QUON_GOLDEN");
-    return wish != nullptr && std::string(wish) == "keep";
+    return wish != nullptr && what == wish;
 }
+
+bool Keeping() { return Wished("keep"); }
 
 TEST(GoldenPictureDesktopTest, EveryWindowLooksAsItDid) {
     SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1);
@@ -121,8 +124,11 @@ TEST(GoldenPictureDesktopTest, EveryWindowLooksAsItDid) {
     std::ostringstream found;
     const std::string probe = Fingerprint(PhotographProbe());
     found << probe << ' ' << kProbe << '\n';
-    if (!Keeping() && (!kept.contains(kProbe) || kept.at(kProbe) != probe))
-        GTEST_SKIP() << "The fonts or the system's controls are not those of the kept pictures";
+    if (!Keeping() && (!kept.contains(kProbe) || kept.at(kProbe) != probe)) {
+        constexpr const char* kOther = "The fonts or the system's controls are not those of the kept pictures";
+        if (Wished("required")) FAIL() << kOther;
+        GTEST_SKIP() << kOther;
+    }
     std::size_t windows = 0;
     std::vector<std::pair<std::string, Picture>> others;
     ForEveryWindow([&](const std::string& name, Window window) {

@@ -9,6 +9,7 @@
 #include "tests/support/contrast_theme.h"
 #include "tests/unit/app/panel_harness.h"
 #include "win/colors.h"
+#include "win/errors.h"
 #include "win/geometry.h"
 #include "win/scale.h"
 #include "win/text.h"
@@ -203,6 +204,21 @@ TEST_F(PanelScaleTest, IsPaintedAnewWithAllItsParts) {
         });
     ChangeDpi(144);
     EXPECT_THAT(redrawn, ElementsAre(UINT{RDW_INVALIDATE | RDW_ALLCHILDREN}));
+}
+
+TEST_F(PanelScaleTest, FollowsAgainAfterAnErrorWhileItWasLaidOut) {
+    static int reports;
+    reports = 0;
+    win::SetErrorReporter([](HWND, const char*) noexcept { ++reports; });
+    panel_.Load();
+    {
+        const RecordedCall redraw =
+            FAKE_CALL(RedrawWindow, []() -> WINBOOL { throw win::RuntimeError("no paint"); });
+        ChangeDpi(144);
+    }
+    EXPECT_EQ(reports, 1);
+    ChangeDpi(192);
+    ExpectLayout(win::Scale(192, win::TextPercent()));
 }
 
 TEST_F(PanelScaleTest, TakesAnotherFaceOfTheSystemsText) {

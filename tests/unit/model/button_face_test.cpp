@@ -1,5 +1,7 @@
 // What a button's face looks like: the calls that paint it, and its pixels.
 
+#include <shlwapi.h>
+
 #include "model/button_shortcut.h"
 #include "model/launching.h"
 #include "model/target_icon.h"
@@ -522,6 +524,34 @@ TEST_F(ScaledFaceTest, OfATargetOutOfReachHasTheIconOfItsKindInTheRightSize) {
     EXPECT_EQ(testkit::PixelOf(IconOfKind("\\\\server\\a.txt", 32).Get(), 31, 31), kRed);
     shellHasIcon_ = false;
     EXPECT_EQ(testkit::WidthOf(IconOfKind("\\\\server\\a.txt", 40).Get()), 40) << "the program's own";
+}
+
+TEST_F(ScaledFaceTest, OfATargetThatStoppedAnsweringKeepsItsIconOnlyInItsSize) {
+    testkit::IconLists lists;
+    lists.Put(SHIL_EXTRALARGE, 48, MakeIcon(kBlue, 48));
+    bool answers = true;
+    const RecordedCall exists = FAKE_CALL(PathFileExistsA, [&](LPCSTR) -> BOOL {
+        if (answers) return ORIGINAL_CALL(PathFileExistsA)(".");
+        SetLastError(ERROR_BAD_NETPATH);
+        return FALSE;
+    });
+    UseDpi(96);
+    LoadRecord("a|0", "[Cuts]\r\na=\\\\server\\share\\a.txt\r\n");
+    button_.RefreshButton("11");
+    ASSERT_TRUE(button_.Answers());
+    answers = false;
+    button_.RefreshButton("11");
+    ASSERT_FALSE(button_.Answers());
+    EXPECT_EQ(LargeAt(35, 8), kRed);
+    EXPECT_EQ(log_.Count("SHGetFileInfo"), 0U) << "the icon that it was last seen with";
+    UseDpi(144);
+    button_.DrawFace();
+    EXPECT_EQ(log_.Count("SHGetFileInfo"), 1U);
+    EXPECT_EQ(log_.Count("ExtractIcon"), 0U) << "nothing is asked of the server";
+    EXPECT_EQ(LargeAt(53, 12), kBlue);
+    EXPECT_EQ(LargeAt(100, 59), kBlue);
+    button_.DrawFace();
+    EXPECT_EQ(log_.Count("SHGetFileInfo"), 1U) << "made once for each size";
 }
 
 TEST_F(ScaledFaceTest, OfAFreeButtonSaysEmptyAtTheSamePlace) {

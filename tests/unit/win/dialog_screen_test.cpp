@@ -133,6 +133,30 @@ TEST_F(DialogScreenTest, ItComesUpWhereItsDockedOwnerIsSeen) {
     EXPECT_TRUE(EqualRect(&askedFor_.front(), &strip));
 }
 
+TEST_F(DialogScreenTest, ItComesUpInTheMiddleWithTheSizeThatItHasThere) {
+    Dock();
+    SIZE grown{};
+    fakes_.push_back(FAKE_CALL(
+        SetWindowPos,
+        [&](HWND window, HWND after, int x, int y, int width, int height, UINT flags) -> WINBOOL {
+            const WINBOOL done = ORIGINAL_CALL(SetWindowPos)(window, after, x, y, width, height, flags);
+            if (window == owner_.Handle() || grown.cx != 0) return done;
+            // It has come to a screen of another scale.
+            const RECT place = Window(window).Rect();
+            grown = {Width(place) + 60, Height(place) + 40};
+            return ORIGINAL_CALL(SetWindowPos)(window, nullptr, 0, 0, grown.cx, grown.cy,
+                                               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+        }));
+    Show([&](Window dialog) {
+        const RECT place = dialog.Rect();
+        EXPECT_EQ(Width(place), grown.cx);
+        EXPECT_EQ(Height(place), grown.cy);
+        EXPECT_NEAR((place.left + place.right) / 2, (kSeenArea.left + kSeenArea.right) / 2, 1);
+        EXPECT_NEAR((place.top + place.bottom) / 2, (kSeenArea.top + kSeenArea.bottom) / 2, 1);
+        Cancel(dialog);
+    });
+}
+
 TEST_F(DialogScreenTest, ItsTextFitsOnTheScreenThatItComesUpOn) {
     Dock();
     Show(

@@ -155,6 +155,7 @@ TEST(ScaleTest, HasNoMoreOfTheTextsSizeThanTheScreenHasRoomFor) {
     // 688 pixels for 363 x 1.5.
     EXPECT_EQ(Scale::Of(window), Scale(144, 126));
     EXPECT_LE(Scale::Of(window)(363), 688);
+    EXPECT_EQ(Scale::On(nullptr, 144), Scale(144, 126)) << "also of a screen that no window is on";
     dots = 96;
     EXPECT_EQ(Scale::Of(window), Scale(96, 189));
     dots = 192;
@@ -163,6 +164,7 @@ TEST(ScaleTest, HasNoMoreOfTheTextsSizeThanTheScreenHasRoomFor) {
     ForgetTextSize();
     looked = 0;
     EXPECT_EQ(Scale::Of(window), Scale(192, 100));
+    EXPECT_EQ(Scale::On(nullptr, 192), Scale(192, 100));
     EXPECT_EQ(looked, 0) << "text of the usual size asks nothing more";
     FitTextTo(0);
     ForgetTextSize();
