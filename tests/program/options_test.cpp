@@ -332,6 +332,9 @@ TEST_F(OptionsDialogTest, GoesByTheKeyboardAlone) {
     {
         const Window dialog = OpenOptions(quon);
         EXPECT_FALSE(IsChecked(dialog, dialogs::frmSettings::chSet + 0));
+        // A move of the mouse over the dialog, which Wine may tell late, takes the explanation away.
+        mouse::MoveTo(POINT{980, 650});
+        dialog.Send(WM_NULL);
         for (int id = 431; id <= 434; ++id)
             EXPECT_FALSE(IsChecked(dialog, id)) << "a number that is no edge marks none";
         // Past the edges: having had the focus is no choice.
