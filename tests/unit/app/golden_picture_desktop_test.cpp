@@ -125,7 +125,8 @@ TEST(GoldenPictureDesktopTest, EveryWindowLooksAsItDid) {
     const std::string probe = Fingerprint(PhotographProbe());
     found << probe << ' ' << kProbe << '\n';
     if (!Keeping() && (!kept.contains(kProbe) || kept.at(kProbe) != probe)) {
-        constexpr const char* kOther = "The fonts or the system's controls are not those of the kept pictures";
+        constexpr const char* kOther =
+            "The fonts or the system's controls are not those of the kept pictures";
         if (Wished("required")) FAIL() << kOther;
         GTEST_SKIP() << kOther;
     }
