@@ -23,7 +23,8 @@ expect() {
     if "$@"; then echo "ok: $text"; else echo "FAILED: $text" >&2; failed=1; fi
 }
 absent() { [ ! -e "$1" ]; }
-value() { wine reg query "$1" /v "$2" 2>/dev/null | tr -d '\r' | sed -nE "s/^ +$2 +REG_[A-Z]+ +//p"; }
+# Where Wine for 32 bits is there too, "reg" is of that kind and would see another part of the registry.
+value() { wine reg query "$1" /v "$2" /reg:64 2>/dev/null | tr -d '\r' | sed -nE "s/^ +$2 +REG_[A-Z]+ +//p"; }
 has_value() { [ "$(value "$1" "$2")" = "$3" ]; }
 no_key() { ! wine reg query "$1" >/dev/null 2>&1; }
 panels() { [ "$(xwininfo -root -tree | grep -c '"Quon": ("quon.exe"')" = "$1" ]; }
@@ -42,6 +43,8 @@ refuses() { ! install; }
 # The uninstaller goes on from a copy of itself; its own file goes last but for the folder.
 remove() { wine "$folder/Uninstall/Uninstall.exe" /S "$@" && until_true no_key "$uninstall"; }
 
+# A former try on this desktop may have left them.
+rm -rf "$QUON_DESKTOP/first" "$QUON_DESKTOP/unpacked"
 cp -R "$packages" "$QUON_DESKTOP/first"
 scripts/package >/dev/null
 expect "the packages are the same when they are made again" diff -r "$QUON_DESKTOP/first" "$packages"
@@ -95,7 +98,7 @@ expect "leaves the other alone until then" until_true panels 0
 expect "takes away the uninstaller that lay beside it" absent "$folder/Uninstall.exe"
 expect "keeps what the user stored" grep -q '^Mine=C:\\windows' "$folder/Quon.ini"
 
-wine reg add "$run" /v Quon /d "$installed\\Quon.exe" /f >/dev/null
+wine reg add "$run" /v Quon /d "$installed\\Quon.exe" /f /reg:64 >/dev/null
 expect "is removed" remove
 expect "with its entry in the Start menu" absent "$link"
 expect "with the entry that starts it" has_value "$run" Quon ''
@@ -104,11 +107,11 @@ expect "but for what the user stored" [ "$(ls "$folder")" = Quon.ini ]
 
 install
 expect "finds what the user stored before" grep -q '^Mine=' "$folder/Quon.ini"
-wine reg add "$run" /v Quon /d 'D:\Other\Quon.exe' /f >/dev/null
+wine reg add "$run" /v Quon /d 'D:\Other\Quon.exe' /f /reg:64 >/dev/null
 expect "is removed with all of it" remove /INI
 expect "so that no folder is left" until_true absent "$folder"
 expect "but another Quon still starts with Windows" has_value "$run" Quon 'D:\Other\Quon.exe'
-wine reg delete "$run" /v Quon /f >/dev/null
+wine reg delete "$run" /v Quon /f /reg:64 >/dev/null
 
 other='C:\Tools\Quon'
 wine "$setup" /S "/D=$other"
