@@ -97,14 +97,19 @@ Nothing MeaningOfFile() {
     return Nothing::kChanged;
 }
 
+/// The file that is read, in everybody's company; none while another program keeps it to itself.
+win::File OpenToRead() {
+    return win::File(CreateFileA(FileToRead().c_str(), GENERIC_READ,
+                                 FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                 OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
 Nothing MeaningOf(DWORD error) {
     if (IsHeldError(error)) return Nothing::kUnreadable;
     if (const Nothing meaning = MeaningOfFile(); meaning != Nothing::kNoRecord) return meaning;
     // Which codes stand for a missing record differs from system to system.
     if (error == ERROR_SUCCESS || error == ERROR_FILE_NOT_FOUND) return Nothing::kNoRecord;
-    const win::File file(CreateFileA(FileToRead().c_str(), GENERIC_READ,
-                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const win::File file = OpenToRead();
     return file ? Nothing::kUnclear : Nothing::kUnreadable;
 }
 
@@ -307,9 +312,7 @@ std::optional<std::string> TryReadIni(const std::string& section, const std::str
 
 std::optional<std::string> ReadIniForCertain(const std::string& section, const std::string& key) {
     // While it is open here, nobody can keep it from being read.
-    const win::File file(CreateFileA(FileToRead().c_str(), GENERIC_READ,
-                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const win::File file = OpenToRead();
     if (!file && IsHeldError(GetLastError())) return std::nullopt;
     return TryReadIni(section, key);
 }

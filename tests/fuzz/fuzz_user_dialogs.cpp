@@ -117,6 +117,8 @@ void FuzzUser::UseOrganizer(Window dialog) {
 }
 
 void FuzzUser::UseShortcutEditor(Window dialog) {
+    // What cannot be stored in the name gives it another one, also where nothing is typed.
+    named_.AddShortcut(model::StorableName(win::WindowText(dialog.Child(kShortcutName).Handle())));
     if (dice_.Once(2)) TypeName(dialog.Child(kShortcutName));
     if (dice_.Once(2)) Type(dialog.Child(kShortcutFile));
     Finish(dialog, kShortcutApply, kShortcutCancel);
