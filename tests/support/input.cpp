@@ -158,6 +158,7 @@ POINT UncoveredCentre(Window window) {
 
 HeldKeys::HeldKeys(const Keys& keys) : keys_(keys) {
     PressInXServer(keys_, [] { WakeUp(Window(GetForegroundWindow())); });
+    BringKeyStatesUpToDate();
     KeysHeldNow().insert(KeysHeldNow().end(), keys_.begin(), keys_.end());
     SendWithHeldKeys({});
 }

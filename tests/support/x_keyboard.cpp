@@ -83,6 +83,14 @@ void LetGoInXServer(const std::vector<WORD>& keys) {
     WaitFor("keys to go up", [&] { return std::none_of(sent.begin(), sent.end(), &IsDown); });
 }
 
+void BringKeyStatesUpToDate() {
+    if (!LetsSentKeysGo()) return;
+    const DWORD thread = GetWindowThreadProcessId(GetForegroundWindow(), nullptr);
+    if (thread == 0 || thread == GetCurrentThreadId()) return;
+    if (AttachThreadInput(GetCurrentThreadId(), thread, TRUE) != 0)
+        AttachThreadInput(GetCurrentThreadId(), thread, FALSE);
+}
+
 void LetModifiersGo() {
     const std::vector<WORD> modifiers{VK_CONTROL, VK_SHIFT, VK_MENU};
     if (std::any_of(modifiers.begin(), modifiers.end(), &IsDown)) LetGoInXServer(modifiers);
