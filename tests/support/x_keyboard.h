@@ -21,9 +21,9 @@ void PressInXServer(const std::vector<WORD>& keys, const std::function<void()>& 
 /// Lets such keys among `keys` go, and waits until they are up.
 void LetGoInXServer(const std::vector<WORD>& keys);
 
-/// Has the program in front see the keys as they are now. Wine locks a thread's own view of the keys while the
-/// thread handles input, and Wine 10 may never unlock it in the second program of a desktop: GetKeyState there
-/// then misses what X pressed or let go. Joining the thread's input for a moment (AttachThreadInput) unlocks it.
+/// Has the program in front see the keys as they are now. Wine locks a thread's own view of the keys while it
+/// handles input, and Wine 10 may never unlock it in the second program of a desktop: GetKeyState there then
+/// misses what X pressed or let go. Joining the thread's input for a moment (AttachThreadInput) unlocks it.
 void BringKeyStatesUpToDate();
 
 /// Lets go the modifiers that a test which was killed has left down.
