@@ -15,6 +15,9 @@ namespace {
 /// The first version of Wine that lets keys go which its X server does not see pressed.
 constexpr int kFirstVersion = 9;
 
+/// Whether X has pressed a key for this program yet.
+bool has_pressed = false;
+
 bool LetsSentKeysGo() {
     static const bool answer = WineVersion() >= kFirstVersion && std::getenv("DISPLAY") != nullptr;
     return answer;
@@ -65,6 +68,7 @@ bool IsKeyOfXServer(WORD key) { return LetsSentKeysGo() && NameInX(key) != nullp
 void PressInXServer(const std::vector<WORD>& keys, const std::function<void()>& wakeUp) {
     const std::vector<WORD> sent = KeysOfXServer(keys);
     if (sent.empty()) return;
+    has_pressed = true;
     WaitFor("keys to stay down", [&] {
         Send(sent, L" keydown ");
         WaitFor("keys to go down", [&] { return std::all_of(sent.begin(), sent.end(), &IsDown); });
@@ -84,7 +88,7 @@ void LetGoInXServer(const std::vector<WORD>& keys) {
 }
 
 void BringKeyStatesUpToDate() {
-    if (!LetsSentKeysGo()) return;
+    if (!has_pressed) return;
     const DWORD thread = GetWindowThreadProcessId(GetForegroundWindow(), nullptr);
     if (thread == 0 || thread == GetCurrentThreadId()) return;
     if (AttachThreadInput(GetCurrentThreadId(), thread, TRUE) != 0)
