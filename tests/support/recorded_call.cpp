@@ -3,6 +3,7 @@
 #include <cstring>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "tests/support/text.h"
 
@@ -31,8 +32,8 @@ class Image {
     BYTE* base_;
 };
 
-}  // namespace
-
+/// All places in this program's import table that hold `name`, from whichever library.
+/// Throws std::runtime_error when there is none.
 std::vector<AnyFunction*> ImportSlots(const char* name) {
     const Image image;
     std::vector<AnyFunction*> slots;
@@ -55,11 +56,46 @@ std::vector<AnyFunction*> ImportSlots(const char* name) {
     return slots;
 }
 
+/// Writes `function` into a place of the import table, which is read-only otherwise.
 void WriteSlot(AnyFunction* slot, AnyFunction function) {
     DWORD before = 0;
     if (!VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &before)) ThrowWindowsError("VirtualProtect");
     *slot = function;
     VirtualProtect(slot, sizeof *slot, before, &before);
+}
+
+}  // namespace
+
+RecordedCall FakeStack::Add(std::unique_ptr<Fake> fake, AnyFunction enter) {
+    const std::shared_ptr<Fake> shared = std::move(fake);
+    const std::scoped_lock lock(mutex_);
+    if (fakes_.empty()) {
+        const std::vector<AnyFunction*> slots = ImportSlots(name_);
+        original_ = *slots.front();
+        for (AnyFunction* slot : slots)
+            WriteSlot(slot, enter);
+    }
+    fakes_.push_back(shared);
+    return RecordedCall([this, shared] { Remove(shared); });
+}
+
+std::shared_ptr<Fake> FakeStack::Top() {
+    const std::scoped_lock lock(mutex_);
+    return fakes_.empty() ? nullptr : fakes_.back();
+}
+
+AnyFunction FakeStack::Original() {
+    const std::scoped_lock lock(mutex_);
+    // A call may still be on its way through a fake that has gone meanwhile.
+    return original_ != nullptr ? original_ : *ImportSlots(name_).front();
+}
+
+void FakeStack::Remove(const std::shared_ptr<Fake>& fake) {
+    const std::scoped_lock lock(mutex_);
+    std::erase(fakes_, fake);
+    if (!fakes_.empty()) return;
+    for (AnyFunction* slot : ImportSlots(name_))
+        WriteSlot(slot, original_);
 }
 
 }  // namespace testkit::recorded_call_internal

@@ -86,11 +86,42 @@ namespace recorded_call_internal {
 
 using AnyFunction = void (*)();
 
-/// All places in this program's import table that hold `name`, from whichever library.
-/// Throws std::runtime_error when there is none.
-std::vector<AnyFunction*> ImportSlots(const char* name);
-/// Writes `function` into a place of the import table, which is read-only otherwise.
-void WriteSlot(AnyFunction* slot, AnyFunction function);
+/// What takes a function's calls, whatever its signature is.
+class Fake {
+  public:
+    Fake() = default;
+    Fake(const Fake&) = delete;
+    Fake& operator=(const Fake&) = delete;
+    Fake(Fake&&) = delete;
+    Fake& operator=(Fake&&) = delete;
+    virtual ~Fake() = default;
+};
+
+/// The fakes of one imported function, the one in force last. What needs no signature is here, so that the
+/// compiler does not make it anew for each function that is faked.
+class FakeStack {
+  public:
+    /// `name` has to live as long as the stack.
+    explicit FakeStack(const char* name) noexcept : name_(name) {}
+
+    /// Puts a fake on top. The import table leads to `enter` while there is one. Throws std::runtime_error
+    /// when nothing in this program imports the function.
+    RecordedCall Add(std::unique_ptr<Fake> fake, AnyFunction enter);
+
+    /// The fake in force; none when all have gone.
+    std::shared_ptr<Fake> Top();
+
+    /// The function as Windows has it, whether it is faked now or not.
+    AnyFunction Original();
+
+  private:
+    void Remove(const std::shared_ptr<Fake>& fake);
+
+    const char* name_;
+    std::mutex mutex_;
+    std::vector<std::shared_ptr<Fake>> fakes_;
+    AnyFunction original_ = nullptr;
+};
 
 template <std::size_t Size>
 struct FunctionName {
@@ -99,7 +130,7 @@ struct FunctionName {
     char text[Size] = {};
 };
 
-/// The fakes of one imported function. The table entry leads to Enter() while there is at least one.
+/// The fakes of one imported function by its signature.
 template <FunctionName Name, class Signature>
 class Fakes;
 
@@ -107,36 +138,27 @@ template <FunctionName Name, class Result, class... Arguments>
 class Fakes<Name, Result WINAPI(Arguments...)> {
   public:
     using Function = Result(WINAPI*)(Arguments...);
-    using Replacement = std::function<Result(Arguments...)>;
 
     template <class Callable>
     static RecordedCall Add(Callable callable) {
-        const auto shared = std::make_shared<Replacement>(WithArguments(std::move(callable)));
-        const std::scoped_lock lock(mutex_);
-        if (stack_.empty()) Patch();
-        stack_.push_back(shared);
-        return RecordedCall([shared] { Remove(shared); });
+        return stack_.Add(std::make_unique<FakeBy<Callable>>(std::move(callable)),
+                          reinterpret_cast<AnyFunction>(&Enter));
     }
 
-    /// The function as Windows has it, whether it is faked now or not.
-    static Function Original() {
-        const std::scoped_lock lock(mutex_);
-        if (!stack_.empty()) return original_;
-        return reinterpret_cast<Function>(*ImportSlots(Name.text).front());
-    }
+    static Function Original() { return reinterpret_cast<Function>(stack_.Original()); }
 
     /// `watcher` sees the arguments before the call.
     template <class Watcher>
-    static RecordedCall AddWatched(Watcher callable) {
-        return Add([watcher = WithArguments(std::move(callable))](Arguments... arguments) mutable -> Result {
-            watcher(arguments...);
+    static RecordedCall AddWatched(Watcher watcher) {
+        return Add([watcher = std::move(watcher)](Arguments... arguments) mutable -> Result {
+            Call(watcher, arguments...);
             return Original()(arguments...);
         });
     }
 
     template <class Answer>
     static RecordedCall AddAnswer(Answer answer) {
-        return Add([answer](Arguments...) -> Result { return static_cast<Result>(answer); });
+        return Add([answer]() -> Result { return static_cast<Result>(answer); });
     }
 
     static RecordedCall AddLogged(CallLog& log) {
@@ -155,46 +177,39 @@ class Fakes<Name, Result WINAPI(Arguments...)> {
     }
 
   private:
-    /// A callable that takes the arguments, whether this one does or takes none.
+    class TypedFake : public Fake {
+      public:
+        virtual Result Run(Arguments... arguments) = 0;
+    };
+
     template <class Callable>
-    static auto WithArguments(Callable callable) {
+    class FakeBy final : public TypedFake {
+      public:
+        explicit FakeBy(Callable callable) : callable_(std::move(callable)) {}
+        Result Run(Arguments... arguments) override {
+            return static_cast<Result>(Call(callable_, arguments...));
+        }
+
+      private:
+        Callable callable_;
+    };
+
+    /// Calls a callable that takes the arguments, or one that takes none.
+    template <class Callable>
+    static auto Call(Callable& callable, Arguments... arguments) {
         if constexpr (std::is_invocable_v<Callable&, Arguments...>) {
-            return callable;
+            return callable(arguments...);
         } else {
-            return [callable = std::move(callable)](Arguments...) mutable { return callable(); };
+            return callable();
         }
     }
 
     static Result WINAPI Enter(Arguments... arguments) {
-        std::shared_ptr<Replacement> top;
-        Function original = nullptr;
-        {
-            const std::scoped_lock lock(mutex_);
-            original = original_;
-            if (!stack_.empty()) top = stack_.back();
-        }
-        return top ? (*top)(arguments...) : original(arguments...);
+        const std::shared_ptr<Fake> top = stack_.Top();
+        return top ? static_cast<TypedFake&>(*top).Run(arguments...) : Original()(arguments...);
     }
 
-    static void Patch() {
-        const std::vector<AnyFunction*> slots = ImportSlots(Name.text);
-        original_ = reinterpret_cast<Function>(*slots.front());
-        for (AnyFunction* slot : slots)
-            WriteSlot(slot, reinterpret_cast<AnyFunction>(&Enter));
-    }
-
-    static void Remove(const std::shared_ptr<Replacement>& replacement) {
-        const std::scoped_lock lock(mutex_);
-        std::erase(stack_, replacement);
-        if (!stack_.empty()) return;
-        for (AnyFunction* slot : ImportSlots(Name.text)) {
-            WriteSlot(slot, reinterpret_cast<AnyFunction>(original_));
-        }
-    }
-
-    static inline std::mutex mutex_;
-    static inline std::vector<std::shared_ptr<Replacement>> stack_;
-    static inline Function original_ = nullptr;
+    static inline FakeStack stack_{Name.text};
 };
 
 }  // namespace recorded_call_internal
