@@ -178,7 +178,8 @@ class HandOnTest : public DockingTest {
         return log_.Count("foreground");
     }
 
-    inline static const HWND kNext = reinterpret_cast<HWND>(INT_PTR{0x77});
+    // Higher than any window's number: Windows would answer what is not faked for that window.
+    inline static const HWND kNext = reinterpret_cast<HWND>(INT_PTR{0xFFF1});
     HWND front_ = nullptr;
     HWND system_ = nullptr;
     DWORD flags_ = 0;

@@ -149,6 +149,7 @@ TEST(ScaleTest, HasNoMoreOfTheTextsSizeThanTheScreenHasRoomFor) {
             info->rcWork = {0, 40, 1366, 768};
             return TRUE;
         });
+    FitTextTo(0);
     ForgetTextSize();
     EXPECT_EQ(Scale::Of(window), Scale(144, 225));
     FitTextTo(363);
