@@ -1,14 +1,25 @@
-# quon_register_suites(<program> PREFIX <prefix> TIMEOUT <seconds> SOURCES <files> [SCREEN])
+# quon_register_suites(<program> PREFIX <prefix> TIMEOUT <seconds> [COST <seconds>] SOURCES <files>)
 #
 # Makes one ctest test of every test suite in the sources, named <prefix>.<suite>. A suite is the unit because
-# starting a process costs more than most tests do. SCREEN: the suites move the mouse and own the screen, so
-# only one of them may run at a time. Without it that goes for the suites whose name ends in "DesktopTest"
-# only; the others run meanwhile on a desktop of their own where there is one, one at a time as well, because
-# they share its clipboard and its registry.
+# starting a process costs more than most tests do. Each has a desktop for itself while it runs, for the mouse,
+# the clipboard and the registry: scripts/test makes a few and tells ctest. COST: the dearest ones run first.
 # One more test, <prefix>.every_suite_is_registered, compares the list with what the program itself says: the
 # sources are searched at configure time, and a suite that this search missed would never run.
+if(CMAKE_HOST_UNIX)
+  set(QUON_ON_DESKTOP ${CMAKE_CURRENT_LIST_DIR}/on-desktop)
+endif()
+
+# Has the test run while no other one is on its desktop.
+function(quon_own_desktop test)
+  if(CMAKE_HOST_UNIX)
+    set_tests_properties(${test} PROPERTIES RESOURCE_GROUPS desktops:1)
+  else()
+    set_tests_properties(${test} PROPERTIES RESOURCE_LOCK desktop)
+  endif()
+endfunction()
+
 function(quon_register_suites program)
-  cmake_parse_arguments(ARG "SCREEN" "PREFIX;TIMEOUT" "SOURCES" ${ARGN})
+  cmake_parse_arguments(ARG "" "PREFIX;TIMEOUT;COST" "SOURCES" ${ARGN})
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${ARG_SOURCES})
   set(suites)
   foreach(source IN LISTS ARG_SOURCES)
@@ -22,20 +33,12 @@ function(quon_register_suites program)
 
   foreach(suite IN LISTS suites)
     set(name ${ARG_PREFIX}.${suite})
-    set(launcher ${CMAKE_CROSSCOMPILING_EMULATOR})
-    if(ARG_SCREEN OR suite MATCHES "DesktopTest$")
-      set(lane screen)
-    else()
-      set(lane background)
-      if(CMAKE_HOST_UNIX)
-        list(PREPEND launcher ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/in-background)
-      endif()
-    endif()
     # TEST_P names are "Prefix/Suite.Test/0", TYPED_TEST names "Suite/0.Test".
-    add_test(NAME ${name} COMMAND ${launcher} $<TARGET_FILE:${program}>
+    add_test(NAME ${name} COMMAND ${QUON_ON_DESKTOP} ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:${program}>
       --gtest_filter=${suite}.*:*/${suite}.*:${suite}/*)
-    set_tests_properties(${name} PROPERTIES RESOURCE_LOCK ${lane}
-      TIMEOUT ${ARG_TIMEOUT} LABELS ${ARG_PREFIX} FAIL_REGULAR_EXPRESSION "Running 0 tests")
+    quon_own_desktop(${name})
+    set_tests_properties(${name} PROPERTIES
+      TIMEOUT ${ARG_TIMEOUT} COST 0${ARG_COST} LABELS ${ARG_PREFIX} FAIL_REGULAR_EXPRESSION "Running 0 tests")
   endforeach()
 
   string(REPLACE ";" "," suites "${suites}")

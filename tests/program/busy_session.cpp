@@ -17,9 +17,6 @@ constexpr const char* kPage = "http://example.test/";
 // The rows of a button's menu, without the separators.
 constexpr int kGroupRow = 3;
 constexpr int kFreeRow = 4;
-// The buttons of the question.
-constexpr int kCreateGroup = 0;
-constexpr int kReplace = 1;
 
 QuonIni IniShowing(int tab) {
     const QuonIni ini{.current_tab = tab, .click_shows = true};

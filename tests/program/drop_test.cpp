@@ -12,8 +12,6 @@ constexpr char kReplaceOrGroup[] =
 constexpr char kNoSwitchInGroups[] =
     "This shortcut has command switch. Quon will add it to the group, but you can use command switches only "
     "on non group buttons.";
-/// The question's buttons.
-enum { kCreateGroup = 0, kReplace = 1, kCancel = 2 };
 
 class DropTest : public QuonTest {
   protected:

@@ -18,7 +18,7 @@ constexpr int kName = frmEdit_t1 + 0;
 constexpr int kFile = frmEdit_t1 + 1;
 constexpr int kExists = frmEdit_l1 + 3;
 constexpr int kApply = frmEdit_c1 + 2;
-constexpr int kCancel = frmEdit_c1 + 3;
+constexpr int kCancelEditing = frmEdit_c1 + 3;
 constexpr int kRowStep = 51;  // pixels from one row of the list to the next
 
 class EditShortcutDialogTest : public QuonTest {
@@ -126,7 +126,7 @@ TEST_F(EditShortcutDialogTest, CancelledEditorsAndQuestionsChangeNothing) {
         const Window editor = Edit(quon, organiser);
         keyboard::Type("Two");
         WaitFor("the name is typed", [&] { return editor.Child(kName).Text() == "Two"; });
-        Close(editor, kCancel);
+        Close(editor, kCancelEditing);
     }
     WaitForName(organiser, "One");
     {
@@ -172,7 +172,7 @@ TEST_F(EditShortcutDialogTest, TheWheelScrollsTheListAgainAfterAnEditor) {
     QuonPanel quon = Start(ini);
     const Window organiser = quon.OpenOrganiser();
     const auto value = [&] { return static_cast<int>(organiser.Child(kBar).Send(SBM_GETPOS)); };
-    Close(Edit(quon, organiser), kCancel);
+    Close(Edit(quon, organiser), kCancelEditing);
     WaitFor("the organiser is in front", [&] { return organiser.IsForeground(); });
     mouse::MoveTo(organiser.Child(kFrame).Centre());
     mouse::Wheel(-1);

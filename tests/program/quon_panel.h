@@ -47,6 +47,9 @@ struct QuonIni {
     std::string Text() const;
 };
 
+/// The buttons of the question before a used button gets something else.
+enum { kCreateGroup = 0, kReplace = 1, kCancel = 2 };
+
 /// Whether a side file of a unit of writes lies in the folder, whichever process has made it.
 inline bool HasSideFile(const ProgramFolder& folder) {
     WIN32_FIND_DATAW found{};

@@ -14,7 +14,7 @@ class BannedMessages : public ::testing::EmptyTestEventListener {
     }
 };
 
-const bool g_installed = [] {
+const bool g_bansInstalled = [] {
     ::testing::UnitTest::GetInstance()->listeners().Append(new BannedMessages);
     return true;
 }();

@@ -17,7 +17,7 @@ class ReportedErrors : public ::testing::EmptyTestEventListener {
     }
 };
 
-const bool g_installed = [] {
+const bool g_reportsInstalled = [] {
     ::testing::UnitTest::GetInstance()->listeners().Append(new ReportedErrors);
     return true;
 }();

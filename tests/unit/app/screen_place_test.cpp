@@ -20,14 +20,14 @@ struct Docking {
 };
 
 // A window of 4800 x 5700 twips on a screen of 20480 x 11520 twips, 15 twips a pixel across, 12 down.
-constexpr win::Twips kWindow{4800, 5700};
+constexpr win::Twips kPanelSize{4800, 5700};
 constexpr win::Twips kScreen{20480, 11520};
 constexpr win::TwipsPerPixel kTwips{15, 12};
 
 class DockedPositionTest : public ::testing::TestWithParam<Docking> {};
 
 TEST_P(DockedPositionTest, LeavesAStripOfFourPixelsAtTheEdge) {
-    const auto place = DockedPosition(GetParam().edge, kWindow, kScreen, kTwips);
+    const auto place = DockedPosition(GetParam().edge, kPanelSize, kScreen, kTwips);
     ASSERT_TRUE(place);
     EXPECT_EQ(place->x, GetParam().left);
     EXPECT_EQ(place->y, GetParam().top);
@@ -56,12 +56,12 @@ TEST(DockedPositionTest, HalvesWhatIsOddTowardsZero) {
 
 TEST(DockedPositionTest, HasNoPlaceForANumberThatIsNoEdge) {
     for (const std::int32_t edge : {0, 5, -1, 2147483647})
-        EXPECT_FALSE(DockedPosition(edge, kWindow, kScreen, kTwips)) << edge;
+        EXPECT_FALSE(DockedPosition(edge, kPanelSize, kScreen, kTwips)) << edge;
 }
 
 TEST(ScreenPlaceTest, CentresBySizesInTwips) {
-    EXPECT_EQ(CentredPosition(kWindow, kScreen).x, 7840);
-    EXPECT_EQ(CentredPosition(kWindow, kScreen).y, 2910);
+    EXPECT_EQ(CentredPosition(kPanelSize, kScreen).x, 7840);
+    EXPECT_EQ(CentredPosition(kPanelSize, kScreen).y, 2910);
     EXPECT_EQ(CentredPosition({400, 600}, {300, 400}).x, -50) << "a window wider than the screen";
     EXPECT_EQ(CentredPosition({400, 600}, {300, 400}).y, -100);
 }

@@ -7,10 +7,10 @@ namespace {
 
 using testkit::RecordedCall;
 
-constexpr COLORREF kWhite = RGB(255, 255, 255);
+constexpr COLORREF kOrdinaryGround = RGB(255, 255, 255);
 constexpr COLORREF kDialogGround = RGB(0xF0, 0xF0, 0xF0);
 
-RecordedCall Theme(bool contrast) {
+RecordedCall ContrastSwitched(bool contrast) {
     ForgetColors();
     return FAKE_CALL(SystemParametersInfoW, [contrast](UINT what, UINT size, PVOID value, UINT) -> WINBOOL {
         EXPECT_EQ(what, static_cast<UINT>(SPI_GETHIGHCONTRAST));
@@ -26,16 +26,16 @@ class ColorsTest : public ::testing::Test {
 };
 
 TEST_F(ColorsTest, AreTheProgramsOwnInTheOrdinaryLook) {
-    const RecordedCall theme = Theme(false);
+    const RecordedCall theme = ContrastSwitched(false);
     EXPECT_EQ(ColorOf(Color::kLabel), COLORREF{0x565656});
     EXPECT_EQ(ColorOf(Color::kTipGround), COLORREF{0xDDE1DD});
     EXPECT_EQ(ColorOf(Color::kTaken), COLORREF{255});
     EXPECT_EQ(ColorOf(Color::kFree), COLORREF{0xFF0000});
-    EXPECT_EQ(ColorOf(Color::kEvenRow), kWhite);
+    EXPECT_EQ(ColorOf(Color::kEvenRow), kOrdinaryGround);
 }
 
 TEST_F(ColorsTest, AreTheSystemsUnderAContrastTheme) {
-    const RecordedCall theme = Theme(true);
+    const RecordedCall theme = ContrastSwitched(true);
     const RecordedCall system = FAKE_CALL(GetSysColor, [](int index) -> DWORD { return 1000U + index; });
     EXPECT_EQ(ColorOf(Color::kLabel), COLORREF{1000 + COLOR_BTNTEXT});
     EXPECT_EQ(ColorOf(Color::kEvenRow), COLORREF{1000 + COLOR_WINDOW});
@@ -46,18 +46,18 @@ TEST_F(ColorsTest, AreTheSystemsUnderAContrastTheme) {
 }
 
 TEST_F(ColorsTest, AreTheSystemsOnDarkGroundWhateverItIsCalled) {
-    const RecordedCall theme = Theme(false);
+    const RecordedCall theme = ContrastSwitched(false);
     for (const int dark : {COLOR_WINDOW, COLOR_BTNFACE}) {
         ForgetColors();
         const RecordedCall system = FAKE_CALL(
-            GetSysColor, [dark](int index) -> DWORD { return index == dark ? RGB(32, 32, 32) : kWhite; });
+            GetSysColor, [dark](int index) -> DWORD { return index == dark ? RGB(32, 32, 32) : kOrdinaryGround; });
         EXPECT_TRUE(ContrastTheme());
     }
 }
 
 TEST_F(ColorsTest, AskForTheThemeOnceUntilItMayHaveChanged) {
     {
-        const RecordedCall theme = Theme(true);
+        const RecordedCall theme = ContrastSwitched(true);
         EXPECT_TRUE(ContrastTheme());
     }
     {
@@ -78,7 +78,7 @@ TEST_F(ColorsTest, KnowsADarkGround) {
     EXPECT_TRUE(IsDark(RGB(0, 0, 255)));
     EXPECT_FALSE(IsDark(kDialogGround));
     EXPECT_FALSE(IsDark(RGB(255, 255, 0)));
-    EXPECT_FALSE(IsDark(kWhite));
+    EXPECT_FALSE(IsDark(kOrdinaryGround));
 }
 
 }  // namespace

@@ -9,7 +9,7 @@ namespace {
 
 using ::testing::ElementsAre;
 
-std::vector<std::string>& Reports() {
+std::vector<std::string>& OwnersReports() {
     static std::vector<std::string> reports;
     return reports;
 }
@@ -17,9 +17,9 @@ std::vector<std::string>& Reports() {
 class ErrorsTest : public ::testing::Test {
   protected:
     ErrorsTest() {
-        Reports().clear();
+        OwnersReports().clear();
         SetErrorReporter([](HWND owner, const char* message) noexcept {
-            Reports().push_back(std::to_string(reinterpret_cast<INT_PTR>(owner)) + " " + message);
+            OwnersReports().push_back(std::to_string(reinterpret_cast<INT_PTR>(owner)) + " " + message);
         });
     }
     ~ErrorsTest() override { SetErrorReporter(nullptr); }
@@ -38,24 +38,24 @@ TEST_F(ErrorsTest, HaveOneBase) {
 
 TEST_F(ErrorsTest, AreReportedWithTheirTextAndTheWindow) {
     EXPECT_EQ(Guarded(owner_, 5, []() -> int { throw SubscriptError("No field 文"); }), 5);
-    EXPECT_THAT(Reports(), ElementsAre("4711 No field 文"));
+    EXPECT_THAT(OwnersReports(), ElementsAre("4711 No field 文"));
 }
 
 TEST_F(ErrorsTest, OfAnyKindStayInside) {
     Guarded(owner_, 0, []() -> int { throw std::invalid_argument("library"); });
     Guarded(owner_, 0, []() -> int { throw 7; });
-    EXPECT_THAT(Reports(), ElementsAre("4711 library", "4711 Unknown error"));
+    EXPECT_THAT(OwnersReports(), ElementsAre("4711 library", "4711 Unknown error"));
 }
 
 TEST_F(ErrorsTest, AreNotReportedWhenThereAreNone) {
     EXPECT_EQ(Guarded(owner_, 5, [] { return 9; }), 9);
-    EXPECT_THAT(Reports(), ElementsAre());
+    EXPECT_THAT(OwnersReports(), ElementsAre());
 }
 
 TEST_F(ErrorsTest, AreSwallowedWithoutAReporter) {
     SetErrorReporter(nullptr);
     EXPECT_EQ(Guarded(owner_, 5, []() -> int { throw RuntimeError("unheard"); }), 5);
-    EXPECT_THAT(Reports(), ElementsAre());
+    EXPECT_THAT(OwnersReports(), ElementsAre());
 }
 
 }  // namespace

@@ -20,7 +20,7 @@ struct NumberTraits {
     static Value Invalid() noexcept { return -1; }
     static void Close(Value value) noexcept { Closed().push_back(value); }
 };
-using Number = Handle<NumberTraits>;
+using NumberHandle = Handle<NumberTraits>;
 
 template <class Value>
 Value Fake(INT_PTR number) {
@@ -39,7 +39,7 @@ class HandlesTest : public ::testing::Test {
 
 TEST_F(HandlesTest, AreGivenBackOnceAtTheEnd) {
     {
-        const Number handle(7);
+        const NumberHandle handle(7);
         EXPECT_EQ(handle.Get(), 7);
         EXPECT_TRUE(handle);
         EXPECT_THAT(Closed(), ElementsAre());
@@ -49,24 +49,24 @@ TEST_F(HandlesTest, AreGivenBackOnceAtTheEnd) {
 
 TEST_F(HandlesTest, ThatAreNoneAreNotGivenBack) {
     {
-        const Number none;
-        const Number invalid(-1);
+        const NumberHandle none;
+        const NumberHandle invalid(-1);
         EXPECT_FALSE(none);
         EXPECT_FALSE(invalid);
-        EXPECT_TRUE(Number(0));
+        EXPECT_TRUE(NumberHandle(0));
     }
     EXPECT_THAT(Closed(), ElementsAre(0));
 }
 
 TEST_F(HandlesTest, MoveAndNeverCopy) {
-    EXPECT_FALSE(std::is_copy_constructible_v<Number>);
-    EXPECT_FALSE(std::is_copy_assignable_v<Number>);
+    EXPECT_FALSE(std::is_copy_constructible_v<NumberHandle>);
+    EXPECT_FALSE(std::is_copy_assignable_v<NumberHandle>);
     {
-        Number first(1);
-        Number second(std::move(first));
+        NumberHandle first(1);
+        NumberHandle second(std::move(first));
         EXPECT_FALSE(first);  // NOLINT(bugprone-use-after-move): the very question
         EXPECT_EQ(second.Get(), 1);
-        Number third(3);
+        NumberHandle third(3);
         third = std::move(second);
         EXPECT_THAT(Closed(), ElementsAre(3));
         EXPECT_EQ(third.Get(), 1);
@@ -75,7 +75,7 @@ TEST_F(HandlesTest, MoveAndNeverCopy) {
 }
 
 TEST_F(HandlesTest, AreExchangedByAReset) {
-    Number handle(1);
+    NumberHandle handle(1);
     handle.Reset(2);
     EXPECT_THAT(Closed(), ElementsAre(1));
     handle.Reset(2);
@@ -89,7 +89,7 @@ TEST_F(HandlesTest, AreExchangedByAReset) {
 
 TEST_F(HandlesTest, ThatAreReleasedBelongToTheCaller) {
     {
-        Number handle(4);
+        NumberHandle handle(4);
         EXPECT_EQ(handle.Release(), 4);
         EXPECT_FALSE(handle);
     }
