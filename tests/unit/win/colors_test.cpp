@@ -49,8 +49,9 @@ TEST_F(ColorsTest, AreTheSystemsOnDarkGroundWhateverItIsCalled) {
     const RecordedCall theme = ContrastSwitched(false);
     for (const int dark : {COLOR_WINDOW, COLOR_BTNFACE}) {
         ForgetColors();
-        const RecordedCall system = FAKE_CALL(
-            GetSysColor, [dark](int index) -> DWORD { return index == dark ? RGB(32, 32, 32) : kOrdinaryGround; });
+        const RecordedCall system = FAKE_CALL(GetSysColor, [dark](int index) -> DWORD {
+            return index == dark ? RGB(32, 32, 32) : kOrdinaryGround;
+        });
         EXPECT_TRUE(ContrastTheme());
     }
 }
