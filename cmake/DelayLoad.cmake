@@ -3,12 +3,18 @@
 # Makes an import library, ${CMAKE_BINARY_DIR}/delay-load/lib<library>.a, with which a library of Windows is
 # loaded when one of these functions is called for the first time, not at the start. For libraries that few
 # sessions use and that bring others with them. On the linker's line it has to come before the library of the
-# same name that loads at the start; it needs delayimp.
+# same name that loads at the start; it needs delayimp, and the options in QUON_DELAY_LOAD_OPTIONS.
 function(quon_delay_load library)
   # 32-bit code calls the functions by their names and the bytes that they take from the stack.
   if(CMAKE_SIZEOF_VOID_P EQUAL 4)
     list(TRANSFORM ARGN REPLACE ":" "@")
     set(machine i386)
+    # GNU's linker takes a stub that no call goes to for superfluous, though the stored address leads to it, and
+    # leaves 0 there: the first call would end the program. A stub that is asked for stays.
+    foreach(function IN LISTS ARGN)
+      list(APPEND QUON_DELAY_LOAD_OPTIONS -Wl,-u,_${function})
+    endforeach()
+    set(QUON_DELAY_LOAD_OPTIONS ${QUON_DELAY_LOAD_OPTIONS} PARENT_SCOPE)
   else()
     list(TRANSFORM ARGN REPLACE ":.*" "")
     set(machine i386:x86-64)

@@ -140,6 +140,8 @@ TEST_P(HoldTest, AtARename) {
         quon.RenameBox().Post(WM_KEYDOWN, VK_RETURN);
         ExpectAnswers(quon, hold);
     }
+    // Until the key has been acted on, the box is there as well.
+    quon.Program().WaitUntilIdle();
     // What could not be stored is still in the box, and nothing of it in the file.
     if (quon.RenameBox().IsVisible()) {
         EXPECT_EQ(Records(), before);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tests/support/text.h"
+#include "tests/support/wine.h"
 
 namespace testkit {
 namespace {
@@ -47,6 +48,8 @@ std::size_t CountGdiTable(HANDLE process) {
 }
 
 }  // namespace
+
+bool CanCountDrawingObjects() { return sizeof(void*) == 8 || !RunsUnderWine(); }
 
 std::size_t CountDrawingObjects(HANDLE process) {
     // Wine answers 0, which no program with a window has.
