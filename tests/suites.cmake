@@ -1,4 +1,4 @@
-# quon_register_suites(<program> PREFIX <prefix> TIMEOUT <seconds> [COST <seconds>] SOURCES <files>)
+# quon_register_suites(<program> PREFIX <prefix> TIMEOUT <seconds> COST <seconds> SOURCES <files>)
 #
 # Makes one ctest test of every test suite in the sources, named <prefix>.<suite>. A suite is the unit because
 # starting a process costs more than most tests do. Each has a desktop for itself while it runs, for the mouse,
@@ -38,7 +38,7 @@ function(quon_register_suites program)
       --gtest_filter=${suite}.*:*/${suite}.*:${suite}/*)
     quon_own_desktop(${name})
     set_tests_properties(${name} PROPERTIES
-      TIMEOUT ${ARG_TIMEOUT} COST 0${ARG_COST} LABELS ${ARG_PREFIX} FAIL_REGULAR_EXPRESSION "Running 0 tests")
+      TIMEOUT ${ARG_TIMEOUT} COST ${ARG_COST} LABELS ${ARG_PREFIX} FAIL_REGULAR_EXPRESSION "Running 0 tests")
   endforeach()
 
   string(REPLACE ";" "," suites "${suites}")
